@@ -1,0 +1,40 @@
+# The product: the layers in their order, and the plug-in that is made of all of them.
+
+if(WIN32)
+    set(QUILLET_SYSTEM windows)
+else()
+    set(QUILLET_SYSTEM posix)
+endif()
+
+file(GLOB platform_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/platform/*.cpp
+    ${PROJECT_SOURCE_DIR}/platform/${QUILLET_SYSTEM}/*.cpp)
+add_library(platform STATIC ${platform_sources})
+quillet_folder_includes(platform platform_include_dir)
+# "platform/..." is what both systems share; "system/..." is the half of the system built for.
+target_include_directories(platform PUBLIC ${platform_include_dir}
+    ${PROJECT_SOURCE_DIR}/platform/${QUILLET_SYSTEM})
+target_link_libraries(platform PUBLIC quillet_options)
+if(WIN32)
+    target_link_libraries(platform PUBLIC winmm)
+endif()
+
+quillet_layer(link platform)
+quillet_layer(diag link)
+quillet_layer(efs2 diag)
+quillet_layer(qlib efs2)
+quillet_layer(plugin qlib)
+
+# quillet.wfx: every object of every layer, so that the exported classes are all there.
+add_library(quillet SHARED)
+set_target_properties(quillet PROPERTIES PREFIX "" OUTPUT_NAME quillet SUFFIX ".wfx"
+    LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+foreach(layer platform link diag efs2 qlib plugin)
+    target_sources(quillet PRIVATE $<TARGET_OBJECTS:${layer}>)
+endforeach()
+target_link_libraries(quillet PRIVATE quillet_options)
+if(WIN32)
+    target_link_libraries(quillet PRIVATE winmm)
+    target_link_options(quillet PRIVATE -static -Wl,--kill-at)
+else()
+    target_link_options(quillet PRIVATE -Wl,-soname,quillet.wfx -Wl,--no-undefined)
+endif()

@@ -1,0 +1,12 @@
+# Programs for people.
+file(GLOB wfxhost_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/wfxhost/*.cpp)
+list(FILTER wfxhost_sources EXCLUDE REGEX "/system_[a-z]+\\.cpp$")
+add_executable(wfxhost ${wfxhost_sources} ${PROJECT_SOURCE_DIR}/tools/wfxhost/system_${QUILLET_SYSTEM}.cpp)
+# Of the product it sees the platform's headers alone (the host interface's types), and links nothing.
+target_include_directories(wfxhost PRIVATE ${PROJECT_SOURCE_DIR}/tools
+    $<TARGET_PROPERTY:platform,INTERFACE_INCLUDE_DIRECTORIES>)
+target_link_libraries(wfxhost PRIVATE quillet_options ${CMAKE_DL_LIBS})
+set_target_properties(wfxhost PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+if(WIN32)
+    target_link_options(wfxhost PRIVATE -static)
+endif()

@@ -1,0 +1,14 @@
+#include "efs2/callbacks.h"
+
+void Efs2Callbacks::ConfigureEfsCallbacks(void* pUserData, EfsTransferCallBack pfnTransfer,
+                                          EfsDirectoryCallBack pfnDirectory) {
+    m_pEfsCallBackUserData = pUserData;
+    m_pfnEfsTransferCallBack = pfnTransfer;
+    m_pfnEfsDirCallBack = pfnDirectory;
+}
+
+bool Efs2Callbacks::EFS2_DIAG_ABORT() {
+    m_frame.Log().LogMessage(LOG_FN, "EFS2_DIAG_ABORT( )");
+    m_bEfsAbort = 1;
+    return true;
+}

@@ -1,0 +1,45 @@
+// The callbacks of the file-system operations, and the request to abort a transfer.
+#pragma once
+
+#include "diag/command_frame.h"
+#include "platform/export.h"
+#include "platform/types.h"
+
+/// Receives one entry of a listed directory: full path, kind (1 file, 0 directory, 2 link), mask, buffer
+/// option, clean flag (these three are 0 for EFS2), date (the phone's creation time), size in bytes, user
+/// data. Runs on the caller's thread, inside the enumeration. The result is not looked at.
+using EfsDirectoryCallBack = unsigned char (*)(char* const sName, unsigned char isFile, unsigned short Mask,
+                                               unsigned char BufOption, unsigned char Clean, DWORD Date,
+                                               DWORD FileSize, void* pUserData);
+
+/// Receives the progress of a transfer after each block: two names, the operation (4 read, 5 write), a
+/// sub-code (0), bytes done, bytes in all (reads: the same as done), user data. Runs on the caller's thread,
+/// between two exchanges, so it may use the connection, but must not start another transfer on it. The
+/// result is not looked at: EFS2_DIAG_ABORT stops a transfer.
+using EfsTransferCallBack = unsigned char (*)(char* const sFirstName, char* const sSecondName, int iOperation,
+                                              int iSubCode, DWORD iBytesDone, DWORD iBytesInAll,
+                                              void* pUserData);
+
+/// Efs2Callbacks holds what the enumeration and the transfers of a connection report to. Caller's thread.
+class QUILLET_API Efs2Callbacks {
+public:
+    explicit Efs2Callbacks(CommandFrame& frame) : m_frame(frame) {}
+
+    /// ConfigureEfsCallbacks replaces user data and both callbacks; null switches a callback off.
+    void ConfigureEfsCallbacks(void* pUserData, EfsTransferCallBack pfnTransfer,
+                               EfsDirectoryCallBack pfnDirectory);
+
+    /// EFS2_DIAG_ABORT makes the running transfer end before its next block, its partial copy removed. It
+    /// sends nothing; without a running transfer it is forgotten at the next one's start. Always true.
+    bool EFS2_DIAG_ABORT();
+
+protected:
+    friend class Efs2Directory;
+    friend class Efs2Transfer;
+
+    CommandFrame& m_frame;
+    void* m_pEfsCallBackUserData = nullptr;
+    EfsTransferCallBack m_pfnEfsTransferCallBack = nullptr;
+    EfsDirectoryCallBack m_pfnEfsDirCallBack = nullptr;
+    DWORD m_bEfsAbort = 0;
+};

@@ -1,0 +1,30 @@
+// The commands of the phone's EFS2 subsystem.
+#pragma once
+
+/// The first two bytes of every EFS2 request: the dispatch command and the subsystem it is meant for. The
+/// requests carry this dispatch command whatever command type the connection uses for factory tests.
+constexpr unsigned char kSubsystemDispatch = 75;
+constexpr unsigned char kEfs2Subsystem = 19;
+
+/// The third and fourth byte: what the subsystem is to do.
+enum EFS2_Cmd_Enum : unsigned short {
+    EFS2_CMD_OPEN = 2,
+    EFS2_CMD_CLOSE = 3,
+    EFS2_CMD_READ = 4,
+    EFS2_CMD_WRITE = 5,
+    EFS2_CMD_SYMLINK = 6,
+    EFS2_CMD_READLINK = 7,
+    EFS2_CMD_UNLINK = 8,
+    EFS2_CMD_MKDIR = 9,
+    EFS2_CMD_RMDIR = 10,
+    EFS2_CMD_OPENDIR = 11,
+    EFS2_CMD_READDIR = 12,
+    EFS2_CMD_CLOSEDIR = 13,
+    EFS2_CMD_RENAME = 14,
+    EFS2_CMD_STAT = 15,
+    EFS2_CMD_CHMOD = 18,
+    EFS2_CMD_STATFS = 19,
+    EFS2_CMD_ACCESS = 20,
+    EFS2_CMD_DEV_INFO = 21,
+    EFS2_CMD_EXTENDED_INFO = 29,
+};

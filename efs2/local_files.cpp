@@ -1,0 +1,63 @@
+#include "efs2/local_files.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+
+bool DownloadTarget::Append(std::span<const unsigned char> block) {
+    return std::fwrite(block.data(), 1, block.size(), m_hFile.get()) == block.size();
+}
+
+bool DownloadTarget::Finish() {
+    // A disk that fills up may say so only when the last bytes leave the stream's buffer.
+    const bool bFlushed = std::fflush(m_hFile.get()) == 0 && std::ferror(m_hFile.get()) == 0;
+    return std::fclose(m_hFile.release()) == 0 && bFlushed;
+}
+
+bool UploadSource::Measure() {
+    if (!m_bIsFile) {
+        m_iSize = static_cast<DWORD>(m_memory.size());
+        return true;
+    }
+    if (m_sFileName == nullptr)
+        return false;
+    try {
+        std::error_code error;
+        const std::uintmax_t iSize = std::filesystem::file_size(m_sFileName, error);
+        if (error || iSize > UINT32_MAX)
+            return false;
+        m_iSize = static_cast<DWORD>(iSize);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+bool UploadSource::Open() {
+    if (!Measure())
+        return false;
+    m_iTaken = 0;
+    if (m_bIsFile)
+        m_hFile.reset(std::fopen(m_sFileName, "rb"));
+    return !m_bIsFile || m_hFile != nullptr;
+}
+
+std::span<const unsigned char> UploadSource::Next(std::span<unsigned char> area) {
+    const auto iRoom = static_cast<DWORD>(std::min<size_t>(area.size(), UINT32_MAX - m_iTaken));
+    DWORD iCount = 0;
+    std::span<const unsigned char> block;
+    if (m_bIsFile) {
+        iCount = static_cast<DWORD>(std::fread(area.data(), 1, iRoom, m_hFile.get()));
+        block = area.first(iCount);
+    } else {
+        iCount = std::min(iRoom, m_iSize - m_iTaken);
+        block = m_memory.subspan(m_iTaken, iCount);
+    }
+    m_iTaken += iCount;
+    return block;
+}
+
+bool UploadSource::IsExhausted() const {
+    return m_iTaken >= m_iSize && (!m_bIsFile || std::ferror(m_hFile.get()) == 0);
+}

@@ -1,0 +1,28 @@
+// What a phone path consists of, and how long it may be.
+#include <cstring>
+
+#include "efs2/metadata.h"
+
+namespace {
+
+constexpr size_t kLongestPath = 128;
+constexpr size_t kLongestName = 80;
+
+/// Where the name begins: behind the last '/', or at the start.
+size_t NameStart(const std::string& sPath) {
+    const size_t iSlash = sPath.rfind('/');
+    return iSlash == std::string::npos ? 0 : iSlash + 1;
+}
+
+} // namespace
+
+void Efs2Metadata::EfsFnSplit(std::string sPath, char* sDir, char* sName) {
+    const size_t iName = NameStart(sPath);
+    std::memcpy(sDir, sPath.c_str(), iName);
+    sDir[iName] = '\0';
+    std::memcpy(sName, sPath.c_str() + iName, sPath.size() - iName + 1);
+}
+
+bool Efs2Metadata::EfsIsLegalName(std::string sPath) {
+    return sPath.size() <= kLongestPath && sPath.size() - NameStart(sPath) <= kLongestName;
+}

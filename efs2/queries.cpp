@@ -1,0 +1,130 @@
+// The operations that only ask: an entry, the file system, the flash chip.
+#include "efs2/exchange.h"
+#include "efs2/metadata.h"
+
+namespace {
+
+constexpr size_t kStatfsSize = 48;
+constexpr size_t kShortTypeStatfsSize = 44;
+
+/// Where the block size stands in a file-system status: behind a type of 8 bytes, or of 4.
+size_t BlockSizeOffset(const ResponseReader& response) {
+    return response.Size() == kShortTypeStatfsSize ? 16 : 20;
+}
+
+} // namespace
+
+bool Efs2Metadata::EFS2_DIAG_STAT(const char* sFilePath, DWORD& iErrorNo, DWORD& iMode, DWORD& iSize,
+                                  DWORD& iNlink, DWORD& iAtime, DWORD& iMtime, DWORD& iCtime) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_STAT( sFilePath = %s", sFilePath);
+    if (!SendPath(EFS2_CMD_STAT, sFilePath))
+        return false;
+    ResponseReader response = m_frame.Response();
+    for (DWORD* piValue : {&iCtime, &iMtime, &iAtime, &iNlink, &iSize, &iMode, &iErrorNo})
+        response.Take(*piValue);
+    m_frame.Log().LogMessage(
+        LOG_RET,
+        "QLIB_EFS2_DIAG_STAT( \t\t\tsFilePath = %s, iErrorNo = 0x%X, iMode = 0x%X, "
+        "iSize = 0x%X, \t\t\tiNlink = 0x%X, iAtime = 0x%X, iMtime = 0x%X, iCtime  = 0x%X)",
+        sFilePath, AsInt(iErrorNo), AsInt(iMode), AsInt(iSize), AsInt(iNlink), AsInt(iAtime), AsInt(iMtime),
+        AsInt(iCtime));
+    return true;
+}
+
+bool Efs2Metadata::EFS2_DIAG_STATFS(const char* sFilePath, DWORD& iErrorNo, DWORD& iFS_ID, DWORD& iFS_Type,
+                                    DWORD& iBlockSize, DWORD& iTotalBlocks, DWORD& iAvailBlocks,
+                                    DWORD& iFreeBlocks, DWORD& iMaxFileSize, DWORD& iNfiles,
+                                    DWORD& iMaxNfiles) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_STATFS( sFilePath = %s)", sFilePath);
+    if (!SendPath(EFS2_CMD_STATFS, sFilePath))
+        return false;
+    const ResponseReader response = m_frame.Response();
+    if (!response.U32At(4, iErrorNo))
+        return false;
+    response.U32At(8, iFS_ID);
+    response.U32At(12, iFS_Type);
+    size_t iOffset = BlockSizeOffset(response);
+    for (DWORD* piValue :
+         {&iBlockSize, &iTotalBlocks, &iAvailBlocks, &iFreeBlocks, &iMaxFileSize, &iNfiles, &iMaxNfiles}) {
+        response.U32At(iOffset, *piValue);
+        iOffset += sizeof(DWORD);
+    }
+    m_frame.Log().LogMessage(
+        LOG_RET,
+        "QLIB_EFS2_DIAG_STATFS( \t\t\tsFilePath = %s, iErrorNo  = %d, iFS_ID  = %d, "
+        "iFS_Type  = %d, iBlockSize  = %d, \t\t\tiTotalBlocks  = %d, iAvailBlocks  = %d, "
+        "iFreeBlocks  = %d, iMaxFileSize  = %d,\t\t\tiNfiles  = %d, iMaxNfiles  = %d)",
+        sFilePath, AsInt(iErrorNo), AsInt(iFS_ID), AsInt(iFS_Type), AsInt(iBlockSize), AsInt(iTotalBlocks),
+        AsInt(iAvailBlocks), AsInt(iFreeBlocks), AsInt(iMaxFileSize), AsInt(iNfiles), AsInt(iMaxNfiles));
+    return true;
+}
+
+DWORD Efs2Metadata::StatFSAvailSpace(const char* sPath) {
+    Efs2Frame<kStatfsSize> frame(m_frame, EFS2_CMD_STATFS);
+    if (!frame.Request().Text(sPath).Complete())
+        return kPathTooLong;
+    DWORD iBlockSize = 0;
+    DWORD iAvailBlocks = 0;
+    if (!frame.Exchange())
+        return 0;
+    const ResponseReader response = frame.Response();
+    const size_t iOffset = BlockSizeOffset(response);
+    if (!response.U32At(iOffset, iBlockSize) || !response.U32At(iOffset + 8, iAvailBlocks))
+        return 0;
+    return iBlockSize * iAvailBlocks;
+}
+
+bool Efs2Metadata::EFS2_DIAG_DEV_INFO(DWORD& iErrorNo, DWORD& iTotalNumOfBlocks, DWORD& iNumPagesPerBlock,
+                                      DWORD& iPageSize, DWORD& iTotalPageSize, DWORD& iMakerId,
+                                      DWORD& iDeviceId, unsigned char& iDeviceType, char* psDeviceName) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_DEV_INFO()");
+    BeginEfs2Request(m_frame, EFS2_CMD_DEV_INFO);
+    if (!SendWholeRequest(m_frame))
+        return false;
+    // The answer may go on behind the name, so its end says nothing about where the values are.
+    const ResponseReader response = m_frame.Response();
+    size_t iOffset = 4;
+    for (DWORD* piValue : {&iErrorNo, &iTotalNumOfBlocks, &iNumPagesPerBlock, &iPageSize, &iTotalPageSize,
+                           &iMakerId, &iDeviceId}) {
+        response.U32At(iOffset, *piValue);
+        iOffset += sizeof(DWORD);
+    }
+    response.U8At(32, iDeviceType);
+    response.TextAt(33, psDeviceName, kEfs2TextSize);
+    m_frame.Log().LogMessage(
+        LOG_RET,
+        "QLIB_EFS2_DIAG_DEV_INFO( \t\t\tiErrorNo = 0x%X, iTotalNumOfBlocks = 0x%X, "
+        "iNumPagesPerBlock = 0x%X, \t\t\tiPageSize = 0x%X, iTotalPageSize = 0x%X, "
+        "iMakerId = 0x%X, iDeviceId = 0x%X, \t\t\tiDeviceType = 0x%X, psDeviceName  = %s)",
+        AsInt(iErrorNo), AsInt(iTotalNumOfBlocks), AsInt(iNumPagesPerBlock), AsInt(iPageSize),
+        AsInt(iTotalPageSize), AsInt(iMakerId), AsInt(iDeviceId), iDeviceType, psDeviceName);
+    return true;
+}
+
+bool Efs2Metadata::EFS2_DIAG_EXTENDED_INFO(EFS2_EXT_QueryType_Enum iQueryType,
+                                           EFS2_EXT_Kind_Enum& eReturnKind, DWORD& iReturnInt,
+                                           char* const sReturnString) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_EXTENDED_INFO( iQueryType = %d )",
+                             static_cast<int>(iQueryType));
+    BeginEfs2Request(m_frame, EFS2_CMD_EXTENDED_INFO).U32(static_cast<DWORD>(iQueryType)).U32(0).U8(0);
+    if (!SendWholeRequest(m_frame))
+        return false;
+    const ResponseReader response = m_frame.Response();
+    DWORD iKind = 0;
+    const bool bHasKind = response.U32At(4, iKind);
+    if (bHasKind && iKind == EFS2_EXT_KIND_INT && response.U32At(8, iReturnInt)) {
+        eReturnKind = EFS2_EXT_KIND_INT;
+        m_frame.Log().LogMessage(LOG_RET, "QLIB_EFS2_DIAG_EXTENDED_INFO( iReturnInt = %d )",
+                                 AsInt(iReturnInt));
+        return true;
+    }
+    if (bHasKind && iKind == EFS2_EXT_KIND_STRING) {
+        eReturnKind = EFS2_EXT_KIND_STRING;
+        response.TextAt(12, sReturnString, kEfs2TextSize);
+        m_frame.Log().LogMessage(LOG_RET, "QLIB_EFS2_DIAG_EXTENDED_INFO( sReturnString = %s )",
+                                 sReturnString);
+        return true;
+    }
+    m_frame.Log().LogMessage(LOG_RET, "QLIB_EFS2_DIAG_EXTENDED_INFO( ) -- Error: invalid data return type");
+    return false;
+}

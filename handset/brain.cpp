@@ -1,0 +1,252 @@
+// The inside of a Handset.
+#include "handset/brain.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <system_error>
+
+#include "handset/commands.h"
+#include "handset/packet.h"
+
+namespace handset {
+namespace {
+
+using Action = Misbehaviour::Action;
+using Clock = Outbox::Clock;
+
+const Bytes kModeChange = {0x44};
+
+/// A log record: its length stands twice, without the four bytes up to and with the first.
+Bytes LogRecord(uint16_t number) {
+    const Bytes payload = {'l', 'o', 'g', static_cast<uint8_t>(number), static_cast<uint8_t>(number >> 8)};
+    constexpr uint16_t kCode = 0x1234;
+    constexpr uint32_t kTimeStampSize = 8;
+    const uint16_t length = static_cast<uint16_t>(2 + 2 + kTimeStampSize + payload.size());
+    AnswerWriter record({0x10, 0x00});
+    record.U16(length).U16(length).U16(kCode).U32(number).U32(0).Data(payload);
+    return record.Result();
+}
+
+timespec ToTimespec(Clock::duration duration) {
+    const auto nanoseconds = std::max<int64_t>(0, std::chrono::nanoseconds(duration).count());
+    return {static_cast<time_t>(nanoseconds / 1000000000), static_cast<long>(nanoseconds % 1000000000)};
+}
+
+void Append(Bytes& wire, const Bytes& more) {
+    wire.insert(wire.end(), more.begin(), more.end());
+}
+
+} // namespace
+
+Brain::Brain() : line(std::make_unique<Line>()), m_wakeUp(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+    if (m_wakeUp < 0)
+        throw std::system_error(errno, std::generic_category(), "eventfd");
+    m_thread = std::thread(&Brain::Run, this);
+}
+
+Brain::~Brain() {
+    Unplug();
+    Change([this] { m_stop = true; });
+    m_thread.join();
+    close(m_wakeUp);
+}
+
+void Brain::Wake() {
+    const uint64_t one = 1;
+    // It fails only when the thread is to be woken already.
+    [[maybe_unused]] const ssize_t written = write(m_wakeUp, &one, sizeof one);
+}
+
+void Brain::Run() {
+    for (;;) {
+        Wait();
+        Lock lock(mutex);
+        if (m_stop)
+            return;
+        if (m_hangUpWanted)
+            HangUp();
+        if (line)
+            Receive(lock);
+        if (line)
+            outbox.Pump(*line, Clock::now());
+    }
+}
+
+void Brain::Wait() {
+    pollfd sources[2] = {{m_wakeUp, POLLIN, 0}, {-1, POLLIN, 0}};
+    std::optional<Clock::time_point> next;
+    Look([&] {
+        if (!line)
+            return;
+        sources[1].fd = line->Descriptor();
+        if (outbox.WantsLine())
+            sources[1].events |= POLLOUT;
+        next = outbox.NextPump();
+    });
+    const timespec limit = next ? ToTimespec(*next - Clock::now()) : timespec{};
+    ppoll(sources, 2, next ? &limit : nullptr, nullptr);
+    uint64_t count = 0;
+    if (sources[0].revents & POLLIN) {
+        [[maybe_unused]] const ssize_t taken = read(m_wakeUp, &count, sizeof count);
+    }
+}
+
+// --- Plugging --------------------------------------------------------------------------------------------
+
+void Brain::TellPlugChange() {
+    const auto callbacks = Look([this] { return plugCallbacks; });
+    for (const auto& callback : callbacks)
+        callback();
+}
+
+void Brain::HangUp() {
+    line.reset();
+    outbox.Clear();
+    held.clear();
+    m_deframer.Reset();
+    m_lines.Reset();
+    m_hangUpWanted = false;
+    ++m_hangUps;
+    m_changed.notify_all();
+}
+
+void Brain::Vanish(Lock& lock) {
+    HangUp();
+    m_isTelling = true;
+    lock.unlock();
+    TellPlugChange();
+    lock.lock();
+    m_isTelling = false;
+    m_changed.notify_all();
+}
+
+void Brain::Unplug() {
+    Lock lock(mutex);
+    if (IsOwnThread()) {
+        if (line)
+            Vanish(lock);
+        return;
+    }
+    m_changed.wait(lock, [this] { return !m_isTelling; });
+    if (!line)
+        return;
+    m_hangUpWanted = true;
+    Wake();
+    m_changed.wait(lock, [this] { return !m_hangUpWanted && !m_isTelling; });
+    lock.unlock();
+    TellPlugChange();
+}
+
+void Brain::Replug() {
+    {
+        Lock lock(mutex);
+        if (!IsOwnThread())
+            m_changed.wait(lock, [this] { return !m_isTelling; });
+        if (line)
+            return;
+        line = std::make_unique<Line>();
+    }
+    Wake();
+    TellPlugChange();
+}
+
+// --- Requests --------------------------------------------------------------------------------------------
+
+bool Brain::WaitForRequests(size_t count, std::chrono::milliseconds limit) const {
+    Lock lock(mutex);
+    return m_changed.wait_for(lock, limit, [&] { return record.Count() >= count; });
+}
+
+void Brain::Receive(Lock& lock) {
+    uint8_t buffer[16384];
+    const size_t size = line->Read(buffer, sizeof buffer);
+    record.AddWire(buffer, size);
+    const unsigned hangUps = m_hangUps;
+    for (size_t at = 0; at < size && m_hangUps == hangUps;)
+        at += TakeRequest(buffer + at, size - at, lock);
+}
+
+size_t Brain::TakeRequest(const uint8_t* data, size_t size, Lock& lock) {
+    size_t used = 0;
+    const bool isText = dataMode;
+    const std::optional<Bytes> request =
+        isText ? m_lines.Take(data, size, used) : m_deframer.Take(data, size, used);
+    droppedFrames = m_deframer.Dropped();
+    if (request)
+        Answer(*request, isText, lock);
+    return used;
+}
+
+void Brain::Answer(const Bytes& request, bool isText, Lock& lock) {
+    record.AddRequest(request);
+    m_changed.notify_all();
+    if (requestCallback) {
+        const auto callback = requestCallback;
+        lock.unlock();
+        callback(request);
+        lock.lock();
+    }
+    const std::optional<Misbehaviour> rule = misbehaviours.Match(request);
+    if (!rule) {
+        Post(CarryOut(request, isText, lock), isText, nullptr);
+        return;
+    }
+    if (rule->action == Action::Unplug) {
+        Vanish(lock);
+        return;
+    }
+    const std::vector<Bytes> packets = CarriesOut(rule->action)
+                                           ? Distorted(*rule, CarryOut(request, isText, lock))
+                                           : AnswerInstead(*rule, request);
+    if (rule->action == Action::Late)
+        held.insert(held.end(), packets.begin(), packets.end());
+    else
+        Post(packets, isText, &*rule);
+}
+
+std::vector<Bytes> Brain::CarryOut(const Bytes& request, bool isText, Lock& lock) {
+    const Answerer* best = nullptr;
+    for (const auto& [prefix, answerer] : scripts) // longer prefixes of one request come later in the order
+        if (BeginsWith(request, prefix))
+            best = &answerer;
+    if (best) {
+        const Answerer answerer = *best;
+        lock.unlock();
+        std::vector<Bytes> packets = answerer(request);
+        lock.lock();
+        return packets;
+    }
+    if (isText) {
+        bool toDiagnostics = false;
+        Bytes answer = AnswerToLine(request, toDiagnostics);
+        dataMode = !toDiagnostics;
+        return {answer};
+    }
+    if (request == kModeChange)
+        dataMode = true;
+    return {AnswerTo(request, files)};
+}
+
+/// Sends an answer, with the late ones and the log records that come before it, as one piece.
+void Brain::Post(const std::vector<Bytes>& packets, bool isText, const Misbehaviour* rule) {
+    if (packets.empty() || !line)
+        return;
+    Bytes wire;
+    for (int i = 0; i < chatter && !isText; ++i)
+        Append(wire, Frame(LogRecord(m_logNumber++)));
+    for (const Bytes& packet : held)
+        Append(wire, isText ? packet : Frame(packet));
+    held.clear();
+    const bool corrupt = rule && rule->action == Action::Corrupt;
+    for (const Bytes& packet : packets)
+        Append(wire, isText ? packet : Frame(packet, corrupt));
+    const bool delayed = rule && rule->action == Action::Delay;
+    const auto delay = latency + std::chrono::milliseconds(delayed ? rule->value : 0);
+    outbox.Send(std::move(wire), Clock::now() + delay);
+    outbox.Pump(*line, Clock::now());
+}
+
+} // namespace handset

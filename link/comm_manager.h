@@ -1,0 +1,77 @@
+// The serial link of a connection: port, framing, and the thread that receives.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+#include "link/event_dispatcher.h"
+#include "link/frame_decoder.h"
+#include "link/prot_ahdlc.h"
+#include "link/serial_port.h"
+#include "platform/timer_resolution.h"
+#include "platform/types.h"
+
+/// CQLibCommManager opens a COM port, receives on a thread of its own, and posts every decoded packet to
+/// the dispatcher. The dispatcher and the text log must outlive it.
+///
+/// Threads: all operations belong to the caller's thread. The receive thread ends by itself soon after Close;
+/// it is joined by Close, or, when it did not end in time, by the next Open or the destruction.
+class CQLibCommManager {
+public:
+    CQLibCommManager(CQLibEventDispatcher& dispatcher, DataLogFileHandler& log);
+    ~CQLibCommManager();
+    CQLibCommManager(const CQLibCommManager&) = delete;
+    CQLibCommManager& operator=(const CQLibCommManager&) = delete;
+
+    /// Open opens COM iPort and starts the receive thread; true also when it already runs. False when the
+    /// port cannot be opened.
+    bool Open(int iPort);
+    /// Close closes the port and asks the receive thread to end. False when that takes more than 1000 ms.
+    bool Close();
+
+    /// Sending and switching, as CProtAHDLC does it.
+    bool Send(const unsigned char* pPacket, DWORD iSize, DWORD iTimeout, bool bForceStartFlag);
+    bool Data2DM(unsigned char iBaudRateMask);
+    bool SetStartFlag(bool bStartFlag);
+
+    /// The packet mode: 0 framed, otherwise raw.
+    void SetPacketMode(int iPacketMode);
+    int GetPacketMode() const { return m_iPacketMode; }
+    /// SetRawReplyPending: a raw request waits for its reply, so replies are cut at "OK" and "ERROR".
+    void SetRawReplyPending(bool bPending) { m_bRawReplyPending = bPending; }
+    /// FlushRxBuffer discards the incomplete packet before the next bytes are decoded.
+    void FlushRxBuffer() { m_bFlushRequest = true; }
+    void SetDTR(bool bHigh) { m_port.SetDTR(bHigh ? 1 : 0); }
+    void SetRTS(bool bHigh) { m_port.SetRTS(bHigh ? 1 : 0); }
+
+private:
+    void ReceiveLoop();
+    void ReceivePass(FrameDecoder& decoder);
+    ReceiveMode CurrentReceiveMode() const;
+    void JoinReceiver();
+
+    static constexpr size_t kReadSize = 40960;
+
+    CQLibEventDispatcher& m_dispatcher;
+    DataLogFileHandler& m_log;
+    CSerialPort m_port;
+    CProtAHDLC m_framing;
+    std::optional<FineTimer> m_fineTimer; // while the port is open
+
+    // Written by the caller's thread, read by the receive thread at its next pass.
+    std::atomic<bool> m_bStopThread{false};
+    std::atomic<bool> m_bFlushRequest{false};
+    std::atomic<bool> m_bRawReplyPending{false};
+    std::atomic<int> m_iPacketMode{0};
+
+    std::array<unsigned char, kReadSize> m_aReadBuffer; // the receive thread's
+    bool m_bThreadRunning = false;
+    std::mutex m_endLock;
+    std::condition_variable m_ended;
+    bool m_bThreadEnded = true; // under m_endLock
+    std::thread m_thread;
+};

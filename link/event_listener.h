@@ -1,0 +1,51 @@
+// The connection's own listener: sorts received packets into responses and unsolicited traffic.
+#pragma once
+
+#include <atomic>
+#include <mutex>
+#include <span>
+
+#include "link/event_dispatcher.h"
+#include "platform/export.h"
+#include "platform/types.h"
+
+class CQLibMessageQueue;
+class DataLogFileHandler;
+
+/// Receives every packet of at least two bytes (iLength bytes with the two FCS bytes), on the delivery
+/// thread.
+using AsyncMessageCallBack = void (*)(unsigned short iLength, unsigned char* pPacket, void* pUserData);
+
+/// CQLibEventListener puts responses into the command-response (sync) queue and, while phone logging is
+/// enabled, log records, debug messages and event reports into the phone-log (async) queue. It owns
+/// neither queue. messageReceived runs on the delivery thread, everything else on the caller's.
+class QUILLET_API CQLibEventListener : public CQLibEvents_Listener {
+public:
+    CQLibEventListener(CQLibMessageQueue* pAsyncQueue, CQLibMessageQueue* pSyncQueue);
+
+    void messageReceived(LONG iLength, unsigned char* pData, unsigned int iValue3, LONG iValue4,
+                         short iValue5, DWORD iValue6) override;
+
+    /// ConfigureAsyncMessageCallBack registers the callback (null: none). It runs outside every lock but
+    /// the dispatcher's; a call that has begun may still run when this returns.
+    void ConfigureAsyncMessageCallBack(void* pUserData, AsyncMessageCallBack pfnCallBack);
+    CQLibMessageQueue* GetAsyncQueue() const { return m_pAsyncQueue; }
+    CQLibMessageQueue* GetSyncQueue() const { return m_pSyncQueue; }
+    /// SetLoggingEnabled lets unsolicited traffic into the phone-log queue (off at first: it is dropped).
+    void SetLoggingEnabled(bool bEnabled) { m_bPhoneLoggingEnabled = bEnabled; }
+    /// SetDataLogHandler attaches the text log (null: none).
+    void SetDataLogHandler(DataLogFileHandler* pLogHandler) { m_pLogHandler = pLogHandler; }
+
+private:
+    void CallBack(std::span<unsigned char> packet);
+    void LogPacket(const char* sKind, std::span<const unsigned char> packet);
+
+    CQLibMessageQueue* const m_pAsyncQueue;
+    CQLibMessageQueue* const m_pSyncQueue;
+    std::atomic<bool> m_bPhoneLoggingEnabled{false};
+    std::atomic<DataLogFileHandler*> m_pLogHandler{nullptr};
+
+    std::mutex m_callBackLock;
+    AsyncMessageCallBack m_pfnAsyncMessageCallBack = nullptr;
+    void* m_pAsyncCallBackUserData = nullptr;
+};

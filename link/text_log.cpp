@@ -1,0 +1,173 @@
+#include "link/text_log.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <ctime>
+#include <iterator>
+
+#include "link/clock.h"
+
+namespace {
+
+constexpr size_t kMaxHexText = 11900;
+constexpr size_t kMaxFileName = 202;
+
+constexpr const char* kCategoryNames[] = {
+    "LOG_IO",       "LOG_FN",       "LOG_RET",       "LOG_ASYNC",     "LOG_ERR",
+    "LOG_IO_AHDLC", "LOG_FN_AHDLC", "LOG_RET_AHDLC", "LOG_INF_AHDLC", "LOG_ERR_AHDLC",
+    "LOG_IO_DEV",   "LOG_FN_DEV",   "LOG_RET_DEV",   "LOG_INF_DEV",   "LOG_ERR_DEV",
+};
+
+const char* CategoryName(int iCategory) {
+    if (iCategory <= 0)
+        return kCategoryNames[0];
+    const auto iBit = static_cast<size_t>(std::countr_zero(static_cast<unsigned>(iCategory)));
+    return iBit < std::size(kCategoryNames) ? kCategoryNames[iBit] : "INVALID LOG LEVEL";
+}
+
+/// Messages of the framing layer are indented by two spaces, those of the port by four.
+size_t IndentOf(unsigned int iCategory) {
+    if (!std::has_single_bit(iCategory))
+        return 0;
+    if (iCategory >= LOG_IO_AHDLC && iCategory <= LOG_ERR_AHDLC)
+        return 2;
+    return iCategory >= LOG_IO_DEV && iCategory <= LOG_ERR_DEV ? 4 : 0;
+}
+
+} // namespace
+
+DataLogFileHandler::DataLogFileHandler(const char* sLogFileName)
+    : m_sLogFileName(sLogFileName == nullptr ? "" : sLogFileName), m_iStartTime_ms(TickCount_ms()) {}
+
+DataLogFileHandler::~DataLogFileHandler() {
+    CloseLog();
+}
+
+void DataLogFileHandler::LogMessage(unsigned int iCategory, const char* sFormat, ...) {
+    if (!Wants(iCategory))
+        return;
+    const std::lock_guard lock(m_lock);
+    va_list arguments;
+    va_start(arguments, sFormat);
+    BeginText(iCategory, sFormat, arguments);
+    va_end(arguments);
+    WriteMessage(iCategory);
+}
+
+void DataLogFileHandler::LogHex(unsigned int iCategory, const unsigned char* pData, int iLength,
+                                const char* sFormat, ...) {
+    if (!Wants(iCategory))
+        return;
+    const std::lock_guard lock(m_lock);
+    va_list arguments;
+    va_start(arguments, sFormat);
+    const size_t iUsed = BeginText(iCategory, sFormat, arguments);
+    va_end(arguments);
+    if (iUsed + kMaxHexText < sizeof m_sText)
+        FormatHexBytes(m_sText + iUsed, pData, iLength);
+    WriteMessage(iCategory);
+}
+
+size_t DataLogFileHandler::BeginText(unsigned int iCategory, const char* sFormat, va_list arguments) {
+    const size_t iIndent = IndentOf(iCategory);
+    std::memset(m_sText, ' ', iIndent);
+    const int iWanted = vsnprintf(m_sText + iIndent, sizeof m_sText - iIndent, sFormat, arguments);
+    if (iWanted < 0) {
+        m_sText[iIndent] = '\0';
+        return iIndent;
+    }
+    return std::min(iIndent + static_cast<size_t>(iWanted), sizeof m_sText - 1);
+}
+
+void DataLogFileHandler::WriteMessage(unsigned int iCategory) {
+    // The record is filled first: the callback may log, and so write over the text.
+    TextLogRecord record{};
+    record.iCategory = static_cast<unsigned short>(iCategory);
+    record.iElapsed_ms = Elapsed_ms();
+    const size_t iCopied = std::min(std::strlen(m_sText), sizeof record.sText - 1);
+    std::memcpy(record.sText, m_sText, iCopied);
+    WriteLine(m_sText, static_cast<int>(iCategory));
+    if (m_pfnTextLogCallBack != nullptr)
+        m_pfnTextLogCallBack(sizeof record, reinterpret_cast<unsigned char*>(&record), m_pTextLogUserData);
+}
+
+void DataLogFileHandler::WriteLine(const char* sText, int iCategory) {
+    const std::lock_guard lock(m_lock);
+    if (!m_bLoggingEnabled || !OpenFile())
+        return;
+    fprintf(m_hLogFile, "%d\t,%s,%s\n", AsInt(Elapsed_ms()), CategoryName(iCategory), sText);
+    fflush(m_hLogFile);
+}
+
+bool DataLogFileHandler::OpenFile() {
+    if (m_hLogFile == nullptr && !m_sLogFileName.empty())
+        m_hLogFile = fopen(m_sLogFileName.c_str(), "w");
+    return m_hLogFile != nullptr;
+}
+
+DWORD DataLogFileHandler::Elapsed_ms() const {
+    return TickCount_ms() - m_iStartTime_ms;
+}
+
+void DataLogFileHandler::EndFile() {
+    if (m_hLogFile != nullptr) {
+        WriteLine("Stop Log", LOG_IO);
+        fclose(m_hLogFile);
+        m_hLogFile = nullptr;
+    }
+    m_iStartTime_ms = TickCount_ms();
+}
+
+bool DataLogFileHandler::RestartLog() {
+    const std::lock_guard lock(m_lock);
+    EndFile();
+    WriteLine("Start Log", LOG_IO);
+    if (m_hLogFile == nullptr)
+        return true;
+    const std::time_t now = std::time(nullptr);
+    char sDate[16] = "";
+    char sTime[16] = "";
+    if (const std::tm* pLocal = std::localtime(&now); pLocal != nullptr) {
+        std::strftime(sDate, sizeof sDate, "%m/%d/%y", pLocal);
+        std::strftime(sTime, sizeof sTime, "%H:%M:%S", pLocal);
+    }
+    LogMessage(LOG_FN, "%s, %s", sDate, sTime);
+    return true;
+}
+
+void DataLogFileHandler::CloseLog() {
+    const std::lock_guard lock(m_lock);
+    EndFile();
+}
+
+bool DataLogFileHandler::Start(const char* sFileName, unsigned int iLogFlags) {
+    const std::lock_guard lock(m_lock);
+    m_sLogFileName.assign(sFileName, std::min(std::strlen(sFileName), kMaxFileName));
+    m_iLogFlags = iLogFlags;
+    m_bLoggingEnabled = true;
+    return RestartLog();
+}
+
+void DataLogFileHandler::Stop() {
+    const std::lock_guard lock(m_lock);
+    m_sLogFileName.clear();
+    EndFile();
+}
+
+void DataLogFileHandler::SetCallBack(void* pUserData, TextLogCallBack pfnCallBack) {
+    const std::lock_guard lock(m_lock);
+    m_pTextLogUserData = pUserData;
+    m_pfnTextLogCallBack = pfnCallBack;
+}
+
+void DataLogFileHandler::FormatHexBytes(char* sOut, const unsigned char* pData, int iLength) {
+    constexpr char sDigits[] = "0123456789ABCDEF";
+    char* sEnd = sOut;
+    for (int i = 0; i < iLength && sEnd - sOut < static_cast<ptrdiff_t>(kMaxHexText); ++i) {
+        *sEnd++ = sDigits[pData[i] >> 4];
+        *sEnd++ = sDigits[pData[i] & 0x0F];
+        *sEnd++ = ' ';
+    }
+    *sEnd = '\0';
+}

@@ -1,0 +1,65 @@
+// The table of open serial ports.
+#include "platform/posix/serial_handles.h"
+
+#include <cstddef>
+#include <map>
+#include <new>
+
+namespace {
+
+thread_local DWORD g_iLastError = 0;
+
+struct HandleTable {
+    std::mutex lock;
+    std::map<HANDLE, std::shared_ptr<SerialDevice>> devices; // under lock
+    uintptr_t iLastHandle = 0;                               // under lock
+};
+
+// The table is never destroyed: connections are closed by destructors that may run after those of this
+// file. Its storage is part of the module, so that nothing is left over when the module is unloaded.
+HandleTable& Handles() {
+    alignas(HandleTable) static std::byte aStorage[sizeof(HandleTable)];
+    static HandleTable& table = *new (aStorage) HandleTable;
+    return table;
+}
+
+} // namespace
+
+HANDLE AddSerialHandle(std::shared_ptr<SerialDevice> pDevice) {
+    HandleTable& table = Handles();
+    std::lock_guard lock(table.lock);
+    // A handle is a number in the guise of a pointer.
+    const HANDLE hPort = reinterpret_cast<HANDLE>(++table.iLastHandle); // NOLINT(performance-no-int-to-ptr)
+    table.devices.emplace(hPort, std::move(pDevice));
+    return hPort;
+}
+
+std::shared_ptr<SerialDevice> FindSerialDevice(HANDLE hPort) {
+    HandleTable& table = Handles();
+    std::lock_guard lock(table.lock);
+    const auto found = table.devices.find(hPort);
+    return found != table.devices.end() ? found->second : nullptr;
+}
+
+BOOL CloseHandle(HANDLE hPort) {
+    HandleTable& table = Handles();
+    std::shared_ptr<SerialDevice> pDevice;
+    {
+        std::lock_guard lock(table.lock);
+        auto node = table.devices.extract(hPort);
+        if (!node.empty())
+            pDevice = std::move(node.mapped());
+    }
+    if (pDevice)
+        pDevice->EndUse();
+    SetLastError(pDevice ? 0 : kErrorInvalidHandle);
+    return pDevice != nullptr;
+}
+
+DWORD GetLastError() {
+    return g_iLastError;
+}
+
+void SetLastError(DWORD iError) {
+    g_iLastError = iError;
+}

@@ -1,0 +1,21 @@
+// The system's timer resolution.
+#include "platform/timer_resolution.h"
+
+#include "system/serial.h"
+
+// After the system's main header, on whose types it builds.
+#include <timeapi.h>
+
+namespace {
+
+constexpr UINT kResolution_ms = 1;
+
+} // namespace
+
+FineTimer::FineTimer() {
+    timeBeginPeriod(kResolution_ms);
+}
+
+FineTimer::~FineTimer() {
+    timeEndPeriod(kResolution_ms);
+}

@@ -1,0 +1,78 @@
+// The functions that the file manager finds by name: its file-system plug-in interface.
+//
+// The host calls them from any of its threads, also from inside its own callbacks; plugin/operation.h tells
+// how they get along. They work before FsInit too: then nothing is reported to the host.
+//
+// Paths are zero-terminated, in the host's encoding, shorter than 1024 bytes, with '/' or '\' as separator
+// and the plug-in's root as "/" or "\"; the phone sees the same bytes. A phone path that is null or longer
+// fails the call before anything is sent. Phone paths that are `char*` are changed in place.
+#pragma once
+
+#include "platform/export.h"
+#include "platform/host_interface.h"
+
+// --- Connection (init.cpp) ------------------------------------------------------------------------------
+
+/// FsInit takes the host's callbacks (any may be null) and opens the connection; takes at least a second, the
+/// time for which the banner stands. Always 0. While a callback of the host is running it changes nothing.
+QUILLET_C_API int HOST_CALL FsInit(int iPluginNumber, tProgressProc pfnProgress, tLogProc pfnLog,
+                                   tRequestProc pfnRequest);
+
+/// FsGetDefRootName writes the root's name, cut to what iSize bytes hold with their zero.
+QUILLET_C_API void HOST_CALL FsGetDefRootName(char* sRootName, int iSize);
+
+/// FsStatusInfo: FS_STATUS_START opens or checks the connection and keeps it from closing when idle until
+/// FS_STATUS_END. Directory and operation are not looked at.
+QUILLET_C_API void HOST_CALL FsStatusInfo(char* sRemoteDir, int iStartEnd, int iOperation);
+
+/// FsDisconnect closes the connection, if there is one: 1. While a callback of the host is running (a
+/// transfer may stand behind it) it closes nothing: 0.
+QUILLET_C_API BOOL HOST_CALL FsDisconnect(char* sDisconnectRoot);
+
+// --- Listing (find_files.cpp) ---------------------------------------------------------------------------
+
+/// FsFindFirst lists a folder whole and fills the record of its first entry. Returns a handle of its own for
+/// FsFindNext and FsFindClose, or the handle -1: with kErrorNoMoreFiles as the thread's last error when the
+/// folder is empty or cannot be listed, with the last error left alone when no phone answers.
+QUILLET_C_API HANDLE HOST_CALL FsFindFirst(char* sPath, WIN32_FIND_DATAA* pFindData);
+
+/// FsFindNext fills the record of the listing's next entry: 1, or 0 after the last. A handle that is not
+/// known walks the last listing.
+QUILLET_C_API BOOL HOST_CALL FsFindNext(HANDLE hListing, WIN32_FIND_DATAA* pFindData);
+
+/// FsFindClose gives a handle back. Always 0.
+QUILLET_C_API int HOST_CALL FsFindClose(HANDLE hListing);
+
+// --- Transfers (transfer.cpp) ---------------------------------------------------------------------------
+// One at a time: a second one that the host asks for from inside a callback, or from another thread
+// meanwhile, fails with FS_FILE_WRITEERROR. A user's abort gives FS_FILE_USERABORT; then nothing is left of
+// the copy and the source stays.
+
+/// FsGetFile copies a phone file to the PC, and with FS_COPYFLAGS_MOVE deletes it on the phone once it is
+/// there whole. Without overwrite or resume an existing local file stays: FS_FILE_EXISTSRESUMEALLOWED. A
+/// download that fails on the way leaves the part that arrived: FS_FILE_WRITEERROR.
+QUILLET_C_API int HOST_CALL FsGetFile(char* sRemoteName, char* sLocalName, int iCopyFlags,
+                                      RemoteInfoStruct* pRemoteInfo);
+
+/// FsPutFile copies a local file to the phone; the local file always stays. Without overwrite or resume an
+/// existing phone file stays: FS_FILE_EXISTSRESUMEALLOWED (FS_FILE_NOTFOUND: the phone did not say). Of an
+/// upload that fails nothing is left on the phone, but a file whose writing never began stays as it was.
+QUILLET_C_API int HOST_CALL FsPutFile(char* sLocalName, char* sRemoteName, int iCopyFlags);
+
+// --- Files and folders (file_operations.cpp) ------------------------------------------------------------
+// 1 when the phone took the request; it tells a refusal of FsMkDir only.
+
+QUILLET_C_API BOOL HOST_CALL FsDeleteFile(char* sRemoteName);
+/// FsMkDir: where the host wants it so (platform), a folder that exists already counts as made.
+QUILLET_C_API BOOL HOST_CALL FsMkDir(char* sPath);
+QUILLET_C_API BOOL HOST_CALL FsRemoveDir(char* sRemoteName);
+
+/// FsRenMovFile renames or moves within the phone, over an existing target with bOverWrite only
+/// (FS_FILE_EXISTS). It uses the connection as it is. A copy (bMove 0) is FS_FILE_NOTSUPPORTED.
+QUILLET_C_API int HOST_CALL FsRenMovFile(char* sOldName, char* sNewName, BOOL bMove, BOOL bOverWrite,
+                                         RemoteInfoStruct* pRemoteInfo);
+
+/// The phone has no attributes or times that the host could set: always 0, and nothing is sent.
+QUILLET_C_API BOOL HOST_CALL FsSetAttr(char* sRemoteName, int iNewAttr);
+QUILLET_C_API BOOL HOST_CALL FsSetTime(char* sRemoteName, FILETIME* pCreation, FILETIME* pLastAccess,
+                                       FILETIME* pLastWrite);

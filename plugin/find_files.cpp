@@ -1,0 +1,103 @@
+// Listing folders for the host.
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <exception>
+#include <string_view>
+#include <utility>
+
+#include "platform/last_error.h"
+#include "plugin/connection.h"
+#include "plugin/entry_points.h"
+#include "plugin/front_state.h"
+#include "plugin/listing.h"
+#include "plugin/operation.h"
+#include "plugin/phone_path.h"
+#include "qlib/call_layer.h"
+
+namespace {
+
+constexpr uintptr_t kNoListing = UINTPTR_MAX;
+
+Listings& TheListings() {
+    static Listings listings;
+    return listings;
+}
+
+HANDLE AsHandle(uintptr_t iHandle) {
+    return reinterpret_cast<HANDLE>(iHandle);
+}
+
+// 100 ns units since 1601. Dates from 2^31 on are none that the phone's calendar has: they show as 1970.
+FILETIME FileTimeOf(DWORD iDate) {
+    constexpr uint64_t k1970 = 116444736000000000;
+    constexpr uint64_t kUnitsPerSecond = 10000000;
+    constexpr DWORD kFirstImpossible = 0x80000000;
+    const uint64_t iUnits = k1970 + (iDate < kFirstImpossible ? iDate : 0) * kUnitsPerSecond;
+    return {static_cast<DWORD>(iUnits & 0xFFFFFFFF), static_cast<DWORD>(iUnits >> 32)};
+}
+
+void FillFindData(WIN32_FIND_DATAA& findData, const ListingEntry& entry) {
+    findData = {};
+    findData.dwFileAttributes = entry.isFile == 0 ? FILE_ATTRIBUTE_DIRECTORY : 0;
+    findData.ftCreationTime = findData.ftLastAccessTime = findData.ftLastWriteTime = FileTimeOf(entry.Date);
+    findData.nFileSizeLow = entry.FileSize;
+    entry.Name.copy(findData.cFileName, sizeof findData.cFileName - 1);
+}
+
+enum class Outcome { Listed, Empty, NotConnected };
+
+Outcome List(Operation& operation, const char* sPhonePath, Listing& listing) {
+    // The phone keeps its non-volatile items in there; the folder itself shows as empty.
+    constexpr std::string_view kHiddenFolder = "nvm";
+    EnsureConnected(operation);
+    if (!front.ContextHandle || !QLIB_IsPhoneConnected(front.ContextHandle))
+        return Outcome::NotConnected;
+    if (sPhonePath != kHiddenFolder)
+        listing = ListFolder(sPhonePath);
+    return listing.empty() ? Outcome::Empty : Outcome::Listed;
+}
+
+uintptr_t FindFirst(char* sPath, WIN32_FIND_DATAA& findData) {
+    Listing listing;
+    TheListings().Begin();
+    const Outcome eOutcome = UsePhone(Outcome::NotConnected,
+                                      [&](Operation& operation) { return List(operation, sPath, listing); });
+    if (eOutcome == Outcome::Empty)
+        SetThreadLastError(kErrorNoMoreFiles);
+    if (eOutcome != Outcome::Listed)
+        return kNoListing;
+    FillFindData(findData, listing.front());
+    return TheListings().Add(std::move(listing));
+}
+
+} // namespace
+
+HANDLE HOST_CALL FsFindFirst(char* sPath, WIN32_FIND_DATAA* pFindData) {
+    if (!pFindData || !TakeHostPath(sPath))
+        return AsHandle(kNoListing);
+    try {
+        return AsHandle(FindFirst(sPath, *pFindData));
+    } catch (const std::exception&) {
+        return AsHandle(kNoListing);
+    }
+}
+
+BOOL HOST_CALL FsFindNext(HANDLE hListing, WIN32_FIND_DATAA* pFindData) {
+    if (!pFindData)
+        return 0;
+    try {
+        ListingEntry entry;
+        if (!TheListings().Next(reinterpret_cast<uintptr_t>(hListing), entry))
+            return 0;
+        FillFindData(*pFindData, entry);
+        return 1;
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+int HOST_CALL FsFindClose(HANDLE hListing) {
+    TheListings().Close(reinterpret_cast<uintptr_t>(hListing));
+    return 0;
+}

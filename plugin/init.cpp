@@ -1,0 +1,66 @@
+// Start, end, and the brackets around the host's operations.
+#include <chrono>
+#include <cstring>
+#include <thread>
+
+#include "plugin/connection.h"
+#include "plugin/entry_points.h"
+#include "plugin/front_state.h"
+#include "plugin/operation.h"
+#include "qlib/call_layer.h"
+
+namespace {
+
+constexpr char kRootName[] = "Korvane EFS";
+constexpr std::chrono::milliseconds kBannerTime(1000);
+
+} // namespace
+
+int HOST_CALL FsInit(int iPluginNumber, tProgressProc pfnProgress, tLogProc pfnLog, tRequestProc pfnRequest) {
+    UsePhone(0, [&](Operation& operation) {
+        if (!operation.MayChangeConnection())
+            return 0;
+        front.PluginNumber = iPluginNumber;
+        front.ProgressProc = pfnProgress;
+        front.LogProc = pfnLog;
+        front.RequestProc = pfnRequest;
+        operation.Log(MSGTYPE_CONNECT, "CONNECT");
+        operation.TellHost();
+        QLIB_SetQpstMode(0);
+        EnsureConnected(operation);
+        return 0;
+    });
+    std::this_thread::sleep_for(kBannerTime);
+    return 0;
+}
+
+void HOST_CALL FsGetDefRootName(char* sRootName, int iSize) {
+    if (!sRootName || iSize <= 0)
+        return;
+    const size_t iLength = std::min(sizeof kRootName, static_cast<size_t>(iSize)) - 1;
+    std::memcpy(sRootName, kRootName, iLength);
+    sRootName[iLength] = '\0';
+}
+
+void HOST_CALL FsStatusInfo(char*, int iStartEnd, int) {
+    if (iStartEnd != FS_STATUS_START && iStartEnd != FS_STATUS_END)
+        return;
+    UsePhone(0, [&](Operation& operation) {
+        if (iStartEnd == FS_STATUS_START) {
+            EnsureConnected(operation);
+            StopIdleTimer();
+        } else {
+            RestartIdleTimer();
+        }
+        return 0;
+    });
+}
+
+BOOL HOST_CALL FsDisconnect(char*) {
+    return UsePhone(0, [](Operation& operation) {
+        if (!operation.MayChangeConnection())
+            return 0;
+        Disconnect(operation);
+        return 1;
+    });
+}

@@ -1,0 +1,80 @@
+#include "plugin/listing.h"
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <utility>
+
+#include "plugin/front_state.h"
+#include "plugin/phone_path.h"
+#include "qlib/call_layer.h"
+
+namespace {
+
+// The listing that the library's callback fills; used by the owner of the connection.
+Listing* pInTheMaking = nullptr;
+bool bIncomplete = false;
+
+} // namespace
+
+unsigned char OnDirEntry(char* const sPath, unsigned char isFile, unsigned short iMask,
+                         unsigned char iBufOption, unsigned char iClean, DWORD iDate, DWORD iFileSize,
+                         void*) {
+    if (!pInTheMaking)
+        return 1;
+    StripLeadingSeparators(sPath);
+    const char* const sName = EntryName(sPath);
+    try {
+        pInTheMaking->push_back({std::string(sName, std::min(std::strlen(sName), kMaxEntryName)), isFile,
+                                 iBufOption, iClean, iMask, iDate, iFileSize});
+    } catch (const std::exception&) {
+        bIncomplete = true;
+    }
+    return 1;
+}
+
+Listing ListFolder(const char* sPhonePath) {
+    Listing listing;
+    pInTheMaking = &listing;
+    bIncomplete = false;
+    QLIB_EfsDirectory(front.ContextHandle, sPhonePath);
+    pInTheMaking = nullptr;
+    // Part of a folder would pass for the whole of it.
+    if (bIncomplete)
+        listing.clear();
+    return listing;
+}
+
+void Listings::Begin() {
+    auto pEmpty = std::make_shared<Walk>();
+    std::lock_guard lock(m_lock);
+    m_pLast.swap(pEmpty);
+}
+
+Listings::Handle Listings::Add(Listing listing) {
+    auto pWalk = std::make_shared<Walk>(std::move(listing), 0);
+    std::lock_guard lock(m_lock);
+    do
+        ++m_iLastHandle;
+    while (m_iLastHandle == 0 || m_iLastHandle == UINTPTR_MAX || m_open.contains(m_iLastHandle));
+    m_open.emplace(m_iLastHandle, pWalk);
+    m_pLast = std::move(pWalk);
+    if (m_open.size() > kMaxOpen)
+        m_open.erase(m_open.begin());
+    return m_iLastHandle;
+}
+
+bool Listings::Next(Handle handle, ListingEntry& entry) {
+    std::lock_guard lock(m_lock);
+    const auto found = m_open.find(handle);
+    Walk& walk = found != m_open.end() ? *found->second : *m_pLast;
+    if (walk.iCursor + 1 >= walk.listing.size())
+        return false;
+    entry = walk.listing[++walk.iCursor];
+    return true;
+}
+
+void Listings::Close(Handle handle) {
+    std::lock_guard lock(m_lock);
+    m_open.erase(handle);
+}

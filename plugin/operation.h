@@ -1,0 +1,63 @@
+// One call of the host (or one idle tick) on the connection, and the front's ways to call the host back.
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Operation is the time during which an entry point owns the connection and the front's state. Every entry
+/// point that touches either makes one first, mostly through UsePhone; nothing interrupts it but the host's
+/// callbacks, which are called through the functions below and nowhere else.
+///
+/// An operation collects its log lines. The host gets them when the front's state is whole: with TellHost,
+/// or, those that are left, after the operation has ended.
+class Operation {
+public:
+    enum class Kind {
+        Call, // waits for its turn
+        Tick, // only tries
+    };
+    explicit Operation(Kind eKind = Kind::Call);
+    ~Operation();
+    Operation(const Operation&) = delete;
+    Operation& operator=(const Operation&) = delete;
+
+    /// False when a tick found the connection in use: then it must leave everything alone.
+    bool Owns() const { return m_bOwns; }
+
+    /// MayChangeConnection tells whether the connection may be closed or opened: not while another operation
+    /// is suspended in a host callback, since that one goes on with the connection that it knows.
+    bool MayChangeConnection() const;
+
+    /// Log adds a line of the given host message type.
+    void Log(int iMessageType, std::string sText) { m_lines.push_back({iMessageType, std::move(sText)}); }
+
+    /// TellHost hands the collected lines to the host, others having their turns meanwhile.
+    void TellHost();
+
+private:
+    struct Line {
+        int iMessageType;
+        std::string sText;
+    };
+
+    const bool m_bOwns;
+    std::vector<Line> m_lines;
+};
+
+/// ReportProgress tells the host how far the transfer is, others having their turns meanwhile. True when
+/// the user asks to abort. Called by the owner only.
+bool ReportProgress(int iPercent);
+
+/// UsePhone runs `work` as one operation, handing it over. Returns its result, or `onFailure` when memory
+/// ran out.
+template <class Result, class Work>
+Result UsePhone(Result onFailure, Work work) {
+    try {
+        Operation operation;
+        return work(operation);
+    } catch (const std::exception&) {
+        return onFailure;
+    }
+}

@@ -1,0 +1,40 @@
+#include "plugin/phone_path.h"
+
+#include <algorithm>
+#include <cstring>
+
+bool IsUsableHostPath(const char* sPath) {
+    return sPath && std::memchr(sPath, '\0', kMaxPathSize);
+}
+
+bool CopyHostPath(const char* sHostPath, char* sPhonePath) {
+    return IsUsableHostPath(sHostPath) && TakeHostPath(std::strcpy(sPhonePath, sHostPath));
+}
+
+bool TakeHostPath(char* sPath) {
+    if (!IsUsableHostPath(sPath))
+        return false;
+    ToPhonePath(sPath);
+    StripLeadingSeparators(sPath);
+    return true;
+}
+
+void ToPhonePath(char* sPath) {
+    char* pEnd = sPath + std::strlen(sPath);
+    const bool bDrivePath = pEnd - sPath >= 3 && (sPath[1] == ':' || sPath[2] == ':');
+    if (bDrivePath)
+        return;
+    std::replace(sPath, pEnd, '\\', '/');
+    pEnd = std::unique(sPath, pEnd, [](char a, char b) { return a == '/' && b == '/'; });
+    *pEnd = '\0';
+}
+
+void StripLeadingSeparators(char* sPath) {
+    const char* const pRest = sPath + std::strspn(sPath, "/\\");
+    std::memmove(sPath, pRest, std::strlen(pRest) + 1);
+}
+
+const char* EntryName(const char* sPath) {
+    const char* const pSlash = std::strrchr(sPath, '/');
+    return pSlash ? pSlash + 1 : sPath;
+}

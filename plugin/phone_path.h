@@ -1,0 +1,29 @@
+// From the host's form of a path to the phone's.
+#pragma once
+
+#include <cstddef>
+
+/// A host path with its zero is at most this long.
+constexpr size_t kMaxPathSize = 1024;
+
+/// IsUsableHostPath: not null, and no longer than kMaxPathSize. Everything below but TakeHostPath and
+/// CopyHostPath wants such a path.
+bool IsUsableHostPath(const char* sPath);
+
+/// TakeHostPath changes a host path in place into the phone path that the library takes: ToPhonePath, then
+/// StripLeadingSeparators. False, with the path as it was, when it is not usable.
+bool TakeHostPath(char* sPath);
+
+/// CopyHostPath does the same to a copy in sPhonePath (kMaxPathSize bytes) and leaves the host's text alone.
+bool CopyHostPath(const char* sHostPath, char* sPhonePath);
+
+/// ToPhonePath makes every backslash a slash and every run of slashes one. A path of at least 3 characters
+/// whose second or third one is ':' is a drive path and stays as it is.
+void ToPhonePath(char* sPath);
+
+/// StripLeadingSeparators removes all slashes and backslashes from the begin: the root becomes the empty
+/// text.
+void StripLeadingSeparators(char* sPath);
+
+/// EntryName returns what follows a path's last '/', all of it when there is none; it points into sPath.
+const char* EntryName(const char* sPath);

@@ -1,0 +1,126 @@
+#include "plugin/port_discovery.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/devices.h"
+
+namespace {
+
+struct UsbId {
+    uint16_t iVendor;
+    uint16_t iProduct;
+    bool operator==(const UsbId&) const = default;
+};
+
+// The accepted handsets.
+constexpr UsbId KnownDevices[] = {
+    {0x05C6, 0x3197},
+    {0x05C6, 0x9002},
+    {0x4B56, 0x0001},
+    {0x4B56, 0x0002},
+};
+
+constexpr size_t kInterfaces = 3;
+constexpr size_t kMaxPhones = 128;
+
+struct PhonePortRecord {
+    std::string DeviceKey; // the same for all interfaces of one handset
+    std::array<uint32_t, kInterfaces> InterfacePort{};
+};
+
+struct UsbInterface {
+    UsbId id;
+    unsigned iNumber;
+    std::string sDeviceKey;
+};
+
+// The number of a port named "COMn"; nothing for other names. Numbers that no byte holds give 0.
+std::optional<uint32_t> ParsePortName(std::string_view sName) {
+    constexpr std::string_view kPrefix = "COM";
+    if (sName.size() <= kPrefix.size() || !sName.starts_with(kPrefix))
+        return {};
+    uint32_t iPort = 0;
+    for (const char c : sName.substr(kPrefix.size())) {
+        if (c < '0' || c > '9')
+            return {};
+        iPort = std::min<uint32_t>(iPort * 10 + static_cast<uint32_t>(c - '0'), UINT8_MAX + 1);
+    }
+    return iPort <= UINT8_MAX ? iPort : 0;
+}
+
+std::optional<UsbInterface> ParseInstanceId(const std::string& sInstanceId) {
+    constexpr std::string_view kBus = "USB\\";
+    if (sInstanceId.find(kBus) == std::string::npos)
+        return {};
+    unsigned iVendor = 0;
+    unsigned iProduct = 0;
+    unsigned iNumber = 0;
+    char sKey[13];
+    if (std::sscanf(sInstanceId.c_str() + kBus.size(), "VID_%4X&PID_%4X&MI_%2X\\%12s", &iVendor, &iProduct,
+                    &iNumber, sKey) != 4)
+        return {};
+    return UsbInterface{{static_cast<uint16_t>(iVendor), static_cast<uint16_t>(iProduct)}, iNumber, sKey};
+}
+
+bool IsKnown(const UsbId& id) {
+    return std::find(std::begin(KnownDevices), std::end(KnownDevices), id) != std::end(KnownDevices);
+}
+
+void Record(const PresentDevice& device, std::vector<PhonePortRecord>& phones) {
+    if (!device.sPortName || !device.sDescription || !device.sInstanceId)
+        return;
+    const auto port = ParsePortName(*device.sPortName);
+    const auto usb = ParseInstanceId(*device.sInstanceId);
+    if (!port || !usb || !IsKnown(usb->id))
+        return;
+    auto phone = std::find_if(phones.begin(), phones.end(), [&](const PhonePortRecord& record) {
+        return record.DeviceKey == usb->sDeviceKey;
+    });
+    if (phone == phones.end()) {
+        if (phones.size() == kMaxPhones)
+            return;
+        phone = phones.insert(phone, PhonePortRecord{usb->sDeviceKey});
+    }
+    if (usb->iNumber < kInterfaces)
+        phone->InterfacePort[usb->iNumber] = *port;
+}
+
+bool FindPhones(std::vector<PhonePortRecord>& phones) {
+    for (const char* sClass : {"Modem", "Ports"}) {
+        std::vector<PresentDevice> devices;
+        if (!ListPresentDevices(sClass, devices))
+            return false;
+        for (const PresentDevice& device : devices)
+            Record(device, phones);
+    }
+    return true;
+}
+
+} // namespace
+
+int FindPhonePorts(unsigned char* pPorts, int* piDeviceCount, int* piByteCount) {
+    try {
+        std::vector<PhonePortRecord> phones;
+        if (!pPorts || !piDeviceCount || !piByteCount || !FindPhones(phones))
+            return 0;
+        const int iCapacity = *piByteCount;
+        int iBytes = 0;
+        for (const PhonePortRecord& phone : phones)
+            for (const uint32_t iPort : phone.InterfacePort)
+                if (iBytes < iCapacity)
+                    pPorts[iBytes++] = static_cast<unsigned char>(iPort);
+        *piDeviceCount = iBytes / static_cast<int>(kInterfaces);
+        *piByteCount = iBytes;
+        return 1;
+    } catch (const std::exception&) {
+        return 0;
+    }
+}

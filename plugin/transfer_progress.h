@@ -1,0 +1,34 @@
+// The one transfer that may run, and its progress.
+#pragma once
+
+#include "platform/types.h"
+
+/// Transfer is the claim to the one transfer that can run at a time: the host may ask for another one while a
+/// callback of the running one is out, and that one must not touch its size, its abort or its partial copy.
+/// Lives within an operation, whose owner alone uses it.
+class Transfer {
+public:
+    /// Claims the transfer, when none is running.
+    Transfer();
+    ~Transfer();
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+
+    /// False when another transfer is running: then this one must fail.
+    bool IsClaimed() const { return m_bClaimed; }
+
+    /// Begin sets the size in bytes that is 100 % and reports 0 % to the host. False when the user aborts:
+    /// then nothing is to be transferred.
+    bool Begin(DWORD iSize);
+
+    /// WasAborted tells whether the user aborted the transfer. The library reports such a transfer as done.
+    bool WasAborted() const;
+
+private:
+    const bool m_bClaimed;
+};
+
+/// TransferProgress is the library's transfer callback: it reports the percentage to the host and passes the
+/// user's abort on to the library. Always 0.
+unsigned char TransferProgress(char* const sFirstName, char* const sSecondName, int iOperation, int iSubCode,
+                               DWORD iBytesDone, DWORD iBytesInAll, void* pUserData);

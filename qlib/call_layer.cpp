@@ -1,0 +1,132 @@
+#include "qlib/call_layer.h"
+
+#include <exception>
+#include <type_traits>
+
+#include "qlib/diag_ftm.h"
+#include "qlib/resource_manager.h"
+
+namespace {
+
+// Hands an argument on in the form in which the method takes it: out-values as pointer or by reference.
+template <class Parameter, class Argument>
+Parameter HandOn(Argument* pArgument) {
+    if constexpr (std::is_reference_v<Parameter>)
+        return *pArgument;
+    else
+        return pArgument;
+}
+
+// Calls a method of the context's connection. False without a connection, with a null argument, or when the
+// method ran out of memory.
+template <class Class, class... Parameters, class... Arguments>
+bool Forward(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
+    if (((pArguments == nullptr) || ...))
+        return false;
+    try {
+        Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+        return pPhone && (pPhone->*pMethod)(HandOn<Parameters>(pArguments)...);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+} // namespace
+
+void QLIB_SetQpstMode(unsigned char iMode) {
+    QLib_ResourceManager::SetIsUsingQpst(iMode == 1);
+}
+
+void* QLIB_ConnectPort(unsigned short iComPort) {
+    void* const hContext = QLib_ResourceManager::CreateContext(iComPort);
+    Forward(hContext, &Diag_FTM::OpenPort);
+    return hContext;
+}
+
+void QLIB_DisconnectPort(void* hContext) {
+    Forward(hContext, &Diag_FTM::ClosePort);
+    QLib_ResourceManager::DestroyContext(hContext, false);
+}
+
+bool QLIB_IsPhoneConnected(void* hContext) {
+    return Forward(hContext, &Diag_FTM::IsPhoneConnected);
+}
+
+// The first two callbacks belong to the clients of a port server, which no context of this build has.
+void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack, SoftwareDownloadCallBack,
+                             AsyncMessageCallBack pfnAsyncMessage) {
+    Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    if (pPhone && pfnAsyncMessage)
+        pPhone->ConfigureAsyncMessageCallBack(hContext, pfnAsyncMessage);
+}
+
+void QLIB_ConfigureEfsCallbacks(void* hContext, EfsTransferCallBack pfnTransfer,
+                                EfsDirectoryCallBack pfnDirectory) {
+    if (Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext))
+        pPhone->ConfigureEfsCallbacks(hContext, pfnTransfer, pfnDirectory);
+}
+
+bool QLIB_DIAG_GET_FILE_ATTRIBUTES(void* hContext, const char* sPath, DWORD* piFirst, DWORD* piSecond,
+                                   DWORD* piThird) {
+    return Forward(hContext, &Diag_FTM::DIAG_GET_FILE_ATTRIBUTES, sPath, piFirst, piSecond, piThird);
+}
+
+bool QLIB_EFS2_DIAG_ABORT(void* hContext) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_ABORT);
+}
+
+bool QLIB_EfsDirectory(void* hContext, const char* sFolderPath) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_ENUM_DIR, sFolderPath);
+}
+
+bool QLIB_EfsRead(void* hContext, const char* sEFS_File, const char* sLocalFile) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_READ_FILE, sLocalFile, sEFS_File);
+}
+
+bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_WRITE_FILE, sLocalFile, sEFS_File);
+}
+
+bool QLIB_EfsWriteOpenedTarget(void* hContext) {
+    const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    return pPhone && pPhone->EFS2_LastWriteOpenedTarget();
+}
+
+bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_UNLINK, sFilePath);
+}
+
+bool QLIB_EFS2_DIAG_MKDIR(void* hContext, const char* sDir) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_MKDIR, sDir);
+}
+
+bool QLIB_EFS2_DIAG_RMDIR(void* hContext, const char* sFolderPath) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_RMDIR, sFolderPath);
+}
+
+bool QLIB_EFS2_DIAG_READ_LINK(void* hContext, const char* sFilePath, char* sPointedFilePath) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_READ_LINK, sFilePath, sPointedFilePath);
+}
+
+bool QLIB_EFS2_DIAG_CREATE_LINK(void* hContext, const char* sFilePath, const char* sPointedFilePath) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_CREATE_LINK, sFilePath, sPointedFilePath);
+}
+
+bool QLIB_EFS2_DIAG_RENAME(void* hContext, const char* sOldFilePath, const char* sNewFilePath,
+                           DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_RENAME, sOldFilePath, sNewFilePath, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_STAT(void* hContext, const char* sFilePath, DWORD* piErrorNo, DWORD* piMode,
+                         DWORD* piSize, DWORD* piNlink, DWORD* piAtime, DWORD* piMtime, DWORD* piCtime) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_STAT, sFilePath, piErrorNo, piMode, piSize, piNlink,
+                   piAtime, piMtime, piCtime);
+}
+
+bool QLIB_EFS2_DIAG_STATFS(void* hContext, const char* sFilePath, DWORD* piErrorNo, DWORD* piFS_ID,
+                           DWORD* piFS_Type, DWORD* piBlockSize, DWORD* piTotalBlocks, DWORD* piAvailBlocks,
+                           DWORD* piFreeBlocks, DWORD* piMaxFileSize, DWORD* piNfiles, DWORD* piMaxNfiles) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_STATFS, sFilePath, piErrorNo, piFS_ID, piFS_Type,
+                   piBlockSize, piTotalBlocks, piAvailBlocks, piFreeBlocks, piMaxFileSize, piNfiles,
+                   piMaxNfiles);
+}

@@ -1,0 +1,79 @@
+// The flat call layer: the library through plain functions over context handles.
+//
+// A context handle stands for one COM port (QLib_ResourceManager). Every function looks the handle up and
+// forwards to one method of its connection; with a handle that has no context it returns false and changes
+// nothing. Calls come from one thread at a time. Out-values are written only when a response arrived.
+#pragma once
+
+#include "efs2/callbacks.h"
+#include "link/event_listener.h"
+#include "platform/export.h"
+#include "platform/types.h"
+
+/// Told about the progress of a software download over a port server; the result is not looked at.
+using SoftwareDownloadCallBack = bool (*)(void* pUserData);
+
+/// QLIB_SetQpstMode: 1 selects port-server mode, anything else the serial port. Process-wide; set it
+/// before contexts are made.
+QUILLET_C_API void QLIB_SetQpstMode(unsigned char iMode);
+
+/// QLIB_ConnectPort makes (or finds) the context of a COM port (0xFFFF: the first on which a phone answers)
+/// and opens the port. Returns its handle also when the port could not be opened (ask
+/// QLIB_IsPhoneConnected); null when no context could be made. Each call wants its QLIB_DisconnectPort.
+QUILLET_C_API void* QLIB_ConnectPort(unsigned short iComPort);
+
+/// QLIB_DisconnectPort closes the port and drops one reference to the context.
+QUILLET_C_API void QLIB_DisconnectPort(void* hContext);
+
+/// QLIB_IsPhoneConnected tells whether the phone answers now (Diag_FTM::IsPhoneConnected).
+QUILLET_C_API bool QLIB_IsPhoneConnected(void* hContext);
+
+/// QLIB_ConfigureCallBacks registers the callbacks that are not null; their user data is the handle. The
+/// first two are for port-server mode.
+QUILLET_C_API void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack pfnEfs,
+                                           SoftwareDownloadCallBack pfnSoftwareDownload,
+                                           AsyncMessageCallBack pfnAsyncMessage);
+
+/// QLIB_ConfigureEfsCallbacks registers the transfer and the directory callback (null: none).
+QUILLET_C_API void QLIB_ConfigureEfsCallbacks(void* hContext, EfsTransferCallBack pfnTransfer,
+                                              EfsDirectoryCallBack pfnDirectory);
+
+QUILLET_C_API bool QLIB_DIAG_GET_FILE_ATTRIBUTES(void* hContext, const char* sPath, DWORD* piFirst,
+                                                 DWORD* piSecond, DWORD* piThird);
+
+/// QLIB_EFS2_DIAG_ABORT asks the running transfer to stop before its next block.
+QUILLET_C_API bool QLIB_EFS2_DIAG_ABORT(void* hContext);
+
+/// QLIB_EfsDirectory lists a phone folder through the directory callback.
+QUILLET_C_API bool QLIB_EfsDirectory(void* hContext, const char* sFolderPath);
+
+/// QLIB_EfsRead copies a phone file to a local file, QLIB_EfsWrite the other way: source first.
+QUILLET_C_API bool QLIB_EfsRead(void* hContext, const char* sEFS_File, const char* sLocalFile);
+QUILLET_C_API bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File);
+
+/// QLIB_EfsWriteOpenedTarget tells whether the connection's last write got as far as opening (and so
+/// emptying) its phone file. When it did not, whatever stood there still does.
+QUILLET_C_API bool QLIB_EfsWriteOpenedTarget(void* hContext);
+
+QUILLET_C_API bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath);
+QUILLET_C_API bool QLIB_EFS2_DIAG_MKDIR(void* hContext, const char* sDir);
+QUILLET_C_API bool QLIB_EFS2_DIAG_RMDIR(void* hContext, const char* sFolderPath);
+
+/// QLIB_EFS2_DIAG_READ_LINK: sPointedFilePath holds at least 512 bytes and a terminated text.
+QUILLET_C_API bool QLIB_EFS2_DIAG_READ_LINK(void* hContext, const char* sFilePath, char* sPointedFilePath);
+
+/// QLIB_EFS2_DIAG_CREATE_LINK makes the link sFilePath that points to sPointedFilePath.
+QUILLET_C_API bool QLIB_EFS2_DIAG_CREATE_LINK(void* hContext, const char* sFilePath,
+                                              const char* sPointedFilePath);
+
+QUILLET_C_API bool QLIB_EFS2_DIAG_RENAME(void* hContext, const char* sOldFilePath, const char* sNewFilePath,
+                                         DWORD* piErrorNo);
+
+QUILLET_C_API bool QLIB_EFS2_DIAG_STAT(void* hContext, const char* sFilePath, DWORD* piErrorNo, DWORD* piMode,
+                                       DWORD* piSize, DWORD* piNlink, DWORD* piAtime, DWORD* piMtime,
+                                       DWORD* piCtime);
+
+QUILLET_C_API bool QLIB_EFS2_DIAG_STATFS(void* hContext, const char* sFilePath, DWORD* piErrorNo,
+                                         DWORD* piFS_ID, DWORD* piFS_Type, DWORD* piBlockSize,
+                                         DWORD* piTotalBlocks, DWORD* piAvailBlocks, DWORD* piFreeBlocks,
+                                         DWORD* piMaxFileSize, DWORD* piNfiles, DWORD* piMaxNfiles);

@@ -1,0 +1,17 @@
+#include "qlib/diag_ftm.h"
+
+Diag_FTM::Diag_FTM(int iComPort)
+    : DiagConnection(iComPort),
+      CommandFrame(static_cast<DiagConnection&>(*this)),
+      FileAttributes(static_cast<CommandFrame&>(*this)),
+      Efs2Callbacks(static_cast<CommandFrame&>(*this)),
+      Efs2Metadata(static_cast<CommandFrame&>(*this)),
+      Efs2Directory(static_cast<CommandFrame&>(*this), static_cast<Efs2Callbacks&>(*this)),
+      Efs2Transfer(static_cast<CommandFrame&>(*this), static_cast<Efs2Callbacks&>(*this),
+                   static_cast<Efs2Metadata&>(*this)) {
+    StartUp();
+}
+
+Diag_FTM::~Diag_FTM() {
+    ShutDown();
+}

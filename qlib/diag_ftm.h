@@ -1,0 +1,52 @@
+// The connection object: one handset, all commands.
+#pragma once
+
+#include "diag/command_frame.h"
+#include "efs2/callbacks.h"
+#include "efs2/directory.h"
+#include "efs2/file_attributes.h"
+#include "efs2/metadata.h"
+#include "efs2/transfer.h"
+#include "link/diag_connection.h"
+#include "platform/export.h"
+
+/// Diag_FTM is what programs use: a DiagConnection that has the methods of every command family. A family's
+/// header says what its methods do; this class is their list, in the order in which they build on each
+/// other.
+///
+/// One object talks to one COM port. It is used from one application thread at a time.
+class QUILLET_API Diag_FTM : public DiagConnection,
+                             public CommandFrame,
+                             public FileAttributes,
+                             public Efs2Callbacks,
+                             public Efs2Metadata,
+                             public Efs2Directory,
+                             public Efs2Transfer {
+public:
+    /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
+    /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
+    explicit Diag_FTM(int iComPort);
+    /// Closes the port and ends both threads before any family goes away.
+    ~Diag_FTM() override;
+
+private:
+    // What the families share is not for users of the object.
+    using CommandFrame::BeginRequest;
+    using CommandFrame::Buffer;
+    using CommandFrame::Connection;
+    using CommandFrame::FormatAGPS_FTMHeader;
+    using CommandFrame::FormatAudioFTMHeader;
+    using CommandFrame::FormatBT_FTMHeader;
+    using CommandFrame::FormatCameraFTMHeader;
+    using CommandFrame::FormatCDMA2000_FTMHeader;
+    using CommandFrame::FormatEVDO_FTMHeader;
+    using CommandFrame::FormatExtendedFTMHeader;
+    using CommandFrame::FormatFTMHeader;
+    using CommandFrame::FormatGSDI_DiagHeader;
+    using CommandFrame::FormatMF_DiagHeader;
+    using CommandFrame::FormatPMIC_FTMHeader;
+    using CommandFrame::FormatRF_CommonHeader;
+    using CommandFrame::FormatSubsystemDiagHeader;
+    using CommandFrame::Log;
+    using CommandFrame::Response;
+};

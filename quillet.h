@@ -1,0 +1,13 @@
+// quillet: the complete client of a handset's diagnostic protocol, for programs that link quillet.wfx.
+//
+//     #include "quillet.h"
+//     Diag_FTM phone(5);                     // COM5
+//     if (phone.IsPhoneConnected())
+//         phone.EFS2_DIAG_ENUM_DIR("");      // entries arrive through ConfigureEfsCallbacks
+//
+// Conventions (errors, ownership, threads, units, text encoding) stand in docs/ARCHITECTURE.md.
+#pragma once
+
+#include "qlib/call_layer.h"
+#include "qlib/diag_ftm.h"
+#include "qlib/resource_manager.h"

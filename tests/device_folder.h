@@ -1,0 +1,95 @@
+// Folders and pseudo-terminals that stand for the machine's devices.
+#pragma once
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+/// DeviceFolder is a temporary folder that QUILLET_DEVICE_ROOT names for as long as it lives.
+class DeviceFolder {
+public:
+    DeviceFolder() {
+        std::string sPattern = (std::filesystem::temp_directory_path() / "quillet-devices-XXXXXX").string();
+        if (mkdtemp(sPattern.data()) == nullptr)
+            throw std::runtime_error("no temporary folder");
+        m_path = sPattern;
+        setenv("QUILLET_DEVICE_ROOT", m_path.c_str(), 1);
+    }
+    ~DeviceFolder() {
+        unsetenv("QUILLET_DEVICE_ROOT");
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    DeviceFolder(const DeviceFolder&) = delete;
+    DeviceFolder& operator=(const DeviceFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return m_path; }
+
+    /// Writes a file, makes a folder or a link; the folders above come into being, an old link goes.
+    void Write(const std::string& sName, const std::string& sContent) const {
+        std::ofstream(Made(sName), std::ios::binary) << sContent;
+    }
+    void MakeFolder(const std::string& sName) const { std::filesystem::create_directories(m_path / sName); }
+    void Link(const std::string& sName, const std::filesystem::path& target) const {
+        std::filesystem::remove(Made(sName));
+        std::filesystem::create_symlink(target, m_path / sName);
+    }
+
+private:
+    std::filesystem::path Made(const std::string& sName) const {
+        std::filesystem::create_directories((m_path / sName).parent_path());
+        return m_path / sName;
+    }
+
+    std::filesystem::path m_path;
+};
+
+/// PtyDevice is the device's end of a pseudo-terminal whose other end a DeviceFolder shows as dev/`sTty`.
+class PtyDevice {
+public:
+    PtyDevice(const DeviceFolder& folder, const std::string& sTty) : m_fd(posix_openpt(O_RDWR | O_NOCTTY)) {
+        char aName[64];
+        if (m_fd < 0 || grantpt(m_fd) != 0 || unlockpt(m_fd) != 0 ||
+            ptsname_r(m_fd, aName, sizeof(aName)) != 0)
+            throw std::runtime_error("no pseudo-terminal");
+        m_sSlaveName = aName;
+        folder.Link("dev/" + sTty, m_sSlaveName);
+    }
+    ~PtyDevice() { HangUp(); }
+    PtyDevice(const PtyDevice&) = delete;
+    PtyDevice& operator=(const PtyDevice&) = delete;
+
+    int Descriptor() const { return m_fd; }
+    const std::string& SlaveName() const { return m_sSlaveName; }
+
+    void Send(const std::string& sBytes) const {
+        ASSERT_EQ(write(m_fd, sBytes.data(), sBytes.size()), static_cast<ssize_t>(sBytes.size()));
+    }
+    /// Reads exactly `iCount` bytes, waiting for them.
+    std::string Take(size_t iCount) const {
+        std::string sBytes(iCount, '\0');
+        size_t iHave = 0;
+        while (iHave < iCount) {
+            const ssize_t iRead = read(m_fd, &sBytes[iHave], iCount - iHave);
+            if (iRead <= 0)
+                throw std::runtime_error("the port was closed");
+            iHave += static_cast<size_t>(iRead);
+        }
+        return sBytes;
+    }
+    void HangUp() {
+        if (m_fd >= 0)
+            close(m_fd);
+        m_fd = -1;
+    }
+
+private:
+    int m_fd;
+    std::string m_sSlaveName;
+};

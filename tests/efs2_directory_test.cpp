@@ -1,0 +1,163 @@
+// Listing a directory: what goes over the wire, what reaches the callback, and that no listing is called
+// complete which is not.
+#include <sstream>
+
+#include "phone_fixture.h"
+
+namespace {
+
+constexpr const char* kOpen = "4B 13 0B 00";
+constexpr const char* kRead = "4B 13 0C 00";
+constexpr const char* kClose = "4B 13 0D 00";
+constexpr size_t kNameOffset = 40;
+
+/// The answer about one entry.
+Bytes Entry(const std::string& sName, uint32_t iType = 0, uint32_t iSize = 7, uint32_t iErrnum = 0,
+            uint32_t iDirectory = 5) {
+    return Packet(kRead, {iDirectory, 99, iErrnum, iType, 0777, iSize, 1, 2, 0x30},
+                  sName + std::string(1, '\0'));
+}
+
+Bytes Shortened(Bytes packet, size_t iSize) {
+    packet.resize(iSize);
+    return packet;
+}
+
+class DirectoryTest : public PhoneTest {
+protected:
+    DirectoryTest() { m_diag.ConfigureEfsCallbacks(this, nullptr, &DirectoryTest::Receive); }
+
+    /// Lists; the result and "path kind date size" of every entry that arrived.
+    std::vector<std::string> List(const char* sPath) {
+        m_entries.clear();
+        const bool bResult = m_diag.EFS2_DIAG_ENUM_DIR(sPath);
+        m_entries.insert(m_entries.begin(), bResult ? "true" : "false");
+        return m_entries;
+    }
+
+    /// Opening and closing are granted; the entries are these, then the end.
+    void ScriptEntries(const std::vector<Bytes>& entries) {
+        m_phone.Answer(kOpen, Packet(kOpen, {5, 0}));
+        m_phone.Answer(kClose, Packet(kClose, {0}));
+        m_phone.phone.Script(Hex(kRead), [entries](const Bytes& request) -> std::vector<Bytes> {
+            const size_t iNumber = ValueAt(request, 8);
+            return {iNumber <= entries.size() ? entries[iNumber - 1] : Entry("")};
+        });
+    }
+
+    static unsigned char Receive(char* const sName, unsigned char isFile, unsigned short Mask,
+                                 unsigned char BufOption, unsigned char Clean, DWORD Date, DWORD FileSize,
+                                 void* pUserData) {
+        EXPECT_EQ(Mask + BufOption + Clean, 0);
+        std::ostringstream text;
+        text << sName << ' ' << +isFile << ' ' << std::hex << Date << ' ' << FileSize;
+        static_cast<DirectoryTest*>(pUserData)->m_entries.push_back(text.str());
+        return 0;
+    }
+
+    std::vector<std::string> m_entries;
+};
+
+using Lines = std::vector<std::string>;
+
+TEST_F(DirectoryTest, WireCallbacksAndLog) {
+    ScriptEntries({Entry("a.txt"), Entry("sub", 1, 0), Entry("/link", 2), Entry("odd", 3)});
+    EXPECT_EQ(List("dir"),
+              (Lines{"true", "dir/a.txt 1 30 7", "dir/sub 0 30 0", "dir/link 2 30 7", "dir/odd 0 30 7"}));
+    EXPECT_EQ(m_phone.Requests(),
+              (Lines{"4B 13 0B 00 64 69 72 00", "4B 13 0C 00 05 00 00 00 01 00 00 00",
+                     "4B 13 0C 00 05 00 00 00 02 00 00 00", "4B 13 0C 00 05 00 00 00 03 00 00 00",
+                     "4B 13 0C 00 05 00 00 00 04 00 00 00", "4B 13 0C 00 05 00 00 00 05 00 00 00",
+                     "4B 13 0D 00 05 00 00 00"}));
+    EXPECT_EQ(m_log.Of(LOG_RET), (Lines{" EFS DIR - 'dir/a.txt' 7 bytes", " EFS DIR - 'dir/sub' 0 bytes",
+                                        " EFS DIR - 'dir/link' 7 bytes", " EFS DIR - 'dir/odd' 7 bytes"}));
+    EXPECT_TRUE(m_log.Has(LOG_FN, "QLIB_EfsDirectory( sFolderPath = dir )"));
+
+    m_phone.phone.ClearRequests();
+    EXPECT_EQ(List("")[1], "/a.txt 1 30 7");
+    EXPECT_EQ(m_phone.Requests()[0], "4B 13 0B 00 2F 00");
+    EXPECT_EQ(List("/")[1], "//a.txt 1 30 7");
+
+    m_diag.ConfigureEfsCallbacks(nullptr, nullptr, nullptr);
+    EXPECT_EQ(List("dir"), Lines{"true"});
+}
+
+TEST_F(DirectoryTest, AgainstThePhonesFileSystem) {
+    m_phone.phone.WithFiles([](handset::FileSystem& files) {
+        for (int i = 0; i < 300; ++i)
+            files.AddFile("many/file " + std::to_string(i), "x");
+        files.AddFolder("empty");
+        files.SetOpenLimit(1);
+    });
+    EXPECT_EQ(List("many").size(), 301u);
+    EXPECT_EQ(List("empty"), Lines{"true"});
+    EXPECT_EQ(List("").size(), 3u);
+    EXPECT_EQ(List("nowhere"), Lines{"false"});
+    EXPECT_EQ(m_log.Lines().back(), "0x0002 QLIB_EfsDirectory( sFolderPath = nowhere ) - Failed");
+    EXPECT_EQ(m_phone.CountOf("4B 13 0B 00 6E"), 5);
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
+    m_phone.phone.ClearRequests();
+    EXPECT_EQ(List(std::string(252, 'p').c_str()), Lines{"false"});
+    EXPECT_TRUE(m_phone.Requests().empty());
+}
+
+TEST_F(DirectoryTest, EntriesThatDoNotFitAreLeftOutAndLogged) {
+    const std::string sFits(127, 'n');
+    const std::string sTooLong(128, 'm');
+    const std::string sLongestWhole(215, 'o');
+    const std::string sCutByTheAnswer(216, 'q');
+    ScriptEntries(
+        {Entry(sTooLong), Entry(sFits), Entry(sLongestWhole), Entry(sCutByTheAnswer), Entry("last")});
+    EXPECT_EQ(List("dir"), (Lines{"true", "dir/" + sFits + " 1 30 7", "dir/last 1 30 7"}));
+    Lines expected;
+    for (const std::string& sName : {sTooLong, sLongestWhole, sCutByTheAnswer})
+        expected.push_back("QLIB_EfsDirectory() - Path too long, entry left out: dir/" + sName);
+    EXPECT_EQ(m_log.Of(LOG_ERR), expected);
+    // A name that the answer cuts is not its own beginning, even where that would fit.
+    ScriptEntries({Entry(sCutByTheAnswer)});
+    EXPECT_EQ(List(""), Lines{"true"});
+}
+
+TEST_F(DirectoryTest, UnusableEntryAnswersFailTheListing) {
+    const Bytes cases[] = {
+        Entry("x", 0, 7, 2),                       // refused
+        Entry("x", 0, 7, 0, 0),                    // without a handle
+        Shortened(Entry("x"), kNameOffset),        // ends before the name
+        Shortened(Entry("x"), 16),                 // ends before nearly everything
+        Shortened(Entry("x"), 4),                  //
+        Shortened(Entry("name"), kNameOffset + 4), // the name has no end
+    };
+    for (const Bytes& packet : cases) {
+        m_phone.phone.ClearRequests();
+        ScriptEntries({Entry("good"), packet});
+        EXPECT_EQ(List("dir"), Lines{"false"}) << handset::ToHex(packet);
+        EXPECT_EQ(m_phone.CountOf("4B 13 0C 00 05 00 00 00 02"), 5);
+        EXPECT_EQ(m_phone.CountOf(kClose), 1);
+    }
+}
+
+TEST_F(DirectoryTest, RefusalsAreTriedFiveTimes) {
+    m_phone.AddFile("dir/a", {});
+    for (const char* sRequest : {kOpen, kRead, kClose}) {
+        m_phone.Misbehave(Action::Refuse, sRequest, 4, 16);
+        EXPECT_EQ(List("dir").size(), 2u) << sRequest;
+    }
+    m_phone.Misbehave(Action::Refuse, kClose, 5, 16);
+    EXPECT_EQ(List("dir"), Lines{"false"});
+}
+
+TEST_F(DirectoryTest, UnansweredEntryIsAskedForAgain) {
+    m_phone.AddFile("dir/a", {});
+    m_phone.Misbehave(Action::Drop, kRead);
+    EXPECT_EQ(List("dir").size(), 2u);
+    EXPECT_EQ(m_phone.CountOf(kRead), 3);
+}
+
+TEST_F(DirectoryTest, PhoneThatVanishesInTheMiddleListsNothing) {
+    for (int i = 0; i < 10; ++i)
+        m_phone.AddFile("dir/" + std::to_string(i), {});
+    m_phone.Misbehave(Action::Unplug, kRead, 1, 0, 5);
+    EXPECT_EQ(List("dir"), Lines{"false"});
+}
+
+} // namespace

@@ -1,0 +1,346 @@
+// File transfers: the bytes on both sides, the requests, the callbacks, and that nothing is reported as done
+// which is not.
+#include <unistd.h>
+
+#include <functional>
+#include <sstream>
+
+#include "phone_fixture.h"
+
+namespace {
+
+constexpr const char* kOpen = "4B 13 02 00";
+constexpr const char* kClose = "4B 13 03 00";
+constexpr const char* kRead = "4B 13 04 00";
+constexpr const char* kWrite = "4B 13 05 00";
+constexpr const char* kUnlink = "4B 13 08 00";
+constexpr const char* kStatfs = "4B 13 13 00";
+
+using Lines = std::vector<std::string>;
+
+class TransferTest : public PhoneTest {
+protected:
+    TransferTest() { m_diag.ConfigureEfsCallbacks(this, &TransferTest::Receive, nullptr); }
+
+    bool Download(const std::string& sLocal, const std::string& sPhone) {
+        m_progress.clear();
+        return m_diag.EFS2_DIAG_READ_FILE(sLocal.c_str(), sPhone.c_str());
+    }
+    bool Upload(const std::string& sLocal, const std::string& sPhone) {
+        m_progress.clear();
+        return m_diag.EFS2_DIAG_WRITE_FILE(sLocal.c_str(), sPhone.c_str());
+    }
+
+    static unsigned char Receive(char* const sFirst, char* const sSecond, int iOperation, int iSubCode,
+                                 DWORD iDone, DWORD iInAll, void* pUserData) {
+        std::ostringstream text;
+        text << (sFirst == nullptr ? "null" : sFirst) << ' ' << (sSecond == nullptr ? "null" : sSecond) << ' '
+             << iOperation << ' ' << iSubCode << ' ' << iDone << ' ' << iInAll;
+        auto* pTest = static_cast<TransferTest*>(pUserData);
+        pTest->m_progress.push_back(text.str());
+        if (pTest->m_onBlock)
+            pTest->m_onBlock();
+        return 0;
+    }
+
+    Lines m_progress;
+    std::function<void()> m_onBlock; // called with every block
+    LocalFolder m_local;
+};
+
+TEST_F(TransferTest, EverySizeArrivesWholeBothWays) {
+    for (const size_t iSize : {0, 1, 511, 512, 513, 1024, 1535, 1536, 1537, 3072, 50000}) {
+        const Bytes content = Pattern(iSize);
+        EXPECT_TRUE(Upload(m_local.Write("source", content), "up")) << iSize;
+        EXPECT_EQ(m_progress.size(), (iSize + 511) / 512);
+        EXPECT_EQ(m_phone.Content("up"), content);
+        EXPECT_TRUE(Download(m_local.Path("target"), "up")) << iSize;
+        EXPECT_EQ(m_progress.size(), iSize / 1536 + 1);
+        EXPECT_EQ(m_local.Read("target"), content);
+        EXPECT_TRUE(m_diag.EFS2_DIAG_WRITE_FILE_MEM(reinterpret_cast<const char*>(content.data()),
+                                                    static_cast<DWORD>(iSize), "memory"));
+        EXPECT_EQ(m_phone.Content("memory"), content);
+    }
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
+    EXPECT_TRUE(m_log.Of(LOG_ERR).empty());
+}
+
+TEST_F(TransferTest, DownloadOnTheWire) {
+    m_phone.AddFile("/x", Pattern(3072));
+    const std::string sTarget = m_local.Path("x");
+    EXPECT_TRUE(Download(sTarget, "/x"));
+    EXPECT_EQ(m_phone.Requests(),
+              (Lines{"4B 13 02 00 00 00 00 00 24 01 00 00 2F 78 00",
+                     "4B 13 04 00 00 00 00 00 00 06 00 00 00 00 00 00",
+                     "4B 13 04 00 00 00 00 00 00 06 00 00 00 06 00 00",
+                     "4B 13 04 00 00 00 00 00 00 06 00 00 00 0C 00 00", "4B 13 03 00 00 00 00 00"}));
+    const std::string sNames = sTarget + " " + sTarget + " 4 0 ";
+    EXPECT_EQ(m_progress, (Lines{sNames + "1536 1536", sNames + "3072 3072", sNames + "3072 3072"}));
+    EXPECT_EQ(m_log.Lines(), (Lines{"0x0002 QLIB_OpenPort()",
+                                    "0x0002 QLIB_EfsRead( sLocalFile = " + sTarget + ", sEFS_File = /x)",
+                                    "0x0004  EFS Read Transferred 1536", "0x0004  EFS Read Transferred 3072",
+                                    "0x0004  EFS Read Transferred 3072", "0x0004 QLIB_EfsRead() - PASS"}));
+}
+
+TEST_F(TransferTest, UploadOnTheWire) {
+    const std::string sSource = m_local.Write("source", Pattern(1000));
+    EXPECT_TRUE(Upload(sSource, "/x"));
+    const std::vector<Bytes> requests = m_phone.phone.Requests();
+    ASSERT_EQ(requests.size(), 5u);
+    EXPECT_EQ(handset::ToHex(requests[0]), "4B 13 13 00 00");
+    EXPECT_EQ(handset::ToHex(requests[1]), "4B 13 02 00 41 02 00 00 B6 01 00 00 2F 78 00");
+    const auto block = [](uint32_t iOffset, size_t iFrom, size_t iTo) {
+        const Bytes all = Pattern(1000);
+        return Packet(kWrite, {0, iOffset}, std::string(all.begin() + iFrom, all.begin() + iTo));
+    };
+    EXPECT_EQ(requests[2], block(0, 0, 512));
+    EXPECT_EQ(requests[3], block(512, 512, 1000));
+    EXPECT_EQ(handset::ToHex(requests[4]), "4B 13 03 00 00 00 00 00");
+    EXPECT_EQ(m_progress, (Lines{sSource + " /x 5 0 512 1000", sSource + " /x 5 0 1000 1000"}));
+    EXPECT_EQ(m_log.Of(LOG_RET),
+              (Lines{" EFS Write Transferred 512 / 1000 bytes", " EFS Write Transferred 1000 / 1000 bytes",
+                     "QLIB_EfsWrite() - PASS"}));
+    EXPECT_TRUE(m_log.Has(LOG_FN, "QLIB_EfsWrite( sLocalFile = " + sSource + ", sEFS_File = /x)"));
+
+    m_progress.clear();
+    m_log.Clear();
+    EXPECT_TRUE(m_diag.EFS2_DIAG_WRITE_FILE_MEM("abc", 3, "m"));
+    EXPECT_EQ(m_progress, Lines{"null m 5 0 3 3"});
+    EXPECT_NE(m_log.Of(LOG_FN).front().find(", iSize=3, sEFS_File = m)"), std::string::npos);
+    EXPECT_EQ(m_log.Of(LOG_RET).back(), "QLIB_EfsWriteMem() - PASS");
+}
+
+TEST_F(TransferTest, EmptyLocalPathTakesThePhonesName) {
+    m_phone.AddFile("brew/mod/a.txt", Pattern(10));
+    const std::string sBefore = std::filesystem::current_path();
+    std::filesystem::current_path(m_local.Path());
+    EXPECT_TRUE(Download("", "brew/mod/a.txt"));
+    EXPECT_TRUE(m_diag.EFS2_DIAG_READ_FILE(nullptr, "brew/mod/a.txt"));
+    std::filesystem::current_path(sBefore);
+    EXPECT_EQ(m_progress, (Lines{"a.txt  4 0 10 10", "a.txt null 4 0 10 10"}));
+    EXPECT_EQ(m_local.Read("a.txt"), Pattern(10));
+}
+
+// --- Downloads that fail --------------------------------------------------------------------------------
+
+TEST_F(TransferTest, UnusableReadAnswersFailTheDownload) {
+    m_phone.AddFile("x", Pattern(5000));
+    const std::string sBlock(1536, 'b');
+    const Bytes cases[] = {
+        Packet(kRead, {0, 0, 1536, 5}, sBlock),           // refused
+        Packet(kRead, {0, 0, 1536, 0}, sBlock.substr(1)), // carries less than it claims
+        Packet(kRead, {0, 0, 100, 0}),                    //
+        Packet(kRead, {0, 0, 1537, 0}, sBlock + "b"),     // claims more than was asked for
+        Packet(kRead, {0, 0, 0xFFFFFFFF, 0}, sBlock),     //
+        Packet(kRead, {0, 0, 1536}),                      // ends before the error number
+        Packet(kRead),                                    //
+    };
+    for (const Bytes& packet : cases) {
+        m_phone.phone.ClearRequests();
+        m_phone.phone.Misbehave(
+            {.action = Action::Replace, .prefix = Hex(kRead), .skip = 1, .packets = {packet}});
+        EXPECT_FALSE(Download(m_local.Path("x"), "x")) << handset::ToHex(packet).substr(0, 60);
+        EXPECT_EQ(m_phone.CountOf(kRead), 2);
+        EXPECT_EQ(m_progress.size(), 1u);
+        EXPECT_EQ(m_local.Read("x"), [] {
+            Bytes first = Pattern(5000);
+            first.resize(1536);
+            return first;
+        }());
+        EXPECT_EQ(m_log.Lines().back(), "0x0004 QLIB_EfsRead() - FAIL");
+        EXPECT_EQ(m_phone.OpenCount(), 0u);
+    }
+}
+
+TEST_F(TransferTest, ShortAnswerEndsTheFileAndExtraBytesAreNotTaken) {
+    m_phone.AddFile("x", Pattern(5000));
+    m_phone.phone.Misbehave({.action = Action::Replace,
+                             .prefix = Hex(kRead),
+                             .packets = {Packet(kRead, {0, 0, 3, 0}, "abcdef")}});
+    EXPECT_TRUE(Download(m_local.Path("x"), "x"));
+    EXPECT_EQ(m_local.Read("x"), (Bytes{'a', 'b', 'c'}));
+}
+
+TEST_F(TransferTest, DownloadsThatCannotBegin) {
+    m_phone.AddFile("x", Pattern(10));
+    EXPECT_FALSE(Download(m_local.Path("y"), "missing"));
+    EXPECT_EQ(m_phone.CountOf(kOpen), 5);
+    EXPECT_FALSE(m_local.Has("y"));
+    EXPECT_FALSE(Download(m_local.Path("no/such/folder"), "x"));
+    EXPECT_EQ(m_phone.CountOf(kRead), 0);
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
+    m_phone.phone.ClearRequests();
+    EXPECT_FALSE(Download(std::string(1024, 'l'), "x"));
+    EXPECT_FALSE(Download(m_local.Path("y"), std::string(244, 'p')));
+    EXPECT_TRUE(m_phone.Requests().empty());
+}
+
+TEST_F(TransferTest, FullLocalDiskFailsTheDownload) {
+    for (const size_t iSize : {100, 50000}) {
+        m_phone.AddFile("x", Pattern(iSize));
+        EXPECT_FALSE(Download("/dev/full", "x")) << iSize;
+        EXPECT_EQ(m_log.Of(LOG_ERR).back(), "QLIB_EfsRead() - Local file cannot be written: /dev/full");
+    }
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
+}
+
+TEST_F(TransferTest, PhoneThatVanishesFailsTheDownload) {
+    m_phone.AddFile("x", Pattern(50000));
+    m_phone.Misbehave(Action::Unplug, kRead, 1, 0, 10);
+    EXPECT_FALSE(Download(m_local.Path("x"), "x"));
+    EXPECT_EQ(m_local.Read("x").size(), 15360u);
+}
+
+// --- Uploads that fail ----------------------------------------------------------------------------------
+
+TEST_F(TransferTest, UploadsThatCannotBeginLeaveThePhonesFileAlone) {
+    m_phone.AddFile("x", Pattern(10));
+    const std::string sSource = m_local.Write("source", Pattern(1000));
+    const std::function<bool()> cases[] = {
+        [&] { return Upload(m_local.Path("missing"), "x"); },
+        [&] { return Upload(m_local.Path(), "x"); },
+        [&] { return m_diag.EFS2_DIAG_WRITE_FILE(nullptr, "x"); },
+        [&] {
+            m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(1); });
+            return Upload(sSource, "x");
+        },
+        [&] {
+            m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(100); });
+            m_phone.Misbehave(Action::Cut, kStatfs, 1, 24);
+            return Upload(sSource, "x");
+        },
+        [&] { return Upload(sSource, std::string(244, 'p')); },
+        [&] {
+            m_phone.Misbehave(Action::Refuse, kOpen, 5, 13);
+            return Upload(sSource, "x");
+        },
+    };
+    for (const auto& upload : cases) {
+        EXPECT_FALSE(upload());
+        EXPECT_FALSE(m_diag.EFS2_LastWriteOpenedTarget());
+        EXPECT_EQ(m_log.Lines().back(), "0x0004 QLIB_EfsWrite() - FAIL");
+    }
+    EXPECT_EQ(m_phone.CountOf(kOpen), 5);
+    EXPECT_EQ(m_phone.Content("x"), Pattern(10));
+}
+
+TEST_F(TransferTest, UnusableWriteAnswersAreTriedFiveTimes) {
+    const std::string sSource = m_local.Write("source", Pattern(1000));
+    const Bytes cases[] = {
+        Packet(kWrite, {0, 0, 512, 28}),       // refused
+        Packet(kWrite, {0, 0, 0, 0}),          // acknowledges nothing
+        Packet(kWrite, {0, 0, 513, 0}),        // more than was sent
+        Packet(kWrite, {0, 0, 0xFFFFFFFF, 0}), //
+        Packet(kWrite, {0, 0, 512}),           // ends too early
+        Packet(kWrite, {0}),                   //
+    };
+    for (const Bytes& packet : cases) {
+        for (const int iTimes : {4, 5}) {
+            m_phone.phone.ClearRequests();
+            m_phone.phone.Misbehave(
+                {.action = Action::Replace, .prefix = Hex(kWrite), .times = iTimes, .packets = {packet}});
+            EXPECT_EQ(Upload(sSource, "x"), iTimes < 5) << handset::ToHex(packet);
+            EXPECT_EQ(m_phone.CountOf(kWrite), iTimes < 5 ? 6 : 5);
+            EXPECT_EQ(m_phone.Content("x"), iTimes < 5 ? Pattern(1000) : Bytes{});
+            EXPECT_TRUE(m_diag.EFS2_LastWriteOpenedTarget());
+            EXPECT_EQ(m_phone.OpenCount(), 0u);
+        }
+    }
+}
+
+TEST_F(TransferTest, WhatThePhoneLeavesOverOfABlockIsSentAgain) {
+    m_phone.phone.Script(Hex(kWrite), [this](const Bytes& request) -> std::vector<Bytes> {
+        const Bytes data(request.begin() + 12, request.end());
+        const auto iTaken = static_cast<uint32_t>(std::min<size_t>(data.size(), 200));
+        uint32_t iWritten = 0;
+        m_phone.phone.WithFiles([&](handset::FileSystem& files) {
+            files.Write(static_cast<int32_t>(ValueAt(request, 4)), ValueAt(request, 8),
+                        Bytes(data.begin(), data.begin() + iTaken), iWritten);
+        });
+        return {Packet(kWrite, {0, 0, iWritten, 0})};
+    });
+    EXPECT_TRUE(Upload(m_local.Write("source", Pattern(1300)), "x"));
+    EXPECT_EQ(m_phone.Content("x"), Pattern(1300));
+    EXPECT_EQ(m_phone.CountOf(kWrite), 3 + 3 + 2);
+    EXPECT_EQ(m_progress.size(), 3u);
+}
+
+TEST_F(TransferTest, PhoneThatFillsUpOrVanishesFailsTheUpload) {
+    const std::string sSource = m_local.Write("source", Pattern(20000));
+    m_onBlock = [this] {
+        m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(3); });
+        m_onBlock = nullptr;
+    };
+    EXPECT_FALSE(Upload(sSource, "x"));
+    EXPECT_TRUE(m_diag.EFS2_LastWriteOpenedTarget());
+    m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(1000); });
+    m_phone.Misbehave(Action::Unplug, kWrite, 1, 0, 10);
+    EXPECT_FALSE(Upload(sSource, "y"));
+    EXPECT_TRUE(m_diag.EFS2_LastWriteOpenedTarget());
+}
+
+TEST_F(TransferTest, SourceThatChangesItsSize) {
+    const std::string sSource = m_local.Write("source", Pattern(100000));
+    m_onBlock = [&] { std::filesystem::resize_file(sSource, 50000); };
+    EXPECT_FALSE(Upload(sSource, "x"));
+    EXPECT_EQ(m_log.Of(LOG_ERR).back(), "QLIB_EfsWrite() - Local file ended early: " + sSource);
+    EXPECT_TRUE(m_diag.EFS2_LastWriteOpenedTarget());
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
+    // A file that grows is sent to its new end, or ends where it did at the start: never in between.
+    m_local.Write("source", Pattern(1000));
+    m_onBlock = [&] {
+        m_local.Write("source", Pattern(9000));
+        m_onBlock = nullptr;
+    };
+    EXPECT_TRUE(Upload(sSource, "x"));
+    EXPECT_TRUE(m_phone.Content("x") == Pattern(1000) || m_phone.Content("x") == Pattern(9000));
+}
+
+TEST_F(TransferTest, CloseThatIsRefusedFailsBothWays) {
+    m_phone.AddFile("x", Pattern(10));
+    m_phone.Misbehave(Action::Refuse, kClose, 10, 5);
+    EXPECT_FALSE(Download(m_local.Path("x"), "x"));
+    EXPECT_FALSE(Upload(m_local.Path("x"), "y"));
+    EXPECT_EQ(m_phone.CountOf(kClose), 10);
+    EXPECT_EQ(m_local.Read("x"), Pattern(10));
+    EXPECT_EQ(m_phone.Content("y"), Pattern(10));
+}
+
+// --- Abort ----------------------------------------------------------------------------------------------
+
+TEST_F(TransferTest, AbortRemovesThePartialCopy) {
+    m_phone.AddFile("x", Pattern(50000));
+    const std::string sSource = m_local.Write("source", Pattern(50000));
+    m_onBlock = [this] { m_diag.EFS2_DIAG_ABORT(); };
+    EXPECT_TRUE(Download(m_local.Path("target"), "x"));
+    EXPECT_FALSE(m_local.Has("target"));
+    EXPECT_EQ(m_phone.CountOf(kRead), 1);
+    EXPECT_TRUE(m_log.Has(LOG_FN, "EFS2_DIAG_ABORT( )"));
+    EXPECT_EQ(m_log.Lines().back(), "0x0004 QLIB_EfsRead() - PASS");
+
+    EXPECT_TRUE(Upload(sSource, "up"));
+    EXPECT_EQ(m_phone.CountOf(kWrite), 1);
+    EXPECT_EQ(m_phone.Requests().back(), "4B 13 08 00 75 70 00");
+    EXPECT_FALSE(m_phone.Exists("up"));
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
+    EXPECT_EQ(m_log.Lines().back(), "0x0004 QLIB_EfsWrite() - PASS");
+
+    // Before a transfer it has no effect.
+    m_onBlock = nullptr;
+    m_diag.EFS2_DIAG_ABORT();
+    EXPECT_TRUE(Upload(sSource, "up"));
+    EXPECT_EQ(m_phone.Content("up"), Pattern(50000));
+    EXPECT_EQ(m_phone.CountOf(kUnlink), 1);
+}
+
+TEST_F(TransferTest, LostAndForeignAnswersDoNotHarmAnUpload) {
+    m_phone.phone.SetChatter(20);
+    m_phone.Misbehave(Action::Drop, kWrite, 1, 0, 1);
+    m_phone.phone.Misbehave(
+        {.action = Action::Before, .prefix = Hex(kWrite), .skip = 2, .packets = {Hex("13 4B 13 05 00")}});
+    EXPECT_TRUE(Upload(m_local.Write("source", Pattern(2000)), "x"));
+    EXPECT_EQ(m_phone.Content("x"), Pattern(2000));
+    EXPECT_EQ(m_phone.CountOf(kWrite), 5);
+}
+
+} // namespace

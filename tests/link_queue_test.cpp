@@ -1,0 +1,81 @@
+// The bounded packet queue.
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+#include "link/message_queue.h"
+
+namespace {
+
+QueueItem Item(unsigned iNumber, unsigned short iLength) {
+    QueueItem item;
+    item.length = iLength;
+    for (unsigned i = 0; i < iLength; ++i)
+        item.data[i] = static_cast<unsigned char>(iNumber * 31 + i);
+    return item;
+}
+
+bool Same(const QueueItem& a, const QueueItem& b) {
+    return a.length == b.length && std::equal(a.data, a.data + a.length, b.data);
+}
+
+TEST(MessageQueue, KeepsTheNewestPacketsOfAnySizeInOrder) {
+    // Sizes that make the ring wrap at every position, with more packets than the queue keeps.
+    CQLibMessageQueue queue(64);
+    const auto SizeOf = [](unsigned i) { return static_cast<unsigned short>(i * 397 % 4097); };
+    QueueItem taken;
+    unsigned iOldest = 0;
+    for (unsigned i = 0; i < 2000; ++i) {
+        const QueueItem item = Item(i, SizeOf(i));
+        queue.Push(&item);
+        if (i - iOldest >= 64)
+            ++iOldest;
+        if (i % 3 == 0) {
+            ASSERT_TRUE(queue.Pop(&taken));
+            ASSERT_TRUE(Same(taken, Item(iOldest, SizeOf(iOldest)))) << i;
+            ++iOldest;
+        }
+    }
+    DWORD iCount = 0;
+    queue.GetCount(iCount);
+    EXPECT_EQ(iCount, 2000 - iOldest);
+    for (; iOldest < 2000; ++iOldest) {
+        ASSERT_TRUE(queue.Pop(&taken));
+        ASSERT_TRUE(Same(taken, Item(iOldest, SizeOf(iOldest))));
+    }
+    EXPECT_FALSE(queue.Pop(&taken));
+    EXPECT_EQ(taken.length, 0);
+}
+
+TEST(MessageQueue, FourThousandNinetySevenPushesLoseTheFirst) {
+    CQLibMessageQueue queue(4096);
+    for (unsigned i = 0; i < 4097; ++i) {
+        const QueueItem item = Item(i, 2);
+        queue.Push(&item);
+    }
+    DWORD iCount = 0;
+    queue.GetCount(iCount);
+    EXPECT_EQ(iCount, 4096U);
+    QueueItem taken;
+    ASSERT_TRUE(queue.Pop(&taken));
+    EXPECT_TRUE(Same(taken, Item(1, 2)));
+    queue.Clear();
+    EXPECT_TRUE(queue.IsEmpty());
+}
+
+TEST(MessageQueue, WaitingEndsWithThePacketAndClaimedLengthsAreBounded) {
+    CQLibMessageQueue queue(4);
+    QueueItem taken;
+    EXPECT_FALSE(queue.WaitPop(&taken, 1));
+    std::thread pusher([&] {
+        QueueItem item = Item(1, 4096);
+        item.length = 0xFFFF; // more than an item holds
+        queue.Push(&item);
+    });
+    ASSERT_TRUE(queue.WaitPop(&taken, 60000));
+    EXPECT_TRUE(Same(taken, Item(1, 4096)));
+    pusher.join();
+}
+
+} // namespace

@@ -1,0 +1,204 @@
+// The command-line host as its users run it: the program, the plug-in's file, a handset.
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+
+#include "phone_fixture.h"
+
+namespace {
+
+struct Outcome {
+    int status = -1;
+    std::string output; // both streams
+};
+
+/// Shell runs a command line and waits for it.
+Outcome Shell(const std::string& sCommandLine) {
+    Outcome outcome;
+    FILE* pipe = popen(("{ " + sCommandLine + "; } 2>&1").c_str(), "r");
+    if (!pipe)
+        return outcome;
+    char buffer[4096];
+    while (const size_t iCount = fread(buffer, 1, sizeof buffer, pipe))
+        outcome.output.append(buffer, iCount);
+    const int iStatus = pclose(pipe);
+    outcome.status = WIFEXITED(iStatus) ? WEXITSTATUS(iStatus) : -1;
+    return outcome;
+}
+
+class WfxhostTest : public testing::Test {
+protected:
+    struct Step {
+        std::string arguments;
+        int status;
+        std::string says; // somewhere in the output
+    };
+
+    Outcome Run(const std::string& sArguments) const {
+        return Shell("cd '" + m_local.Path() + "' && " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE " " +
+                     sArguments);
+    }
+
+    void Expect(const std::vector<Step>& steps) const {
+        for (const Step& step : steps) {
+            const Outcome outcome = Run(step.arguments);
+            EXPECT_EQ(outcome.status, step.status) << step.arguments << "\n" << outcome.output;
+            EXPECT_NE(outcome.output.find(step.says), std::string::npos) << step.arguments << "\n"
+                                                                         << outcome.output;
+        }
+    }
+
+    static Bytes Content(size_t iSize) {
+        Bytes bytes(iSize);
+        for (size_t i = 0; i < iSize; ++i)
+            bytes[i] = static_cast<uint8_t>(i * 7 + i / 251);
+        return bytes;
+    }
+
+    LocalFolder m_local;
+};
+
+class WfxhostPhoneTest : public WfxhostTest {
+protected:
+    PluggedPhone m_phone;
+};
+
+TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
+    const handset::DeviceRoot nothing;
+    setenv("QUILLET_DEVICE_ROOT", nothing.Path().c_str(), 1);
+    Expect({
+        {"--help", 0, "Usage: wfxhost"},
+        {"dance", 2, "unknown command \"dance\""},
+        {"ls / extra", 2, "usage: wfxhost ls [PATH]"},
+        {"get", 2, "usage: wfxhost get PHONE [LOCAL]"},
+        {"rm ''", 2, "an empty path"},
+        {"--loud ls", 2, "unknown option"},
+        {"--plugin", 2, "--plugin needs a file"},
+        {"--plugin /dev/null ls", 1, "cannot load the plug-in /dev/null"},
+        {"ls", 3, "no handset answers"},
+        {"put " QUILLET_PLUGIN_FILE, 3, "no handset answers"},
+    });
+}
+
+TEST_F(WfxhostPhoneTest, ASilentHandsetIsNoHandset) {
+    m_phone.phone.SetDataMode(true);
+    Expect({{"mkdir a", 3, "CONNECTED on port COM1"}});
+}
+
+TEST_F(WfxhostPhoneTest, Lists) {
+    m_phone.phone.WithFiles([](handset::FileSystem& files) {
+        files.AddFile("dir/b \x1B[1m.txt", {1, 2, 3});
+        files.MakeFolders("dir/empty");
+    });
+    Expect({
+        {"ls", 0, "dir\n"},
+        {"ls dir", 0, "  b \\x1B[1m.txt\nd  -  "},
+        {"ls /dir/../dir/./empty/", 0, ""},
+        {"ls 'dir/b \x1B[1m.txt'", 0, "-  3  "},
+        {"ls dir/none", 1, "no file or folder \"/dir/none\""},
+    });
+}
+
+TEST_F(WfxhostPhoneTest, CopiesBothWays) {
+    const Bytes content = Content(30000);
+    m_phone.AddFile("dir/photo.bin", content);
+    m_local.Write("mine.bin", content);
+    Expect({
+        {"get dir/photo.bin", 0, "30000 bytes in "},
+        {"get dir/photo.bin", 1, "exists already; --force replaces it"},
+        {"--force get dir/photo.bin copy.bin", 0, "100 %  30.0 kB of 30.0 kB"},
+        {"get dir/photo.bin nowhere/", 1, "there is no folder \"nowhere/\""},
+        {"get dir/none", 1, "the phone has no file \"/dir/none\""},
+        {"get dir", 1, "is a folder"},
+        {"put mine.bin dir", 0, "30000 bytes in "},
+        {"put mine.bin dir/mine.bin", 1, "exists already"},
+        {"put mine.bin none/", 1, "the phone has no folder \"/none\""},
+        {"put none.bin", 1, "there is no file \"none.bin\""},
+    });
+    EXPECT_EQ(m_local.Read("photo.bin"), content);
+    EXPECT_EQ(m_local.Read("copy.bin"), content);
+    EXPECT_EQ(m_phone.Content("dir/mine.bin"), content);
+}
+
+TEST_F(WfxhostPhoneTest, ChangesFoldersAndNames) {
+    m_phone.AddFile("a.txt", {1});
+    m_phone.AddFile("b.txt", {2});
+    Expect({
+        {"mkdir new", 0, ""},
+        {"mkdir new", 1, "exists already"},
+        {"mkdir none/new", 1, "the phone has no folder \"/none\""},
+        {"mv a.txt b.txt", 1, "exists already"},
+        {"mv a.txt new", 0, ""},
+        {"rmdir new", 1, "is not empty"},
+        {"rm new", 1, "is a folder"},
+        {"mv new/a.txt b.txt --force", 0, ""},
+        {"rmdir new", 0, ""},
+        {"rm a.txt", 1, "no file or folder \"/a.txt\""},
+        {"rm b.txt", 0, ""},
+        {"rmdir /", 1, "root folder"},
+    });
+    EXPECT_FALSE(m_phone.Exists("new"));
+    EXPECT_FALSE(m_phone.Exists("b.txt"));
+}
+
+TEST_F(WfxhostPhoneTest, RefusalsOfThePhoneAreFailures) {
+    m_phone.AddFile("kept.txt", Content(9000));
+    m_local.Write("mine.bin", Content(9000));
+    m_phone.Misbehave(Action::Refuse, "4B130800", -1, 13);
+    m_phone.Misbehave(Action::Refuse, "4B130900", -1, 13);
+    m_phone.Misbehave(Action::Refuse, "4B130200", -1, 13);
+    Expect({
+        {"rm kept.txt", 1, "did not delete"},
+        {"mkdir new", 1, "refused to make the folder"},
+        {"get kept.txt", 1, "did not hand out the whole file"},
+        {"put mine.bin", 1, "did not take the file"},
+    });
+}
+
+TEST_F(WfxhostPhoneTest, AHandsetThatVanishesDuringACopyFailsIt) {
+    m_phone.AddFile("photo.bin", Content(100000));
+    m_phone.Misbehave(Action::Unplug, "4B130400", 1, 0, 10);
+    Expect({{"get photo.bin", 1, "the handset stopped answering"}});
+}
+
+TEST_F(WfxhostPhoneTest, InterruptStopsACopyInOrder) {
+    m_phone.AddFile("photo.bin", Content(100000));
+    m_phone.phone.SetLatency(std::chrono::milliseconds(20));
+    // The first progress line tells that the copy runs.
+    const Outcome outcome =
+        Shell("cd '" + m_local.Path() +
+              "' && mkfifo lines && { " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE
+              " get photo.bin > lines & } && { read -r line; kill -INT $!; cat > rest; } < lines; wait $!");
+    EXPECT_EQ(outcome.status, 1) << outcome.output;
+    EXPECT_NE(outcome.output.find("interrupted: \"photo.bin\" was not copied"), std::string::npos)
+        << outcome.output;
+    EXPECT_TRUE(m_phone.Exists("photo.bin"));
+    EXPECT_EQ(m_phone.OpenCount(), 0U);
+}
+
+TEST_F(WfxhostPhoneTest, DemonstrationLeavesNothingBehind) {
+    m_phone.AddFile("dir/photo.bin", Content(120000));
+    std::vector<std::string> before;
+    std::vector<std::string> after;
+    const auto list = [](std::vector<std::string>& names) {
+        return [&names](handset::FileSystem& files) {
+            for (const auto& item : files.List())
+                names.push_back(item.path);
+        };
+    };
+    m_phone.phone.WithFiles(list(before));
+    Expect({{"", 0, "Everything worked."}});
+    m_phone.phone.WithFiles(list(after));
+    EXPECT_EQ(before, after);
+}
+
+TEST_F(WfxhostTest, DemonstrationStartsASimulatedHandset) {
+    const handset::DeviceRoot nothing;
+    setenv("QUILLET_DEVICE_ROOT", nothing.Path().c_str(), 1);
+    setenv("TMPDIR", m_local.Path().c_str(), 1);
+    Expect({{"", 0, "SIMULATED"}});
+    EXPECT_TRUE(std::filesystem::is_empty(m_local.Path()));
+}
+
+} // namespace

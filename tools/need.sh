@@ -1,0 +1,38 @@
+# Sourced by the scripts at the root: installs what is missing.
+
+# need CHECK:PACKAGE... installs the Debian packages whose CHECK, a program's name or a file's path, is not
+# there. Nothing is asked of the network when nothing is missing.
+need() {
+    missing=
+    for pair in "$@"; do
+        check=${pair%%:*}
+        case $check in
+        /*) [ -e "$check" ] || missing="$missing ${pair#*:}" ;;
+        *) command -v "$check" >/dev/null 2>&1 || missing="$missing ${pair#*:}" ;;
+        esac
+    done
+    [ -n "$missing" ] || return 0
+    if ! command -v apt-get >/dev/null 2>&1; then
+        echo "Please install what these Debian packages contain:$missing" >&2
+        exit 1
+    fi
+    echo "Installing:$missing" >&2
+    as_root=
+    [ "$(id -u)" -eq 0 ] || as_root=sudo
+    if [ -n "$as_root" ] && ! command -v sudo >/dev/null 2>&1; then
+        echo "This needs root. Please run: apt-get install$missing" >&2
+        exit 1
+    fi
+    # The output goes to standard error: a script's own output stays its own.
+    $as_root apt-get update -q >&2
+    # shellcheck disable=SC2086
+    $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends $missing >&2
+}
+
+need_build_tools() {
+    need cmake:cmake ninja:ninja-build g++:g++
+}
+
+need_test_libraries() {
+    need /usr/include/gtest/gtest.h:libgtest-dev /usr/include/gmock/gmock.h:libgmock-dev
+}

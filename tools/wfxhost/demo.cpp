@@ -1,0 +1,217 @@
+#include "wfxhost/demo.h"
+
+#include <cstdio>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include "wfxhost/commands.h"
+#include "wfxhost/copy.h"
+#include "wfxhost/failure.h"
+#include "wfxhost/interrupt.h"
+#include "wfxhost/system.h"
+
+namespace wfxhost {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr uint64_t kLargeEnough = 100'000; // a file of this size shows the progress
+constexpr uint64_t kNotTooLarge = 2'000'000;
+constexpr int kFoldersLookedAt = 40;
+constexpr size_t kUploadSize = 250'000;
+
+std::string FreshName() {
+    char text[32];
+    std::random_device random;
+    std::snprintf(text, sizeof text, "quillet-demo-%08x.bin", random());
+    return text;
+}
+
+/// A folder of our own among the temporary files.
+class TemporaryFolder {
+public:
+    TemporaryFolder() : m_path(fs::temp_directory_path() / FreshName()) {
+        if (!fs::create_directory(m_path))
+            throw Failure(m_path.string() + " exists already");
+    }
+    ~TemporaryFolder() {
+        std::error_code error;
+        fs::remove_all(m_path, error);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    std::string File(const char* name) const { return (m_path / name).string(); }
+
+private:
+    fs::path m_path;
+};
+
+/// Deletes the demonstration's file on the phone when the demonstration ends before it did that itself.
+class PhoneFileGuard {
+public:
+    PhoneFileGuard(Session& session, PhonePath path) : m_session(session), m_path(std::move(path)) {}
+    ~PhoneFileGuard() {
+        try {
+            if (m_armed)
+                m_session.RemoveFile(m_path);
+        } catch (const std::exception&) {
+            // The failure that ends the demonstration is the one to tell.
+        }
+    }
+    PhoneFileGuard(const PhoneFileGuard&) = delete;
+    PhoneFileGuard& operator=(const PhoneFileGuard&) = delete;
+    void Disarm() { m_armed = false; }
+
+private:
+    Session& m_session;
+    PhonePath m_path;
+    bool m_armed = true;
+};
+
+void Say(const std::string& text) {
+    std::printf("%s\n", text.c_str());
+    std::fflush(stdout);
+}
+
+void StopIfInterrupted() {
+    if (Interrupted())
+        throw Failure("interrupted");
+}
+
+std::vector<Entry> Show(Session& session, const PhonePath& folder) {
+    StopIfInterrupted();
+    std::vector<Entry> entries;
+    if (session.List(folder, entries) == Session::ListResult::NoAnswer)
+        throw Failure("the handset stopped answering");
+    Say("\nThe folder " + folder.Text() + " of the handset:");
+    PrintEntries(entries);
+    if (entries.empty())
+        Say("(empty)");
+    return entries;
+}
+
+struct Found {
+    PhonePath path;
+    Entry entry;
+};
+
+/// Looks through the first folders, those near the root before deeper ones, for a file that is large enough
+/// to show the progress; the largest acceptable one otherwise.
+std::optional<Found> FileToCopy(Session& session, PhonePath& folderToShow) {
+    std::optional<Found> best;
+    std::deque<PhonePath> folders = {PhonePath()};
+    for (int looked = 0; !folders.empty() && looked < kFoldersLookedAt; ++looked) {
+        StopIfInterrupted();
+        const PhonePath folder = folders.front();
+        folders.pop_front();
+        std::vector<Entry> entries;
+        session.List(folder, entries);
+        if (folderToShow.IsRoot() && !entries.empty())
+            folderToShow = folder;
+        for (const Entry& entry : entries) {
+            if (entry.isFolder)
+                folders.push_back(folder.Child(entry.name));
+            else if (entry.size <= kNotTooLarge && (!best || entry.size > best->entry.size))
+                best = Found{folder.Child(entry.name), entry};
+        }
+        if (best && best->entry.size >= kLargeEnough)
+            break;
+    }
+    if (best && !best->path.Folder().IsRoot())
+        folderToShow = best->path.Folder();
+    return best;
+}
+
+/// Content with every byte value at every alignment, so that a byte that some layer mistreats shows.
+std::string UploadContent() {
+    std::string content(kUploadSize, '\0');
+    uint32_t state = std::random_device()();
+    for (char& byte : content) {
+        state = state * 1664525 + 1013904223;
+        byte = static_cast<char>(state >> 24);
+    }
+    return content;
+}
+
+std::string Content(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void CopyOneThere(Session& session, const TemporaryFolder& local) {
+    const PhonePath path = PhonePath().Child(FreshName());
+    if (session.Find(path))
+        throw Failure(Quoted(path.Text()) + " exists already");
+    const std::string content = UploadContent();
+    std::ofstream(local.File("upload"), std::ios::binary) << content;
+    if (Content(local.File("upload")) != content)
+        throw Failure("cannot write temporary files");
+
+    Say("\nCopying a file of " + std::to_string(content.size()) + " bytes to the handset, as " + path.Text() +
+        ":");
+    // Armed before the copy: what an interrupted one may leave behind is ours too, as the name is fresh.
+    PhoneFileGuard guard(session, path);
+    CopyToPhone(session, local.File("upload"), path, false);
+    Show(session, PhonePath());
+    Say("\nReading it back:");
+    const std::optional<Entry> entry = session.Find(path);
+    if (!entry)
+        throw Failure("the copied file is not in the listing");
+    CopyFromPhone(session, path, *entry, local.File("back"), false);
+    if (Content(local.File("back")) != content)
+        throw Failure("the file that was read back differs from the one that was copied to the handset");
+    Say("Compared: all " + std::to_string(content.size()) + " bytes are the same.");
+    guard.Disarm();
+    if (!session.RemoveFile(path) || session.Find(path))
+        throw Failure("the handset did not delete " + path.Text() + "; please delete it yourself");
+    Say("Deleted " + path.Text() + " from the handset again.");
+}
+
+std::unique_ptr<SimulatedHandset> AttachSimulated(Session& session, const TemporaryFolder& local) {
+    const Failure none = session.NoHandset();
+    Say(std::string("No attached handset can be used: ") + none.what());
+    const std::string root = local.File("devices");
+    fs::create_directory(root);
+    std::string reason;
+    std::unique_ptr<SimulatedHandset> handset = StartSimulatedHandset(root, reason);
+    if (!handset)
+        throw Failure(std::string(none.what()) + " (nor can a simulated one be started: " + reason + ")",
+                      Status::NoHandset);
+    Say("Started a SIMULATED handset instead; everything below happens on it.");
+    if (!session.Answers())
+        throw Failure("the simulated handset does not answer", Status::NoHandset);
+    return handset;
+}
+
+} // namespace
+
+void Demonstrate(Session& session) {
+    const InterruptGuard interrupt;
+    const TemporaryFolder local;
+    std::unique_ptr<SimulatedHandset> simulated;
+    if (session.Answers())
+        Say("Using the attached handset.");
+    else
+        simulated = AttachSimulated(session, local);
+
+    Show(session, PhonePath());
+    PhonePath folder;
+    const std::optional<Found> found = FileToCopy(session, folder);
+    if (!folder.IsRoot())
+        Show(session, folder);
+    if (found) {
+        Say("\nCopying " + Printable(found->path.Text()) + " (" + std::to_string(found->entry.size) +
+            " bytes) from the handset:");
+        CopyFromPhone(session, found->path, found->entry, local.File("download"), false);
+    } else {
+        Say("\nThe handset has no file that could be copied from it.");
+    }
+    CopyOneThere(session, local);
+    Say(std::string("\nEverything worked. Nothing was left behind on the ") +
+        (simulated ? "simulated handset" : "handset") + " or on this computer.");
+}
+
+} // namespace wfxhost

@@ -1,0 +1,31 @@
+#include "wfxhost/interrupt.h"
+
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+
+namespace wfxhost {
+namespace {
+
+std::atomic<bool> g_interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+extern "C" void OnInterrupt(int) {
+    if (g_interrupted.exchange(true))
+        std::_Exit(1);
+    std::signal(SIGINT, OnInterrupt); // some systems take the handler away when it is called
+}
+
+} // namespace
+
+InterruptGuard::InterruptGuard() : m_previous(std::signal(SIGINT, OnInterrupt)) {}
+
+InterruptGuard::~InterruptGuard() {
+    std::signal(SIGINT, m_previous);
+}
+
+bool Interrupted() {
+    return g_interrupted;
+}
+
+} // namespace wfxhost

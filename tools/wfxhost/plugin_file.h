@@ -1,0 +1,45 @@
+// A file-system plug-in loaded from its file: the functions it exports.
+#pragma once
+
+#include <string>
+
+#include "platform/host_interface.h"
+
+namespace wfxhost {
+
+/// PluginFile loads a plug-in and looks its functions up by their published names. The first four are
+/// always there; the others are null where the plug-in does not offer the operation. The plug-in is unloaded
+/// with the object.
+class PluginFile {
+public:
+    /// PluginFile loads the file. Throws Failure when it cannot be loaded or is no such plug-in.
+    explicit PluginFile(const std::string& path);
+    ~PluginFile();
+    PluginFile(const PluginFile&) = delete;
+    PluginFile& operator=(const PluginFile&) = delete;
+
+private:
+    void* m_library = nullptr;
+
+    template <class Function>
+    void Find(Function*& function, const char* name);
+    template <class Function>
+    void Need(Function*& function, const char* name, const std::string& path);
+
+public:
+    int(HOST_CALL* Init)(int, tProgressProc, tLogProc, tRequestProc) = nullptr;
+    HANDLE(HOST_CALL* FindFirst)(char*, WIN32_FIND_DATAA*) = nullptr;
+    BOOL(HOST_CALL* FindNext)(HANDLE, WIN32_FIND_DATAA*) = nullptr;
+    int(HOST_CALL* FindClose)(HANDLE) = nullptr;
+    void(HOST_CALL* GetDefRootName)(char*, int) = nullptr;
+    void(HOST_CALL* StatusInfo)(char*, int, int) = nullptr;
+    BOOL(HOST_CALL* Disconnect)(char*) = nullptr;
+    int(HOST_CALL* GetFile)(char*, char*, int, RemoteInfoStruct*) = nullptr;
+    int(HOST_CALL* PutFile)(char*, char*, int) = nullptr;
+    BOOL(HOST_CALL* RemoveFile)(char*) = nullptr;
+    BOOL(HOST_CALL* MkDir)(char*) = nullptr;
+    BOOL(HOST_CALL* RemoveDir)(char*) = nullptr;
+    int(HOST_CALL* RenMovFile)(char*, char*, BOOL, BOOL, RemoteInfoStruct*) = nullptr;
+};
+
+} // namespace wfxhost

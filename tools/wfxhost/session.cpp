@@ -1,0 +1,220 @@
+#include "wfxhost/session.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+#include "wfxhost/system.h"
+
+namespace wfxhost {
+namespace {
+
+constexpr int kPluginNumber = 1;
+/// What hosts offer at least behind a path that the plug-in may change in place.
+constexpr size_t kPathRoom = 4096;
+
+/// A path as a host hands it over: with the host's separators, in memory that the plug-in may write to.
+class HostPath {
+public:
+    explicit HostPath(const std::string& path, bool asFolder = false) : m_bytes(path.begin(), path.end()) {
+        if (asFolder && path != "/")
+            m_bytes.push_back('/');
+        std::replace(m_bytes.begin(), m_bytes.end(), '/', kHostSeparator);
+        m_bytes.resize(m_bytes.size() + kPathRoom);
+    }
+    char* Bytes() { return m_bytes.data(); }
+
+private:
+    std::vector<char> m_bytes;
+};
+
+template <class Function>
+Function* Offered(Function* function, const char* what) {
+    if (!function)
+        throw Failure(std::string("this plug-in cannot ") + what);
+    return function;
+}
+
+RemoteInfoStruct RemoteInfo(const Entry& entry) {
+    RemoteInfoStruct info = {};
+    info.SizeLow = static_cast<DWORD>(entry.size);
+    info.SizeHigh = static_cast<DWORD>(entry.size >> 32);
+    info.LastWriteTime = entry.written;
+    info.Attr = entry.isFolder ? static_cast<int>(FILE_ATTRIBUTE_DIRECTORY) : 0;
+    return info;
+}
+
+} // namespace
+
+Session* Session::s_current = nullptr;
+
+/// Tells the plug-in that an operation begins, and at its end that it is over.
+class Session::Announced {
+public:
+    Announced(Session& session, int operation, const PhonePath& folder, bool asFolder = true)
+        : m_session(session), m_operation(operation), m_folder(folder.Text()), m_asFolder(asFolder) {
+        Tell(FS_STATUS_START);
+    }
+    ~Announced() { Tell(FS_STATUS_END); }
+    Announced(const Announced&) = delete;
+    Announced& operator=(const Announced&) = delete;
+
+private:
+    void Tell(int moment) {
+        HostPath folder(m_folder, m_asFolder);
+        if (m_session.m_plugin.StatusInfo)
+            m_session.m_plugin.StatusInfo(folder.Bytes(), moment, m_operation);
+    }
+
+    Session& m_session;
+    int m_operation;
+    std::string m_folder;
+    bool m_asFolder;
+};
+
+Session::Session(PluginFile& plugin) : m_plugin(plugin) {
+    s_current = this;
+    m_plugin.Init(kPluginNumber, OnProgress, OnLog, OnRequest);
+}
+
+Session::~Session() {
+    char name[MAX_PATH] = {};
+    if (m_plugin.GetDefRootName)
+        m_plugin.GetDefRootName(name, sizeof name);
+    HostPath root("/" + std::string(name));
+    if (m_plugin.Disconnect)
+        m_plugin.Disconnect(root.Bytes());
+}
+
+Session::ListResult Session::List(const PhonePath& folder, std::vector<Entry>& entries, bool withSlash) {
+    entries.clear();
+    const Announced announced(*this, FS_STATUS_OP_LIST, folder, false);
+    HostPath path(folder.Text(), withSlash);
+    FindRecord record;
+    ClearLastError();
+    // -1 is what the interface's INVALID_HANDLE_VALUE stands for.
+    const HANDLE handle = m_plugin.FindFirst(path.Bytes(), record.Empty());
+    if (reinterpret_cast<intptr_t>(handle) == -1)
+        return LastErrorSaysNoMoreFiles() ? ListResult::Empty : ListResult::NoAnswer;
+    do {
+        Entry entry = record.Take();
+        if (entry.name != "." && entry.name != "..")
+            entries.push_back(std::move(entry));
+    } while (m_plugin.FindNext(handle, record.Empty()));
+    m_plugin.FindClose(handle);
+    return entries.empty() ? ListResult::Empty : ListResult::Entries;
+}
+
+std::optional<Entry> Session::Find(const PhonePath& path) {
+    std::vector<Entry> entries;
+    if (List(path.Folder(), entries) == ListResult::NoAnswer)
+        throw NoHandset();
+    if (path.IsRoot()) {
+        Entry root;
+        root.isFolder = true;
+        return root;
+    }
+    for (Entry& entry : entries) {
+        if (entry.name == path.Name())
+            return std::move(entry);
+    }
+    return std::nullopt;
+}
+
+bool Session::IsFolder(const PhonePath& path) {
+    const std::optional<Entry> entry = Find(path);
+    std::vector<Entry> entries;
+    return entry && (entry->isFolder || List(path, entries) == ListResult::Entries);
+}
+
+bool Session::Answers() {
+    std::vector<Entry> entries;
+    return List(PhonePath(), entries) != ListResult::NoAnswer;
+}
+
+Failure Session::NoHandset() {
+    const std::lock_guard lock(m_logLock);
+    if (m_lastConnectionLine.starts_with("CONNECTED"))
+        return Failure("the handset does not answer (the plug-in: " + m_lastConnectionLine +
+                           "); perhaps another program holds its port, or you may not open it",
+                       Status::NoHandset);
+    return Failure("no handset answers; is one attached and switched on?", Status::NoHandset);
+}
+
+int Session::Get(const PhonePath& path, const Entry& entry, const std::string& localFile, int flags,
+                 const ProgressFunction& progress) {
+    auto* function = Offered(m_plugin.GetFile, "copy files from the phone");
+    const Announced announced(*this, FS_STATUS_OP_GET_SINGLE, path.Folder());
+    HostPath phone(path.Text());
+    std::string local = localFile;
+    RemoteInfoStruct info = RemoteInfo(entry);
+    m_progress = &progress;
+    const int result = function(phone.Bytes(), local.data(), flags, &info);
+    m_progress = nullptr;
+    return result;
+}
+
+int Session::Put(const std::string& localFile, const PhonePath& path, int flags,
+                 const ProgressFunction& progress) {
+    auto* function = Offered(m_plugin.PutFile, "copy files to the phone");
+    const Announced announced(*this, FS_STATUS_OP_PUT_SINGLE, path.Folder());
+    HostPath phone(path.Text());
+    std::string local = localFile;
+    m_progress = &progress;
+    const int result = function(local.data(), phone.Bytes(), flags);
+    m_progress = nullptr;
+    return result;
+}
+
+int Session::Move(const PhonePath& from, const PhonePath& to, const Entry& entry, bool overwrite) {
+    auto* function = Offered(m_plugin.RenMovFile, "rename");
+    const Announced announced(*this, FS_STATUS_OP_RENMOV_SINGLE, from.Folder());
+    HostPath oldPath(from.Text());
+    HostPath newPath(to.Text());
+    RemoteInfoStruct info = RemoteInfo(entry);
+    return function(oldPath.Bytes(), newPath.Bytes(), 1, overwrite, &info);
+}
+
+bool Session::MakeFolder(const PhonePath& path) {
+    auto* function = Offered(m_plugin.MkDir, "make folders");
+    const Announced announced(*this, FS_STATUS_OP_MKDIR, path.Folder());
+    return function(HostPath(path.Text()).Bytes()) != 0;
+}
+
+bool Session::RemoveFolder(const PhonePath& path) {
+    auto* function = Offered(m_plugin.RemoveDir, "remove folders");
+    const Announced announced(*this, FS_STATUS_OP_DELETE, path.Folder());
+    return function(HostPath(path.Text()).Bytes()) != 0;
+}
+
+bool Session::RemoveFile(const PhonePath& path) {
+    auto* function = Offered(m_plugin.RemoveFile, "delete files");
+    const Announced announced(*this, FS_STATUS_OP_DELETE, path.Folder());
+    return function(HostPath(path.Text()).Bytes()) != 0;
+}
+
+int HOST_CALL Session::OnProgress(int, char*, char*, int percent) {
+    const ProgressFunction* progress = s_current->m_progress;
+    return progress && (*progress)(percent) ? 1 : 0;
+}
+
+void HOST_CALL Session::OnLog(int, int type, char* text) {
+    if (!text)
+        return;
+    if (type == MSGTYPE_IMPORTANTERROR)
+        std::fprintf(stderr, "%s\n", Printable(text).c_str());
+    if (!std::strstr(text, "CONNECTED"))
+        return;
+    const std::lock_guard lock(s_current->m_logLock);
+    s_current->m_lastConnectionLine = text;
+}
+
+BOOL HOST_CALL Session::OnRequest(int, int type, char* title, char* text, char*, int) {
+    std::fprintf(stderr, "%s%s%s\n", title ? Printable(title).c_str() : "", title && *title ? ": " : "",
+                 text ? Printable(text).c_str() : "");
+    // Nobody sits here to answer a question: only plain messages are acknowledged.
+    return type == RT_MsgOK;
+}
+
+} // namespace wfxhost

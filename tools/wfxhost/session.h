@@ -1,0 +1,77 @@
+// A plug-in at work: started, told about each operation, and ended as file managers do it.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "wfxhost/failure.h"
+#include "wfxhost/listing.h"
+#include "wfxhost/phone_path.h"
+#include "wfxhost/plugin_file.h"
+
+namespace wfxhost {
+
+/// Is told the percentage of a running transfer; true asks the plug-in to stop it.
+using ProgressFunction = std::function<bool(int percent)>;
+
+/// Session starts the plug-in and disconnects it at its end. There is one at a time, as the interface's
+/// callbacks carry nothing that would tell two apart. It is used from one thread; the plug-in's log lines
+/// and messages may come from any.
+///
+/// The operations give the plug-in's own result, and announce themselves with FsStatusInfo. They throw
+/// Failure where the plug-in does not offer the operation.
+class Session {
+public:
+    explicit Session(PluginFile& plugin);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// What became of a listing. A folder that is missing, a file, and a folder that the phone refused to
+    /// read all look Empty: the interface does not tell them apart.
+    enum class ListResult { Entries, Empty, NoAnswer };
+
+    /// List lists a folder into `entries`, without "." and "..". Hosts name it without a '/' at the end to
+    /// show it in a panel and with one (`withSlash`) to look something up in it; plug-ins may tell the two
+    /// apart.
+    ListResult List(const PhonePath& folder, std::vector<Entry>& entries, bool withSlash = true);
+
+    /// Find looks an entry up in the listing of its folder; the root is found always. Throws Failure (no
+    /// handset) when that cannot be listed.
+    std::optional<Entry> Find(const PhonePath& path);
+    /// IsFolder tells whether the path is a folder, or a link to a folder that has entries. Throws as Find.
+    bool IsFolder(const PhonePath& path);
+    /// Answers tells whether the handset answers now.
+    bool Answers();
+    /// NoHandset is the failure to throw when nothing answered, with what the plug-in said about it.
+    Failure NoHandset();
+
+    /// Copies of one file; the results are the interface's FS_FILE_... codes.
+    int Get(const PhonePath& path, const Entry& entry, const std::string& localFile, int flags,
+            const ProgressFunction& progress);
+    int Put(const std::string& localFile, const PhonePath& path, int flags, const ProgressFunction& progress);
+    /// Move renames or moves within the phone.
+    int Move(const PhonePath& from, const PhonePath& to, const Entry& entry, bool overwrite);
+    bool MakeFolder(const PhonePath& path);
+    bool RemoveFolder(const PhonePath& path);
+    bool RemoveFile(const PhonePath& path);
+
+private:
+    class Announced;
+
+    static int HOST_CALL OnProgress(int plugin, char* source, char* target, int percent);
+    static void HOST_CALL OnLog(int plugin, int type, char* text);
+    static BOOL HOST_CALL OnRequest(int plugin, int type, char* title, char* text, char* answer, int limit);
+
+    PluginFile& m_plugin;
+    const ProgressFunction* m_progress = nullptr; // of the running transfer
+
+    std::mutex m_logLock;
+    std::string m_lastConnectionLine; // the plug-in's last word on the connection; under m_logLock
+    static Session* s_current;
+};
+
+} // namespace wfxhost
