@@ -17,9 +17,9 @@ constexpr std::chrono::milliseconds kBannerTime(1000);
 } // namespace
 
 int HOST_CALL FsInit(int iPluginNumber, tProgressProc pfnProgress, tLogProc pfnLog, tRequestProc pfnRequest) {
-    UsePhone(0, [&](Operation& operation) {
+    const bool bStarted = UsePhone(true, [&](Operation& operation) {
         if (!operation.MayChangeConnection())
-            return 0;
+            return false;
         front.PluginNumber = iPluginNumber;
         front.ProgressProc = pfnProgress;
         front.LogProc = pfnLog;
@@ -28,9 +28,10 @@ int HOST_CALL FsInit(int iPluginNumber, tProgressProc pfnProgress, tLogProc pfnL
         operation.TellHost();
         QLIB_SetQpstMode(0);
         EnsureConnected(operation);
-        return 0;
+        return true;
     });
-    std::this_thread::sleep_for(kBannerTime);
+    if (bStarted)
+        std::this_thread::sleep_for(kBannerTime);
     return 0;
 }
 

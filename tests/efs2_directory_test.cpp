@@ -23,9 +23,9 @@ Bytes Shortened(Bytes packet, size_t iSize) {
     return packet;
 }
 
-class DirectoryTest : public PhoneTest {
+class Efs2DirectoryTest : public PhoneTest {
 protected:
-    DirectoryTest() { m_diag.ConfigureEfsCallbacks(this, nullptr, &DirectoryTest::Receive); }
+    Efs2DirectoryTest() { m_diag.ConfigureEfsCallbacks(this, nullptr, &Efs2DirectoryTest::Receive); }
 
     /// Lists; the result and "path kind date size" of every entry that arrived.
     std::vector<std::string> List(const char* sPath) {
@@ -51,7 +51,7 @@ protected:
         EXPECT_EQ(Mask + BufOption + Clean, 0);
         std::ostringstream text;
         text << sName << ' ' << +isFile << ' ' << std::hex << Date << ' ' << FileSize;
-        static_cast<DirectoryTest*>(pUserData)->m_entries.push_back(text.str());
+        static_cast<Efs2DirectoryTest*>(pUserData)->m_entries.push_back(text.str());
         return 0;
     }
 
@@ -60,7 +60,7 @@ protected:
 
 using Lines = std::vector<std::string>;
 
-TEST_F(DirectoryTest, WireCallbacksAndLog) {
+TEST_F(Efs2DirectoryTest, WireCallbacksAndLog) {
     ScriptEntries({Entry("a.txt"), Entry("sub", 1, 0), Entry("/link", 2), Entry("odd", 3)});
     EXPECT_EQ(List("dir"),
               (Lines{"true", "dir/a.txt 1 30 7", "dir/sub 0 30 0", "dir/link 2 30 7", "dir/odd 0 30 7"}));
@@ -82,7 +82,7 @@ TEST_F(DirectoryTest, WireCallbacksAndLog) {
     EXPECT_EQ(List("dir"), Lines{"true"});
 }
 
-TEST_F(DirectoryTest, AgainstThePhonesFileSystem) {
+TEST_F(Efs2DirectoryTest, AgainstThePhonesFileSystem) {
     m_phone.phone.WithFiles([](handset::FileSystem& files) {
         for (int i = 0; i < 300; ++i)
             files.AddFile("many/file " + std::to_string(i), "x");
@@ -101,7 +101,7 @@ TEST_F(DirectoryTest, AgainstThePhonesFileSystem) {
     EXPECT_TRUE(m_phone.Requests().empty());
 }
 
-TEST_F(DirectoryTest, EntriesThatDoNotFitAreLeftOutAndLogged) {
+TEST_F(Efs2DirectoryTest, EntriesThatDoNotFitAreLeftOutAndLogged) {
     const std::string sFits(127, 'n');
     const std::string sTooLong(128, 'm');
     const std::string sLongestWhole(215, 'o');
@@ -118,7 +118,7 @@ TEST_F(DirectoryTest, EntriesThatDoNotFitAreLeftOutAndLogged) {
     EXPECT_EQ(List(""), Lines{"true"});
 }
 
-TEST_F(DirectoryTest, UnusableEntryAnswersFailTheListing) {
+TEST_F(Efs2DirectoryTest, UnusableEntryAnswersFailTheListing) {
     const Bytes cases[] = {
         Entry("x", 0, 7, 2),                       // refused
         Entry("x", 0, 7, 0, 0),                    // without a handle
@@ -136,7 +136,7 @@ TEST_F(DirectoryTest, UnusableEntryAnswersFailTheListing) {
     }
 }
 
-TEST_F(DirectoryTest, RefusalsAreTriedFiveTimes) {
+TEST_F(Efs2DirectoryTest, RefusalsAreTriedFiveTimes) {
     m_phone.AddFile("dir/a", {});
     for (const char* sRequest : {kOpen, kRead, kClose}) {
         m_phone.Misbehave(Action::Refuse, sRequest, 4, 16);
@@ -146,14 +146,14 @@ TEST_F(DirectoryTest, RefusalsAreTriedFiveTimes) {
     EXPECT_EQ(List("dir"), Lines{"false"});
 }
 
-TEST_F(DirectoryTest, UnansweredEntryIsAskedForAgain) {
+TEST_F(Efs2DirectoryTest, UnansweredEntryIsAskedForAgain) {
     m_phone.AddFile("dir/a", {});
     m_phone.Misbehave(Action::Drop, kRead);
     EXPECT_EQ(List("dir").size(), 2u);
     EXPECT_EQ(m_phone.CountOf(kRead), 3);
 }
 
-TEST_F(DirectoryTest, PhoneThatVanishesInTheMiddleListsNothing) {
+TEST_F(Efs2DirectoryTest, PhoneThatVanishesInTheMiddleListsNothing) {
     for (int i = 0; i < 10; ++i)
         m_phone.AddFile("dir/" + std::to_string(i), {});
     m_phone.Misbehave(Action::Unplug, kRead, 1, 0, 5);

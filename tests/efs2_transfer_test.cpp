@@ -18,9 +18,9 @@ constexpr const char* kStatfs = "4B 13 13 00";
 
 using Lines = std::vector<std::string>;
 
-class TransferTest : public PhoneTest {
+class Efs2TransferTest : public PhoneTest {
 protected:
-    TransferTest() { m_diag.ConfigureEfsCallbacks(this, &TransferTest::Receive, nullptr); }
+    Efs2TransferTest() { m_diag.ConfigureEfsCallbacks(this, &Efs2TransferTest::Receive, nullptr); }
 
     bool Download(const std::string& sLocal, const std::string& sPhone) {
         m_progress.clear();
@@ -36,11 +36,23 @@ protected:
         std::ostringstream text;
         text << (sFirst == nullptr ? "null" : sFirst) << ' ' << (sSecond == nullptr ? "null" : sSecond) << ' '
              << iOperation << ' ' << iSubCode << ' ' << iDone << ' ' << iInAll;
-        auto* pTest = static_cast<TransferTest*>(pUserData);
+        auto* pTest = static_cast<Efs2TransferTest*>(pUserData);
         pTest->m_progress.push_back(text.str());
         if (pTest->m_onBlock)
             pTest->m_onBlock();
         return 0;
+    }
+
+    /// One answer that replaces those to some requests of a kind.
+    void Replace(const char* sPrefix, const Bytes& packet, int iSkip = 0, int iTimes = 1) {
+        m_phone.phone.Misbehave({.action = Action::Replace,
+                                 .prefix = Hex(sPrefix),
+                                 .skip = iSkip,
+                                 .times = iTimes,
+                                 .packets = {packet}});
+    }
+    void SetFreeBlocks(uint32_t iBlocks) {
+        m_phone.phone.WithFiles([=](handset::FileSystem& files) { files.SetFreeBlocks(iBlocks); });
     }
 
     Lines m_progress;
@@ -48,7 +60,7 @@ protected:
     LocalFolder m_local;
 };
 
-TEST_F(TransferTest, EverySizeArrivesWholeBothWays) {
+TEST_F(Efs2TransferTest, EverySizeArrivesWholeBothWays) {
     for (const size_t iSize : {0, 1, 511, 512, 513, 1024, 1535, 1536, 1537, 3072, 50000}) {
         const Bytes content = Pattern(iSize);
         EXPECT_TRUE(Upload(m_local.Write("source", content), "up")) << iSize;
@@ -65,7 +77,7 @@ TEST_F(TransferTest, EverySizeArrivesWholeBothWays) {
     EXPECT_TRUE(m_log.Of(LOG_ERR).empty());
 }
 
-TEST_F(TransferTest, DownloadOnTheWire) {
+TEST_F(Efs2TransferTest, DownloadOnTheWire) {
     m_phone.AddFile("/x", Pattern(3072));
     const std::string sTarget = m_local.Path("x");
     EXPECT_TRUE(Download(sTarget, "/x"));
@@ -76,13 +88,12 @@ TEST_F(TransferTest, DownloadOnTheWire) {
                      "4B 13 04 00 00 00 00 00 00 06 00 00 00 0C 00 00", "4B 13 03 00 00 00 00 00"}));
     const std::string sNames = sTarget + " " + sTarget + " 4 0 ";
     EXPECT_EQ(m_progress, (Lines{sNames + "1536 1536", sNames + "3072 3072", sNames + "3072 3072"}));
-    EXPECT_EQ(m_log.Lines(), (Lines{"0x0002 QLIB_OpenPort()",
-                                    "0x0002 QLIB_EfsRead( sLocalFile = " + sTarget + ", sEFS_File = /x)",
+    EXPECT_EQ(m_log.Lines(), (Lines{"0x0002 QLIB_EfsRead( sLocalFile = " + sTarget + ", sEFS_File = /x)",
                                     "0x0004  EFS Read Transferred 1536", "0x0004  EFS Read Transferred 3072",
                                     "0x0004  EFS Read Transferred 3072", "0x0004 QLIB_EfsRead() - PASS"}));
 }
 
-TEST_F(TransferTest, UploadOnTheWire) {
+TEST_F(Efs2TransferTest, UploadOnTheWire) {
     const std::string sSource = m_local.Write("source", Pattern(1000));
     EXPECT_TRUE(Upload(sSource, "/x"));
     const std::vector<Bytes> requests = m_phone.phone.Requests();
@@ -110,7 +121,7 @@ TEST_F(TransferTest, UploadOnTheWire) {
     EXPECT_EQ(m_log.Of(LOG_RET).back(), "QLIB_EfsWriteMem() - PASS");
 }
 
-TEST_F(TransferTest, EmptyLocalPathTakesThePhonesName) {
+TEST_F(Efs2TransferTest, EmptyLocalPathTakesThePhonesName) {
     m_phone.AddFile("brew/mod/a.txt", Pattern(10));
     const std::string sBefore = std::filesystem::current_path();
     std::filesystem::current_path(m_local.Path());
@@ -123,7 +134,7 @@ TEST_F(TransferTest, EmptyLocalPathTakesThePhonesName) {
 
 // --- Downloads that fail --------------------------------------------------------------------------------
 
-TEST_F(TransferTest, UnusableReadAnswersFailTheDownload) {
+TEST_F(Efs2TransferTest, UnusableReadAnswersFailTheDownload) {
     m_phone.AddFile("x", Pattern(5000));
     const std::string sBlock(1536, 'b');
     const Bytes cases[] = {
@@ -137,8 +148,7 @@ TEST_F(TransferTest, UnusableReadAnswersFailTheDownload) {
     };
     for (const Bytes& packet : cases) {
         m_phone.phone.ClearRequests();
-        m_phone.phone.Misbehave(
-            {.action = Action::Replace, .prefix = Hex(kRead), .skip = 1, .packets = {packet}});
+        Replace(kRead, packet, 1);
         EXPECT_FALSE(Download(m_local.Path("x"), "x")) << handset::ToHex(packet).substr(0, 60);
         EXPECT_EQ(m_phone.CountOf(kRead), 2);
         EXPECT_EQ(m_progress.size(), 1u);
@@ -152,16 +162,14 @@ TEST_F(TransferTest, UnusableReadAnswersFailTheDownload) {
     }
 }
 
-TEST_F(TransferTest, ShortAnswerEndsTheFileAndExtraBytesAreNotTaken) {
+TEST_F(Efs2TransferTest, ShortAnswerEndsTheFileAndExtraBytesAreNotTaken) {
     m_phone.AddFile("x", Pattern(5000));
-    m_phone.phone.Misbehave({.action = Action::Replace,
-                             .prefix = Hex(kRead),
-                             .packets = {Packet(kRead, {0, 0, 3, 0}, "abcdef")}});
+    Replace(kRead, Packet(kRead, {0, 0, 3, 0}, "abcdef"));
     EXPECT_TRUE(Download(m_local.Path("x"), "x"));
     EXPECT_EQ(m_local.Read("x"), (Bytes{'a', 'b', 'c'}));
 }
 
-TEST_F(TransferTest, DownloadsThatCannotBegin) {
+TEST_F(Efs2TransferTest, DownloadsThatCannotBegin) {
     m_phone.AddFile("x", Pattern(10));
     EXPECT_FALSE(Download(m_local.Path("y"), "missing"));
     EXPECT_EQ(m_phone.CountOf(kOpen), 5);
@@ -175,7 +183,7 @@ TEST_F(TransferTest, DownloadsThatCannotBegin) {
     EXPECT_TRUE(m_phone.Requests().empty());
 }
 
-TEST_F(TransferTest, FullLocalDiskFailsTheDownload) {
+TEST_F(Efs2TransferTest, FullLocalDiskFailsTheDownload) {
     for (const size_t iSize : {100, 50000}) {
         m_phone.AddFile("x", Pattern(iSize));
         EXPECT_FALSE(Download("/dev/full", "x")) << iSize;
@@ -184,7 +192,7 @@ TEST_F(TransferTest, FullLocalDiskFailsTheDownload) {
     EXPECT_EQ(m_phone.OpenCount(), 0u);
 }
 
-TEST_F(TransferTest, PhoneThatVanishesFailsTheDownload) {
+TEST_F(Efs2TransferTest, PhoneThatVanishesFailsTheDownload) {
     m_phone.AddFile("x", Pattern(50000));
     m_phone.Misbehave(Action::Unplug, kRead, 1, 0, 10);
     EXPECT_FALSE(Download(m_local.Path("x"), "x"));
@@ -193,7 +201,7 @@ TEST_F(TransferTest, PhoneThatVanishesFailsTheDownload) {
 
 // --- Uploads that fail ----------------------------------------------------------------------------------
 
-TEST_F(TransferTest, UploadsThatCannotBeginLeaveThePhonesFileAlone) {
+TEST_F(Efs2TransferTest, UploadsThatCannotBeginLeaveThePhonesFileAlone) {
     m_phone.AddFile("x", Pattern(10));
     const std::string sSource = m_local.Write("source", Pattern(1000));
     const std::function<bool()> cases[] = {
@@ -201,11 +209,11 @@ TEST_F(TransferTest, UploadsThatCannotBeginLeaveThePhonesFileAlone) {
         [&] { return Upload(m_local.Path(), "x"); },
         [&] { return m_diag.EFS2_DIAG_WRITE_FILE(nullptr, "x"); },
         [&] {
-            m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(1); });
+            SetFreeBlocks(1);
             return Upload(sSource, "x");
         },
         [&] {
-            m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(100); });
+            SetFreeBlocks(100);
             m_phone.Misbehave(Action::Cut, kStatfs, 1, 24);
             return Upload(sSource, "x");
         },
@@ -224,7 +232,7 @@ TEST_F(TransferTest, UploadsThatCannotBeginLeaveThePhonesFileAlone) {
     EXPECT_EQ(m_phone.Content("x"), Pattern(10));
 }
 
-TEST_F(TransferTest, UnusableWriteAnswersAreTriedFiveTimes) {
+TEST_F(Efs2TransferTest, UnusableWriteAnswersAreTriedFiveTimes) {
     const std::string sSource = m_local.Write("source", Pattern(1000));
     const Bytes cases[] = {
         Packet(kWrite, {0, 0, 512, 28}),       // refused
@@ -248,7 +256,7 @@ TEST_F(TransferTest, UnusableWriteAnswersAreTriedFiveTimes) {
     }
 }
 
-TEST_F(TransferTest, WhatThePhoneLeavesOverOfABlockIsSentAgain) {
+TEST_F(Efs2TransferTest, WhatThePhoneLeavesOverOfABlockIsSentAgain) {
     m_phone.phone.Script(Hex(kWrite), [this](const Bytes& request) -> std::vector<Bytes> {
         const Bytes data(request.begin() + 12, request.end());
         const auto iTaken = static_cast<uint32_t>(std::min<size_t>(data.size(), 200));
@@ -265,21 +273,21 @@ TEST_F(TransferTest, WhatThePhoneLeavesOverOfABlockIsSentAgain) {
     EXPECT_EQ(m_progress.size(), 3u);
 }
 
-TEST_F(TransferTest, PhoneThatFillsUpOrVanishesFailsTheUpload) {
+TEST_F(Efs2TransferTest, PhoneThatFillsUpOrVanishesFailsTheUpload) {
     const std::string sSource = m_local.Write("source", Pattern(20000));
     m_onBlock = [this] {
-        m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(3); });
+        SetFreeBlocks(3);
         m_onBlock = nullptr;
     };
     EXPECT_FALSE(Upload(sSource, "x"));
     EXPECT_TRUE(m_diag.EFS2_LastWriteOpenedTarget());
-    m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(1000); });
+    SetFreeBlocks(1000);
     m_phone.Misbehave(Action::Unplug, kWrite, 1, 0, 10);
     EXPECT_FALSE(Upload(sSource, "y"));
     EXPECT_TRUE(m_diag.EFS2_LastWriteOpenedTarget());
 }
 
-TEST_F(TransferTest, SourceThatChangesItsSize) {
+TEST_F(Efs2TransferTest, SourceThatChangesItsSize) {
     const std::string sSource = m_local.Write("source", Pattern(100000));
     m_onBlock = [&] { std::filesystem::resize_file(sSource, 50000); };
     EXPECT_FALSE(Upload(sSource, "x"));
@@ -296,7 +304,7 @@ TEST_F(TransferTest, SourceThatChangesItsSize) {
     EXPECT_TRUE(m_phone.Content("x") == Pattern(1000) || m_phone.Content("x") == Pattern(9000));
 }
 
-TEST_F(TransferTest, CloseThatIsRefusedFailsBothWays) {
+TEST_F(Efs2TransferTest, CloseThatIsRefusedFailsBothWays) {
     m_phone.AddFile("x", Pattern(10));
     m_phone.Misbehave(Action::Refuse, kClose, 10, 5);
     EXPECT_FALSE(Download(m_local.Path("x"), "x"));
@@ -308,7 +316,7 @@ TEST_F(TransferTest, CloseThatIsRefusedFailsBothWays) {
 
 // --- Abort ----------------------------------------------------------------------------------------------
 
-TEST_F(TransferTest, AbortRemovesThePartialCopy) {
+TEST_F(Efs2TransferTest, AbortRemovesThePartialCopy) {
     m_phone.AddFile("x", Pattern(50000));
     const std::string sSource = m_local.Write("source", Pattern(50000));
     m_onBlock = [this] { m_diag.EFS2_DIAG_ABORT(); };
@@ -333,7 +341,7 @@ TEST_F(TransferTest, AbortRemovesThePartialCopy) {
     EXPECT_EQ(m_phone.CountOf(kUnlink), 1);
 }
 
-TEST_F(TransferTest, LostAndForeignAnswersDoNotHarmAnUpload) {
+TEST_F(Efs2TransferTest, LostAndForeignAnswersDoNotHarmAnUpload) {
     m_phone.phone.SetChatter(20);
     m_phone.Misbehave(Action::Drop, kWrite, 1, 0, 1);
     m_phone.phone.Misbehave(

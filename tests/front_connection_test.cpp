@@ -102,8 +102,13 @@ TEST_F(FrontConnection, RootNameFitsTheHostsBuffer) {
     const struct {
         int iSize;
         const char* sExpected;
-    } cases[] = {{260, "Korvane EFS"}, {12, "Korvane EFS"}, {11, "Korvane EF"}, {8, "Korvane"},
-                 {1, ""},              {0, "#"},            {-1, "#"}};
+    } cases[] = {{260, "Korvane EFS"},
+                 {12, "Korvane EFS"},
+                 {11, "Korvane EF"},
+                 {8, "Korvane"},
+                 {1, ""},
+                 {0, "#"},
+                 {-1, "#"}};
     for (const auto& c : cases) {
         char sName[300] = "#";
         FsGetDefRootName(sName, c.iSize);

@@ -128,7 +128,8 @@ inline Lines NamesIn(const std::string& sPath) {
     return names;
 }
 
-/// HostTest is a host after FsInit's work, without its waiting time: callbacks are there, nothing is open yet.
+/// HostTest is a host after FsInit's work, without its waiting time: callbacks are there, nothing is open
+/// yet.
 class HostTest : public testing::Test {
 protected:
     HostTest() {

@@ -137,11 +137,13 @@ private:
     std::filesystem::path m_path;
 };
 
-/// A connection to the handset, not opened yet, that does not wait long for answers that never come (where
-/// time-outs can be set), and its log of operations, results and errors.
+/// An open connection to the handset, and its log of operations, results and errors.
 class PhoneTest : public testing::Test {
 protected:
-    PhoneTest() { m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 2000); }
+    PhoneTest() {
+        EXPECT_TRUE(m_diag.OpenPort());
+        m_log.Clear();
+    }
 
     /// Bytes that repeat late, so that no block looks like another.
     static Bytes Pattern(size_t iSize) {

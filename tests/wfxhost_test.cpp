@@ -89,7 +89,7 @@ TEST_F(WfxhostPhoneTest, ASilentHandsetIsNoHandset) {
 TEST_F(WfxhostPhoneTest, Lists) {
     m_phone.phone.WithFiles([](handset::FileSystem& files) {
         files.AddFile("dir/b \x1B[1m.txt", {1, 2, 3});
-        files.MakeFolders("dir/empty");
+        files.AddFolder("dir/empty");
     });
     Expect({
         {"ls", 0, "dir\n"},
