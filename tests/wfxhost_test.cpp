@@ -36,8 +36,8 @@ protected:
     };
 
     Outcome Run(const std::string& sArguments) const {
-        return Shell("cd '" + m_local.Path() + "' && " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE " " +
-                     sArguments);
+        return Shell("cd '" + m_local.Path() + "' && " + m_settings +
+                     " " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE " " + sArguments);
     }
 
     void Expect(const std::vector<Step>& steps) const {
@@ -56,6 +56,7 @@ protected:
     }
 
     LocalFolder m_local;
+    std::string m_settings; // of environment variables, before the program's name
 };
 
 class WfxhostPhoneTest : public WfxhostTest {
@@ -64,8 +65,7 @@ protected:
 };
 
 TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
-    const handset::DeviceRoot nothing;
-    setenv("QUILLET_DEVICE_ROOT", nothing.Path().c_str(), 1);
+    m_settings = "QUILLET_DEVICE_ROOT=/nonexistent";
     Expect({
         {"--help", 0, "Usage: wfxhost"},
         {"dance", 2, "unknown command \"dance\""},
@@ -192,9 +192,7 @@ TEST_F(WfxhostPhoneTest, DemonstrationLeavesNothingBehind) {
 }
 
 TEST_F(WfxhostTest, DemonstrationStartsASimulatedHandset) {
-    const handset::DeviceRoot nothing;
-    setenv("QUILLET_DEVICE_ROOT", nothing.Path().c_str(), 1);
-    setenv("TMPDIR", m_local.Path().c_str(), 1);
+    m_settings = "QUILLET_DEVICE_ROOT=/nonexistent TMPDIR='" + m_local.Path() + "'";
     Expect({{"", 0, "SIMULATED"}});
     EXPECT_TRUE(std::filesystem::is_empty(m_local.Path()));
 }
