@@ -155,11 +155,15 @@ void PutPadded(const Conversion& conversion, std::string_view text, Output& outp
     output.Fill(conversion.bLeft ? iPadding : 0, ' ');
 }
 
+size_t LeastDigits(const Conversion& conversion) {
+    return conversion.iPrecision == kNoPrecision ? 1 : static_cast<size_t>(conversion.iPrecision);
+}
+
 /// Sign or base prefix, zeros for precision or width, digits, and blanks on the side that is left.
 void PutNumber(const Conversion& conversion, std::string_view prefix, std::string_view digits,
                Output& output) {
     const bool bPrecise = conversion.iPrecision != kNoPrecision;
-    const size_t iLeastDigits = bPrecise ? static_cast<size_t>(conversion.iPrecision) : 1;
+    const size_t iLeastDigits = LeastDigits(conversion);
     size_t iZeros = iLeastDigits - std::min(iLeastDigits, digits.size());
     size_t iSize = prefix.size() + iZeros + digits.size();
     const size_t iMissing = conversion.iWidth - std::min(conversion.iWidth, iSize);
@@ -189,12 +193,11 @@ void PutHex(const Conversion& conversion, DWORD iValue, Output& output) {
     PutNumber(conversion, sPrefix, digits.Text(), output);
 }
 
-void PutOctal(Conversion conversion, DWORD iValue, Output& output) {
+void PutOctal(const Conversion& conversion, DWORD iValue, Output& output) {
     const Digits digits(iValue, 8, "01234567");
-    const std::string_view text = digits.Text();
-    // '#' promises a leading zero: one digit more than there are.
-    const bool bLacksZero = conversion.bAlternate && conversion.iPrecision <= static_cast<int>(text.size());
-    PutNumber(conversion, bLacksZero && iValue != 0 ? "0" : "", text, output);
+    // '#' promises a leading zero.
+    const bool bLacksZero = conversion.bAlternate && LeastDigits(conversion) <= digits.Text().size();
+    PutNumber(conversion, bLacksZero ? "0" : "", digits.Text(), output);
 }
 
 void PutCharacter(const Conversion& conversion, DWORD iValue, Output& output) {
