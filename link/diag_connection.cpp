@@ -52,6 +52,8 @@ bool DiagConnection::OpenPort() {
     m_bIsConnected = m_pLink->Open(m_iComPort);
     if (m_bIsConnected)
         m_listener.SetDataLogHandler(&m_textLog);
+    m_bPlaybackMode = false;
+    OnPortOpened();
     m_asyncQueue.Clear();
     m_syncQueue.Clear();
     return m_bIsConnected;
@@ -110,7 +112,7 @@ void DiagConnection::LogWritten(DWORD iTimeout, DWORD iTaken_ms) {
 }
 
 bool DiagConnection::WriteAndWait(const RequestBytes& request, DWORD iTimeout, DWORD iReadDelay_ms,
-                                  bool bAnyReply, QueueItem& reply) {
+                                  const unsigned char* piFirstByte, QueueItem& reply) {
     m_syncQueue.Clear();
     DWORD iTaken_ms = 0;
     if (!WriteRequest(request, iTimeout, false, iTaken_ms)) {
@@ -120,7 +122,7 @@ bool DiagConnection::WriteAndWait(const RequestBytes& request, DWORD iTimeout, D
     LogWritten(iTimeout, iTaken_ms);
     const DWORD iStart_ms = TickCount_ms();
     std::this_thread::sleep_for(Milliseconds(iReadDelay_ms));
-    if (!WaitForReply(iTimeout, bAnyReply ? nullptr : request.pBytes, reply)) {
+    if (!WaitForReply(iTimeout, piFirstByte, reply)) {
         m_textLog.LogMessage(LOG_ERR, "Error. Read failed.");
         return false;
     }
@@ -144,17 +146,43 @@ bool DiagConnection::WaitForReply(DWORD iTimeout, const unsigned char* piFirstBy
 bool DiagConnection::SendSync(unsigned short iRequestSize, const unsigned char* piRequestBytes,
                               unsigned short* piResponseSize, unsigned char* piResponseBytes,
                               unsigned char /*iExpectedCommand*/, DWORD iTimeout, DWORD iReadDelay_ms) {
+    return iRequestSize > 0 && SendSyncExpecting(iRequestSize, piRequestBytes, piResponseSize,
+                                                 piResponseBytes, piRequestBytes[0], iTimeout, iReadDelay_ms);
+}
+
+bool DiagConnection::SendSyncExpecting(unsigned short iRequestSize, const unsigned char* piRequestBytes,
+                                       unsigned short* piResponseSize, unsigned char* piResponseBytes,
+                                       unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms) {
     constexpr unsigned short kFcsSize = 2;
-    if (iRequestSize == 0 || !VerifyConnectionIsValid())
+    const RequestBytes request{iRequestSize, piRequestBytes};
+    if (iRequestSize == 0)
+        return false;
+    if (m_bPlaybackMode) {
+        AnswerFromRecording(request, iTimeout, piResponseSize, piResponseBytes);
+        return true;
+    }
+    if (!VerifyConnectionIsValid())
         return false;
     m_textLog.LogHex(LOG_IO, piRequestBytes, iRequestSize, "SEND (%d bytes):", iRequestSize);
     QueueItem reply;
-    if (!WriteAndWait({iRequestSize, piRequestBytes}, iTimeout, iReadDelay_ms, false, reply))
+    if (!WriteAndWait(request, iTimeout, iReadDelay_ms, &iExpectedCommand, reply))
         return false;
     std::memcpy(piResponseBytes, reply.data, std::min(*piResponseSize, reply.length));
     const auto iLength = static_cast<unsigned short>(reply.length - std::min(reply.length, kFcsSize));
     *piResponseSize = std::min(*piResponseSize, iLength);
     return true;
+}
+
+void DiagConnection::AnswerFromRecording(const RequestBytes& request, DWORD iTimeout,
+                                         unsigned short* piResponseSize, unsigned char* piResponseBytes) {
+    m_textLog.LogMessage(LOG_FN, "QLIB_SendSync(iRequestSize=%d, iTimeout=%d)--simulation mode",
+                         request.iSize, AsInt(iTimeout));
+    m_textLog.LogHex(LOG_IO, request.pBytes, request.iSize, "SEND: ");
+    QueueItem reply;
+    m_syncQueue.Pop(&reply);
+    *piResponseSize = std::min(*piResponseSize, reply.length);
+    std::memcpy(piResponseBytes, reply.data, *piResponseSize);
+    m_textLog.LogHex(LOG_IO, reply.data, reply.length, "SYNC REC--listener--(%d bytes): ", reply.length);
 }
 
 bool DiagConnection::SendASync(unsigned short iRequestSize, const unsigned char* piRequestBytes,
@@ -178,7 +206,7 @@ bool DiagConnection::SendRAW(unsigned short iRequestSize, const unsigned char* p
     m_textLog.LogHex(LOG_IO, piRequestBytes, iRequestSize, "SEND RAW (%d bytes):", iRequestSize);
     m_pLink->SetRawReplyPending(true);
     QueueItem reply;
-    if (!WriteAndWait({iRequestSize, piRequestBytes}, iTimeout, iReadDelay_ms, true, reply))
+    if (!WriteAndWait({iRequestSize, piRequestBytes}, iTimeout, iReadDelay_ms, nullptr, reply))
         return false;
     m_pLink->SetRawReplyPending(false);
     *piResponseSize = std::min(*piResponseSize, reply.length);

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -38,8 +39,8 @@ public:
 
     // --- The port -----------------------------------------------------------------------------------
 
-    /// OpenPort opens the COM port, starts receiving and empties both queues (also when opening failed).
-    /// True when the port is open.
+    /// OpenPort opens the COM port, starts receiving, ends playback mode and empties both queues (the last
+    /// two also when opening failed). True when the port is open.
     bool OpenPort();
 
     /// ClosePort closes the port, ends the receive thread (waiting at most 1000 ms) and stops the text
@@ -69,7 +70,9 @@ public:
     ///   iTimeout         ms to wait, counted from the end of the read delay
     ///   iReadDelay_ms    ms to sleep between writing the request and waiting
     /// Opens the port when it is closed. On false (also for an empty request), size and buffer are
-    /// unchanged.
+    /// unchanged. In playback mode (LogPlayback) the port is not touched: the oldest packet of the
+    /// command-response queue is the response, whatever its first byte, with its full length (0 when the
+    /// queue is empty), and the result is true.
     bool SendSync(unsigned short iRequestSize, const unsigned char* piRequestBytes,
                   unsigned short* piResponseSize, unsigned char* piResponseBytes,
                   unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms);
@@ -157,7 +160,30 @@ public:
     /// GetDataLogFileHandler: the connection's log; it lives as long as the connection.
     DataLogFileHandler* GetDataLogFileHandler() { return &m_textLog; }
 
+    // --- For the command families (private in Diag_FTM) ---------------------------------------------
+
+    /// PhoneLogQueue holds what the phone sent unasked while phone logging was on.
+    CQLibMessageQueue& PhoneLogQueue() { return m_asyncQueue; }
+    /// CommandResponseQueue holds every other packet since the last request.
+    CQLibMessageQueue& CommandResponseQueue() { return m_syncQueue; }
+    /// SetPhoneLogging keeps (true) or drops (false, at first) what the phone sends unasked.
+    void SetPhoneLogging(bool bEnabled) { m_listener.SetLoggingEnabled(bEnabled); }
+    /// SendSyncExpecting is SendSync for a request whose response begins with another byte than the request:
+    /// it waits for iExpectedCommand, over the serial port too.
+    bool SendSyncExpecting(unsigned short iRequestSize, const unsigned char* piRequestBytes,
+                           unsigned short* piResponseSize, unsigned char* piResponseBytes,
+                           unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms);
+    /// ReplayPacket hands over a recorded packet as if it had just been received.
+    void ReplayPacket(std::span<unsigned char> packet) { m_listener.ReceivePacket(packet); }
+    /// SetPlaybackMode lets SendSync answer from the command-response queue (true) or from the port (false,
+    /// at first and after OpenPort).
+    void SetPlaybackMode(bool bPlayback) { m_bPlaybackMode = bPlayback; }
+
 protected:
+    /// OnPortOpened resets what a family keeps for one opening of the port. Called by OpenPort, whether or
+    /// not the port could be opened.
+    virtual void OnPortOpened() {}
+
     /// StartUp ends the construction of the whole object: the automatic text log, then the default
     /// time-outs (whose log lines are to be found in that log). Called once, last.
     void StartUp();
@@ -178,11 +204,13 @@ private:
     };
 
     bool VerifyConnectionIsValid();
+    void AnswerFromRecording(const RequestBytes& request, DWORD iTimeout, unsigned short* piResponseSize,
+                             unsigned char* piResponseBytes);
     bool SwitchPhoneToDataMode();
     bool WriteRequest(const RequestBytes& request, DWORD iTimeout, bool bForceStartFlag, DWORD& iTaken_ms);
     void LogWritten(DWORD iTimeout, DWORD iTaken_ms);
-    bool WriteAndWait(const RequestBytes& request, DWORD iTimeout, DWORD iReadDelay_ms, bool bAnyReply,
-                      QueueItem& reply);
+    bool WriteAndWait(const RequestBytes& request, DWORD iTimeout, DWORD iReadDelay_ms,
+                      const unsigned char* piFirstByte, QueueItem& reply);
     bool WaitForReply(DWORD iTimeout, const unsigned char* piFirstByte, QueueItem& reply);
     void DIAG_FTM_CheckAutoTextLog();
     void InitTimeOuts();
@@ -190,6 +218,7 @@ private:
 
     const int m_iComPort;
     bool m_bIsConnected = false;
+    bool m_bPlaybackMode = false;
     bool m_bData2DiagSearch = true;
     unsigned int m_iLogFlags;
     std::array<DWORD, kTimeOutCount> m_aTimeOuts{};

@@ -2,6 +2,8 @@
 
 Diag_FTM::Diag_FTM(int iComPort)
     : DiagConnection(iComPort),
+      MessageText(static_cast<DiagConnection&>(*this)),
+      LogPlayback(static_cast<DiagConnection&>(*this)),
       CommandFrame(static_cast<DiagConnection&>(*this)),
       FileAttributes(static_cast<CommandFrame&>(*this)),
       Efs2Callbacks(static_cast<CommandFrame&>(*this)),

@@ -8,6 +8,8 @@
 #include "efs2/metadata.h"
 #include "efs2/transfer.h"
 #include "link/diag_connection.h"
+#include "link/log_playback.h"
+#include "link/message_text.h"
 #include "platform/export.h"
 
 /// Diag_FTM is what programs use: a DiagConnection that has the methods of every command family. A family's
@@ -16,6 +18,8 @@
 ///
 /// One object talks to one COM port. It is used from one application thread at a time.
 class QUILLET_API Diag_FTM : public DiagConnection,
+                             public MessageText,
+                             public LogPlayback,
                              public CommandFrame,
                              public FileAttributes,
                              public Efs2Callbacks,
@@ -49,4 +53,10 @@ private:
     using CommandFrame::FormatSubsystemDiagHeader;
     using CommandFrame::Log;
     using CommandFrame::Response;
+    using DiagConnection::CommandResponseQueue;
+    using DiagConnection::PhoneLogQueue;
+    using DiagConnection::ReplayPacket;
+    using DiagConnection::SendSyncExpecting;
+    using DiagConnection::SetPhoneLogging;
+    using DiagConnection::SetPlaybackMode;
 };
