@@ -166,6 +166,8 @@ public:
     CQLibMessageQueue& PhoneLogQueue() { return m_asyncQueue; }
     /// CommandResponseQueue holds every other packet since the last request.
     CQLibMessageQueue& CommandResponseQueue() { return m_syncQueue; }
+    /// DelayedResponseQueue holds the delayed responses that the last command which waits for them accepted.
+    CQLibMessageQueue& DelayedResponseQueue() { return m_delayedQueue; }
     /// SetPhoneLogging keeps (true) or drops (false, at first) what the phone sends unasked.
     void SetPhoneLogging(bool bEnabled) { m_listener.SetLoggingEnabled(bEnabled); }
     /// SendSyncExpecting is SendSync for a request whose response begins with another byte than the request:

@@ -5,6 +5,16 @@ Diag_FTM::Diag_FTM(int iComPort)
       MessageText(static_cast<DiagConnection&>(*this)),
       LogPlayback(static_cast<DiagConnection&>(*this)),
       CommandFrame(static_cast<DiagConnection&>(*this)),
+      NvItems(static_cast<CommandFrame&>(*this)),
+      PhoneIdentity(static_cast<CommandFrame&>(*this), static_cast<NvItems&>(*this)),
+      PhoneState(static_cast<CommandFrame&>(*this)),
+      PhoneService(static_cast<CommandFrame&>(*this)),
+      PhoneMemory(static_cast<CommandFrame&>(*this)),
+      LogMasks(static_cast<CommandFrame&>(*this)),
+      PhoneQueues(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this)),
+      KeyPresses(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this)),
+      DelayedResponses(static_cast<CommandFrame&>(*this)),
+      DownloadGreeting(static_cast<CommandFrame&>(*this)),
       FileAttributes(static_cast<CommandFrame&>(*this)),
       Efs2Callbacks(static_cast<CommandFrame&>(*this)),
       Efs2Metadata(static_cast<CommandFrame&>(*this)),
@@ -16,4 +26,8 @@ Diag_FTM::Diag_FTM(int iComPort)
 
 Diag_FTM::~Diag_FTM() {
     ShutDown();
+}
+
+void Diag_FTM::OnPortOpened() {
+    ResetBatch();
 }

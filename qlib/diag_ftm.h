@@ -2,6 +2,16 @@
 #pragma once
 
 #include "diag/command_frame.h"
+#include "diag/delayed_responses.h"
+#include "diag/download.h"
+#include "diag/identity.h"
+#include "diag/key_presses.h"
+#include "diag/log_masks.h"
+#include "diag/memory.h"
+#include "diag/nv_items.h"
+#include "diag/phone_queues.h"
+#include "diag/phone_state.h"
+#include "diag/service.h"
 #include "efs2/callbacks.h"
 #include "efs2/directory.h"
 #include "efs2/file_attributes.h"
@@ -21,6 +31,16 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public MessageText,
                              public LogPlayback,
                              public CommandFrame,
+                             public NvItems,
+                             public PhoneIdentity,
+                             public PhoneState,
+                             public PhoneService,
+                             public PhoneMemory,
+                             public LogMasks,
+                             public PhoneQueues,
+                             public KeyPresses,
+                             public DelayedResponses,
+                             public DownloadGreeting,
                              public FileAttributes,
                              public Efs2Callbacks,
                              public Efs2Metadata,
@@ -34,6 +54,8 @@ public:
     ~Diag_FTM() override;
 
 private:
+    void OnPortOpened() override;
+
     // What the families share is not for users of the object.
     using CommandFrame::BeginRequest;
     using CommandFrame::Buffer;
@@ -53,7 +75,9 @@ private:
     using CommandFrame::FormatSubsystemDiagHeader;
     using CommandFrame::Log;
     using CommandFrame::Response;
+    using DelayedResponses::SendDiag2WithMultipleResponse;
     using DiagConnection::CommandResponseQueue;
+    using DiagConnection::DelayedResponseQueue;
     using DiagConnection::PhoneLogQueue;
     using DiagConnection::ReplayPacket;
     using DiagConnection::SendSyncExpecting;
