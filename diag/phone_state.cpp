@@ -5,7 +5,11 @@
 
 namespace {
 
+// What answers hold: command, subsystem and subsystem command, then the values.
 constexpr size_t kSubsystemHead = 4;
+constexpr size_t kDisplaySize = 1 + 2 + 2 + 1 + 1;
+constexpr size_t kGsmStatusSize =
+    PhoneState::kImeiSize + PhoneState::kImsiSize + PhoneState::kLaiSize + 2 + 1 + 1 + 1;
 
 enum GsmCommand : unsigned short { GSM_STATUS = 1, GSM_CALL_ORIG = 3, GSM_CALL_END = 4 };
 
@@ -27,11 +31,13 @@ bool PhoneState::DIAG_HS_DISPLAY_GET_PARAMS_CMD(unsigned char iDisplayID, unsign
     if (!m_frame.Send(0))
         return false;
     ResponseReader response = m_frame.Response();
-    response.Take(iPanelOrientation);
-    response.Take(iPixelDepth);
-    response.Take(iDisplayWidth);
-    response.Take(iDisplayHeight);
-    response.Take(iDisplayID);
+    if (response.Size() >= kSubsystemHead + kDisplaySize) {
+        response.Take(iPanelOrientation);
+        response.Take(iPixelDepth);
+        response.Take(iDisplayWidth);
+        response.Take(iDisplayHeight);
+        response.Take(iDisplayID);
+    }
     m_frame.Log().LogMessage(LOG_RET,
                              "QLIB_DIAG_HS_DISPLAY_GET_PARAMS_CMD( iDisplayID = %d, iDisplayHeight = %d, "
                              "iDisplayWidth = %d, iPixelDepth = %d, iPanelOrientation = %d)",
@@ -48,13 +54,18 @@ bool PhoneState::DIAG_GSM_STATUS_F(unsigned char* const iIMEI, unsigned char* co
     if (!m_frame.Send(0))
         return false;
     ResponseReader response = m_frame.Response();
-    if (!response.Take(iCM_SystemMode) || !response.Take(iCM_OperationalMode) ||
-        !response.Take(iCM_CallState) || !response.Take(iCellID) || !response.Take({iLAI, kLaiSize}) ||
-        !response.Take({iIMSI, kImsiSize}) || !response.Take({iIMEI, kImeiSize})) {
+    if (response.Size() < kSubsystemHead + kGsmStatusSize) {
         m_frame.Log().LogMessage(LOG_RET,
                                  "QLIB_DIAG_TMC_STATE_RETRIEVAL_F() -- response packet size is not valid");
         return false;
     }
+    response.Take(iCM_SystemMode);
+    response.Take(iCM_OperationalMode);
+    response.Take(iCM_CallState);
+    response.Take(iCellID);
+    response.Take({iLAI, kLaiSize});
+    response.Take({iIMSI, kImsiSize});
+    response.Take({iIMEI, kImeiSize});
     m_frame.Log().LogMessage(LOG_RET,
                              "QLIB_DIAG_TMC_STATE_RETRIEVAL_F(iIMEI[0] = 0x%X, iIMSI[0] = 0x%X, "
                              "iLAI[0] = 0x%X,  iCellID = 0x%X, iCM_CallState = 0x%X, "

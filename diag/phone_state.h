@@ -21,13 +21,13 @@ public:
 
     /// DIAG_HS_DISPLAY_GET_PARAMS_CMD tells the size of the display in pixels, bits per pixel and
     /// orientation. iDisplayID is only logged: phones answer for their main display. An answer is read from
-    /// its end; values that it is too short for stay as they were.
+    /// its end; one that is too short for all values changes none.
     bool DIAG_HS_DISPLAY_GET_PARAMS_CMD(unsigned char iDisplayID, unsigned short& iDisplayHeight,
                                         unsigned short& iDisplayWidth, unsigned char& iPixelDepth,
                                         unsigned char& iPanelOrientation);
 
-    /// DIAG_GSM_STATUS_F tells identities, cell and states. The answer is read from its end; false as well
-    /// when it is too short for all seven values, those at its end may have been written then.
+    /// DIAG_GSM_STATUS_F tells identities, cell and states. The answer is read from its end; false as well,
+    /// with all values as they were, when it is too short for the seven.
     bool DIAG_GSM_STATUS_F(unsigned char* const iIMEI, unsigned char* const iIMSI, unsigned char* const iLAI,
                            unsigned short& iCellID, unsigned char& iCM_CallState,
                            unsigned char& iCM_OperationalMode, unsigned char& iCM_SystemMode);
