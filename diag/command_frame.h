@@ -76,6 +76,8 @@ public:
     /// SetSystemMode sets the mode field of FTM requests (1 at first).
     void SetSystemMode(FTM_Mode_Id_Enum iSystem_Mode);
     FTM_Mode_Id_Enum GetSystemMode() const { return m_eSystemMode; }
+    /// StoreSystemMode is SetSystemMode without its log line, for commands from which the mode follows.
+    void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
 
     // --- For the command families (private in Diag_FTM) ---------------------------------------------
 
