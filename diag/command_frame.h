@@ -76,8 +76,6 @@ public:
     /// SetSystemMode sets the mode field of FTM requests (1 at first).
     void SetSystemMode(FTM_Mode_Id_Enum iSystem_Mode);
     FTM_Mode_Id_Enum GetSystemMode() const { return m_eSystemMode; }
-    /// StoreSystemMode is SetSystemMode without its log line, for commands from which the mode follows.
-    void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
 
     // --- For the command families (private in Diag_FTM) ---------------------------------------------
 
@@ -85,6 +83,8 @@ public:
     DataLogFileHandler& Log() { return *m_connection.GetDataLogFileHandler(); }
     PacketBuffer& Buffer() { return m_buffer; }
     ResponseReader Response() { return m_buffer.Response(); }
+    /// StoreSystemMode is SetSystemMode without its log line, for commands from which the mode follows.
+    void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
 
     /// BeginRequest clears the buffer pair and returns the builder of an empty request.
     RequestBuilder& BeginRequest();

@@ -3,10 +3,10 @@
 
 #include "diag/command_frame.h"
 
-/// A factory-test command is a few lines: it logs its entry line, begins a request (with BeginFtm, or with one
-/// of CommandFrame's Format functions where the family has a header of its own), appends its fields, sends,
-/// and takes its values. What a command takes out of an answer it has also sent as placeholders, filled with
-/// the caller's values, because the handset answers in the request's layout.
+/// A factory-test command is a few lines: it logs its entry line, begins a request (with BeginFtm, or with
+/// one of CommandFrame's Format functions where the family has a header of its own), appends its fields,
+/// sends, and takes its values. What a command takes out of an answer it has also sent as placeholders,
+/// filled with the caller's values, because the handset answers in the request's layout.
 ///
 /// Out-values change only when an answer came that its send variant accepts. They are taken from the answer's
 /// end; how far it reaches back into its header is not looked at, so in an answer that stops early the last

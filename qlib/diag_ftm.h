@@ -7,6 +7,13 @@
 #include "efs2/file_attributes.h"
 #include "efs2/metadata.h"
 #include "efs2/transfer.h"
+#include "ftm/broadcast_rf.h"
+#include "ftm/cdma_api2.h"
+#include "ftm/ftm_log.h"
+#include "ftm/gsm_rf.h"
+#include "ftm/rf_control.h"
+#include "ftm/rf_receiver.h"
+#include "ftm/tx_sweep.h"
 #include "link/diag_connection.h"
 #include "platform/export.h"
 
@@ -21,7 +28,14 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public Efs2Callbacks,
                              public Efs2Metadata,
                              public Efs2Directory,
-                             public Efs2Transfer {
+                             public Efs2Transfer,
+                             public RfControl,
+                             public RfReceiver,
+                             public TxSweep,
+                             public FtmLog,
+                             public GsmRf,
+                             public BroadcastRf,
+                             public CdmaApi2 {
 public:
     /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
     /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
@@ -49,4 +63,5 @@ private:
     using CommandFrame::FormatSubsystemDiagHeader;
     using CommandFrame::Log;
     using CommandFrame::Response;
+    using CommandFrame::StoreSystemMode;
 };
