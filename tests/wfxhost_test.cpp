@@ -1,5 +1,5 @@
 // The command-line host as its users run it: the program, the plug-in's file, a handset.
-#include <signal.h>
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -44,8 +44,7 @@ protected:
         for (const Step& step : steps) {
             const Outcome outcome = Run(step.arguments);
             EXPECT_EQ(outcome.status, step.status) << step.arguments << "\n" << outcome.output;
-            EXPECT_NE(outcome.output.find(step.says), std::string::npos) << step.arguments << "\n"
-                                                                         << outcome.output;
+            EXPECT_THAT(outcome.output, testing::HasSubstr(step.says)) << step.arguments;
         }
     }
 
@@ -82,13 +81,13 @@ TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
 }
 
 TEST_F(WfxhostPhoneTest, ASilentHandsetIsNoHandset) {
-    m_phone.phone.SetDataMode(true);
+    m_phone.Misbehave(Action::Ignore, "", -1);
     Expect({{"mkdir a", 3, "CONNECTED on port COM1"}});
 }
 
 TEST_F(WfxhostPhoneTest, Lists) {
     m_phone.phone.WithFiles([](handset::FileSystem& files) {
-        files.AddFile("dir/b \x1B[1m.txt", {1, 2, 3});
+        files.AddFile("dir/b \x1B[1m.txt", "abc");
         files.AddFolder("dir/empty");
     });
     Expect({
@@ -171,8 +170,7 @@ TEST_F(WfxhostPhoneTest, InterruptStopsACopyInOrder) {
               "' && mkfifo lines && { " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE
               " get photo.bin > lines & } && { read -r line; kill -INT $!; cat > rest; } < lines; wait $!");
     EXPECT_EQ(outcome.status, 1) << outcome.output;
-    EXPECT_NE(outcome.output.find("interrupted: \"photo.bin\" was not copied"), std::string::npos)
-        << outcome.output;
+    EXPECT_THAT(outcome.output, testing::HasSubstr("interrupted: \"photo.bin\" was not copied"));
     EXPECT_TRUE(m_phone.Exists("photo.bin"));
     EXPECT_EQ(m_phone.OpenCount(), 0U);
 }
