@@ -21,14 +21,15 @@ endif()
 quillet_layer(link platform)
 quillet_layer(diag link)
 quillet_layer(efs2 diag)
-quillet_layer(qlib efs2)
+quillet_layer(ftm diag)
+quillet_layer(qlib efs2 ftm)
 quillet_layer(plugin qlib)
 
 # quillet.wfx: every object of every layer, so that the exported classes are all there.
 add_library(quillet SHARED)
 set_target_properties(quillet PROPERTIES PREFIX "" OUTPUT_NAME quillet SUFFIX ".wfx"
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
-foreach(layer platform link diag efs2 qlib plugin)
+foreach(layer platform link diag efs2 ftm qlib plugin)
     target_sources(quillet PRIVATE $<TARGET_OBJECTS:${layer}>)
 endforeach()
 target_link_libraries(quillet PRIVATE quillet_options)

@@ -83,6 +83,8 @@ public:
     DataLogFileHandler& Log() { return *m_connection.GetDataLogFileHandler(); }
     PacketBuffer& Buffer() { return m_buffer; }
     ResponseReader Response() { return m_buffer.Response(); }
+    /// StoreSystemMode is SetSystemMode without its log line, for commands from which the mode follows.
+    void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
 
     /// BeginRequest clears the buffer pair and returns the builder of an empty request.
     RequestBuilder& BeginRequest();

@@ -20,7 +20,14 @@ Diag_FTM::Diag_FTM(int iComPort)
       Efs2Metadata(static_cast<CommandFrame&>(*this)),
       Efs2Directory(static_cast<CommandFrame&>(*this), static_cast<Efs2Callbacks&>(*this)),
       Efs2Transfer(static_cast<CommandFrame&>(*this), static_cast<Efs2Callbacks&>(*this),
-                   static_cast<Efs2Metadata&>(*this)) {
+                   static_cast<Efs2Metadata&>(*this)),
+      RfControl(static_cast<CommandFrame&>(*this)),
+      RfReceiver(static_cast<CommandFrame&>(*this)),
+      TxSweep(static_cast<CommandFrame&>(*this)),
+      FtmLog(static_cast<CommandFrame&>(*this)),
+      GsmRf(static_cast<CommandFrame&>(*this), static_cast<FtmLog&>(*this)),
+      BroadcastRf(static_cast<CommandFrame&>(*this)),
+      CdmaApi2(static_cast<CommandFrame&>(*this)) {
     StartUp();
 }
 

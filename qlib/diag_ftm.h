@@ -17,6 +17,13 @@
 #include "efs2/file_attributes.h"
 #include "efs2/metadata.h"
 #include "efs2/transfer.h"
+#include "ftm/broadcast_rf.h"
+#include "ftm/cdma_api2.h"
+#include "ftm/ftm_log.h"
+#include "ftm/gsm_rf.h"
+#include "ftm/rf_control.h"
+#include "ftm/rf_receiver.h"
+#include "ftm/tx_sweep.h"
 #include "link/diag_connection.h"
 #include "link/log_playback.h"
 #include "link/message_text.h"
@@ -45,7 +52,14 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public Efs2Callbacks,
                              public Efs2Metadata,
                              public Efs2Directory,
-                             public Efs2Transfer {
+                             public Efs2Transfer,
+                             public RfControl,
+                             public RfReceiver,
+                             public TxSweep,
+                             public FtmLog,
+                             public GsmRf,
+                             public BroadcastRf,
+                             public CdmaApi2 {
 public:
     /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
     /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
@@ -75,6 +89,7 @@ private:
     using CommandFrame::FormatSubsystemDiagHeader;
     using CommandFrame::Log;
     using CommandFrame::Response;
+    using CommandFrame::StoreSystemMode;
     using DelayedResponses::SendDiag2WithMultipleResponse;
     using DiagConnection::CommandResponseQueue;
     using DiagConnection::DelayedResponseQueue;
