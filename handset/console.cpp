@@ -185,7 +185,7 @@ std::string Console::Misbehave(const std::string& rest, std::string&) {
     Misbehaviour rule;
     rule.action = *action;
     while (words >> word) {
-        const std::string problem = SetOption(word, rule);
+        std::string problem = SetOption(word, rule);
         if (!problem.empty())
             return problem;
     }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <utility>
@@ -16,10 +15,12 @@ unsigned QLib_ResourceManager::m_iContextCounter = 0;
 
 namespace {
 
-// Run at the process's end, and when the library is unloaded.
+// Has DestroyAll run at the process's end, and when the library is unloaded.
 void DestroyAllAtExit() {
-    static const int iRegistered = std::atexit(QLib_ResourceManager::DestroyAll);
-    static_cast<void>(iRegistered);
+    struct AtExit {
+        ~AtExit() { QLib_ResourceManager::DestroyAll(); }
+    };
+    static const AtExit atExit;
 }
 
 } // namespace
@@ -123,6 +124,12 @@ SoftwareDownload* QLib_ResourceManager::GetSoftwareDownload(void*) {
 }
 
 void QLib_ResourceManager::GetLibraryVersion(char* sVersion) {
-    if (sVersion)
-        std::strcpy(sVersion, m_bIsUsingQpst ? "QLIB V04.23,QPST" : "QLIB V04.23,QPHONEMS");
+    constexpr char kOverPortServer[] = "QLIB V04.23,QPST";
+    constexpr char kOverSerialPort[] = "QLIB V04.23,QPHONEMS";
+    if (!sVersion)
+        return;
+    if (m_bIsUsingQpst)
+        std::memcpy(sVersion, kOverPortServer, sizeof kOverPortServer);
+    else
+        std::memcpy(sVersion, kOverSerialPort, sizeof kOverSerialPort);
 }

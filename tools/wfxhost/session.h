@@ -70,7 +70,7 @@ private:
     const ProgressFunction* m_progress = nullptr; // of the running transfer
 
     std::mutex m_logLock;
-    std::string m_lastConnectionLine; // the plug-in's last word on the connection; under m_logLock
+    std::string m_lastConnectionLine; // whether the plug-in last found a handset; under m_logLock
     static Session* s_current;
 };
 
