@@ -14,6 +14,7 @@
 #include "link/text_log.h"
 #include "link/time_outs.h"
 #include "platform/export.h"
+#include "platform/module_pin.h"
 #include "platform/types.h"
 
 class CQLibCommManager;
@@ -188,6 +189,7 @@ private:
     void InitTimeOuts();
     const TimerEntry* FindTimer(DWORD iTimerHandle) const;
 
+    const ModulePin m_pin; // held until the threads are gone
     const int m_iComPort;
     bool m_bIsConnected = false;
     bool m_bData2DiagSearch = true;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/context_handle.h"
+#include "platform/module_pin.h"
 #include "qlib/diag_ftm.h"
 
 std::array<QLib_ResourceContext, 50> QLib_ResourceManager::aResourceList{};
@@ -16,9 +17,15 @@ unsigned QLib_ResourceManager::m_iContextCounter = 0;
 
 namespace {
 
-// Run at the process's end, and when the library is unloaded.
+// Run at the process's end, and when the library is unloaded. Where the process ends by ending the threads
+// first, what they leave goes with the process: waiting for them, or for what they held, could last for ever.
+void DestroyWhatIsLeft() {
+    if (!ProcessIsEnding())
+        QLib_ResourceManager::DestroyAll();
+}
+
 void DestroyAllAtExit() {
-    static const int iRegistered = std::atexit(QLib_ResourceManager::DestroyAll);
+    static const int iRegistered = std::atexit(DestroyWhatIsLeft);
     static_cast<void>(iRegistered);
 }
 
