@@ -9,12 +9,11 @@ namespace {
 
 const std::string kLinkEnding = ".lnk";
 
-/// A path for the plug-in's command line, which stands in the root folder: without the leading '/', in
-/// quotes.
+/// A path for the plug-in's command line, which stands in the root folder: without the leading '/'.
 std::string Argument(const std::string& path) {
     if (path.find('"') != std::string::npos)
         throw Failure("the plug-in's commands take no path with a double quote: " + Quoted(path));
-    return '"' + path.substr(1) + '"';
+    return path.substr(1);
 }
 
 } // namespace
@@ -31,7 +30,8 @@ void LinkCommand(Session& session, const Job& job) {
     if (session.Find(link))
         throw Failure(Quoted(link.Text()) + " exists already");
     std::string unused;
-    const int result = session.TypedCommand("ln " + Argument(target.Text()) + " " + Argument(name), unused);
+    const int result =
+        session.TypedCommand("ln \"" + Argument(target.Text()) + "\" \"" + Argument(name) + "\"", unused);
     // The phone's refusal does not show in the result; the listing tells whether the link is there.
     if (result == FS_EXEC_OK && session.Find(link))
         return;
