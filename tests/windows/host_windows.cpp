@@ -22,7 +22,8 @@ std::string TextOf(HWND hWindow) {
     return sText;
 }
 
-// What the photograph of the banner's window says; empty when it came too late.
+// What the last photograph says that was taken before the banner went. The first ones may come before the
+// window system has painted it.
 std::string Photograph() {
     HWND hBanner = nullptr;
     if (!Eventually(
@@ -39,9 +40,14 @@ std::string Photograph() {
     if ((iStyle & (WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_LAYERED)) !=
         (WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_LAYERED))
         return "the banner has another style";
-    const std::string sOutcome =
-        Ask("banner " + std::to_string(place.left) + " " + std::to_string(place.top));
-    return IsWindow(hBanner) ? sOutcome : "";
+    std::string sOutcome = "every photograph came too late";
+    while (sOutcome != "ok" && IsWindow(hBanner)) {
+        const std::string sLatest =
+            Ask("banner " + std::to_string(place.left) + " " + std::to_string(place.top));
+        if (IsWindow(hBanner))
+            sOutcome = sLatest;
+    }
+    return sOutcome;
 }
 
 } // namespace
@@ -64,10 +70,10 @@ std::string ReadMessageBox(const std::string& sTitle, const std::function<void()
 std::string PhotographBanner(const std::function<void()>& show) {
     constexpr int kAttempts = 5;
     std::string sOutcome;
-    for (int i = 0; i < kAttempts && sOutcome.empty(); ++i) {
+    for (int i = 0; i < kAttempts && sOutcome != "ok"; ++i) {
         std::thread photographer([&] { sOutcome = Photograph(); });
         show();
         photographer.join();
     }
-    return sOutcome.empty() ? "every photograph came too late" : sOutcome;
+    return sOutcome;
 }
