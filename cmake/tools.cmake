@@ -8,5 +8,5 @@ target_include_directories(wfxhost PRIVATE ${PROJECT_SOURCE_DIR}/tools
 target_link_libraries(wfxhost PRIVATE quillet_options ${CMAKE_DL_LIBS})
 set_target_properties(wfxhost PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 if(WIN32)
-    target_link_options(wfxhost PRIVATE -static)
+    target_link_options(wfxhost PRIVATE -static -s)
 endif()

@@ -15,6 +15,7 @@
 #include "link/text_log.h"
 #include "link/time_outs.h"
 #include "platform/export.h"
+#include "platform/module_pin.h"
 #include "platform/types.h"
 
 class CQLibCommManager;
@@ -218,6 +219,7 @@ private:
     void InitTimeOuts();
     const TimerEntry* FindTimer(DWORD iTimerHandle) const;
 
+    const ModulePin m_pin; // held until the threads are gone
     const int m_iComPort;
     bool m_bIsConnected = false;
     bool m_bPlaybackMode = false;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/context_handle.h"
+#include "platform/module_pin.h"
 #include "qlib/diag_ftm.h"
 
 std::array<QLib_ResourceContext, 50> QLib_ResourceManager::aResourceList{};
@@ -15,10 +16,15 @@ unsigned QLib_ResourceManager::m_iContextCounter = 0;
 
 namespace {
 
-// Has DestroyAll run at the process's end, and when the library is unloaded.
+// Has DestroyAll run at the process's end, and when the library is unloaded. Where the process ends by ending
+// the threads first, what they leave goes with the process: waiting for them, or for what they held, could
+// last for ever.
 void DestroyAllAtExit() {
     struct AtExit {
-        ~AtExit() { QLib_ResourceManager::DestroyAll(); }
+        ~AtExit() {
+            if (!ProcessIsEnding())
+                QLib_ResourceManager::DestroyAll();
+        }
     };
     static const AtExit atExit;
 }

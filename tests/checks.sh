@@ -71,7 +71,7 @@ plugin=$build/quillet.wfx
 exports=$(nm -D --defined-only "$plugin" | sed 's/^[^ ]* . //')
 exported_names=$(nm -D --defined-only -C "$plugin")
 for name in FsInit FsGetDefRootName FsStatusInfo FsDisconnect FsFindFirst FsFindNext FsFindClose FsGetFile \
-    FsPutFile FsDeleteFile FsMkDir FsRemoveDir FsRenMovFile FsSetAttr FsSetTime \
+    FsPutFile FsDeleteFile FsMkDir FsRemoveDir FsRenMovFile FsSetAttr FsSetTime FsExecuteFile \
     $(sed -n 's/^QUILLET_C_API.*\(QLIB_[A-Za-z0-9_]*\)(.*/\1/p' qlib/call_layer.h); do
     printf '%s\n' "$exports" | grep -qx "$name" || breach "quillet.wfx does not export $name"
 done

@@ -191,6 +191,30 @@ TEST_F(WfxhostPhoneTest, DemonstrationLeavesNothingBehind) {
     EXPECT_EQ(before, after);
 }
 
+TEST_F(WfxhostPhoneTest, LinksFoldersAndProperties) {
+    m_phone.AddFile("dir/my photo.bin", Content(1234));
+    m_phone.phone.WithFiles([](handset::FileSystem& files) { files.AddFolder("dir/sub"); });
+    Expect({
+        {"ln 'dir/my photo.bin' dir/sub/p", 0, ""},
+        {"ln dir/sub 's.lnk'", 0, ""},
+        {"ln dir/sub s", 1, "\"/s.lnk\" exists already"},
+        {"ln dir/none x", 1, "no file or folder"},
+        {"ln dir none/x", 1, "the phone has no folder \"/none\""},
+        {"ln dir 'a\"b'", 1, "double quote"},
+        {"cd dir/sub", 0, "/dir/sub\n"},
+        {"cd /", 0, "/\n"},
+        {"cd dir/none", 1, "the phone has no folder \"/dir/none\""},
+        {"props dir/sub/p.lnk", 0, "Link to:\t\t/dir/my photo.bin\nType:\t\t<FILE> [81B6]\nSize:\t\t1 234\n"},
+        {"props /", 0, "Type:\t\t<DIR>"},
+        {"props dir/none", 1, "no file or folder"},
+        {"props", 2, "usage: wfxhost props PATH"},
+    });
+    EXPECT_EQ(m_phone.Content("dir/sub/p.lnk"), Content(1234));
+    EXPECT_TRUE(m_phone.Exists("s.lnk"));
+    m_phone.Misbehave(Action::Refuse, "4B130600", -1, 13);
+    Expect({{"ln dir other", 1, "did not make the link \"/other.lnk\""}});
+}
+
 TEST_F(WfxhostTest, DemonstrationStartsASimulatedHandset) {
     m_settings = "QUILLET_DEVICE_ROOT=/nonexistent TMPDIR='" + m_local.Path() + "'";
     Expect({{"", 0, "SIMULATED"}});
