@@ -1,7 +1,13 @@
 #include "qlib/diag_ftm.h"
 
-Diag_FTM::Diag_FTM(int iComPort)
-    : DiagConnection(iComPort),
+#include "portserver/qpst_server.h"
+
+Diag_FTM::Diag_FTM(int iComPort) : Diag_FTM(ConnectionPort{iComPort}) {}
+
+Diag_FTM::Diag_FTM(QpstServer* pServer, int iComPort) : Diag_FTM(ConnectionPort{iComPort, true, pServer}) {}
+
+Diag_FTM::Diag_FTM(const ConnectionPort& port)
+    : DiagConnection(port),
       MessageText(static_cast<DiagConnection&>(*this)),
       LogPlayback(static_cast<DiagConnection&>(*this)),
       CommandFrame(static_cast<DiagConnection&>(*this)),

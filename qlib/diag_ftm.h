@@ -29,6 +29,8 @@
 #include "link/message_text.h"
 #include "platform/export.h"
 
+class QpstServer;
+
 /// Diag_FTM is what programs use: a DiagConnection that has the methods of every command family. A family's
 /// header says what its methods do; this class is their list, in the order in which they build on each
 /// other.
@@ -64,10 +66,14 @@ public:
     /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
     /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
     explicit Diag_FTM(int iComPort);
+    /// The same over a port server, in server mode (see DiagConnection). The server must outlive the object;
+    /// null: every request fails.
+    Diag_FTM(QpstServer* pServer, int iComPort);
     /// Closes the port and ends both threads before any family goes away.
     ~Diag_FTM() override;
 
 private:
+    explicit Diag_FTM(const ConnectionPort& port);
     void OnPortOpened() override;
 
     // What the families share is not for users of the object.
