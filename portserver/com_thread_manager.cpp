@@ -8,6 +8,7 @@
 
 #include "link/clock.h"
 #include "platform/com_apartment.h"
+#include "platform/module_pin.h"
 #include "platform/wait_event.h"
 #include "portserver/function_dispatcher.h"
 
@@ -19,6 +20,12 @@ std::weak_ptr<ComThreadManager> g_pManager; // under g_useLock
 DWORD Remaining_ms(Clock::time_point deadline) {
     const auto left = std::chrono::ceil<Milliseconds>(deadline - Clock::now()).count();
     return static_cast<DWORD>(std::max<decltype(left)>(left, 0));
+}
+
+// For a worker that may come back at any time.
+void KeepForGood(std::unique_ptr<ModulePin> pPin) {
+    static auto& pins = *new std::vector<std::unique_ptr<ModulePin>>;
+    pins.push_back(std::move(pPin));
 }
 
 } // namespace
@@ -55,7 +62,8 @@ std::shared_ptr<ComThreadManager> ComThreadManager::Use() {
     return pManager;
 }
 
-ComThreadManager::ComThreadManager() : m_pShared(std::make_shared<Shared>()) {
+ComThreadManager::ComThreadManager()
+    : m_pShared(std::make_shared<Shared>()), m_pPin(std::make_unique<ModulePin>()) {
     if (!m_pShared->mutex.IsValid())
         throw ComThreadManagerException("ComThreadManager::ComThreadManager - Unable to creat a mutex");
     for (const WaitEvent* pEvent :
@@ -68,10 +76,12 @@ ComThreadManager::ComThreadManager() : m_pShared(std::make_shared<Shared>()) {
 
 ComThreadManager::~ComThreadManager() {
     m_pShared->stop.Set();
-    if (m_pShared->signal.Wait(kEndLimit_ms))
+    if (m_pShared->signal.Wait(kEndLimit_ms)) {
         m_worker.join();
-    else
-        m_worker.detach();
+        return;
+    }
+    m_worker.detach();
+    KeepForGood(std::move(m_pPin));
 }
 
 void ComThreadManager::executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,

@@ -9,14 +9,15 @@
 #include "platform/types.h"
 
 class FunctionDispatcher;
+class ModulePin;
 
 /// ComThreadManager carries calls to its worker thread, one at a time for the whole process. The objects of a
 /// port server belong to the thread that made them, so that thread makes, calls and destroys them all.
 ///
 /// It is made by the first client and ends with the last: the worker then destroys what was given to it,
 /// leaves the automation and is joined. A worker that a server holds in a call that never returns cannot be
-/// ended: it is left behind after kEndLimit_ms, with everything it touches, and the library must not be
-/// unloaded before it comes back.
+/// ended: it is left behind after kEndLimit_ms, with everything it touches. On Windows the library then
+/// stays in the process for good; elsewhere it must not be unloaded before the worker comes back.
 ///
 /// Threads: every function may be called from any thread. On the worker thread itself (from inside a call)
 /// executeFunction runs the call at once.
@@ -63,5 +64,6 @@ private:
     static void WorkerThread(const std::shared_ptr<Shared>& pShared);
 
     const std::shared_ptr<Shared> m_pShared; // the worker holds it too
+    std::unique_ptr<ModulePin> m_pPin;       // given back when the worker has ended
     std::thread m_worker;
 };
