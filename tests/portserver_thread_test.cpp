@@ -141,6 +141,23 @@ TEST(ComThread, ObjectsAreReleasedOnTheWorker) {
     EXPECT_EQ(released, worker);
 }
 
+/// Leaves the process room for a number of descriptors while it lives.
+class FewDescriptors {
+public:
+    explicit FewDescriptors(rlim_t iRoom) {
+        const int iFirstFree = dup(0);
+        EXPECT_GE(iFirstFree, 0);
+        close(iFirstFree);
+        EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &m_former), 0);
+        const rlimit tight{static_cast<rlim_t>(iFirstFree) + iRoom, m_former.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &tight), 0);
+    }
+    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &m_former); }
+
+private:
+    rlimit m_former{};
+};
+
 TEST(ComThread, WithoutEventsThereIsNoManager) {
     const struct {
         rlim_t iEvents;
@@ -148,21 +165,14 @@ TEST(ComThread, WithoutEventsThereIsNoManager) {
     } cases[] = {{0, "ComThreadManager::ComThreadManager - Unable to creat a mutex"},
                  {1, "ComThreadManager::ComThreadManager - Unable to creat an event"},
                  {4, "ComThreadManager::ComThreadManager - Unable to creat an event"}};
-    rlimit former{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &former), 0);
-    const int iFirstFree = dup(0);
-    ASSERT_GE(iFirstFree, 0);
-    close(iFirstFree);
     for (const auto& entry : cases) {
         std::string sText;
-        const rlimit tight{static_cast<rlim_t>(iFirstFree) + entry.iEvents, former.rlim_max};
-        setrlimit(RLIMIT_NOFILE, &tight);
         try {
+            const FewDescriptors few(entry.iEvents);
             ComThreadManager::Use();
         } catch (const ComThreadManager::ComThreadManagerException& error) {
             sText = error.what();
         }
-        setrlimit(RLIMIT_NOFILE, &former);
         EXPECT_EQ(sText, entry.sText);
     }
     EXPECT_NE(ComThreadManager::Use(), nullptr);
