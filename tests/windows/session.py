@@ -166,6 +166,7 @@ class Session:
         return os.path.join(BUILD, "checks", name)
 
     def checks(self):
+        self.run("automation", [self.program("automation-checks.exe")])
         self.run("discovery", [self.program("discovery-checks.exe")])
         # A program finds the library that stands beside it first, when it may.
         for name in ("discovery-checks.exe",):

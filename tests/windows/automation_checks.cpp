@@ -1,0 +1,85 @@
+// The thread that automation runs on, and waits that serve the thread's messages.
+#include <windows.h>
+
+// After the system's main header, on whose types it builds.
+#include <objbase.h>
+
+#include <memory>
+
+#include "platform/com_apartment.h"
+#include "platform/wait_event.h"
+#include "portserver/com_thread_manager.h"
+#include "portserver/efs.h"
+#include "portserver/function_dispatcher.h"
+#include "tests/windows/checks.h"
+
+namespace {
+
+bool HasApartment() {
+    APTTYPE eType{};
+    APTTYPEQUALIFIER eQualifier{};
+    return CoGetApartmentType(&eType, &eQualifier) == S_OK && eType != APTTYPE_MTA;
+}
+
+class AskForApartment : public FunctionDispatcher {
+public:
+    AskForApartment() : FunctionDispatcher("ask") {}
+    void dispatch(void*) override { bFound = HasApartment(); }
+
+    bool bFound = false;
+};
+
+void AutomationThread() {
+    for (int i = 0; i < 2; ++i) { // the second time on a new thread
+        const auto pManager = ComThreadManager::Use();
+        const auto pAsk = std::make_shared<AskForApartment>();
+        pManager->executeFunction(pAsk, nullptr, 10000);
+        EXPECT(pAsk->bFound);
+    }
+    EXPECT(!HasApartment()); // COM is gone with the thread, and was never this one's
+    {
+        const ComApartment apartment;
+        EXPECT(HasApartment());
+    }
+    EXPECT(!HasApartment());
+}
+
+void NoServer() {
+    EFS files("check");
+    EXPECT(!files.connect(5));
+    EXPECT_EQ(std::string(files.GetErrorInfo()), "EFS::initialize - Unable to connect to the QPST server");
+}
+
+WaitEvent* g_pToSet = nullptr;
+
+void CALLBACK SetTheEvent(HWND, UINT, UINT_PTR iTimer, DWORD) {
+    KillTimer(nullptr, iTimer);
+    g_pToSet->Set();
+}
+
+void WaitsWithMessages() {
+    WaitEvent event;
+    void* const hEvent = event.Handle();
+    const auto wait = [&](DWORD iLimit_ms) { return WaitWithMessages({&hEvent, 1}, iLimit_ms); };
+    g_pToSet = &event;
+    EXPECT_EQ(wait(10), kWaitTimedOut);
+    SetTimer(nullptr, 0, 10, SetTheEvent);
+    EXPECT(!event.Wait(200)); // serves no timer
+    EXPECT_EQ(wait(30000), DWORD{0});
+    event.Set();
+    EXPECT_EQ(wait(30000), DWORD{0});
+    EXPECT_EQ(wait(10), kWaitTimedOut); // it was taken
+    PostQuitMessage(7);
+    EXPECT_EQ(wait(50), kWaitTimedOut);
+    MSG message{};
+    EXPECT_EQ(PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE), TRUE);
+    EXPECT_EQ(message.wParam, WPARAM{7}); // the request to end the thread's loop is still there
+}
+
+} // namespace
+
+int main() {
+    return RunChecks({{"the automation thread", AutomationThread},
+                      {"no port server", NoServer},
+                      {"waits that serve messages", WaitsWithMessages}});
+}
