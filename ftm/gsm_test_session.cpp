@@ -6,7 +6,6 @@ namespace {
 
 constexpr unsigned short kGsmLogType = 0x1005;
 constexpr unsigned char kLogEquipment = 1;
-constexpr unsigned short kLogCode = 0x117C;
 constexpr unsigned short kLogItems = 744;
 constexpr size_t kSlowAssociatedChannel = 4;
 constexpr FTM_GSM_BER_LoopbackType_Enum kNoLoopback{0};
@@ -37,7 +36,7 @@ bool GsmTestSession::FTM_GSM_BER_StartSession(DWORD iWaitTime_ms) {
     m_steps.SetWaitTime(iWaitTime_ms);
     m_ftmLog.FTM_LOG_StartFTM_Log(kGsmLogType);
     bool bOutcome = m_steps.Report("  DIAG_SetExtendedLogCode",
-                                   m_masks.DIAG_SetExtendedLogCode(kLogEquipment, kLogCode, kLogItems));
+                                   m_masks.DIAG_SetExtendedLogCode(kLogEquipment, kFtmLogCode, kLogItems));
     bOutcome = StopRunningTests(bOutcome);
     if (bOutcome) {
         bOutcome = m_steps.Accepted("FTM_GSM_START_MODE_REQ", m_requests,
