@@ -15,7 +15,7 @@ std::string Block(bool (Diag_FTM::*get)(State*), Diag_FTM& diag) {
 class RadioTestRecords : public RadioSessionTest {
     void Begin() override {}
 
-protected:
+public:
     std::string Gsm() { return Block<GSM_BER_State>(&Diag_FTM::FTM_GSM_BER_GetStatus, m_diag); }
     std::string Egprs() { return Block<EGPRS_BER_State>(&Diag_FTM::FTM_EGPRS_BER_GetStatus, m_diag); }
     std::string Wcdma() { return Block<WCDMA_BER_State>(&Diag_FTM::FTM_WCDMA_BER_GetStatus, m_diag); }
