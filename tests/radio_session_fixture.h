@@ -53,7 +53,7 @@ protected:
     /// Brings phone and connection into the state in which a sequence begins.
     virtual void Begin() = 0;
 
-    void Check(std::span<const Sequence> sequences) {
+    void Check(const std::vector<Sequence>& sequences) {
         for (const Sequence& sequence : sequences)
             CheckOne(sequence);
     }
