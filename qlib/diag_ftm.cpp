@@ -30,10 +30,26 @@ Diag_FTM::Diag_FTM(const ConnectionPort& port)
       RfControl(static_cast<CommandFrame&>(*this)),
       RfReceiver(static_cast<CommandFrame&>(*this)),
       TxSweep(static_cast<CommandFrame&>(*this)),
-      FtmLog(static_cast<CommandFrame&>(*this)),
+      FtmLog(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this)),
       GsmRf(static_cast<CommandFrame&>(*this), static_cast<FtmLog&>(*this)),
       BroadcastRf(static_cast<CommandFrame&>(*this)),
-      CdmaApi2(static_cast<CommandFrame&>(*this)) {
+      CdmaApi2(static_cast<CommandFrame&>(*this)),
+      GsmTestRequests(static_cast<CommandFrame&>(*this)),
+      EgprsTestRequests(static_cast<CommandFrame&>(*this)),
+      WcdmaTestRequests(static_cast<CommandFrame&>(*this)),
+      HsdpaTestRequests(static_cast<CommandFrame&>(*this)),
+      GsmTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                     static_cast<FtmLog&>(*this), static_cast<GsmTestRequests&>(*this),
+                     static_cast<EgprsTestRequests&>(*this), static_cast<WcdmaTestRequests&>(*this),
+                     static_cast<RadioSessions&>(*this)),
+      EgprsTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                       static_cast<EgprsTestRequests&>(*this), static_cast<GsmTestSession&>(*this),
+                       static_cast<RadioSessions&>(*this)),
+      WcdmaTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                       static_cast<FtmLog&>(*this), static_cast<WcdmaTestRequests&>(*this),
+                       static_cast<GsmTestRequests&>(*this), static_cast<RadioSessions&>(*this)),
+      HsdpaTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                       static_cast<HsdpaTestRequests&>(*this), static_cast<RadioSessions&>(*this)) {
     StartUp();
 }
 
@@ -43,4 +59,5 @@ Diag_FTM::~Diag_FTM() {
 
 void Diag_FTM::OnPortOpened() {
     ResetBatch();
+    EndRadioSessionsOfPort();
 }
