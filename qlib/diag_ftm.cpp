@@ -24,10 +24,21 @@ Diag_FTM::Diag_FTM(int iComPort)
       RfControl(static_cast<CommandFrame&>(*this)),
       RfReceiver(static_cast<CommandFrame&>(*this)),
       TxSweep(static_cast<CommandFrame&>(*this)),
-      FtmLog(static_cast<CommandFrame&>(*this)),
+      FtmLog(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this)),
       GsmRf(static_cast<CommandFrame&>(*this), static_cast<FtmLog&>(*this)),
       BroadcastRf(static_cast<CommandFrame&>(*this)),
-      CdmaApi2(static_cast<CommandFrame&>(*this)) {
+      CdmaApi2(static_cast<CommandFrame&>(*this)),
+      PmicClock(static_cast<CommandFrame&>(*this)),
+      PmicCharger(static_cast<CommandFrame&>(*this)),
+      PmicRegulator(static_cast<CommandFrame&>(*this)),
+      PmicSignals(static_cast<CommandFrame&>(*this)),
+      BroadcastReceiver(static_cast<CommandFrame&>(*this)),
+      BroadcastFlows(static_cast<CommandFrame&>(*this)),
+      BroadcastStatistics(static_cast<CommandFrame&>(*this)),
+      FtmAudio(static_cast<CommandFrame&>(*this)),
+      FtmCamera(static_cast<CommandFrame&>(*this)),
+      FtmGps(static_cast<CommandFrame&>(*this)),
+      FtmBluetooth(static_cast<CommandFrame&>(*this), static_cast<FtmLog&>(*this)) {
     StartUp();
 }
 

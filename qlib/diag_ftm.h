@@ -17,10 +17,21 @@
 #include "efs2/file_attributes.h"
 #include "efs2/metadata.h"
 #include "efs2/transfer.h"
+#include "ftm/audio.h"
+#include "ftm/bluetooth.h"
+#include "ftm/broadcast_flows.h"
+#include "ftm/broadcast_receiver.h"
 #include "ftm/broadcast_rf.h"
+#include "ftm/broadcast_statistics.h"
+#include "ftm/camera.h"
 #include "ftm/cdma_api2.h"
 #include "ftm/ftm_log.h"
+#include "ftm/gps.h"
 #include "ftm/gsm_rf.h"
+#include "ftm/pmic_charger.h"
+#include "ftm/pmic_clock.h"
+#include "ftm/pmic_regulator.h"
+#include "ftm/pmic_signals.h"
 #include "ftm/rf_control.h"
 #include "ftm/rf_receiver.h"
 #include "ftm/tx_sweep.h"
@@ -59,7 +70,18 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public FtmLog,
                              public GsmRf,
                              public BroadcastRf,
-                             public CdmaApi2 {
+                             public CdmaApi2,
+                             public PmicClock,
+                             public PmicCharger,
+                             public PmicRegulator,
+                             public PmicSignals,
+                             public BroadcastReceiver,
+                             public BroadcastFlows,
+                             public BroadcastStatistics,
+                             public FtmAudio,
+                             public FtmCamera,
+                             public FtmGps,
+                             public FtmBluetooth {
 public:
     /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
     /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
