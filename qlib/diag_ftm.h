@@ -17,16 +17,27 @@
 #include "efs2/file_attributes.h"
 #include "efs2/metadata.h"
 #include "efs2/transfer.h"
+#include "ftm/audio.h"
+#include "ftm/bluetooth.h"
+#include "ftm/broadcast_flows.h"
+#include "ftm/broadcast_receiver.h"
 #include "ftm/broadcast_rf.h"
+#include "ftm/broadcast_statistics.h"
+#include "ftm/camera.h"
 #include "ftm/cdma_api2.h"
 #include "ftm/egprs_test_requests.h"
 #include "ftm/egprs_test_session.h"
 #include "ftm/ftm_log.h"
+#include "ftm/gps.h"
 #include "ftm/gsm_rf.h"
 #include "ftm/gsm_test_requests.h"
 #include "ftm/gsm_test_session.h"
 #include "ftm/hsdpa_test_requests.h"
 #include "ftm/hsdpa_test_session.h"
+#include "ftm/pmic_charger.h"
+#include "ftm/pmic_clock.h"
+#include "ftm/pmic_regulator.h"
+#include "ftm/pmic_signals.h"
 #include "ftm/radio_sessions.h"
 #include "ftm/rf_control.h"
 #include "ftm/rf_receiver.h"
@@ -71,6 +82,17 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public GsmRf,
                              public BroadcastRf,
                              public CdmaApi2,
+                             public PmicClock,
+                             public PmicCharger,
+                             public PmicRegulator,
+                             public PmicSignals,
+                             public BroadcastReceiver,
+                             public BroadcastFlows,
+                             public BroadcastStatistics,
+                             public FtmAudio,
+                             public FtmCamera,
+                             public FtmGps,
+                             public FtmBluetooth,
                              public RadioSessions,
                              public GsmTestRequests,
                              public EgprsTestRequests,
