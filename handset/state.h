@@ -8,6 +8,7 @@
 #include "handset/delayed.h"
 #include "handset/memory.h"
 #include "handset/nv_items.h"
+#include "handset/peripherals.h"
 #include "handset/traffic_masks.h"
 
 namespace handset {
@@ -33,6 +34,7 @@ struct State {
     TrafficMasks traffic;
     Delayed delayed;
     Service service;
+    Peripherals peripherals;
 };
 
 } // namespace handset

@@ -29,5 +29,10 @@ bool AnswerMessageFilter(State& phone, RequestReader& in, AnswerWriter& answer);
 bool AnswerEventControl(State& phone, RequestReader& in, AnswerWriter& answer);
 // delayed.cpp
 bool AnswerDelayed(State& phone, RequestReader& in, AnswerWriter& answer);
+// peripherals.cpp
+bool AnswerCamera(State& state, RequestReader& in, AnswerWriter& answer);
+bool AnswerAudio(State& state, RequestReader& in, AnswerWriter& answer);
+bool AnswerFtmLog(State& state, RequestReader& in, AnswerWriter& answer);
+bool AnswerBluetooth(State& state, RequestReader& in, AnswerWriter& answer);
 
 } // namespace handset
