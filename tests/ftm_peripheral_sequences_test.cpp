@@ -206,7 +206,8 @@ TEST_F(FtmPeripheralSequencesTest, WaitKeepsTheLastRecordOfItsType) {
         EXPECT_EQ(m_diag.FTM_LOG_WaitForNextLog(0x1005, &message, iSize, 0), !test.found.empty());
         const size_t iFound = test.found.size();
         EXPECT_EQ(iSize, iFound == 0 ? 0 : iFound + FTM2LogMessage::kTail);
-        EXPECT_EQ(std::memcmp(&message, test.found.data(), iFound), 0);
+        EXPECT_TRUE(
+            std::equal(test.found.begin(), test.found.end(), reinterpret_cast<const uint8_t*>(&message)));
         EXPECT_TRUE(m_log.Has(LOG_RET, std::string("QLIB_FTM_LOG_WaitForNextLog( ) -- Log code found: ") +
                                            (iFound == 0 ? "NO" : "YES")));
         DWORD iLeft = 0;
