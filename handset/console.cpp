@@ -9,12 +9,14 @@
 #include "handset/file_system.h"
 #include "handset/fill.h"
 #include "handset/handset.h"
+#include "handset/unsolicited.h"
 
 namespace handset {
 namespace {
 
 constexpr unsigned long kMaxNumber = 0xFFFFFFFF;
 constexpr unsigned long kMaxCount = 1000000;
+constexpr const char* kNotWanted = "not sent: the client's masks do not let it through";
 
 const char* KindName(Kind kind) {
     return kind == Kind::Folder ? "folder" : kind == Kind::Link ? "link" : "file";
@@ -34,6 +36,13 @@ std::string Printable(const std::string& name) {
         text += code;
     }
     return text;
+}
+
+/// Splits a line into the number (decimal, or hex with "0x") in front of the first blank, and the rest.
+bool TakeNumber(const std::string& line, unsigned long limit, unsigned long& number, std::string& rest) {
+    const size_t space = std::min(line.find(' '), line.size());
+    rest = line.substr(std::min(space + 1, line.size()));
+    return ParseNumber(line.substr(0, space), 0, limit, number);
 }
 
 /// One "key=value" of a misbehave command.
@@ -91,6 +100,9 @@ const Console::Command* Console::Find(const std::string& word) {
         {"chatter", "chatter COUNT", &Console::Chatter},
         {"data-mode", "data-mode on|off", &Console::DataMode},
         {"send", "send HEX", &Console::Send},
+        {"log", "log CODE [HEX]", &Console::EmitLog},
+        {"message", "message SUBSYSTEM TEXT", &Console::EmitMessage},
+        {"event", "event ID [HEX]", &Console::EmitEvent},
         {"quit", "quit", &Console::Quit},
         {nullptr, nullptr, nullptr},
     };
@@ -227,6 +239,35 @@ std::string Console::Send(const std::string& rest, std::string&) {
         return "usage: send HEX";
     m_handset.Send(packet);
     return "";
+}
+
+std::string Console::EmitLog(const std::string& rest, std::string&) {
+    unsigned long code = 0;
+    std::string tail;
+    Bytes payload;
+    if (!TakeNumber(rest, 0xFFFF, code, tail) || !FromHex(tail, payload))
+        return "usage: log CODE [HEX]";
+    return m_handset.EmitLog(static_cast<uint16_t>(code), payload) ? "" : kNotWanted;
+}
+
+std::string Console::EmitMessage(const std::string& rest, std::string&) {
+    unsigned long subsystem = 0;
+    std::string text;
+    if (!TakeNumber(rest, 0xFFFF, subsystem, text))
+        return "usage: message SUBSYSTEM TEXT";
+    Message message;
+    message.subsystem = static_cast<uint16_t>(subsystem);
+    message.format = text;
+    return m_handset.EmitMessage(message) ? "" : kNotWanted;
+}
+
+std::string Console::EmitEvent(const std::string& rest, std::string&) {
+    unsigned long id = 0;
+    std::string tail;
+    Bytes payload;
+    if (!TakeNumber(rest, 0xFFFF, id, tail) || !FromHex(tail, payload))
+        return "usage: event ID [HEX]";
+    return m_handset.EmitEvent(static_cast<uint16_t>(id), payload) ? "" : kNotWanted;
 }
 
 std::string Console::Quit(const std::string&, std::string&) {

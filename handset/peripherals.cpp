@@ -1,4 +1,4 @@
-// Camera, audio, Bluetooth and the records of factory tests. A request is mode, command id, two lengths,
+// Camera, audio and Bluetooth. A request is mode, command id, two lengths,
 // fields; its answer begins alike.
 #include "handset/peripherals.h"
 
@@ -102,18 +102,6 @@ bool AnswerAudio(State& state, RequestReader& in, AnswerWriter& answer) {
     return in.Good();
 }
 
-bool AnswerFtmLog(State& state, RequestReader& in, AnswerWriter& answer) {
-    const uint16_t id = TakeHead(in, answer);
-    uint16_t type = 0;
-    in.Take(type);
-    if (in.Good() && id == 0)
-        state.peripherals.logTypes.insert(type);
-    else if (in.Good() && id == 1)
-        state.peripherals.logTypes.erase(type);
-    answer.U16(type);
-    return in.Good();
-}
-
 bool AnswerBluetooth(State& state, RequestReader& in, AnswerWriter& answer) {
     constexpr size_t kShortestCommand = 4;
     Peripherals& phone = state.peripherals;
@@ -124,7 +112,8 @@ bool AnswerBluetooth(State& state, RequestReader& in, AnswerWriter& answer) {
         return false;
     phone.hciCommands.push_back(command);
     answer.Data(command);
-    if (phone.logTypes.contains(Peripherals::kBluetoothLogType) && state.traffic.SendsLog(kFtmLogCode)) {
+    if (state.radio.logTypes.contains(Peripherals::kBluetoothLogType) &&
+        state.traffic.SendsLog(kFtmLogCode)) {
         AnswerWriter record;
         record.U16(Peripherals::kBluetoothLogType).Data(EventOf(command, phone.version));
         state.delayed.Add(kChipTime, LogPacket(kFtmLogCode, 0, record.Result()));

@@ -1,8 +1,6 @@
 // The simulated handset's camera, microphone and Bluetooth chip, as far as factory tests see them.
 #pragma once
 
-#include <set>
-
 #include "handset/bytes.h"
 
 namespace handset {

@@ -9,6 +9,7 @@
 #include "handset/memory.h"
 #include "handset/nv_items.h"
 #include "handset/peripherals.h"
+#include "handset/radio_tests.h"
 #include "handset/traffic_masks.h"
 
 namespace handset {
@@ -35,6 +36,7 @@ struct State {
     Delayed delayed;
     Service service;
     Peripherals peripherals;
+    RadioTests radio;
 };
 
 } // namespace handset

@@ -15,9 +15,19 @@
 #include "link/text_log.h"
 #include "link/time_outs.h"
 #include "platform/export.h"
+#include "platform/module_pin.h"
 #include "platform/types.h"
 
 class CQLibCommManager;
+class ServerTransport;
+
+/// ConnectionPort says where a connection leads: to a COM port of this machine, or, in server mode, to one
+/// that a port server owns.
+struct ConnectionPort {
+    int iComPort;
+    bool bServerMode = false;
+    ServerTransport* pServer = nullptr; // borrowed; null in server mode: there is no server, all fails
+};
 
 /// DiagConnection is the part of the connection object (`Diag_FTM`) that knows no command: it opens and
 /// closes the COM port, sends one request and waits for the response that belongs to it, and keeps the
@@ -28,11 +38,17 @@ class CQLibCommManager;
 /// the delivery thread, on which listeners and the asynchronous-message callback run. Both are joined
 /// before the members that they use go away.
 ///
+/// In server mode there is no link, no thread of its own and no dispatcher: requests go through the server,
+/// packets that the phone sends by itself come on a thread of the server's path, and what needs the serial
+/// link is refused with false. A connection keeps the mode in which it was made.
+///
 /// Failure: false means that the exchange did not work; the reason stands in the text log.
 class QUILLET_API DiagConnection {
 public:
     /// A connection on COM port iComPort, which is not opened yet. Starts the delivery thread.
-    explicit DiagConnection(int iComPort);
+    explicit DiagConnection(int iComPort) : DiagConnection(ConnectionPort{iComPort}) {}
+    /// The same, or a connection in server mode. A server must outlive it.
+    explicit DiagConnection(const ConnectionPort& port);
     virtual ~DiagConnection();
     DiagConnection(const DiagConnection&) = delete;
     DiagConnection& operator=(const DiagConnection&) = delete;
@@ -52,8 +68,9 @@ public:
     /// neither is tried once in AT data mode when SetData2DiagSearch allows it (up to 400 ms more).
     bool IsPhoneConnected();
 
-    /// DisconnectAndWaitForReconnection needs a port server; over a serial port it returns false and
-    /// leaves the port alone.
+    /// DisconnectAndWaitForReconnection closes the port and opens it again, in server mode: iTimeOut_ms is
+    /// the number of attempts, one right after the other. True when one succeeded. Over a serial port it
+    /// returns false and leaves the port alone.
     bool DisconnectAndWaitForReconnection(int iTimeOut_ms);
 
     // --- Requests -----------------------------------------------------------------------------------
@@ -69,10 +86,11 @@ public:
     ///   iExpectedCommand the response's first byte over a port server; not used over a serial port
     ///   iTimeout         ms to wait, counted from the end of the read delay
     ///   iReadDelay_ms    ms to sleep between writing the request and waiting
-    /// Opens the port when it is closed. On false (also for an empty request), size and buffer are
-    /// unchanged. In playback mode (LogPlayback) the port is not touched: the oldest packet of the
-    /// command-response queue is the response, whatever its first byte, with its full length (0 when the
-    /// queue is empty), and the result is true.
+    /// Opens the port when it is closed (over a serial port; a port server refuses by itself). Over a port
+    /// server the response comes without FCS bytes, and the read delay is not used. On false (also for an
+    /// empty request), size and buffer are unchanged. In playback mode (LogPlayback) the port is not touched:
+    /// the oldest packet of the command-response queue is the response, whatever its first byte, with its
+    /// full length (0 when the queue is empty), and the result is true.
     bool SendSync(unsigned short iRequestSize, const unsigned char* piRequestBytes,
                   unsigned short* piResponseSize, unsigned char* piResponseBytes,
                   unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms);
@@ -123,6 +141,12 @@ public:
     /// TimeOut_ms is GetTimeOut for the library's own use, without its log lines; the id must be valid.
     DWORD TimeOut_ms(QMSL_TimeOutType_Enum eTimeOutId) const { return m_aTimeOuts[eTimeOutId]; }
 
+    /// StoreTimeOut is ConfigureTimeOut for the library's own use, without its log line; the id must be
+    /// valid.
+    void StoreTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms) {
+        m_aTimeOuts[eTimeOutId] = iNewValue_ms;
+    }
+
     /// StartTimer starts an elapsed-time timer; handles count up through the process from 1.
     DWORD StartTimer();
     /// GetTimerElapsed: ms since StartTimer; 0, with a log line, for an unknown handle.
@@ -136,7 +160,7 @@ public:
 
     /// AddEventListener lets pListener see every received packet that pFilter (may be null) accepts, on
     /// the delivery thread, after the connection's own listener. Both must live until
-    /// RemoveEventListener, which must not be called from inside the listener.
+    /// RemoveEventListener, which must not be called from inside the listener. False in server mode.
     bool AddEventListener(CQLibEvents_Listener* pListener, CQLibEvents_Filter* pFilter);
     void RemoveEventListener(CQLibEvents_Listener* pListener);
 
@@ -170,6 +194,8 @@ public:
     CQLibMessageQueue& DelayedResponseQueue() { return m_delayedQueue; }
     /// SetPhoneLogging keeps (true) or drops (false, at first) what the phone sends unasked.
     void SetPhoneLogging(bool bEnabled) { m_listener.SetLoggingEnabled(bEnabled); }
+    /// Listener: the status of the radio tests.
+    CQLibEventListener& Listener() { return m_listener; }
     /// SendSyncExpecting is SendSync for a request whose response begins with another byte than the request:
     /// it waits for iExpectedCommand, over the serial port too.
     bool SendSyncExpecting(unsigned short iRequestSize, const unsigned char* piRequestBytes,
@@ -208,6 +234,12 @@ private:
     bool VerifyConnectionIsValid();
     void AnswerFromRecording(const RequestBytes& request, DWORD iTimeout, unsigned short* piResponseSize,
                              unsigned char* piResponseBytes);
+    bool OpenServer();
+    void LeaveServer();
+    bool RefusedInServerMode(const char* sOperation);
+    bool SendThroughServer(const RequestBytes& request, unsigned short* piResponseSize,
+                           unsigned char* piResponseBytes, unsigned char iExpectedCommand, DWORD iTimeout);
+    bool ReconnectThroughServer(int iAttempts);
     bool SwitchPhoneToDataMode();
     bool WriteRequest(const RequestBytes& request, DWORD iTimeout, bool bForceStartFlag, DWORD& iTaken_ms);
     void LogWritten(DWORD iTimeout, DWORD iTaken_ms);
@@ -218,7 +250,8 @@ private:
     void InitTimeOuts();
     const TimerEntry* FindTimer(DWORD iTimerHandle) const;
 
-    const int m_iComPort;
+    const ModulePin m_pin; // held until the threads are gone
+    const ConnectionPort m_port;
     bool m_bIsConnected = false;
     bool m_bPlaybackMode = false;
     bool m_bData2DiagSearch = true;
@@ -233,5 +266,5 @@ private:
     CQLibMessageQueue m_delayedQueue;
     CQLibEventListener m_listener;
     CQLibEventDispatcher m_dispatcher;
-    std::unique_ptr<CQLibCommManager> m_pLink;
+    std::unique_ptr<CQLibCommManager> m_pLink; // null in server mode
 };

@@ -76,3 +76,22 @@ QUILLET_C_API int HOST_CALL FsRenMovFile(char* sOldName, char* sNewName, BOOL bM
 QUILLET_C_API BOOL HOST_CALL FsSetAttr(char* sRemoteName, int iNewAttr);
 QUILLET_C_API BOOL HOST_CALL FsSetTime(char* sRemoteName, FILETIME* pCreation, FILETIME* pLastAccess,
                                        FILETIME* pLastWrite);
+
+// --- Execute verbs (execute.cpp) ------------------------------------------------------------------------
+
+/// FsExecuteFile carries out what is no plain file command. It uses the connection as it is.
+///   hMainWindow  the host's window, or null; a message box stands before it
+///   sRemoteName  the host's buffer of MAX_PATH bytes; for "quote " the current folder, with a separator at
+///                its end, which is changed in place
+///   sVerb        "open"        FS_EXEC_SYMLINK for a link to a folder, with the folder's path in
+///   sRemoteName;
+///                              FS_EXEC_YOURSELF otherwise
+///                "properties"  shows them and returns when the user has seen them; for the root as "\", the
+///                              banner for two seconds: FS_EXEC_OK
+///                "quote ..."   a typed command: "cd FOLDER" (FS_EXEC_SYMLINK with the new path in
+///                              sRemoteName) or "ln TARGET NAME"; others are accepted silently
+///                others        FS_EXEC_OK, nothing done
+/// A path written back has the separator that the name came in with. FS_EXEC_ERROR: the phone does not know
+/// the path, the result does not fit sRemoteName (which is then no longer than before), an argument is longer
+/// than the phone takes, or name or verb cannot be used.
+QUILLET_C_API int HOST_CALL FsExecuteFile(HWND hMainWindow, char* sRemoteName, char* sVerb);

@@ -13,6 +13,7 @@
 #include "plugin/listing.h"
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
+#include "plugin/phone_time.h"
 #include "qlib/call_layer.h"
 
 namespace {
@@ -29,12 +30,11 @@ HANDLE AsHandle(uintptr_t iHandle) {
     return reinterpret_cast<HANDLE>(iHandle); // NOLINT(performance-no-int-to-ptr)
 }
 
-// 100 ns units since 1601. Dates from 2^31 on are none that the phone's calendar has: they show as 1970.
+// 100 ns units since 1601.
 FILETIME FileTimeOf(DWORD iDate) {
     constexpr uint64_t k1970 = 116444736000000000;
     constexpr uint64_t kUnitsPerSecond = 10000000;
-    constexpr DWORD kFirstImpossible = 0x80000000;
-    const uint64_t iUnits = k1970 + (iDate < kFirstImpossible ? iDate : 0) * kUnitsPerSecond;
+    const uint64_t iUnits = k1970 + CalendarTime(iDate) * kUnitsPerSecond;
     return {static_cast<DWORD>(iUnits & 0xFFFFFFFF), static_cast<DWORD>(iUnits >> 32)};
 }
 

@@ -15,7 +15,7 @@ struct FrontState {
     int PluginNumber = 0; // passed back on every host callback
     tProgressProc ProgressProc = nullptr;
     tLogProc LogProc = nullptr;
-    tRequestProc RequestProc = nullptr; // kept, not called
+    tRequestProc RequestProc = nullptr; // for messages, where the system has none of its own
 
     void* ContextHandle = nullptr; // the phone's library context; null: not connected
     uintptr_t IdleTimerId = 0;     // the running idle tick; 0: none

@@ -1,12 +1,14 @@
 // Start, end, and the brackets around the host's operations.
+#include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <thread>
+#include <optional>
 
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
 #include "plugin/front_state.h"
 #include "plugin/operation.h"
+#include "plugin/splash.h"
 #include "qlib/call_layer.h"
 
 namespace {
@@ -17,21 +19,23 @@ constexpr std::chrono::milliseconds kBannerTime(1000);
 } // namespace
 
 int HOST_CALL FsInit(int iPluginNumber, tProgressProc pfnProgress, tLogProc pfnLog, tRequestProc pfnRequest) {
-    const bool bStarted = UsePhone(true, [&](Operation& operation) {
+    std::optional<Splash> splash;
+    UsePhone(0, [&](Operation& operation) {
         if (!operation.MayChangeConnection())
-            return false;
+            return 0;
         front.PluginNumber = iPluginNumber;
         front.ProgressProc = pfnProgress;
         front.LogProc = pfnLog;
         front.RequestProc = pfnRequest;
+        splash.emplace();
         operation.Log(MSGTYPE_CONNECT, "CONNECT");
         operation.TellHost();
         QLIB_SetQpstMode(0);
         EnsureConnected(operation);
-        return true;
+        return 0;
     });
-    if (bStarted)
-        std::this_thread::sleep_for(kBannerTime);
+    if (splash)
+        splash->Hold(kBannerTime);
     return 0;
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/module_pin.h"
+#include "platform/user_message.h"
 #include "plugin/front_state.h"
 #include "plugin/ownership.h"
 
@@ -16,7 +18,10 @@ Ownership& TheOwnership() {
 class Host {
 public:
     Host()
-        : m_iPluginNumber(front.PluginNumber), m_pfnProgress(front.ProgressProc), m_pfnLog(front.LogProc) {}
+        : m_iPluginNumber(front.PluginNumber),
+          m_pfnProgress(front.ProgressProc),
+          m_pfnLog(front.LogProc),
+          m_pfnRequest(front.RequestProc) {}
 
     void Log(int iMessageType, std::string& sText) const {
         if (m_pfnLog)
@@ -27,10 +32,15 @@ public:
         return m_pfnProgress && m_pfnProgress(m_iPluginNumber, nullptr, nullptr, iPercent) != 0;
     }
 
+    void Message(HWND hOwner, const std::string& sTitle, const std::string& sText) const {
+        ShowUserMessage({hOwner, m_iPluginNumber, m_pfnRequest}, sTitle, sText);
+    }
+
 private:
     int m_iPluginNumber;
     tProgressProc m_pfnProgress;
     tLogProc m_pfnLog;
+    tRequestProc m_pfnRequest;
 };
 
 // While it lives, the owner's operation is suspended.
@@ -51,13 +61,15 @@ bool TakeTurn(Operation::Kind eKind) {
 
 } // namespace
 
-Operation::Operation(Kind eKind) : m_bOwns(TakeTurn(eKind)) {}
+Operation::Operation(Kind eKind) : m_eKind(eKind), m_bOwns(TakeTurn(eKind)) {}
 
 Operation::~Operation() {
     if (!m_bOwns)
         return;
     const Host host;
     TheOwnership().GiveBack();
+    if (m_eKind == Kind::Call)
+        ReleaseUnneededPins();
     for (Line& line : m_lines)
         host.Log(line.iMessageType, line.sText);
 }
@@ -80,4 +92,10 @@ bool ReportProgress(int iPercent) {
     const Host host;
     const Suspension suspension;
     return host.Progress(iPercent);
+}
+
+void TellUser(HWND hOwner, const std::string& sTitle, const std::string& sText) {
+    const Host host;
+    const Suspension suspension;
+    host.Message(hOwner, sTitle, sText);
 }

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/host_interface.h"
+
 /// Operation is the time during which an entry point owns the connection and the front's state. Every entry
 /// point that touches either makes one first, mostly through UsePhone; nothing interrupts it but the host's
 /// callbacks, which are called through the functions below and nowhere else.
@@ -42,6 +44,7 @@ private:
         std::string sText;
     };
 
+    const Kind m_eKind;
     const bool m_bOwns;
     std::vector<Line> m_lines;
 };
@@ -49,6 +52,10 @@ private:
 /// ReportProgress tells the host how far the transfer is, others having their turns meanwhile. True when
 /// the user asks to abort. Called by the owner only.
 bool ReportProgress(int iPercent);
+
+/// TellUser shows the user a text with a title and returns when it was dismissed, others having their turns
+/// meanwhile. hOwner: the host's window, or null. Called by the owner only.
+void TellUser(HWND hOwner, const std::string& sTitle, const std::string& sText);
 
 /// UsePhone runs `work` as one operation, handing it over. Returns its result, or `onFailure` when memory
 /// ran out.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/host_interface.h"
+
 bool IsUsableHostPath(const char* sPath) {
     return sPath && std::memchr(sPath, '\0', kMaxPathSize);
 }
@@ -35,6 +37,15 @@ void ToPhonePath(char* sPath) {
 void StripLeadingSeparators(char* sPath) {
     const char* const pRest = sPath + std::strspn(sPath, "/\\");
     std::memmove(sPath, pRest, std::strlen(pRest) + 1);
+}
+
+void ToHostPath(char* sPath, char cSeparator) {
+    std::replace(sPath, sPath + std::strlen(sPath), '/', cSeparator);
+}
+
+char SeparatorOf(const char* sHostPath) {
+    const char* const pSeparator = std::strpbrk(sHostPath, "/\\");
+    return pSeparator ? *pSeparator : kHostSeparator;
 }
 
 const char* EntryName(const char* sPath) {

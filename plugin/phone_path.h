@@ -1,4 +1,4 @@
-// From the host's form of a path to the phone's.
+// From the host's form of a path to the phone's, and back.
 #pragma once
 
 #include <cstddef>
@@ -24,6 +24,13 @@ void ToPhonePath(char* sPath);
 /// StripLeadingSeparators removes all slashes and backslashes from the begin: the root becomes the empty
 /// text.
 void StripLeadingSeparators(char* sPath);
+
+/// ToHostPath makes every slash the given separator of the host.
+void ToHostPath(char* sPath, char cSeparator);
+
+/// SeparatorOf returns the separator that a host path is written with: its first one, or the host's usual one
+/// when it has none. A path that is written back to the host uses the separator that came in.
+char SeparatorOf(const char* sHostPath);
 
 /// EntryName returns what follows a path's last '/', all of it when there is none; it points into sPath.
 const char* EntryName(const char* sPath);

@@ -12,9 +12,8 @@ constexpr DWORD kFolderKind = 0x4000;
 
 bool PhoneStatus::Ask(const char* sPhonePath) {
     *this = {};
-    DWORD iUnused[4] = {};
-    return QLIB_EFS2_DIAG_STAT(front.ContextHandle, sPhonePath, &iErrorNo, &iMode, &iSize, &iUnused[0],
-                               &iUnused[1], &iUnused[2], &iUnused[3]);
+    return QLIB_EFS2_DIAG_STAT(front.ContextHandle, sPhonePath, &iErrorNo, &iMode, &iSize, &iLinkCount,
+                               &iAccessTime, &iModifyTime, &iCreateTime);
 }
 
 bool PhoneStatus::IsFolder() const {

@@ -3,12 +3,16 @@
 
 #include "platform/types.h"
 
-/// PhoneStatus is the phone's answer to a status query on the front's connection. Used by the owner of the
-/// connection.
+/// PhoneStatus is the phone's answer to a status query on the front's connection, links followed. Used by the
+/// owner of the connection.
 struct PhoneStatus {
     DWORD iErrorNo = 0; // 0: there is such an entry
     DWORD iMode = 0;
     DWORD iSize = 0; // bytes
+    DWORD iLinkCount = 0;
+    DWORD iAccessTime = 0; // times: seconds since 1970, UTC
+    DWORD iModifyTime = 0;
+    DWORD iCreateTime = 0;
 
     /// Ask queries a phone path. False, with nothing to be concluded, when the phone did not answer or there
     /// is no connection.
@@ -16,4 +20,12 @@ struct PhoneStatus {
 
     bool Exists() const { return iErrorNo == 0; }
     bool IsFolder() const;
+
+    /// By its mode it is a folder, or a file, that its owner may read. For some modes both are true.
+    bool IsReadableFolder() const { return (iMode & kReadableFolder) == kReadableFolder; }
+    bool IsReadableFile() const { return (iMode & kReadableFile) == kReadableFile; }
+
+private:
+    static constexpr DWORD kReadableFolder = 0x4100;
+    static constexpr DWORD kReadableFile = 0x8100;
 };

@@ -1,7 +1,13 @@
 #include "qlib/diag_ftm.h"
 
-Diag_FTM::Diag_FTM(int iComPort)
-    : DiagConnection(iComPort),
+#include "portserver/qpst_server.h"
+
+Diag_FTM::Diag_FTM(int iComPort) : Diag_FTM(ConnectionPort{iComPort}) {}
+
+Diag_FTM::Diag_FTM(QpstServer* pServer, int iComPort) : Diag_FTM(ConnectionPort{iComPort, true, pServer}) {}
+
+Diag_FTM::Diag_FTM(const ConnectionPort& port)
+    : DiagConnection(port),
       MessageText(static_cast<DiagConnection&>(*this)),
       LogPlayback(static_cast<DiagConnection&>(*this)),
       CommandFrame(static_cast<DiagConnection&>(*this)),
@@ -38,7 +44,23 @@ Diag_FTM::Diag_FTM(int iComPort)
       FtmAudio(static_cast<CommandFrame&>(*this)),
       FtmCamera(static_cast<CommandFrame&>(*this)),
       FtmGps(static_cast<CommandFrame&>(*this)),
-      FtmBluetooth(static_cast<CommandFrame&>(*this), static_cast<FtmLog&>(*this)) {
+      FtmBluetooth(static_cast<CommandFrame&>(*this), static_cast<FtmLog&>(*this)),
+      GsmTestRequests(static_cast<CommandFrame&>(*this)),
+      EgprsTestRequests(static_cast<CommandFrame&>(*this)),
+      WcdmaTestRequests(static_cast<CommandFrame&>(*this)),
+      HsdpaTestRequests(static_cast<CommandFrame&>(*this)),
+      GsmTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                     static_cast<FtmLog&>(*this), static_cast<GsmTestRequests&>(*this),
+                     static_cast<EgprsTestRequests&>(*this), static_cast<WcdmaTestRequests&>(*this),
+                     static_cast<RadioSessions&>(*this)),
+      EgprsTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                       static_cast<EgprsTestRequests&>(*this), static_cast<GsmTestSession&>(*this),
+                       static_cast<RadioSessions&>(*this)),
+      WcdmaTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                       static_cast<FtmLog&>(*this), static_cast<WcdmaTestRequests&>(*this),
+                       static_cast<GsmTestRequests&>(*this), static_cast<RadioSessions&>(*this)),
+      HsdpaTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                       static_cast<HsdpaTestRequests&>(*this), static_cast<RadioSessions&>(*this)) {
     StartUp();
 }
 
@@ -48,4 +70,5 @@ Diag_FTM::~Diag_FTM() {
 
 void Diag_FTM::OnPortOpened() {
     ResetBatch();
+    EndRadioSessionsOfPort();
 }

@@ -25,20 +25,31 @@
 #include "ftm/broadcast_statistics.h"
 #include "ftm/camera.h"
 #include "ftm/cdma_api2.h"
+#include "ftm/egprs_test_requests.h"
+#include "ftm/egprs_test_session.h"
 #include "ftm/ftm_log.h"
 #include "ftm/gps.h"
 #include "ftm/gsm_rf.h"
+#include "ftm/gsm_test_requests.h"
+#include "ftm/gsm_test_session.h"
+#include "ftm/hsdpa_test_requests.h"
+#include "ftm/hsdpa_test_session.h"
 #include "ftm/pmic_charger.h"
 #include "ftm/pmic_clock.h"
 #include "ftm/pmic_regulator.h"
 #include "ftm/pmic_signals.h"
+#include "ftm/radio_sessions.h"
 #include "ftm/rf_control.h"
 #include "ftm/rf_receiver.h"
 #include "ftm/tx_sweep.h"
+#include "ftm/wcdma_test_requests.h"
+#include "ftm/wcdma_test_session.h"
 #include "link/diag_connection.h"
 #include "link/log_playback.h"
 #include "link/message_text.h"
 #include "platform/export.h"
+
+class QpstServer;
 
 /// Diag_FTM is what programs use: a DiagConnection that has the methods of every command family. A family's
 /// header says what its methods do; this class is their list, in the order in which they build on each
@@ -81,15 +92,28 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public FtmAudio,
                              public FtmCamera,
                              public FtmGps,
-                             public FtmBluetooth {
+                             public FtmBluetooth,
+                             public RadioSessions,
+                             public GsmTestRequests,
+                             public EgprsTestRequests,
+                             public WcdmaTestRequests,
+                             public HsdpaTestRequests,
+                             public GsmTestSession,
+                             public EgprsTestSession,
+                             public WcdmaTestSession,
+                             public HsdpaTestSession {
 public:
     /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
     /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
     explicit Diag_FTM(int iComPort);
+    /// The same over a port server, in server mode (see DiagConnection). The server must outlive the object;
+    /// null: every request fails.
+    Diag_FTM(QpstServer* pServer, int iComPort);
     /// Closes the port and ends both threads before any family goes away.
     ~Diag_FTM() override;
 
 private:
+    explicit Diag_FTM(const ConnectionPort& port);
     void OnPortOpened() override;
 
     // What the families share is not for users of the object.
@@ -115,9 +139,21 @@ private:
     using DelayedResponses::SendDiag2WithMultipleResponse;
     using DiagConnection::CommandResponseQueue;
     using DiagConnection::DelayedResponseQueue;
+    using DiagConnection::Listener;
     using DiagConnection::PhoneLogQueue;
     using DiagConnection::ReplayPacket;
     using DiagConnection::SendSyncExpecting;
     using DiagConnection::SetPhoneLogging;
     using DiagConnection::SetPlaybackMode;
+    using DiagConnection::StoreTimeOut;
+    using EgprsTestSession::WaitForEGPRS_BER_Update;
+    using GsmTestSession::ClearGsmStatus;
+    using GsmTestSession::ReleaseRunningFlows;
+    using GsmTestSession::SelectBcch;
+    using GsmTestSession::WaitForGSM_BER_Update;
+    using GsmTestSession::WaitForIdleMode;
+    using HsdpaTestSession::WaitForHSDPA_BER_Update;
+    using RadioSessions::EndRadioSessionsOfPort;
+    using RadioSessions::SetRadioSession;
+    using WcdmaTestSession::WaitForWCDMA_BER_Update;
 };

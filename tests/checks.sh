@@ -23,7 +23,8 @@ layers_below() {
     qlib) echo "platform system link diag efs2 ftm portserver qlib" ;;
     plugin) echo "platform system link diag efs2 ftm portserver qlib plugin" ;;
     handset) echo "handset" ;;
-    tools) echo "platform system wfxhost" ;;
+    tools/wfxhost) echo "platform system wfxhost" ;;
+    tools/qdiag) echo "qdiag" ;;
     esac
 }
 
@@ -31,10 +32,14 @@ sources_of() {
     [ ! -d "$1" ] || find "$1" -name '*.cpp' -o -name '*.h'
 }
 
-for folder in platform $product handset tools; do
+for folder in platform $product handset tools/wfxhost tools/qdiag; do
     allowed=$(layers_below "$folder" | tr ' ' '|')
     for file in $(sources_of "$folder"); do
-        case $file in platform/posix/*) own='|[a-z_]*\.h' ;; *) own= ;; esac
+        case $file in
+        platform/posix/*) own='|[a-z_]*\.h' ;;
+        tools/qdiag/*) own='|quillet\.h"' ;;
+        *) own= ;;
+        esac
         if found=$(grep -nE '^ *# *include *"' "$file" | grep -vE "\"(($allowed)/$own)"); then
             breach "$file includes against the direction of the layers: $found"
         fi
@@ -71,13 +76,13 @@ plugin=$build/quillet.wfx
 exports=$(nm -D --defined-only "$plugin" | sed 's/^[^ ]* . //')
 exported_names=$(nm -D --defined-only -C "$plugin")
 for name in FsInit FsGetDefRootName FsStatusInfo FsDisconnect FsFindFirst FsFindNext FsFindClose FsGetFile \
-    FsPutFile FsDeleteFile FsMkDir FsRemoveDir FsRenMovFile FsSetAttr FsSetTime \
+    FsPutFile FsDeleteFile FsMkDir FsRemoveDir FsRenMovFile FsSetAttr FsSetTime FsExecuteFile \
     $(sed -n 's/^QUILLET_C_API.*\(QLIB_[A-Za-z0-9_]*\)(.*/\1/p' qlib/call_layer.h); do
     printf '%s\n' "$exports" | grep -qx "$name" || breach "quillet.wfx does not export $name"
 done
 for class in $(for folder in $product; do sources_of "$folder"; done | xargs \
     sed -nE 's/^(class|struct) QUILLET_API ([A-Za-z0-9_]+).*/\2/p' | sort -u); do
-    printf '%s\n' "$exported_names" | grep -qE " $class::| for $class\$" ||
+    printf '%s\n' "$exported_names" | grep -qE " $class(<.*>)?::| for $class\$" ||
         breach "quillet.wfx does not export the class $class"
 done
 readelf -d "$plugin" | grep -q 'SONAME.*\[quillet\.wfx\]' || breach "quillet.wfx does not name itself so"

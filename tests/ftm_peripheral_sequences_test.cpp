@@ -17,6 +17,11 @@ protected:
         m_phone.phone.WithState([&](handset::State& state) { copy = state.peripherals; });
         return copy;
     }
+    std::set<uint16_t> LogTypes() {
+        std::set<uint16_t> copy;
+        m_phone.phone.WithState([&](handset::State& state) { copy = state.radio.logTypes; });
+        return copy;
+    }
     void ChangePhone(const std::function<void(handset::Peripherals&)>& change) {
         m_phone.phone.WithState([&](handset::State& state) { change(state.peripherals); });
     }
@@ -184,7 +189,7 @@ TEST_F(FtmPeripheralSequencesTest, RecordingIsFetchedInPieces) {
 
 TEST_F(FtmPeripheralSequencesTest, WaitKeepsTheLastRecordOfItsType) {
     ASSERT_TRUE(m_diag.FTM_LOG_StartFTM_Log(0x1005));
-    EXPECT_EQ(Phone().logTypes, std::set<uint16_t>{0x1005});
+    EXPECT_EQ(LogTypes(), std::set<uint16_t>{0x1005});
     const Bytes whole = Pattern(4076);
     Bytes longest = Hex("05 10");
     longest.insert(longest.end(), whole.begin(), whole.end());
@@ -218,7 +223,7 @@ TEST_F(FtmPeripheralSequencesTest, WaitKeepsTheLastRecordOfItsType) {
     FTM2LogMessage message;
     unsigned short iSize = 0;
     EXPECT_FALSE(m_diag.FTM_LOG_WaitForNextLog(0x1005, &message, iSize, 30));
-    EXPECT_TRUE(Phone().logTypes.empty());
+    EXPECT_TRUE(LogTypes().empty());
     EXPECT_EQ(m_log.Of(LOG_FN).back(), "QLIB_FTM_LOG_WaitForNextLog( iLogCode = 4101, iTimeOut_ms = 30)");
 }
 
@@ -253,7 +258,7 @@ TEST_F(FtmPeripheralSequencesTest, BluetoothVersionIsTheChipsEvent) {
     ASSERT_TRUE(m_diag.BT_GetModuleVersion(version));
     EXPECT_EQ(std::memcmp(&version, Hex("04 0E 0C 01 01 10 00 04 01 02 03 1D 00 05 06").data(), 15), 0);
     EXPECT_EQ(Phone().hciCommands, std::vector<Bytes>{Hex("01 01 10 00")});
-    EXPECT_TRUE(Phone().logTypes.empty());
+    EXPECT_TRUE(LogTypes().empty());
     for (const char* sStep :
          {"DIAG_ClearPhoneLogQueue", "FTM_BT_HCI_USER_CMD", "FTM_BT_HCI_USER_CMD_WithEventResponse"})
         EXPECT_TRUE(m_log.Has(LOG_FN, std::string("    ") + sStep + " = PASS")) << sStep;
@@ -285,7 +290,7 @@ TEST_F(FtmPeripheralSequencesTest, BluetoothEventsThatDoNotComeOrFit) {
     EXPECT_EQ(send(16), std::pair(false, static_cast<unsigned short>(0)));
     m_phone.Misbehave(Action::Ignore, "4B 0B 04");
     EXPECT_EQ(send(16), std::pair(false, static_cast<unsigned short>(0)));
-    EXPECT_TRUE(Phone().logTypes.empty()); // the log was stopped in every case
+    EXPECT_TRUE(LogTypes().empty()); // the log was stopped in every case
     m_phone.Misbehave(Action::Ignore, "4B 0B 09");
     m_phone.phone.ClearRequests();
     EXPECT_EQ(send(16), std::pair(false, static_cast<unsigned short>(0)));

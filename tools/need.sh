@@ -36,3 +36,14 @@ need_build_tools() {
 need_test_libraries() {
     need /usr/include/gtest/gtest.h:libgtest-dev /usr/include/gmock/gmock.h:libgmock-dev
 }
+
+need_windows_compilers() {
+    need i686-w64-mingw32-g++-posix:g++-mingw-w64-i686-posix \
+        x86_64-w64-mingw32-g++-posix:g++-mingw-w64-x86-64-posix
+}
+
+need_wine() {
+    need /usr/lib/wine/wine64:wine64 /usr/bin/Xvfb:xvfb xsetroot:x11-xserver-utils \
+        /usr/bin/import:imagemagick /usr/bin/convert:imagemagick python3:python3 unzip:unzip \
+        /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf:fonts-dejavu-core
+}

@@ -5,45 +5,93 @@
 #include <map>
 #include <mutex>
 
-#include "system/serial.h"
+#include "platform/module_pin.h"
+#include "platform/windows/module.h"
 
 namespace {
 
-std::mutex g_lock;
-std::map<uintptr_t, IdleTickProc> g_ticks; // under g_lock
+// A timer that may still call into this module, which therefore stays loaded.
+class Timer {
+public:
+    explicit Timer(IdleTickProc pfn) : pfnTick(pfn) {
+        DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &m_hThread, SYNCHRONIZE,
+                        FALSE, 0);
+    }
+    ~Timer() {
+        if (m_hThread)
+            CloseHandle(m_hThread);
+    }
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
 
-IdleTickProc FindTick(uintptr_t iTickId) {
+    // A timer ends with the thread that started it.
+    bool HasEnded() const { return m_hThread && WaitForSingleObject(m_hThread, 0) == WAIT_OBJECT_0; }
+
+    IdleTickProc pfnTick; // null: stopped by another thread, which cannot end the timer
+
+private:
+    const ModulePin m_pin;
+    HANDLE m_hThread = nullptr;
+};
+
+std::mutex g_lock;
+
+// Under g_lock. Never destroyed: at the process's end nothing is to be done for timers that still run, and
+// while one runs, nothing else destroys it.
+std::map<UINT_PTR, Timer>& Timers() {
+    static auto& timers = *new std::map<UINT_PTR, Timer>;
+    return timers;
+}
+
+// Ends a timer of this thread. Under g_lock.
+void End(UINT_PTR iTimerId) {
+    KillTimer(nullptr, iTimerId);
+    Timers().erase(iTimerId);
+}
+
+// What is to be called; null for a tick that was stopped, which is ended now.
+IdleTickProc ProcOf(UINT_PTR iTimerId) {
     std::lock_guard lock(g_lock);
-    const auto found = g_ticks.find(iTickId);
-    return found != g_ticks.end() ? found->second : nullptr;
+    const auto found = Timers().find(iTimerId);
+    if (found == Timers().end())
+        return nullptr;
+    const IdleTickProc pfnTick = found->second.pfnTick;
+    if (!pfnTick)
+        End(iTimerId);
+    return pfnTick;
 }
 
 void CALLBACK OnTimer(HWND, UINT, UINT_PTR iTimerId, DWORD) {
-    const IdleTickProc pfnTick = FindTick(iTimerId);
-    if (pfnTick != nullptr)
+    const CallFromSystem call;
+    if (const IdleTickProc pfnTick = ProcOf(iTimerId))
         pfnTick(iTimerId);
-    else // Stopped from another thread, which cannot end a timer of this one.
-        KillTimer(nullptr, iTimerId);
 }
 
 } // namespace
 
 uintptr_t StartIdleTick(DWORD iPeriod_ms, IdleTickProc pfnTick) {
+    std::lock_guard lock(g_lock);
+    std::erase_if(Timers(), [](const auto& timer) { return timer.second.HasEnded(); });
     const UINT_PTR iTimerId = SetTimer(nullptr, 0, iPeriod_ms, OnTimer);
     if (iTimerId == 0)
         return 0;
     try {
-        std::lock_guard lock(g_lock);
-        g_ticks[iTimerId] = pfnTick;
+        Timers().erase(iTimerId);
+        Timers().try_emplace(iTimerId, pfnTick);
+        return iTimerId;
     } catch (const std::exception&) {
         KillTimer(nullptr, iTimerId);
         return 0;
     }
-    return iTimerId;
 }
 
 void StopIdleTick(uintptr_t iTickId) {
     std::lock_guard lock(g_lock);
-    if (g_ticks.erase(iTickId) != 0)
-        KillTimer(nullptr, iTickId);
+    const auto found = Timers().find(iTickId);
+    if (found == Timers().end())
+        return;
+    if (KillTimer(nullptr, iTickId) || found->second.HasEnded())
+        Timers().erase(found);
+    else
+        found->second.pfnTick = nullptr;
 }

@@ -5,14 +5,6 @@
 namespace wfxhost {
 namespace {
 
-/// The entry at `path`, which the command cannot do without.
-Entry Existing(Session& session, const PhonePath& path) {
-    const std::optional<Entry> entry = session.Find(path);
-    if (!entry)
-        throw Failure("the phone has no file or folder " + Quoted(path.Text()));
-    return *entry;
-}
-
 void RequireNotRoot(const PhonePath& path) {
     if (path.IsRoot())
         throw Failure("that is the root folder of the phone");
@@ -102,8 +94,18 @@ const std::vector<Command>& AllCommands() {
         {"rmdir", "PATH", "remove an empty folder", 1, 1, RemoveFolderCommand},
         {"rm", "PATH", "delete a file", 1, 1, RemoveFileCommand},
         {"mv", "OLD NEW", "rename or move a file or folder", 2, 2, MoveCommand},
+        {"ln", "TARGET NAME", "make the link NAME.lnk that leads to TARGET", 2, 2, LinkCommand},
+        {"cd", "PATH", "check a folder and print its path", 1, 1, ChangeFolderCommand},
+        {"props", "PATH", "show the properties of a file or folder", 1, 1, PropertiesCommand},
     };
     return kCommands;
+}
+
+Entry Existing(Session& session, const PhonePath& path) {
+    const std::optional<Entry> entry = session.Find(path);
+    if (!entry)
+        throw Failure("the phone has no file or folder " + Quoted(path.Text()));
+    return *entry;
 }
 
 std::string Quoted(const std::string& path) {

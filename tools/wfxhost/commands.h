@@ -32,6 +32,14 @@ const std::vector<Command>& AllCommands();
 void GetCommand(Session& session, const Job& job);
 void PutCommand(Session& session, const Job& job);
 
+/// Links, folders and properties (execute_commands.cpp).
+void LinkCommand(Session& session, const Job& job);
+void ChangeFolderCommand(Session& session, const Job& job);
+void PropertiesCommand(Session& session, const Job& job);
+
+/// Existing gives the entry at `path`; throws when there is none.
+Entry Existing(Session& session, const PhonePath& path);
+
 /// Quoted gives a path for a message: in quotes, with control characters made visible.
 std::string Quoted(const std::string& path);
 

@@ -37,6 +37,7 @@ PluginFile::PluginFile(const std::string& path) {
     Find(MkDir, "FsMkDir");
     Find(RemoveDir, "FsRemoveDir");
     Find(RenMovFile, "FsRenMovFile");
+    Find(ExecuteFile, "FsExecuteFile");
 }
 
 PluginFile::~PluginFile() {

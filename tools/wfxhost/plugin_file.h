@@ -40,6 +40,7 @@ public:
     BOOL(HOST_CALL* MkDir)(char*) = nullptr;
     BOOL(HOST_CALL* RemoveDir)(char*) = nullptr;
     int(HOST_CALL* RenMovFile)(char*, char*, BOOL, BOOL, RemoteInfoStruct*) = nullptr;
+    int(HOST_CALL* ExecuteFile)(HWND, char*, char*) = nullptr;
 };
 
 } // namespace wfxhost

@@ -193,6 +193,29 @@ bool Session::RemoveFile(const PhonePath& path) {
     return function(HostPath(path.Text()).Bytes()) != 0;
 }
 
+int Session::TypedCommand(const std::string& command, std::string& newPath) {
+    auto* function = Offered(m_plugin.ExecuteFile, "carry out commands");
+    const Announced announced(*this, FS_STATUS_OP_EXEC, PhonePath());
+    HostPath name("/");
+    std::string verb = "quote " + command;
+    const int result = function(nullptr, name.Bytes(), verb.data());
+    newPath = name.Bytes();
+    std::replace(newPath.begin(), newPath.end(), kHostSeparator, '/');
+    return result;
+}
+
+std::string Session::ShowProperties(const PhonePath& path) {
+    auto* function = Offered(m_plugin.ExecuteFile, "show properties");
+    const Announced announced(*this, FS_STATUS_OP_EXEC, path.Folder());
+    HostPath name(path.Text());
+    std::string verb = "properties";
+    std::string text;
+    m_message = &text;
+    function(nullptr, name.Bytes(), verb.data());
+    m_message = nullptr;
+    return text;
+}
+
 int HOST_CALL Session::OnProgress(int, char*, char*, int percent) {
     const ProgressFunction* progress = s_current->m_progress;
     return progress && (*progress)(percent) ? 1 : 0;
@@ -211,6 +234,10 @@ void HOST_CALL Session::OnLog(int, int type, char* text) {
 }
 
 BOOL HOST_CALL Session::OnRequest(int, int type, char* title, char* text, char*, int) {
+    if (type == RT_MsgOK && s_current->m_message) {
+        *s_current->m_message = text ? text : "";
+        return 1;
+    }
     std::fprintf(stderr, "%s%s%s\n", title ? Printable(title).c_str() : "", title && *title ? ": " : "",
                  text ? Printable(text).c_str() : "");
     // Nobody sits here to answer a question: only plain messages are acknowledged.

@@ -59,6 +59,13 @@ public:
     bool RemoveFolder(const PhonePath& path);
     bool RemoveFile(const PhonePath& path);
 
+    /// TypedCommand has the plug-in carry out a command that the user typed in the root folder. The result is
+    /// an FS_EXEC_... code; with FS_EXEC_SYMLINK `newPath` is the folder to change to, written with '/'.
+    int TypedCommand(const std::string& command, std::string& newPath);
+    /// ShowProperties has the plug-in show an entry's properties. Gives the text, which is empty where the
+    /// plug-in shows it by itself.
+    std::string ShowProperties(const PhonePath& path);
+
 private:
     class Announced;
 
@@ -68,6 +75,8 @@ private:
 
     PluginFile& m_plugin;
     const ProgressFunction* m_progress = nullptr; // of the running transfer
+
+    std::string* m_message = nullptr; // takes the text of a message; null: it is printed
 
     std::mutex m_logLock;
     std::string m_lastConnectionLine; // whether the plug-in last found a handset; under m_logLock

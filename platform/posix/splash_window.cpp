@@ -1,0 +1,7 @@
+// No banner here: hosts give the plug-in no window system.
+#include "platform/splash_window.h"
+
+class ShownSplash::Window {};
+
+ShownSplash::ShownSplash() {}
+ShownSplash::~ShownSplash() {}

@@ -1,0 +1,63 @@
+// Execute verbs: following links, properties, typed commands.
+#include <cstring>
+#include <string_view>
+
+#include "plugin/entry_points.h"
+#include "plugin/links.h"
+#include "plugin/operation.h"
+#include "plugin/phone_path.h"
+#include "plugin/properties.h"
+#include "plugin/quote_command.h"
+#include "plugin/splash.h"
+
+namespace {
+
+constexpr std::string_view kOpen = "open";
+constexpr std::string_view kProperties = "properties";
+constexpr std::string_view kQuote = "quote ";
+constexpr std::chrono::milliseconds kBannerTime(2000);
+
+// Hosts whose root is "\" ask for the plug-in's own properties so; with "/" the phone's root is meant.
+bool IsPluginItself(std::string_view sName) {
+    return sName.size() == 1 && sName != "/";
+}
+
+int ShowBanner() {
+    const Splash splash;
+    splash.Hold(kBannerTime);
+    return FS_EXEC_OK;
+}
+
+int Open(const char* sPhonePath, char* sHostName) {
+    const std::string sFolder = LinkedFolder(sPhonePath);
+    if (sFolder.empty())
+        return FS_EXEC_YOURSELF;
+    return WriteBack(sFolder, SeparatorOf(sHostName), sHostName) ? FS_EXEC_SYMLINK : FS_EXEC_ERROR;
+}
+
+int ShowProperties(HWND hMainWindow, const char* sPhonePath) {
+    TellUser(hMainWindow, "Properties", PropertiesText(sPhonePath));
+    return FS_EXEC_OK;
+}
+
+int Execute(HWND hMainWindow, char* sHostName, std::string_view sVerb) {
+    char sPhonePath[kMaxPathSize];
+    CopyHostPath(sHostName, sPhonePath);
+    if (sVerb == kOpen)
+        return Open(sPhonePath, sHostName);
+    if (sVerb == kProperties)
+        return ShowProperties(hMainWindow, sPhonePath);
+    if (sVerb.starts_with(kQuote))
+        return RunQuoteCommand(sHostName, sVerb.data() + kQuote.size());
+    return FS_EXEC_OK;
+}
+
+} // namespace
+
+int HOST_CALL FsExecuteFile(HWND hMainWindow, char* sRemoteName, char* sVerb) {
+    if (!sVerb || !IsUsableHostPath(sRemoteName))
+        return FS_EXEC_ERROR;
+    if (sVerb == kProperties && IsPluginItself(sRemoteName))
+        return ShowBanner();
+    return UsePhone(FS_EXEC_ERROR, [&](Operation&) { return Execute(hMainWindow, sRemoteName, sVerb); });
+}

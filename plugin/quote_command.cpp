@@ -1,0 +1,111 @@
+#include "plugin/quote_command.h"
+
+#include <cstring>
+#include <string_view>
+
+#include "platform/host_interface.h"
+#include "plugin/front_state.h"
+#include "plugin/phone_path.h"
+#include "qlib/call_layer.h"
+
+namespace {
+
+// What an argument, and a path made of one, may hold with its zero.
+constexpr size_t kArgumentSize = 512;
+constexpr char kWhiteSpace[] = " \t\n\v\f\r";
+
+void Trim(std::string& sText) {
+    sText.erase(0, sText.find_first_not_of(kWhiteSpace));
+    sText.erase(sText.find_last_not_of(kWhiteSpace) + 1);
+}
+
+// Takes one argument, and leaves in sText what stands from its end on.
+std::string TakeArgument(std::string& sText) {
+    Trim(sText);
+    size_t iStop;
+    if (sText.starts_with('"')) {
+        sText.erase(0, 1);
+        iStop = sText.find('"');
+        if (iStop != std::string::npos)
+            sText.erase(iStop, 1);
+    } else {
+        iStop = sText.find_first_of(kWhiteSpace);
+    }
+    if (iStop == std::string::npos)
+        iStop = sText.size();
+    std::string sArgument = sText.substr(0, iStop + 1);
+    Trim(sArgument);
+    sText.erase(0, iStop);
+    return sArgument;
+}
+
+// Of two quotes side by side the second one stays.
+void RemoveQuotes(std::string& sText) {
+    for (size_t i = 0; i < sText.size(); ++i)
+        if (sText[i] == '"')
+            sText.erase(i, 1);
+}
+
+bool Fits(const std::string& sText) {
+    return sText.size() < kArgumentSize;
+}
+
+// True when the phone finds a file system behind the path.
+bool IsOnPhone(const std::string& sPath) {
+    DWORD iErrorNo = 0;
+    DWORD iUnused[9] = {};
+    return QLIB_EFS2_DIAG_STATFS(front.ContextHandle, sPath.c_str(), &iErrorNo, &iUnused[0], &iUnused[1],
+                                 &iUnused[2], &iUnused[3], &iUnused[4], &iUnused[5], &iUnused[6], &iUnused[7],
+                                 &iUnused[8]) &&
+           iErrorNo == 0;
+}
+
+int ChangeFolder(char* sDirectory, char cSeparator, std::string sArgument) {
+    RemoveQuotes(sArgument);
+    const std::string sPath = sDirectory + sArgument;
+    return Fits(sPath) && IsOnPhone(sPath) && WriteBack(sPath, cSeparator, sDirectory) ? FS_EXEC_SYMLINK
+                                                                                       : FS_EXEC_ERROR;
+}
+
+int MakeLink(const char* sDirectory, const char* sArguments) {
+    std::string sTarget;
+    std::string sLink;
+    ParseTwoArgs(sArguments, sTarget, sLink);
+    sTarget.insert(0, sDirectory);
+    sLink = sDirectory + sLink + ".lnk";
+    if (!Fits(sTarget) || !Fits(sLink))
+        return FS_EXEC_ERROR;
+    StripLeadingSeparators(sLink.data());
+    return IsOnPhone(sTarget) &&
+                   QLIB_EFS2_DIAG_CREATE_LINK(front.ContextHandle, sLink.c_str(), sTarget.c_str())
+               ? FS_EXEC_OK
+               : FS_EXEC_ERROR;
+}
+
+} // namespace
+
+void ParseTwoArgs(std::string sText, std::string& sFirst, std::string& sSecond) {
+    sFirst = TakeArgument(sText);
+    sSecond = TakeArgument(sText);
+}
+
+bool WriteBack(const std::string& sPhonePath, char cSeparator, char* sHostName) {
+    if (sPhonePath.size() >= MAX_PATH)
+        return false;
+    std::strcpy(sHostName, sPhonePath.c_str());
+    ToHostPath(sHostName, cSeparator);
+    return true;
+}
+
+int RunQuoteCommand(char* sDirectory, const char* sCommand) {
+    constexpr std::string_view kChangeFolder = "cd ";
+    constexpr std::string_view kMakeLink = "ln ";
+    const char cSeparator = SeparatorOf(sDirectory);
+    const std::string_view sWhole = sCommand;
+    ToPhonePath(sDirectory);
+    if (sWhole.starts_with(kChangeFolder))
+        return ChangeFolder(sDirectory, cSeparator, sCommand + kChangeFolder.size());
+    if (sWhole.starts_with(kMakeLink))
+        return MakeLink(sDirectory, sCommand + kMakeLink.size());
+    return FS_EXEC_OK;
+}

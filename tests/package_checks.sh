@@ -1,0 +1,59 @@
+#!/bin/sh
+# package_checks.sh: unpacks what ./package.sh made and looks whether users get what they need. Exit status 1 when
+# they do not.
+set -eu
+cd "$(dirname "$0")/.."
+failures=0
+fail() {
+    echo "FAILED packages: $*"
+    failures=$((failures + 1))
+}
+# expect_files FOLDER NAME...: the folder holds just these.
+expect_files() {
+    found=$(cd "$1" && find . -type f | sed 's/^\.\///' | sort | paste -sd ' ' -)
+    shift
+    [ "$found" = "$*" ] || fail "there is [$found] instead of [$*]"
+}
+# expect_text FILE REGEX
+expect_text() {
+    grep -qE "$2" "$1" || fail "$1 has no line like $2"
+}
+
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/CMakeCache.txt)
+work=$(mktemp -d)
+device_root=$work/devices
+handset=
+trap '[ -z "$handset" ] || kill "$handset"; rm -rf "$work"' EXIT
+unzip -q "dist/quillet-$version.zip" -d "$work/windows"
+tar -C "$work" -xzf "dist/quillet-$version-linux-x86_64.tar.gz"
+windows=$work/windows
+linux=$work/quillet-$version-linux-x86_64
+
+expect_files "$windows" pluginst.inf quillet.wfx quillet.wfx64 readme.txt
+expect_text "$windows/pluginst.inf" '^\[plugininstall\].$'
+expect_text "$windows/pluginst.inf" '^type=wfx.$'
+expect_text "$windows/pluginst.inf" '^file=quillet\.wfx.$'
+tests/windows/product_checks.sh "$windows/quillet.wfx" "$windows/quillet.wfx64" "$version" || fail "Windows editions"
+
+expect_files "$linux" 70-quillet.rules INSTALL quillet.wfx wfxhost
+rules=$linux/70-quillet.rules
+for id in 05c6:3197 05c6:9002 4b56:0001 4b56:0002; do
+    same="idVendor\}==\"${id%:*}\", ATTRS?\{idProduct\}==\"${id#*:}\", ENV\{ID_MM_DEVICE_IGNORE\}=\"1\""
+    expect_text "$rules" "^SUBSYSTEM==\"tty\", .*$same, TAG\+=\"uaccess\"\$"
+    expect_text "$rules" "^SUBSYSTEM==\"usb\", .*$same\$"
+done
+[ "$(grep -c uaccess "$rules")" -eq "$(grep -cE '^ *\{0x[0-9A-F]{4}, 0x[0-9A-F]{4}\},' plugin/port_discovery.cpp)" ] ||
+    fail "the rules and the accepted handsets differ"
+if grep -rn '@[A-Z]*@' "$windows"/*.txt "$windows"/*.inf "$linux"/INSTALL; then
+    fail "something was not filled in"
+fi
+
+# The unpacked program finds the unpacked plug-in, and both a handset.
+mkfifo "$work/output"
+build/simulated-handset --device-root "$device_root" > "$work/output" < /dev/null &
+handset=$!
+read -r ready < "$work/output" || fail "the simulated handset does not start"
+QUILLET_DEVICE_ROOT=$device_root "$linux/wfxhost" ls > "$work/listing" || fail "the unpacked wfxhost: ${ready-}"
+[ -s "$work/listing" ] || fail "the unpacked plug-in lists nothing"
+
+[ "$failures" -eq 0 ]

@@ -1,0 +1,41 @@
+#!/bin/sh
+# get-wine32.sh FOLDER: unpacks the 32-bit Wine of Debian 12 into FOLDER/root; nothing to do when it is there.
+#
+# The packages are fetched by a package state of its own, so that the machine's stays as it is: no foreign
+# architecture, no mounts.
+set -eu
+root=$1/root
+state=$1/root.apt
+[ ! -e "$root/.done" ] || exit 0
+rm -rf "$root" "$state"
+mkdir -p "$root" "$state/lists/partial" "$state/archives/partial"
+: > "$state/status"
+uri=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Codename: bookworm' \
+    'Component: main' | head -1)
+[ -n "$uri" ] || { echo "get-wine32: no package source for bookworm main" >&2; exit 1; }
+echo "deb [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $uri bookworm main" > "$state/list"
+apt32() {
+    apt-get -qq -o APT::Architecture=i386 -o APT::Architectures=i386 -o APT::Sandbox::User="$(id -un)" \
+        -o Dir::Etc::SourceList="$state/list" -o Dir::Etc::SourceParts=/dev/null -o Dir::State="$state" \
+        -o Dir::State::status="$state/status" -o Dir::Cache="$state" -o Debug::NoLocking=1 "$@"
+}
+apt32 update
+apt32 install -y --no-install-recommends --download-only wine32
+for package in "$state"/archives/*.deb; do
+    dpkg-deb -x "$package" "$root"
+done
+# Debian's start script prefers the machine's own 64-bit server.
+ln -sfn wineserver32 "$root/usr/lib/wine/wineserver"
+# What the package's installation would do: Wine loads this library only when it is marked as its own.
+zlib=$root/usr/i686-w64-mingw32/lib/zlib1.dll
+{
+    head -c 64 "$zlib"
+    printf 'Wine builtin DLL'
+    head -c 16 /dev/zero
+    tail -c +97 "$zlib"
+} > "$root/usr/lib/i386-linux-gnu/wine/i386-windows/zlib1.dll"
+rm -rf "$state"
+if [ ! -e /lib/ld-linux.so.2 ]; then
+    ln -sfn "$root/lib/i386-linux-gnu/ld-linux.so.2" /lib/ld-linux.so.2
+fi
+touch "$root/.done"

@@ -1,0 +1,265 @@
+#!/usr/bin/env python3
+"""session.py WIDTH WINE BUILD LINUX_BUILD: runs the checks of one Windows edition (32 or 64) under Wine.
+
+WINE is the folder with the Wine prefixes, BUILD has the Windows products, LINUX_BUILD the simulated handset,
+which stands behind COM6. The programs ask for what happens outside of Windows with lines that begin with '@'
+(see checks.h). Exit status 0 when everything passed. The banner's photograph stays in BUILD."""
+import fcntl
+import os
+import queue
+import shutil
+import socket
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+WIDTH, WINE, BUILD, LINUX_BUILD = sys.argv[1:5]
+PREFIX = os.path.join(WINE, "prefix" + WIDTH)
+PLUGIN = os.path.join(BUILD, "quillet.wfx" if WIDTH == "32" else "quillet.wfx64")
+BACKGROUND = (0x30, 0x60, 0x90)
+LIMIT = 400  # seconds for one program; far more than any needs
+
+
+def wine(*words):
+    return [os.path.join(HERE, "wine.sh"), WIDTH, WINE, *words]
+
+
+def windows_path(path):
+    return "Z:" + path.replace("/", "\\")
+
+
+class Handset:
+    """The simulated handset and its command line."""
+
+    def __init__(self, folder):
+        self.root = os.path.join(folder, "root")
+        self.control = os.path.join(folder, "control")
+        fill = os.path.join(folder, "fill")
+        os.makedirs(os.path.join(fill, "brew", "mod"))
+        with open(os.path.join(fill, "notes.txt"), "w") as file:
+            file.write("hello\n")
+        self.process = subprocess.Popen(
+            [os.path.join(LINUX_BUILD, "simulated-handset"), "--device-root", self.root,
+             "--control", self.control, "--fill", fill], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        if not self.process.stdout.readline().startswith(b"ready"):
+            sys.exit("the simulated handset does not start")
+
+    def tell(self, command):
+        with socket.socket(socket.AF_UNIX) as line:
+            line.connect(self.control)
+            line.sendall(command.encode() + b"\n")
+            answer = b""
+            while True:
+                lines = answer.split(b"\n")
+                if len(lines) > 1 and (lines[-2] == b"ok" or lines[-2].startswith(b"error:")):
+                    return " ".join(text.decode("latin-1") for text in lines[:-1])
+                piece = line.recv(65536)
+                if not piece:
+                    return "error: the handset is gone"
+                answer += piece
+
+
+def lines_of(process):
+    """The lines that a program prints until it ends. Wine's services, which a program may have started, go on
+    and keep the output open."""
+    lines = queue.Queue()
+
+    def read():
+        for raw in process.stdout:
+            lines.put(raw.decode("latin-1").rstrip("\r\n"))
+
+    threading.Thread(target=read, daemon=True).start()
+    while True:
+        try:
+            yield lines.get(timeout=0.2)
+        except queue.Empty:
+            if process.poll() is not None:
+                return
+
+
+def pixels(file):
+    """The picture's size, and a function that gives the colour at a place."""
+    data = subprocess.run(["convert", file, "-depth", "8", "ppm:-"], check=True, capture_output=True).stdout
+    words = data.split(maxsplit=4)
+    width, height = int(words[1]), int(words[2])
+    body = data[len(data) - 3 * width * height:]
+    return width, height, lambda x, y: tuple(body[3 * (y * width + x):3 * (y * width + x) + 3])
+
+
+def look_at_banner(left, top):
+    """Photographs the screen; tells what is wrong with the banner at that place."""
+    photograph = os.path.join(BUILD, "splash.png")
+    subprocess.run(["import", "-window", "root", photograph], check=True)
+    width, height, colour = pixels(photograph)
+    art_width, art_height, art = pixels(os.path.join(HERE, "../../resources/banner.bmp"))
+    matches = total = 0
+    for y in range(0, 145, 3):
+        for x in range(0, art_width, 3):
+            expected = BACKGROUND if art(x, y) == (255, 255, 255) else art(x, y)
+            matches += max(abs(a - b) for a, b in zip(colour(left + x, top + y), expected)) <= 8
+            total += 1
+    if matches < 0.98 * total:
+        return f"the banner is not the picture with white see-through: {matches} of {total} points"
+    # The version text: black, on see-through ground.
+    black = [x for x in range(440, art_width) for y in range(150, 172)
+             if max(colour(left + x, top + y)) < 40]
+    if not black:
+        return "the banner has no version text"
+    if not 525 <= max(black) <= 530:
+        return f"the version text ends at x = {max(black)}"
+    if colour(left + 535, top + 155) != BACKGROUND:
+        return "the ground beside the version text is not see-through"
+    return "ok"
+
+
+class Session:
+    def __init__(self, folder):
+        self.folder = folder
+        self.handset = Handset(folder)
+        self.failures = 0
+
+    def answer(self, request):
+        word, _, rest = request.partition(" ")
+        if word == "handset":
+            return self.handset.tell(rest)
+        if word == "banner":
+            return look_at_banner(*(int(number) for number in rest.split()))
+        return "error: what is " + request
+
+    def run(self, title, words, environment=None, status=0):
+        """Runs a program in the folder of the session, answers it, and checks its exit status."""
+        print(f"-- {title} ({WIDTH} bits)", flush=True)
+        process = subprocess.Popen(["timeout", str(LIMIT), *wine(*words)], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, cwd=self.folder,
+                                   env={**os.environ, **(environment or {})})
+        output = ""
+        for line in lines_of(process):
+            if line.startswith("@"):
+                process.stdin.write(self.answer(line[1:]).encode("latin-1") + b"\n")
+                process.stdin.flush()
+                continue
+            output += line + "\n"
+            print("   " + line, flush=True)
+        code = process.wait()
+        if code != status:
+            self.fail(f"{title}: exit status {code} instead of {status}")
+        return output
+
+    def fail(self, text):
+        self.failures += 1
+        print("FAILED " + text, flush=True)
+
+    def expect(self, good, text):
+        if not good:
+            self.fail(text)
+
+    def wfxhost(self, arguments, status=0, says=""):
+        program = os.path.join(BUILD, "wfxhost.exe")
+        output = self.run("wfxhost " + " ".join(arguments), [program, "--plugin", windows_path(PLUGIN), *arguments],
+                          status=status)
+        self.expect(says in output, f"wfxhost {arguments} does not say: {says}")
+
+    def program(self, name):
+        return os.path.join(BUILD, "checks", name)
+
+    def checks(self):
+        self.run("discovery", [self.program("discovery-checks.exe")])
+        # A program finds the library that stands beside it first, when it may.
+        for name in ("discovery-checks.exe",):
+            shutil.copy(self.program(name), self.program("incomplete"))
+        self.run("incomplete SetupAPI", [self.program("incomplete/discovery-checks.exe"), "incomplete"],
+                 {"WINEDLLOVERRIDES": "mscoree,mshtml=;setupapi=n"})
+        self.run("file manager", [self.program("host-checks.exe"), windows_path(PLUGIN)])
+        self.command_line()
+
+    def command_line(self):
+        content = bytes((i * 13 + i // 255) % 256 for i in range(70000))
+        local = os.path.join(self.folder, "local.bin")
+        back = os.path.join(self.folder, "back.bin")
+        with open(local, "wb") as file:
+            file.write(content)
+        self.wfxhost(["ls"], says="notes.txt")
+        self.wfxhost(["put", "local.bin", "brew"], says="70000 bytes in ")
+        self.wfxhost(["get", "brew/local.bin", "back.bin"], says="70000 bytes in ")
+        with open(back, "rb") as file:
+            self.expect(file.read() == content, "the file that came back differs")
+        exported = os.path.join(self.folder, "exported.bin")
+        self.handset.tell(f"export /brew/local.bin {exported}")
+        with open(exported, "rb") as file:
+            self.expect(file.read() == content, "the handset's file differs")
+        self.wfxhost(["ln", "brew/local.bin", "l"])
+        self.wfxhost(["cd", "brew"], says="/brew")
+        self.wfxhost(["mv", "brew/local.bin", "moved.bin"])
+        self.wfxhost(["rm", "moved.bin"])
+        self.wfxhost(["get", "moved.bin"], 1, "the phone has no file")
+        self.wfxhost(["dance"], 2, "unknown command")
+        self.handset.tell("unplug")
+        self.wfxhost(["ls"], 3, "handset")
+
+
+def prepare():
+    """Makes the prefix, with fonts, when it is not there yet."""
+    done = os.path.join(PREFIX, ".done")
+    if os.path.exists(done):
+        return
+    shutil.rmtree(PREFIX, ignore_errors=True)
+    environment = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
+    # What stays of Wine must not keep this script's output open.
+    subprocess.run(wine("wineboot", "-i"), env=environment, check=True, stdin=subprocess.DEVNULL,
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    subprocess.run(wine("wineserver", "-w"), check=True)
+    fonts = "/usr/share/fonts/truetype/dejavu"
+    for name in os.listdir(fonts):
+        shutil.copy(os.path.join(fonts, name), os.path.join(PREFIX, "drive_c/windows/Fonts"))
+    open(done, "w").close()
+
+
+def start_screen(folder):
+    """Starts the X server, whose ground is of one colour; sets DISPLAY."""
+    read_end, write_end = os.pipe()
+    with open(os.path.join(folder, "xvfb.log"), "w") as log:
+        screen = subprocess.Popen(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1024x768x24",
+                                   "-nolisten", "tcp", "-noreset"], pass_fds=[write_end], stderr=log)
+    os.close(write_end)
+    number = os.read(read_end, 20).decode().strip()
+    if not number:
+        sys.exit("Xvfb does not start")
+    os.environ["DISPLAY"] = ":" + number
+    subprocess.run(["xsetroot", "-solid", "#%02x%02x%02x" % BACKGROUND], check=True)
+    return screen
+
+
+def main():
+    os.makedirs(WINE, exist_ok=True)
+    with open(PREFIX + ".lock", "w") as lock, tempfile.TemporaryDirectory() as folder:
+        fcntl.flock(lock, fcntl.LOCK_EX)  # one prefix has one server
+        begin = time.monotonic()
+        prepare()
+        screen = start_screen(folder)
+        session = None
+        port = os.path.join(PREFIX, "dosdevices", "com6")
+        try:
+            session = Session(folder)
+            if os.path.islink(port):
+                os.remove(port)
+            os.symlink(os.path.join(session.handset.root, "dev/ttyUSB0"), port)
+            # The server stays for the whole session: the registry keys of the ports live in it.
+            subprocess.run(wine("wineserver", "-p"), check=False, stdin=subprocess.DEVNULL,
+                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            session.checks()
+        finally:
+            subprocess.run(wine("wineserver", "-k"), check=False)
+            if session:
+                session.handset.process.terminate()
+            screen.terminate()
+            if os.path.islink(port):
+                os.remove(port)
+        seconds = int(time.monotonic() - begin)
+        print(f"== {WIDTH} bits: {session.failures} failed, {seconds} s", flush=True)
+    sys.exit(1 if session.failures else 0)
+
+
+main()
