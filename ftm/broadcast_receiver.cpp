@@ -1,5 +1,7 @@
 #include "ftm/broadcast_receiver.h"
 
+#include <array>
+
 #include "ftm/broadcast_command.h"
 
 bool BroadcastReceiver::MFLO_START_FLO() {
@@ -64,12 +66,10 @@ bool BroadcastReceiver::MFLO_GET_RF_CHNL(unsigned char& piChannel) {
 bool BroadcastReceiver::MFLO_GET_RSSI_VALUE(double& pdRSSI) {
     m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_GET_RSSI_VALUE( )");
     BeginBroadcast(m_frame, 13);
-    unsigned char iPositive = 0;
-    unsigned char iFirst = 0;
-    unsigned char iSecond = 0;
-    unsigned char iHundredths = 0;
-    if (!m_frame.Send(0) || !TakeValues(m_frame, iHundredths, iSecond, iFirst, iPositive))
+    std::array<unsigned char, 4> aParts{};
+    if (!m_frame.Send(0) || !m_frame.Response().Take(aParts))
         return false;
+    const auto [iPositive, iFirst, iSecond, iHundredths] = aParts;
     const double dSize = (iFirst + iSecond) + iHundredths * 0.01;
     pdRSSI = iPositive == 0 ? -dSize : dSize;
     m_frame.Log().LogMessage(LOG_RET, "QLIB_MFLO_GET_RSSI_VALUE( pdRSSI = %.2f )", pdRSSI);

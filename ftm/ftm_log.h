@@ -46,7 +46,7 @@ public:
     /// takes whatever waits in the phone-log queue, of which the last matching record counts, and sleeps on
     /// the queue while it is empty; all other packets are lost. A phone that never stops sending does not
     /// hold the caller.
-    ///   pMessage  receives the record (piece of an FTM2LogMessage; at most sizeof(FTM2LogMessage) bytes)
+    ///   pMessage  receives the record: iSize bytes, at most a whole FTM2LogMessage, for which it has room
     ///   iSize     0 without a record; otherwise the bytes from the log type to the end of the record plus
     ///             FTM2LogMessage::kTail
     bool FTM_LOG_WaitForNextLog(unsigned short iLogCode, FTM2LogMessage* pMessage, unsigned short& iSize,

@@ -33,5 +33,9 @@ bool AnswerGsmTest(State& phone, RequestReader& in, AnswerWriter& answer);
 bool AnswerWcdmaTest(State& phone, RequestReader& in, AnswerWriter& answer);
 // delayed.cpp
 bool AnswerDelayed(State& phone, RequestReader& in, AnswerWriter& answer);
+// peripherals.cpp
+bool AnswerCamera(State& state, RequestReader& in, AnswerWriter& answer);
+bool AnswerAudio(State& state, RequestReader& in, AnswerWriter& answer);
+bool AnswerBluetooth(State& state, RequestReader& in, AnswerWriter& answer);
 
 } // namespace handset
