@@ -18,7 +18,6 @@ struct Peripherals {
     Bytes recording = Bytes(2000, 0x60); // what the microphone hears
     bool isRecording = false;
 
-    std::set<uint16_t> logTypes;                 // the log types that are produced
     std::vector<Bytes> hciCommands;              // what the Bluetooth chip got, in order
     Bytes version = {4, 1, 2, 3, 0x1D, 0, 5, 6}; // what it says about itself: 8 bytes
 };
