@@ -8,6 +8,9 @@
 // Conventions (errors, ownership, threads, units, text encoding) stand in docs/ARCHITECTURE.md.
 #pragma once
 
+#include "portserver/efs.h"
+#include "portserver/qpst_server.h"
+#include "portserver/software_download.h"
 #include "qlib/call_layer.h"
 #include "qlib/diag_ftm.h"
 #include "qlib/resource_manager.h"

@@ -15,20 +15,22 @@ target_include_directories(platform PUBLIC ${platform_include_dir}
     ${PROJECT_SOURCE_DIR}/platform/${QUILLET_SYSTEM})
 target_link_libraries(platform PUBLIC quillet_options)
 if(WIN32)
-    target_link_libraries(platform PUBLIC gdi32 version winmm)
+    target_link_libraries(platform PUBLIC gdi32 ole32 version winmm)
 endif()
 
 quillet_layer(link platform)
 quillet_layer(diag link)
 quillet_layer(efs2 diag)
-quillet_layer(qlib efs2)
+quillet_layer(ftm diag)
+quillet_layer(portserver link)
+quillet_layer(qlib efs2 ftm portserver)
 quillet_layer(plugin qlib)
 
 # quillet.wfx: every object of every layer, so that the exported classes are all there.
 add_library(quillet SHARED)
 set_target_properties(quillet PROPERTIES PREFIX "" OUTPUT_NAME quillet SUFFIX ".wfx"
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
-foreach(layer platform link diag efs2 qlib plugin)
+foreach(layer platform link diag efs2 ftm portserver qlib plugin)
     target_sources(quillet PRIVATE $<TARGET_OBJECTS:${layer}>)
 endforeach()
 target_link_libraries(quillet PRIVATE quillet_options)
@@ -36,7 +38,7 @@ if(WIN32)
     # The picture of the banner, and the version that it shows.
     configure_file(${PROJECT_SOURCE_DIR}/resources/quillet.rc.in ${CMAKE_BINARY_DIR}/quillet.rc @ONLY)
     target_sources(quillet PRIVATE ${CMAKE_BINARY_DIR}/quillet.rc)
-    target_link_libraries(quillet PRIVATE gdi32 version winmm)
+    target_link_libraries(quillet PRIVATE gdi32 ole32 version winmm)
     # Hosts look the functions up by their undecorated names, and have none of the compiler's libraries.
     target_link_options(quillet PRIVATE -static -s -Wl,--kill-at)
     if(CMAKE_SIZEOF_VOID_P EQUAL 8)

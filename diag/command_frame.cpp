@@ -50,7 +50,9 @@ bool CommandFrame::Send(DWORD iReadDelay_ms) {
 }
 
 bool CommandFrame::SendWithDifferentResponseCmd(unsigned char iExpected, DWORD iReadDelay_ms) {
-    return Exchange(iExpected, iReadDelay_ms);
+    return m_connection.SendSyncExpecting(m_buffer.RequestLength(), m_buffer.RequestBytes(),
+                                          &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
+                                          m_connection.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
 }
 
 bool CommandFrame::SendFtmCmd() {

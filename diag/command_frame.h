@@ -53,7 +53,7 @@ public:
     /// Send exchanges the request as built; iReadDelay_ms is slept between writing and waiting. True when
     /// a response with the request's first byte arrived.
     bool Send(DWORD iReadDelay_ms);
-    /// The same; over a port server the response must begin with iExpected.
+    /// The same for a request that is answered with another first byte, iExpected.
     bool SendWithDifferentResponseCmd(unsigned char iExpected, DWORD iReadDelay_ms);
 
     /// SendFtmCmd is SendFtmCmd59 or SendFtmCmd75, by the command type.
@@ -83,6 +83,8 @@ public:
     DataLogFileHandler& Log() { return *m_connection.GetDataLogFileHandler(); }
     PacketBuffer& Buffer() { return m_buffer; }
     ResponseReader Response() { return m_buffer.Response(); }
+    /// StoreSystemMode is SetSystemMode without its log line, for commands from which the mode follows.
+    void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
 
     /// BeginRequest clears the buffer pair and returns the builder of an empty request.
     RequestBuilder& BeginRequest();

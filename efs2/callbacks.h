@@ -2,15 +2,9 @@
 #pragma once
 
 #include "diag/command_frame.h"
+#include "link/directory_callback.h"
 #include "platform/export.h"
 #include "platform/types.h"
-
-/// Receives one entry of a listed directory: full path, kind (1 file, 0 directory, 2 link), mask, buffer
-/// option, clean flag (these three are 0 for EFS2), date (the phone's creation time), size in bytes, user
-/// data. Runs on the caller's thread, inside the enumeration. The result is not looked at.
-using EfsDirectoryCallBack = unsigned char (*)(char* const sName, unsigned char isFile, unsigned short Mask,
-                                               unsigned char BufOption, unsigned char Clean, DWORD Date,
-                                               DWORD FileSize, void* pUserData);
 
 /// Receives the progress of a transfer after each block: two names, the operation (4 read, 5 write), a
 /// sub-code (0), bytes done, bytes in all (reads: the same as done), user data. Runs on the caller's thread,

@@ -16,6 +16,7 @@ size_t NameStart(const std::string& sPath) {
 
 } // namespace
 
+// NOLINTBEGIN(performance-unnecessary-value-param): the interface takes both paths by value.
 void Efs2Metadata::EfsFnSplit(std::string sPath, char* sDir, char* sName) {
     const size_t iName = NameStart(sPath);
     std::memcpy(sDir, sPath.c_str(), iName);
@@ -26,3 +27,4 @@ void Efs2Metadata::EfsFnSplit(std::string sPath, char* sDir, char* sName) {
 bool Efs2Metadata::EfsIsLegalName(std::string sPath) {
     return sPath.size() <= kLongestPath && sPath.size() - NameStart(sPath) <= kLongestName;
 }
+// NOLINTEND(performance-unnecessary-value-param)

@@ -9,7 +9,7 @@
 #include <system_error>
 
 #include "handset/commands.h"
-#include "handset/packet.h"
+#include "handset/unsolicited.h"
 
 namespace handset {
 namespace {
@@ -19,15 +19,10 @@ using Clock = Outbox::Clock;
 
 const Bytes kModeChange = {0x44};
 
-/// A log record: its length stands twice, without the four bytes up to and with the first.
-Bytes LogRecord(uint16_t number) {
-    const Bytes payload = {'l', 'o', 'g', static_cast<uint8_t>(number), static_cast<uint8_t>(number >> 8)};
+Bytes ChatterRecord(uint16_t number) {
     constexpr uint16_t kCode = 0x1234;
-    constexpr uint32_t kTimeStampSize = 8;
-    const uint16_t length = static_cast<uint16_t>(2 + 2 + kTimeStampSize + payload.size());
-    AnswerWriter record({0x10, 0x00});
-    record.U16(length).U16(length).U16(kCode).U32(number).U32(0).Data(payload);
-    return record.Result();
+    return LogPacket(kCode, number,
+                     {'l', 'o', 'g', static_cast<uint8_t>(number), static_cast<uint8_t>(number >> 8)});
 }
 
 timespec ToTimespec(Clock::duration duration) {
@@ -227,7 +222,10 @@ std::vector<Bytes> Brain::CarryOut(const Bytes& request, bool isText, Lock& lock
     }
     if (request == kModeChange)
         dataMode = true;
-    return {AnswerTo(request, files)};
+    const Bytes answer = AnswerTo(request, files, state);
+    for (const auto& [after, packet] : state.delayed.TakePackets())
+        outbox.SendAside(Frame(packet), Clock::now() + latency + after);
+    return {answer};
 }
 
 /// Sends an answer, with the late ones and the log records that come before it, as one piece.
@@ -236,7 +234,7 @@ void Brain::Post(const std::vector<Bytes>& packets, bool isText, const Misbehavi
         return;
     Bytes wire;
     for (int i = 0; i < chatter && !isText; ++i)
-        Append(wire, Frame(LogRecord(m_logNumber++)));
+        Append(wire, Frame(ChatterRecord(m_logNumber++)));
     for (const Bytes& packet : held)
         Append(wire, isText ? packet : Frame(packet));
     held.clear();

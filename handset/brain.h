@@ -19,6 +19,7 @@
 #include "handset/misbehaviour.h"
 #include "handset/outbox.h"
 #include "handset/record.h"
+#include "handset/state.h"
 #include "handset/text_mode.h"
 
 namespace handset {
@@ -53,6 +54,7 @@ public:
     // Guarded by the mutex; for Change and Look.
     mutable std::mutex mutex;
     FileSystem files;
+    State state;
     Misbehaviours misbehaviours;
     Record record;
     Outbox outbox;

@@ -1,4 +1,4 @@
-// The general commands of the simulated handset: loopback, version, mode change, file attributes.
+// The commands of the simulated handset that stand alone: loopback, version, mode change, file attributes.
 #include "handset/commands.h"
 
 #include "handset/file_system.h"
@@ -29,7 +29,7 @@ Bytes VersionAnswer() {
     Field(answer, "Mar 10 2008", 11);
     Field(answer, "18:00:00", 8);
     Field(answer, "SIMULATE", 8);
-    return answer.U8(0).U8(6).U8(1).U8(1).U16(0x0101).U8(0).U8(2).Result();
+    return answer.U8(0).U8(6).U8(1).U16(0x0101).U8(0).U8(2).Result();
 }
 
 /// The path of an attribute request follows one byte that holds its length with the zero.
@@ -66,7 +66,9 @@ Bytes ProtocolErrorAnswer(uint8_t code, const Bytes& request) {
     return AnswerWriter({code}).Data(request).Result();
 }
 
-Bytes AnswerTo(const Bytes& request, FileSystem& files) {
+Bytes AnswerTo(const Bytes& request, FileSystem& files, State& phone) {
+    if (BeginsWith(request, {kSubsystemCommand, kFileSubsystem}) || request == Bytes{kSubsystemCommand})
+        return FileSystemAnswer(request, files);
     switch (request.front()) {
         case kVersion:
             return VersionAnswer();
@@ -76,10 +78,8 @@ Bytes AnswerTo(const Bytes& request, FileSystem& files) {
             return {kModeChange, 1};
         case kAttributes:
             return AttributesAnswer(request, files);
-        case kSubsystemCommand:
-            return FileSystemAnswer(request, files);
         default:
-            return ProtocolErrorAnswer(static_cast<uint8_t>(ProtocolError::BadCommand), request);
+            return StateAnswer(request, phone);
     }
 }
 

@@ -6,6 +6,7 @@
 namespace handset {
 
 class FileSystem;
+struct State;
 
 /// The first byte of an answer that refuses a request; the request follows it.
 enum class ProtocolError : uint8_t { BadCommand = 0x13, BadParameter = 0x14, BadLength = 0x15 };
@@ -15,7 +16,10 @@ Bytes ProtocolErrorAnswer(uint8_t code, const Bytes& request);
 
 /// Carries a request out and gives its answer; a protocol error when the handset does not know the command
 /// (BadCommand) or the request ends before its fields do (BadLength). The request must not be empty.
-Bytes AnswerTo(const Bytes& request, FileSystem& files);
+Bytes AnswerTo(const Bytes& request, FileSystem& files, State& phone);
+
+/// As AnswerTo, for what is neither file system nor line.
+Bytes StateAnswer(const Bytes& request, State& phone);
 
 /// The requests of the file system proper begin with these two bytes and their command's number (16 bit).
 constexpr uint8_t kSubsystemCommand = 0x4B;

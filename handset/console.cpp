@@ -9,11 +9,13 @@
 #include "handset/file_system.h"
 #include "handset/fill.h"
 #include "handset/handset.h"
+#include "handset/unsolicited.h"
 
 namespace handset {
 namespace {
 
 constexpr unsigned long kMaxNumber = 0xFFFFFFFF;
+constexpr const char* kMasked = "the client has not asked for that";
 constexpr unsigned long kMaxCount = 1000000;
 
 const char* KindName(Kind kind) {
@@ -91,6 +93,9 @@ const Console::Command* Console::Find(const std::string& word) {
         {"chatter", "chatter COUNT", &Console::Chatter},
         {"data-mode", "data-mode on|off", &Console::DataMode},
         {"send", "send HEX", &Console::Send},
+        {"log", "log CODE [HEX]", &Console::EmitLog},
+        {"message", "message SUBSYSTEM TEXT", &Console::EmitMessage},
+        {"event", "event ID", &Console::EmitEvent},
         {"quit", "quit", &Console::Quit},
         {nullptr, nullptr, nullptr},
     };
@@ -185,7 +190,7 @@ std::string Console::Misbehave(const std::string& rest, std::string&) {
     Misbehaviour rule;
     rule.action = *action;
     while (words >> word) {
-        const std::string problem = SetOption(word, rule);
+        std::string problem = SetOption(word, rule);
         if (!problem.empty())
             return problem;
     }
@@ -227,6 +232,37 @@ std::string Console::Send(const std::string& rest, std::string&) {
         return "usage: send HEX";
     m_handset.Send(packet);
     return "";
+}
+
+// What the client's masks do not let through is not sent, and the command says so.
+
+std::string Console::EmitLog(const std::string& rest, std::string&) {
+    std::istringstream words(rest);
+    std::string word;
+    std::string text;
+    unsigned long code = 0;
+    Bytes payload;
+    words >> word;
+    std::getline(words >> std::ws, text);
+    if (!ParseNumber(word, 0, 0xFFFF, code) || !FromHex(text, payload))
+        return "usage: log CODE [HEX]";
+    return m_handset.EmitLog(static_cast<uint16_t>(code), payload) ? "" : kMasked;
+}
+
+std::string Console::EmitMessage(const std::string& rest, std::string&) {
+    const size_t space = rest.find(' ');
+    unsigned long subsystem = 0;
+    if (space == std::string::npos || !ParseNumber(rest.substr(0, space), 0, 0xFFFF, subsystem))
+        return "usage: message SUBSYSTEM TEXT";
+    const Message message = {.subsystem = static_cast<uint16_t>(subsystem), .format = rest.substr(space + 1)};
+    return m_handset.EmitMessage(message) ? "" : kMasked;
+}
+
+std::string Console::EmitEvent(const std::string& rest, std::string&) {
+    unsigned long id = 0;
+    if (!ParseNumber(rest, 0, 0x0FFF, id))
+        return "usage: event ID";
+    return m_handset.EmitEvent(static_cast<uint16_t>(id)) ? "" : kMasked;
 }
 
 std::string Console::Quit(const std::string&, std::string&) {

@@ -40,6 +40,9 @@ private:
     std::string Chatter(const std::string& rest, std::string& answer);
     std::string DataMode(const std::string& rest, std::string& answer);
     std::string Send(const std::string& rest, std::string& answer);
+    std::string EmitLog(const std::string& rest, std::string& answer);
+    std::string EmitMessage(const std::string& rest, std::string& answer);
+    std::string EmitEvent(const std::string& rest, std::string& answer);
     std::string Quit(const std::string& rest, std::string& answer);
 
     Handset& m_handset;

@@ -51,7 +51,7 @@ std::string FillEntry(FileSystem& files, const fs::directory_entry& entry, const
 std::string FillFolder(FileSystem& files, const fs::path& local, const std::string& path) {
     const std::set<fs::directory_entry> entries(fs::directory_iterator(local), {});
     for (const fs::directory_entry& entry : entries) {
-        const std::string problem = FillEntry(files, entry, path + "/" + entry.path().filename().string());
+        std::string problem = FillEntry(files, entry, path + "/" + entry.path().filename().string());
         if (!problem.empty())
             return problem;
     }

@@ -2,6 +2,7 @@
 #include "handset/handset.h"
 
 #include "handset/brain.h"
+#include "handset/unsolicited.h"
 
 namespace handset {
 
@@ -29,6 +30,10 @@ void Handset::OnPlugChange(std::function<void()> callback) {
 
 void Handset::WithFiles(const std::function<void(FileSystem&)>& work) {
     m_brain->Look([&] { work(m_brain->files); });
+}
+
+void Handset::WithState(const std::function<void(State&)>& work) {
+    m_brain->Look([&] { work(m_brain->state); });
 }
 
 std::vector<Bytes> Handset::Requests() const {
@@ -89,6 +94,36 @@ void Handset::SendWire(const Bytes& bytes) {
         m_brain->outbox.SendNow(bytes);
         m_brain->outbox.Pump(*m_brain->line, Outbox::Clock::now());
     });
+}
+
+bool Handset::Emit(const Bytes& packet, const std::function<bool(const State&)>& isWanted) {
+    return m_brain->Change([&] {
+        if (!m_brain->line || !isWanted(m_brain->state))
+            return false;
+        m_brain->outbox.SendNow(Frame(packet));
+        m_brain->outbox.Pump(*m_brain->line, Outbox::Clock::now());
+        return true;
+    });
+}
+
+bool Handset::EmitLog(uint16_t code, const Bytes& payload) {
+    return Emit(LogPacket(code, 0, payload),
+                [&](const State& state) { return state.traffic.SendsLog(code); });
+}
+
+bool Handset::EmitMessage(const Message& message) {
+    return Emit(MessagePacket(message), [&](const State& state) {
+        return state.traffic.SendsMessage(message.subsystem, message.kinds);
+    });
+}
+
+bool Handset::EmitOldMessage(uint8_t level, const std::string& text) {
+    return Emit(OldMessagePacket(level, text),
+                [&](const State& state) { return state.traffic.SendsOldMessage(level); });
+}
+
+bool Handset::EmitEvent(uint16_t id, const Bytes& payload) {
+    return Emit(EventPacket(id, payload), [](const State& state) { return state.traffic.events; });
 }
 
 void Handset::SetLatency(std::chrono::microseconds latency) {

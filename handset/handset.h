@@ -19,6 +19,8 @@ namespace handset {
 
 class FileSystem;
 class Brain;
+struct Message;
+struct State;
 
 class Handset {
 public:
@@ -43,6 +45,9 @@ public:
     /// Runs `work` with exclusive use of the file system (the handset answers nothing meanwhile). `work` must
     /// not call the handset.
     void WithFiles(const std::function<void(FileSystem&)>& work);
+
+    /// The same with what the handset is besides its file system.
+    void WithState(const std::function<void(State&)>& work);
 
     /// Every request received since the last ClearRequests, unframed and without FCS, in order; in AT data
     /// mode every line with its \r.
@@ -77,6 +82,13 @@ public:
     /// Sends bytes as they are, likewise.
     void SendWire(const Bytes& bytes);
 
+    /// Emit... sends a log record, debug message (of the older form: its level) or event report at once, when
+    /// the masks that the client has set let it through. True when it was sent.
+    bool EmitLog(uint16_t code, const Bytes& payload);
+    bool EmitMessage(const Message& message);
+    bool EmitOldMessage(uint8_t level, const std::string& text);
+    bool EmitEvent(uint16_t id, const Bytes& payload = {});
+
     /// Every answer is delayed by this time; 0 at first.
     void SetLatency(std::chrono::microseconds latency);
     /// Before every answer `count` log records (first byte 0x10) are sent, as a phone does that logs; 0 at
@@ -89,6 +101,8 @@ public:
     bool DataMode() const;
 
 private:
+    bool Emit(const Bytes& packet, const std::function<bool(const State&)>& isWanted);
+
     std::unique_ptr<Brain> m_brain;
 };
 

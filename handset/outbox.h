@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <deque>
+#include <map>
 #include <optional>
 
 #include "handset/bytes.h"
@@ -21,6 +22,8 @@ public:
 
     /// Sends at `due`, never before what was given here earlier: a phone answers in order.
     void Send(Bytes wire, Clock::time_point due);
+    /// Sends at `due`, whatever else waits: traffic that is no answer.
+    void SendAside(Bytes wire, Clock::time_point due);
     /// Sends now, before all that still waits for its time.
     void SendNow(const Bytes& wire);
     /// Gives the line what is due.
@@ -40,6 +43,7 @@ private:
     };
 
     std::deque<Waiting> m_waiting;
+    std::multimap<Clock::time_point, Bytes> m_aside;
     Bytes m_ready;
     size_t m_taken = 0; // how many bytes of m_ready the line has
     Clock::time_point m_lastProgress;

@@ -33,6 +33,16 @@ void RequestReader::Take(Bytes& rest) {
     m_at = m_request.size();
 }
 
+void RequestReader::Take(Bytes& data, size_t count) {
+    data.clear();
+    m_good = m_good && m_request.size() - m_at >= count;
+    if (!m_good)
+        return;
+    const auto begin = m_request.begin() + static_cast<ptrdiff_t>(m_at);
+    data.assign(begin, begin + static_cast<ptrdiff_t>(count));
+    m_at += count;
+}
+
 AnswerWriter& AnswerWriter::Text(const std::string& text) {
     m_bytes.insert(m_bytes.end(), text.begin(), text.end());
     return U8(0);

@@ -24,6 +24,8 @@ public:
     void Take(std::string& text);
     /// The rest of the request.
     void Take(Bytes& rest);
+    /// That many bytes.
+    void Take(Bytes& data, size_t count);
 
 private:
     template <class Number>

@@ -1,6 +1,7 @@
 #include "link/crc16.h"
 
 #include <array>
+#include <cstddef>
 
 namespace {
 
@@ -25,4 +26,14 @@ unsigned short ComputeCrc16(const unsigned char* pData, unsigned short iBitCount
     for (unsigned i = 0; i < iBitCount / 8u; ++i)
         iRegister = iRegister >> 8 ^ kTable[(iRegister ^ pData[i]) & 0xFF];
     return static_cast<unsigned short>(~iRegister);
+}
+
+std::span<const unsigned char> WithoutFcs(std::span<const unsigned char> packet) {
+    constexpr size_t kFcsSize = 2;
+    constexpr size_t kLongest = 0xFFFF / 8; // what the bit count can tell
+    if (packet.size() < kFcsSize || packet.size() > kLongest)
+        return packet;
+    const unsigned short iBitCount = static_cast<unsigned short>(packet.size() * 8);
+    const bool bRight = ComputeCrc16(packet.data(), iBitCount) == CRC16_GOOD_RESIDUE;
+    return bRight ? packet.first(packet.size() - kFcsSize) : packet;
 }

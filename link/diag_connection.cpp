@@ -12,7 +12,6 @@
 namespace {
 
 constexpr DWORD kQueueCapacity = 4096;
-constexpr std::array<DWORD, kTimeOutCount> kDefaultTimeOuts = {4000, 80, 200, 1000, 6000, 10000, 10000};
 constexpr DWORD kDataModeTimeOut_ms = 80;
 constexpr unsigned char kDiagModeRates = 4; // 115200 baud
 constexpr const char* kAutoLogMarker = "QMSL_auto_start_log.txt";
@@ -20,14 +19,16 @@ constexpr const char* kAutoLogName = "QMSL_Log.txt";
 
 } // namespace
 
-DiagConnection::DiagConnection(int iComPort)
-    : m_iComPort(iComPort),
+DiagConnection::DiagConnection(const ConnectionPort& port)
+    : m_port(port),
       m_iLogFlags(kDefaultLogFlags),
       m_syncQueue(kQueueCapacity),
       m_asyncQueue(kQueueCapacity),
       m_delayedQueue(kQueueCapacity),
-      m_listener(&m_asyncQueue, &m_syncQueue),
-      m_pLink(std::make_unique<CQLibCommManager>(m_dispatcher, m_textLog)) {
+      m_listener(&m_asyncQueue, &m_syncQueue) {
+    if (m_port.bServerMode)
+        return;
+    m_pLink = std::make_unique<CQLibCommManager>(m_dispatcher, m_textLog);
     m_dispatcher.AddListener(&m_listener, nullptr);
 }
 
@@ -42,6 +43,7 @@ void DiagConnection::StartUp() {
 
 void DiagConnection::ShutDown() {
     ClosePort();
+    LeaveServer();
     m_dispatcher.Stop();
 }
 
@@ -49,9 +51,11 @@ void DiagConnection::ShutDown() {
 
 bool DiagConnection::OpenPort() {
     m_textLog.LogMessage(LOG_FN, "QLIB_OpenPort()");
-    m_bIsConnected = m_pLink->Open(m_iComPort);
+    m_bIsConnected = m_port.bServerMode ? OpenServer() : m_pLink->Open(m_port.iComPort);
     if (m_bIsConnected)
         m_listener.SetDataLogHandler(&m_textLog);
+    m_bPlaybackMode = false;
+    OnPortOpened();
     m_asyncQueue.Clear();
     m_syncQueue.Clear();
     return m_bIsConnected;
@@ -61,18 +65,21 @@ bool DiagConnection::ClosePort() {
     if (!m_bIsConnected)
         return true;
     m_textLog.LogMessage(LOG_FN, "QLIB_ClosePort()");
-    m_pLink->Close();
+    if (m_pLink)
+        m_pLink->Close();
+    LeaveServer();
     m_bIsConnected = false;
     StopLogging();
     return true;
 }
 
 bool DiagConnection::VerifyConnectionIsValid() {
-    return m_bIsConnected || OpenPort();
+    return m_port.bServerMode ? m_port.pServer != nullptr : m_bIsConnected || OpenPort();
 }
 
 bool DiagConnection::IsPhoneConnected() {
-    if (!VerifyConnectionIsValid() && !OpenPort())
+    const bool bOpen = m_bIsConnected || OpenPort();
+    if (!bOpen && (m_port.bServerMode ? !m_port.pServer : !OpenPort()))
         return false;
     constexpr unsigned char aLoopback[] = {kLoopbackRequest, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
     constexpr size_t kFirstCompared = 2;
@@ -80,7 +87,7 @@ bool DiagConnection::IsPhoneConnected() {
     const DWORD iTimeout = TimeOut_ms(QMSL_TimeOut_PhoneCheck);
     unsigned short iSize = sizeof aResponse;
     if (!SendSync(sizeof aLoopback, aLoopback, &iSize, aResponse, kLoopbackRequest, iTimeout, 0))
-        return m_bData2DiagSearch && m_pLink->Data2DM(kDiagModeRates);
+        return m_bData2DiagSearch && m_pLink && m_pLink->Data2DM(kDiagModeRates);
     const bool bEchoed =
         iSize == sizeof aLoopback &&
         std::equal(aLoopback + kFirstCompared, std::end(aLoopback), aResponse + kFirstCompared);
@@ -90,8 +97,8 @@ bool DiagConnection::IsPhoneConnected() {
     return bEchoed;
 }
 
-bool DiagConnection::DisconnectAndWaitForReconnection(int) {
-    return false;
+bool DiagConnection::DisconnectAndWaitForReconnection(int iTimeOut_ms) {
+    return m_port.bServerMode && ReconnectThroughServer(iTimeOut_ms);
 }
 
 // --- Requests ---------------------------------------------------------------------------------------
@@ -110,7 +117,7 @@ void DiagConnection::LogWritten(DWORD iTimeout, DWORD iTaken_ms) {
 }
 
 bool DiagConnection::WriteAndWait(const RequestBytes& request, DWORD iTimeout, DWORD iReadDelay_ms,
-                                  bool bAnyReply, QueueItem& reply) {
+                                  const unsigned char* piFirstByte, QueueItem& reply) {
     m_syncQueue.Clear();
     DWORD iTaken_ms = 0;
     if (!WriteRequest(request, iTimeout, false, iTaken_ms)) {
@@ -120,7 +127,7 @@ bool DiagConnection::WriteAndWait(const RequestBytes& request, DWORD iTimeout, D
     LogWritten(iTimeout, iTaken_ms);
     const DWORD iStart_ms = TickCount_ms();
     std::this_thread::sleep_for(Milliseconds(iReadDelay_ms));
-    if (!WaitForReply(iTimeout, bAnyReply ? nullptr : request.pBytes, reply)) {
+    if (!WaitForReply(iTimeout, piFirstByte, reply)) {
         m_textLog.LogMessage(LOG_ERR, "Error. Read failed.");
         return false;
     }
@@ -143,13 +150,32 @@ bool DiagConnection::WaitForReply(DWORD iTimeout, const unsigned char* piFirstBy
 
 bool DiagConnection::SendSync(unsigned short iRequestSize, const unsigned char* piRequestBytes,
                               unsigned short* piResponseSize, unsigned char* piResponseBytes,
-                              unsigned char /*iExpectedCommand*/, DWORD iTimeout, DWORD iReadDelay_ms) {
-    constexpr unsigned short kFcsSize = 2;
-    if (iRequestSize == 0 || !VerifyConnectionIsValid())
+                              unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms) {
+    if (iRequestSize == 0)
         return false;
+    const unsigned char iExpected = m_port.bServerMode ? iExpectedCommand : piRequestBytes[0];
+    return SendSyncExpecting(iRequestSize, piRequestBytes, piResponseSize, piResponseBytes, iExpected,
+                             iTimeout, iReadDelay_ms);
+}
+
+bool DiagConnection::SendSyncExpecting(unsigned short iRequestSize, const unsigned char* piRequestBytes,
+                                       unsigned short* piResponseSize, unsigned char* piResponseBytes,
+                                       unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms) {
+    constexpr unsigned short kFcsSize = 2;
+    const RequestBytes request{iRequestSize, piRequestBytes};
+    if (iRequestSize == 0)
+        return false;
+    if (m_bPlaybackMode) {
+        AnswerFromRecording(request, iTimeout, piResponseSize, piResponseBytes);
+        return true;
+    }
+    if (!VerifyConnectionIsValid())
+        return false;
+    if (m_port.bServerMode)
+        return SendThroughServer(request, piResponseSize, piResponseBytes, iExpectedCommand, iTimeout);
     m_textLog.LogHex(LOG_IO, piRequestBytes, iRequestSize, "SEND (%d bytes):", iRequestSize);
     QueueItem reply;
-    if (!WriteAndWait({iRequestSize, piRequestBytes}, iTimeout, iReadDelay_ms, false, reply))
+    if (!WriteAndWait(request, iTimeout, iReadDelay_ms, &iExpectedCommand, reply))
         return false;
     std::memcpy(piResponseBytes, reply.data, std::min(*piResponseSize, reply.length));
     const auto iLength = static_cast<unsigned short>(reply.length - std::min(reply.length, kFcsSize));
@@ -157,10 +183,22 @@ bool DiagConnection::SendSync(unsigned short iRequestSize, const unsigned char* 
     return true;
 }
 
+void DiagConnection::AnswerFromRecording(const RequestBytes& request, DWORD iTimeout,
+                                         unsigned short* piResponseSize, unsigned char* piResponseBytes) {
+    m_textLog.LogMessage(LOG_FN, "QLIB_SendSync(iRequestSize=%d, iTimeout=%d)--simulation mode",
+                         request.iSize, AsInt(iTimeout));
+    m_textLog.LogHex(LOG_IO, request.pBytes, request.iSize, "SEND: ");
+    QueueItem reply;
+    m_syncQueue.Pop(&reply);
+    *piResponseSize = std::min(*piResponseSize, reply.length);
+    std::memcpy(piResponseBytes, reply.data, *piResponseSize);
+    m_textLog.LogHex(LOG_IO, reply.data, reply.length, "SYNC REC--listener--(%d bytes): ", reply.length);
+}
+
 bool DiagConnection::SendASync(unsigned short iRequestSize, const unsigned char* piRequestBytes,
                                DWORD iTimeout, bool bForceStartFlag) {
     m_textLog.LogMessage(LOG_FN, "QLIB_SendASync(iRequestSize=%d )", iRequestSize);
-    if (!VerifyConnectionIsValid())
+    if (RefusedInServerMode("SendASync") || !VerifyConnectionIsValid())
         return false;
     m_textLog.LogHex(LOG_IO, piRequestBytes, iRequestSize, "SEND_ASYNC (%d bytes):", iRequestSize);
     DWORD iTaken_ms = 0;
@@ -173,12 +211,12 @@ bool DiagConnection::SendRAW(unsigned short iRequestSize, const unsigned char* p
                              unsigned short* piResponseSize, unsigned char* piResponseBytes,
                              unsigned char /*iExpectedCommand*/, DWORD iTimeout, DWORD iReadDelay_ms) {
     m_textLog.LogMessage(LOG_FN, "QLIB_SendRAW(iRequestSize=%d )", iRequestSize);
-    if (!VerifyConnectionIsValid())
+    if (RefusedInServerMode("SendRAW") || !VerifyConnectionIsValid())
         return false;
     m_textLog.LogHex(LOG_IO, piRequestBytes, iRequestSize, "SEND RAW (%d bytes):", iRequestSize);
     m_pLink->SetRawReplyPending(true);
     QueueItem reply;
-    if (!WriteAndWait({iRequestSize, piRequestBytes}, iTimeout, iReadDelay_ms, true, reply))
+    if (!WriteAndWait({iRequestSize, piRequestBytes}, iTimeout, iReadDelay_ms, nullptr, reply))
         return false;
     m_pLink->SetRawReplyPending(false);
     *piResponseSize = std::min(*piResponseSize, reply.length);
@@ -190,7 +228,7 @@ bool DiagConnection::SendRAW(unsigned short iRequestSize, const unsigned char* p
 
 bool DiagConnection::SetStartFlag(bool bStartFlag) {
     m_textLog.LogMessage(LOG_FN, "QLIB_SetStartFlag(bStartFlag=%d )", bStartFlag ? 1 : 0);
-    if (!VerifyConnectionIsValid())
+    if (RefusedInServerMode("SetStartFlag") || !VerifyConnectionIsValid())
         return false;
     m_textLog.LogMessage(LOG_IO, "START_FLAG = %s", bStartFlag ? "ON" : "OFF");
     return m_pLink->SetStartFlag(bStartFlag);
@@ -202,6 +240,8 @@ bool DiagConnection::SetPacketMode(int iPacketMode) {
         m_textLog.LogMessage(LOG_FN, "QLIB_SetPacketMode() -  Error, Invalid packet mode");
         return false;
     }
+    if (RefusedInServerMode("SetPacketMode"))
+        return false;
     const int iFormerMode = m_pLink->GetPacketMode();
     if (!VerifyConnectionIsValid())
         return false;
@@ -224,18 +264,24 @@ bool DiagConnection::SwitchPhoneToDataMode() {
 
 bool DiagConnection::SetDTR_State(bool bSetDTR_High) {
     m_textLog.LogMessage(LOG_FN, "QLIB_SetDTR_State(bSetDTR_High=%d)", bSetDTR_High ? 1 : 0);
+    if (!m_pLink)
+        return false;
     m_pLink->SetDTR(bSetDTR_High);
     return true;
 }
 
 bool DiagConnection::SetRTS_State(bool bSetRTS_High) {
     m_textLog.LogMessage(LOG_FN, "QLIB_SetRTS_State(bSetRTS_High=%d)", bSetRTS_High ? 1 : 0);
+    if (!m_pLink)
+        return false;
     m_pLink->SetRTS(bSetRTS_High);
     return true;
 }
 
 bool DiagConnection::FlushRxBuffer() {
     m_textLog.LogMessage(LOG_FN, "QLIB_FlushRxBuffer()");
+    if (!m_pLink)
+        return false;
     m_pLink->FlushRxBuffer();
     return true;
 }
@@ -246,14 +292,6 @@ bool DiagConnection::SetData2DiagSearch(bool bData2DiagSearch) {
 }
 
 // --- Time-outs and timers ---------------------------------------------------------------------------
-
-namespace {
-
-bool IsTimeOutId(QMSL_TimeOutType_Enum eTimeOutId) {
-    return eTimeOutId >= 0 && eTimeOutId < kTimeOutCount;
-}
-
-} // namespace
 
 void DiagConnection::InitTimeOuts() {
     for (int i = 0; i < kTimeOutCount; ++i)
@@ -317,8 +355,9 @@ DWORD DiagConnection::PrintTimer(DWORD iTimerHandle, const char* sPrefix) {
 // --- Observers --------------------------------------------------------------------------------------
 
 bool DiagConnection::AddEventListener(CQLibEvents_Listener* pListener, CQLibEvents_Filter* pFilter) {
-    m_dispatcher.AddListener(pListener, pFilter);
-    return true;
+    if (!m_port.bServerMode)
+        m_dispatcher.AddListener(pListener, pFilter);
+    return !m_port.bServerMode;
 }
 
 void DiagConnection::RemoveEventListener(CQLibEvents_Listener* pListener) {

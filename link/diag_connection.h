@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,15 @@
 #include "platform/types.h"
 
 class CQLibCommManager;
+class ServerTransport;
+
+/// ConnectionPort says where a connection leads: to a COM port of this machine, or, in server mode, to one
+/// that a port server owns.
+struct ConnectionPort {
+    int iComPort;
+    bool bServerMode = false;
+    ServerTransport* pServer = nullptr; // borrowed; null in server mode: there is no server, all fails
+};
 
 /// DiagConnection is the part of the connection object (`Diag_FTM`) that knows no command: it opens and
 /// closes the COM port, sends one request and waits for the response that belongs to it, and keeps the
@@ -28,19 +38,25 @@ class CQLibCommManager;
 /// the delivery thread, on which listeners and the asynchronous-message callback run. Both are joined
 /// before the members that they use go away.
 ///
+/// In server mode there is no link, no thread of its own and no dispatcher: requests go through the server,
+/// packets that the phone sends by itself come on a thread of the server's path, and what needs the serial
+/// link is refused with false. A connection keeps the mode in which it was made.
+///
 /// Failure: false means that the exchange did not work; the reason stands in the text log.
 class QUILLET_API DiagConnection {
 public:
     /// A connection on COM port iComPort, which is not opened yet. Starts the delivery thread.
-    explicit DiagConnection(int iComPort);
+    explicit DiagConnection(int iComPort) : DiagConnection(ConnectionPort{iComPort}) {}
+    /// The same, or a connection in server mode. A server must outlive it.
+    explicit DiagConnection(const ConnectionPort& port);
     virtual ~DiagConnection();
     DiagConnection(const DiagConnection&) = delete;
     DiagConnection& operator=(const DiagConnection&) = delete;
 
     // --- The port -----------------------------------------------------------------------------------
 
-    /// OpenPort opens the COM port, starts receiving and empties both queues (also when opening failed).
-    /// True when the port is open.
+    /// OpenPort opens the COM port, starts receiving, ends playback mode and empties both queues (the last
+    /// two also when opening failed). True when the port is open.
     bool OpenPort();
 
     /// ClosePort closes the port, ends the receive thread (waiting at most 1000 ms) and stops the text
@@ -52,8 +68,9 @@ public:
     /// neither is tried once in AT data mode when SetData2DiagSearch allows it (up to 400 ms more).
     bool IsPhoneConnected();
 
-    /// DisconnectAndWaitForReconnection needs a port server; over a serial port it returns false and
-    /// leaves the port alone.
+    /// DisconnectAndWaitForReconnection closes the port and opens it again, in server mode: iTimeOut_ms is
+    /// the number of attempts, one right after the other. True when one succeeded. Over a serial port it
+    /// returns false and leaves the port alone.
     bool DisconnectAndWaitForReconnection(int iTimeOut_ms);
 
     // --- Requests -----------------------------------------------------------------------------------
@@ -69,8 +86,11 @@ public:
     ///   iExpectedCommand the response's first byte over a port server; not used over a serial port
     ///   iTimeout         ms to wait, counted from the end of the read delay
     ///   iReadDelay_ms    ms to sleep between writing the request and waiting
-    /// Opens the port when it is closed. On false (also for an empty request), size and buffer are
-    /// unchanged.
+    /// Opens the port when it is closed (over a serial port; a port server refuses by itself). Over a port
+    /// server the response comes without FCS bytes, and the read delay is not used. On false (also for an
+    /// empty request), size and buffer are unchanged. In playback mode (LogPlayback) the port is not touched:
+    /// the oldest packet of the command-response queue is the response, whatever its first byte, with its
+    /// full length (0 when the queue is empty), and the result is true.
     bool SendSync(unsigned short iRequestSize, const unsigned char* piRequestBytes,
                   unsigned short* piResponseSize, unsigned char* piResponseBytes,
                   unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms);
@@ -134,7 +154,7 @@ public:
 
     /// AddEventListener lets pListener see every received packet that pFilter (may be null) accepts, on
     /// the delivery thread, after the connection's own listener. Both must live until
-    /// RemoveEventListener, which must not be called from inside the listener.
+    /// RemoveEventListener, which must not be called from inside the listener. False in server mode.
     bool AddEventListener(CQLibEvents_Listener* pListener, CQLibEvents_Filter* pFilter);
     void RemoveEventListener(CQLibEvents_Listener* pListener);
 
@@ -158,7 +178,32 @@ public:
     /// GetDataLogFileHandler: the connection's log; it lives as long as the connection.
     DataLogFileHandler* GetDataLogFileHandler() { return &m_textLog; }
 
+    // --- For the command families (private in Diag_FTM) ---------------------------------------------
+
+    /// PhoneLogQueue holds what the phone sent unasked while phone logging was on.
+    CQLibMessageQueue& PhoneLogQueue() { return m_asyncQueue; }
+    /// CommandResponseQueue holds every other packet since the last request.
+    CQLibMessageQueue& CommandResponseQueue() { return m_syncQueue; }
+    /// DelayedResponseQueue holds the delayed responses that the last command which waits for them accepted.
+    CQLibMessageQueue& DelayedResponseQueue() { return m_delayedQueue; }
+    /// SetPhoneLogging keeps (true) or drops (false, at first) what the phone sends unasked.
+    void SetPhoneLogging(bool bEnabled) { m_listener.SetLoggingEnabled(bEnabled); }
+    /// SendSyncExpecting is SendSync for a request whose response begins with another byte than the request:
+    /// it waits for iExpectedCommand, over the serial port too.
+    bool SendSyncExpecting(unsigned short iRequestSize, const unsigned char* piRequestBytes,
+                           unsigned short* piResponseSize, unsigned char* piResponseBytes,
+                           unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms);
+    /// ReplayPacket hands over a recorded packet as if it had just been received.
+    void ReplayPacket(std::span<unsigned char> packet) { m_listener.ReceivePacket(packet); }
+    /// SetPlaybackMode lets SendSync answer from the command-response queue (true) or from the port (false,
+    /// at first and after OpenPort).
+    void SetPlaybackMode(bool bPlayback) { m_bPlaybackMode = bPlayback; }
+
 protected:
+    /// OnPortOpened resets what a family keeps for one opening of the port. Called by OpenPort, whether or
+    /// not the port could be opened.
+    virtual void OnPortOpened() {}
+
     /// StartUp ends the construction of the whole object: the automatic text log, then the default
     /// time-outs (whose log lines are to be found in that log). Called once, last.
     void StartUp();
@@ -179,19 +224,28 @@ private:
     };
 
     bool VerifyConnectionIsValid();
+    void AnswerFromRecording(const RequestBytes& request, DWORD iTimeout, unsigned short* piResponseSize,
+                             unsigned char* piResponseBytes);
+    bool OpenServer();
+    void LeaveServer();
+    bool RefusedInServerMode(const char* sOperation);
+    bool SendThroughServer(const RequestBytes& request, unsigned short* piResponseSize,
+                           unsigned char* piResponseBytes, unsigned char iExpectedCommand, DWORD iTimeout);
+    bool ReconnectThroughServer(int iAttempts);
     bool SwitchPhoneToDataMode();
     bool WriteRequest(const RequestBytes& request, DWORD iTimeout, bool bForceStartFlag, DWORD& iTaken_ms);
     void LogWritten(DWORD iTimeout, DWORD iTaken_ms);
-    bool WriteAndWait(const RequestBytes& request, DWORD iTimeout, DWORD iReadDelay_ms, bool bAnyReply,
-                      QueueItem& reply);
+    bool WriteAndWait(const RequestBytes& request, DWORD iTimeout, DWORD iReadDelay_ms,
+                      const unsigned char* piFirstByte, QueueItem& reply);
     bool WaitForReply(DWORD iTimeout, const unsigned char* piFirstByte, QueueItem& reply);
     void DIAG_FTM_CheckAutoTextLog();
     void InitTimeOuts();
     const TimerEntry* FindTimer(DWORD iTimerHandle) const;
 
     const ModulePin m_pin; // held until the threads are gone
-    const int m_iComPort;
+    const ConnectionPort m_port;
     bool m_bIsConnected = false;
+    bool m_bPlaybackMode = false;
     bool m_bData2DiagSearch = true;
     unsigned int m_iLogFlags;
     std::array<DWORD, kTimeOutCount> m_aTimeOuts{};
@@ -204,5 +258,5 @@ private:
     CQLibMessageQueue m_delayedQueue;
     CQLibEventListener m_listener;
     CQLibEventDispatcher m_dispatcher;
-    std::unique_ptr<CQLibCommManager> m_pLink;
+    std::unique_ptr<CQLibCommManager> m_pLink; // null in server mode
 };

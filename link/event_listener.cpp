@@ -3,11 +3,17 @@
 #include <algorithm>
 #include <span>
 
+#include "link/crc16.h"
+#include "link/event_names.h"
+#include "link/extended_message.h"
 #include "link/message_queue.h"
 #include "link/packet_codes.h"
+#include "link/packet_view.h"
 #include "link/text_log.h"
 
 namespace {
+
+constexpr size_t kLeastPacketSize = 2; // shorter ones are noise on the line
 
 /// An event report whose length field is 0 is the phone's answer to an event-report control request.
 bool IsEventControlAnswer(std::span<const unsigned char> packet) {
@@ -36,10 +42,17 @@ void CQLibEventListener::CallBack(std::span<unsigned char> packet) {
 
 void CQLibEventListener::messageReceived(LONG iLength, unsigned char* pData, unsigned int, LONG, short,
                                          DWORD) {
-    if (iLength < 2)
+    if (iLength < static_cast<LONG>(kLeastPacketSize))
         return;
-    const std::span packet(pData, std::min<size_t>(static_cast<size_t>(iLength), kMaxPacketSize));
-    CallBack(packet);
+    ReceivePacket({pData, std::min<size_t>(static_cast<size_t>(iLength), kMaxPacketSize)});
+}
+
+void CQLibEventListener::ReceivePacket(std::span<unsigned char> packet) {
+    if (packet.empty())
+        return;
+    if (packet.size() >= kLeastPacketSize)
+        CallBack(packet);
+    LogUnsolicited(packet);
     if (IsEventControlAnswer(packet)) {
         LogPacket("ASYNC REC--listener--", packet);
         m_pSyncQueue->Push(packet);
@@ -49,6 +62,27 @@ void CQLibEventListener::messageReceived(LONG iLength, unsigned char* pData, uns
     } else if (m_bPhoneLoggingEnabled) {
         m_pAsyncQueue->Push(packet);
         LogPacket("ASYNC REC ", packet);
+    }
+}
+
+void CQLibEventListener::LogUnsolicited(std::span<const unsigned char> packet) {
+    DataLogFileHandler* pLog = m_pLogHandler;
+    if (pLog == nullptr || !pLog->Wants(LOG_ASYNC))
+        return;
+    if (packet[0] == kExtendedMessage) {
+        ExtendedMessage message;
+        char sText[kExtendedMessageTextSize];
+        ParseExtendedMessage(packet, message);
+        DescribeExtendedMessage(message, sText);
+        pLog->LogMessage(LOG_ASYNC, "%s", sText);
+    } else if (packet[0] == kEventReport && !IsEventControlAnswer(packet)) {
+        constexpr size_t kEventIdOffset = 3;
+        const PacketView report(WithoutFcs(packet));
+        char sName[kEventTextSize];
+        if (!report.Has(kEventIdOffset, 2))
+            return;
+        GetEventText(report.U16(kEventIdOffset), sName);
+        pLog->LogMessage(LOG_ASYNC, "Event ID: %d, %s", report.U16(kEventIdOffset), sName);
     }
 }
 

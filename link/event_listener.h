@@ -18,13 +18,18 @@ using AsyncMessageCallBack = void (*)(unsigned short iLength, unsigned char* pPa
 
 /// CQLibEventListener puts responses into the command-response (sync) queue and, while phone logging is
 /// enabled, log records, debug messages and event reports into the phone-log (async) queue. It owns
-/// neither queue. messageReceived runs on the delivery thread, everything else on the caller's.
+/// neither queue. messageReceived runs on the delivery thread, everything else on the caller's. Under
+/// LOG_ASYNC it writes extended debug messages and the names of events as text.
 class QUILLET_API CQLibEventListener : public CQLibEvents_Listener {
 public:
     CQLibEventListener(CQLibMessageQueue* pAsyncQueue, CQLibMessageQueue* pSyncQueue);
 
     void messageReceived(LONG iLength, unsigned char* pData, unsigned int iValue3, LONG iValue4,
                          short iValue5, DWORD iValue6) override;
+
+    /// ReceivePacket is messageReceived for a packet of a recording, on the caller's thread: there a single
+    /// byte may be all that is left of a packet, so it is put into its queue (but not shown to the callback).
+    void ReceivePacket(std::span<unsigned char> packet);
 
     /// ConfigureAsyncMessageCallBack registers the callback (null: none). It runs outside every lock but
     /// the dispatcher's; a call that has begun may still run when this returns.
@@ -38,6 +43,7 @@ public:
 
 private:
     void CallBack(std::span<unsigned char> packet);
+    void LogUnsolicited(std::span<const unsigned char> packet);
     void LogPacket(const char* sKind, std::span<const unsigned char> packet);
 
     CQLibMessageQueue* const m_pAsyncQueue;

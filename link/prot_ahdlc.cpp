@@ -137,8 +137,9 @@ bool CProtAHDLC::TryRate(DWORD iRate) {
 }
 
 bool CProtAHDLC::AskForDiagMode() {
-    m_pPort->Send(reinterpret_cast<const unsigned char*>(kDiagModeCommand.data()),
-                  static_cast<int>(kDiagModeCommand.size()));
+    const auto iSize = static_cast<int>(kDiagModeCommand.size());
+    if (m_pPort->Send(reinterpret_cast<const unsigned char*>(kDiagModeCommand.data()), iSize) != iSize)
+        return false; // nobody was asked, so nobody will answer
     const auto deadline = Clock::now() + kDiagModeLimit;
     unsigned char aAnswer[kDiagModeAnswerSize];
     size_t iRead = 0;

@@ -14,6 +14,7 @@ constexpr int kLastPortNumber = 100;
 constexpr DWORD kBufferSize = 4096;
 constexpr DWORD kDrainSize = 1000;
 constexpr int kWriteChunk = 2000;
+constexpr int kWriteAttempts = 4;
 constexpr Milliseconds kSendLimit_ms(300);
 constexpr DWORD kKeepBaudRate = 0xFFFFFFFF;
 
@@ -169,6 +170,7 @@ int CSerialPort::Send(const unsigned char* pData, int iCount) {
 int CSerialPort::SendAll(const unsigned char* pData, int iCount) {
     const auto deadline = Clock::now() + kSendLimit_ms;
     int iSent = 0;
+    int iFailures = 0;
     do {
         const int iWritten =
             WriteSome(pData + iSent, static_cast<DWORD>(std::min(iCount - iSent, kWriteChunk)));
@@ -176,8 +178,12 @@ int CSerialPort::SendAll(const unsigned char* pData, int iCount) {
             iSent += iWritten;
         if (Clock::now() > deadline)
             return 0;
+        // A device that is gone fails each time: a few tries, then there is nothing to wait for.
+        iFailures = iWritten < 0 ? iFailures + 1 : 0;
+        if (iFailures == kWriteAttempts)
+            break;
         if (iWritten <= 0)
-            std::this_thread::sleep_for(Milliseconds(1)); // a dead device fails at once: no busy loop
+            std::this_thread::sleep_for(Milliseconds(1));
     } while (iSent < iCount && OutQueueFree() != 0);
     return iSent;
 }

@@ -39,7 +39,8 @@ public:
     virtual bool FlushPCBuffer();
     /// SetLogHandler attaches the text log (null: none) and returns it.
     virtual DataLogFileHandler* SetLogHandler(DataLogFileHandler* pLogHandler);
-    /// Send writes iCount bytes within 300 ms. Returns the bytes written; 0 when it took longer.
+    /// Send writes iCount bytes within 300 ms. Returns the bytes written: fewer when the device fails, 0 when
+    /// it took longer.
     virtual int Send(const unsigned char* pData, int iCount);
     /// Receive takes up to iCount waiting bytes and never waits. Returns their number.
     virtual int Receive(unsigned char* pBuffer, int iCount);

@@ -52,7 +52,7 @@ void Listings::Begin() {
 }
 
 Listings::Handle Listings::Add(Listing listing) {
-    auto pWalk = std::make_shared<Walk>(std::move(listing), 0);
+    auto pWalk = std::make_shared<Walk>(Walk{std::move(listing)});
     std::lock_guard lock(m_lock);
     do
         ++m_iLastHandle;

@@ -10,7 +10,10 @@ bool IsUsableHostPath(const char* sPath) {
 }
 
 bool CopyHostPath(const char* sHostPath, char* sPhonePath) {
-    return IsUsableHostPath(sHostPath) && TakeHostPath(std::strcpy(sPhonePath, sHostPath));
+    if (!IsUsableHostPath(sHostPath))
+        return false;
+    std::memcpy(sPhonePath, sHostPath, std::strlen(sHostPath) + 1);
+    return TakeHostPath(sPhonePath);
 }
 
 bool TakeHostPath(char* sPath) {

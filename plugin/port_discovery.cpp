@@ -1,16 +1,11 @@
 #include "plugin/port_discovery.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
-
-#include "platform/devices.h"
 
 namespace {
 
@@ -28,13 +23,7 @@ constexpr UsbId KnownDevices[] = {
     {0x4B56, 0x0002},
 };
 
-constexpr size_t kInterfaces = 3;
 constexpr size_t kMaxPhones = 128;
-
-struct PhonePortRecord {
-    std::string DeviceKey; // the same for all interfaces of one handset
-    std::array<uint32_t, kInterfaces> InterfacePort{};
-};
 
 struct UsbInterface {
     UsbId id;
@@ -74,7 +63,20 @@ bool IsKnown(const UsbId& id) {
     return std::find(std::begin(KnownDevices), std::end(KnownDevices), id) != std::end(KnownDevices);
 }
 
-void Record(const PresentDevice& device, std::vector<PhonePortRecord>& phones) {
+bool FindPhones(std::vector<PhonePortRecord>& phones) {
+    for (const char* sClass : {"Modem", "Ports"}) {
+        std::vector<PresentDevice> devices;
+        if (!ListPresentDevices(sClass, devices))
+            return false;
+        for (const PresentDevice& device : devices)
+            RecordPhoneInterface(device, phones);
+    }
+    return true;
+}
+
+} // namespace
+
+void RecordPhoneInterface(const PresentDevice& device, std::vector<PhonePortRecord>& phones) {
     if (!device.sPortName || !device.sDescription || !device.sInstanceId)
         return;
     const auto port = ParsePortName(*device.sPortName);
@@ -89,22 +91,9 @@ void Record(const PresentDevice& device, std::vector<PhonePortRecord>& phones) {
             return;
         phone = phones.insert(phone, PhonePortRecord{usb->sDeviceKey});
     }
-    if (usb->iNumber < kInterfaces)
+    if (usb->iNumber < phone->InterfacePort.size())
         phone->InterfacePort[usb->iNumber] = *port;
 }
-
-bool FindPhones(std::vector<PhonePortRecord>& phones) {
-    for (const char* sClass : {"Modem", "Ports"}) {
-        std::vector<PresentDevice> devices;
-        if (!ListPresentDevices(sClass, devices))
-            return false;
-        for (const PresentDevice& device : devices)
-            Record(device, phones);
-    }
-    return true;
-}
-
-} // namespace
 
 int FindPhonePorts(unsigned char* pPorts, int* piDeviceCount, int* piByteCount) {
     try {
@@ -117,7 +106,7 @@ int FindPhonePorts(unsigned char* pPorts, int* piDeviceCount, int* piByteCount) 
             for (const uint32_t iPort : phone.InterfacePort)
                 if (iBytes < iCapacity)
                     pPorts[iBytes++] = static_cast<unsigned char>(iPort);
-        *piDeviceCount = iBytes / static_cast<int>(kInterfaces);
+        *piDeviceCount = iBytes / kPhoneInterfaces;
         *piByteCount = iBytes;
         return 1;
     } catch (const std::exception&) {

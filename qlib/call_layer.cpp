@@ -1,8 +1,8 @@
 #include "qlib/call_layer.h"
 
-#include <exception>
 #include <type_traits>
 
+#include "portserver/efs.h"
 #include "qlib/diag_ftm.h"
 #include "qlib/resource_manager.h"
 
@@ -26,7 +26,7 @@ bool Forward(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*..
     try {
         Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
         return pPhone && (pPhone->*pMethod)(HandOn<Parameters>(pArguments)...);
-    } catch (const std::exception&) {
+    } catch (...) {
         return false;
     }
 }
@@ -52,11 +52,15 @@ bool QLIB_IsPhoneConnected(void* hContext) {
     return Forward(hContext, &Diag_FTM::IsPhoneConnected);
 }
 
-// The first two callbacks belong to the clients of a port server, which no context of this build has.
-void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack, SoftwareDownloadCallBack,
+void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack pfnEfs,
+                             SoftwareDownloadCallBack pfnSoftwareDownload,
                              AsyncMessageCallBack pfnAsyncMessage) {
-    Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
-    if (pPhone && pfnAsyncMessage)
+    if (EFS* const pFiles = pfnEfs ? QLib_ResourceManager::GetEFS(hContext) : nullptr)
+        pFiles->ConfigureCallBacks(pfnEfs, hContext);
+    if (SoftwareDownload* const pDownload =
+            pfnSoftwareDownload ? QLib_ResourceManager::GetSoftwareDownload(hContext) : nullptr)
+        pDownload->ConfigureCallBacks(pfnSoftwareDownload, hContext);
+    if (Diag_FTM* const pPhone = pfnAsyncMessage ? QLib_ResourceManager::GetDiag_FTM(hContext) : nullptr)
         pPhone->ConfigureAsyncMessageCallBack(hContext, pfnAsyncMessage);
 }
 

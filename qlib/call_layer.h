@@ -9,9 +9,7 @@
 #include "link/event_listener.h"
 #include "platform/export.h"
 #include "platform/types.h"
-
-/// Told about the progress of a software download over a port server; the result is not looked at.
-using SoftwareDownloadCallBack = bool (*)(void* pUserData);
+#include "portserver/software_download.h"
 
 /// QLIB_SetQpstMode: 1 selects port-server mode, anything else the serial port. Process-wide; set it
 /// before contexts are made.
@@ -29,7 +27,7 @@ QUILLET_C_API void QLIB_DisconnectPort(void* hContext);
 QUILLET_C_API bool QLIB_IsPhoneConnected(void* hContext);
 
 /// QLIB_ConfigureCallBacks registers the callbacks that are not null; their user data is the handle. The
-/// first two are for port-server mode.
+/// first two go to the context's port-server clients, which only port-server mode has.
 QUILLET_C_API void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack pfnEfs,
                                            SoftwareDownloadCallBack pfnSoftwareDownload,
                                            AsyncMessageCallBack pfnAsyncMessage);

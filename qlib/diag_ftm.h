@@ -2,13 +2,34 @@
 #pragma once
 
 #include "diag/command_frame.h"
+#include "diag/delayed_responses.h"
+#include "diag/download.h"
+#include "diag/identity.h"
+#include "diag/key_presses.h"
+#include "diag/log_masks.h"
+#include "diag/memory.h"
+#include "diag/nv_items.h"
+#include "diag/phone_queues.h"
+#include "diag/phone_state.h"
+#include "diag/service.h"
 #include "efs2/callbacks.h"
 #include "efs2/directory.h"
 #include "efs2/file_attributes.h"
 #include "efs2/metadata.h"
 #include "efs2/transfer.h"
+#include "ftm/broadcast_rf.h"
+#include "ftm/cdma_api2.h"
+#include "ftm/ftm_log.h"
+#include "ftm/gsm_rf.h"
+#include "ftm/rf_control.h"
+#include "ftm/rf_receiver.h"
+#include "ftm/tx_sweep.h"
 #include "link/diag_connection.h"
+#include "link/log_playback.h"
+#include "link/message_text.h"
 #include "platform/export.h"
+
+class QpstServer;
 
 /// Diag_FTM is what programs use: a DiagConnection that has the methods of every command family. A family's
 /// header says what its methods do; this class is their list, in the order in which they build on each
@@ -16,20 +37,45 @@
 ///
 /// One object talks to one COM port. It is used from one application thread at a time.
 class QUILLET_API Diag_FTM : public DiagConnection,
+                             public MessageText,
+                             public LogPlayback,
                              public CommandFrame,
+                             public NvItems,
+                             public PhoneIdentity,
+                             public PhoneState,
+                             public PhoneService,
+                             public PhoneMemory,
+                             public LogMasks,
+                             public PhoneQueues,
+                             public KeyPresses,
+                             public DelayedResponses,
+                             public DownloadGreeting,
                              public FileAttributes,
                              public Efs2Callbacks,
                              public Efs2Metadata,
                              public Efs2Directory,
-                             public Efs2Transfer {
+                             public Efs2Transfer,
+                             public RfControl,
+                             public RfReceiver,
+                             public TxSweep,
+                             public FtmLog,
+                             public GsmRf,
+                             public BroadcastRf,
+                             public CdmaApi2 {
 public:
     /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
     /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
     explicit Diag_FTM(int iComPort);
+    /// The same over a port server, in server mode (see DiagConnection). The server must outlive the object;
+    /// null: every request fails.
+    Diag_FTM(QpstServer* pServer, int iComPort);
     /// Closes the port and ends both threads before any family goes away.
     ~Diag_FTM() override;
 
 private:
+    explicit Diag_FTM(const ConnectionPort& port);
+    void OnPortOpened() override;
+
     // What the families share is not for users of the object.
     using CommandFrame::BeginRequest;
     using CommandFrame::Buffer;
@@ -49,4 +95,13 @@ private:
     using CommandFrame::FormatSubsystemDiagHeader;
     using CommandFrame::Log;
     using CommandFrame::Response;
+    using CommandFrame::StoreSystemMode;
+    using DelayedResponses::SendDiag2WithMultipleResponse;
+    using DiagConnection::CommandResponseQueue;
+    using DiagConnection::DelayedResponseQueue;
+    using DiagConnection::PhoneLogQueue;
+    using DiagConnection::ReplayPacket;
+    using DiagConnection::SendSyncExpecting;
+    using DiagConnection::SetPhoneLogging;
+    using DiagConnection::SetPlaybackMode;
 };

@@ -4,6 +4,7 @@
 #include <exception>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "platform/serial_ports.h"
 #include "qlib/diag_ftm.h"
@@ -16,11 +17,11 @@ namespace {
 
 constexpr size_t kNamePrefixLength = 3; // "COM"
 
-// The low 8 bits of the number behind a port name's first three characters; 0 when there is none.
-unsigned char PortNumberOf(const std::string& sName) {
+// The number behind a port name's first three characters; 0 when there is none.
+unsigned short PortNumberOf(const std::string& sName) {
     if (sName.size() <= kNamePrefixLength)
         return 0;
-    return static_cast<unsigned char>(std::strtol(sName.c_str() + kNamePrefixLength, nullptr, 10));
+    return static_cast<unsigned short>(std::strtol(sName.c_str() + kNamePrefixLength, nullptr, 10));
 }
 
 // A list of ports that a caller gave: it takes `capacity` numbers and then tells their count.
@@ -32,6 +33,14 @@ public:
     bool IsFull() const { return m_iWritten == m_ports.size(); }
     void Append(unsigned short iPort) { m_ports[m_iWritten++] = iPort; }
     void TellCount() const { *m_piCount = m_iWritten; }
+    // The ports of those names, as far as they fit; false for no names.
+    bool Tell(const std::vector<std::string>& names) {
+        for (const std::string& sName : names)
+            if (!IsFull())
+                Append(PortNumberOf(sName));
+        TellCount();
+        return !names.empty();
+    }
 
 private:
     unsigned short* m_piCount;
@@ -48,7 +57,7 @@ bool QLib_ResourceManager::QueryRegistryPortSettings() {
         if (!ListSerialPorts(names))
             return false;
         for (const std::string& sName : names)
-            m_vComPortSettings.push_back({PortNumberOf(sName), 0});
+            m_vComPortSettings.push_back({static_cast<unsigned char>(PortNumberOf(sName)), 0});
         return true;
     } catch (const std::exception&) {
         return false;
@@ -59,10 +68,8 @@ bool QLib_ResourceManager::GetAllPortList(unsigned short* piCount, unsigned shor
     if (!piCount)
         return false;
     PortList ports(piCount, piPorts);
-    if (m_bIsUsingQpst) {
-        ports.TellCount();
-        return false;
-    }
+    if (m_bIsUsingQpst)
+        return ports.Tell(ServerPortNames(false));
     if (!QueryRegistryPortSettings())
         return false;
     for (const ComPortSettings_struct& port : m_vComPortSettings)
@@ -77,10 +84,8 @@ bool QLib_ResourceManager::GetAvailablePhonesPortList(unsigned short* piCount, u
     if (!piCount)
         return false;
     PortList phones(piCount, piPorts);
-    if (m_bIsUsingQpst) {
-        phones.TellCount();
-        return false;
-    }
+    if (m_bIsUsingQpst)
+        return phones.Tell(ServerPortNames(true));
     DestroyAll();
     if (!QueryRegistryPortSettings())
         return false;

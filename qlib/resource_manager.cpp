@@ -2,34 +2,33 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <exception>
+#include <memory>
 #include <utility>
 
 #include "platform/context_handle.h"
 #include "platform/module_pin.h"
+#include "portserver/efs.h"
+#include "portserver/qpst_server.h"
+#include "portserver/software_download.h"
 #include "qlib/diag_ftm.h"
+#include "qlib/or_null.h"
 
 std::array<QLib_ResourceContext, 50> QLib_ResourceManager::aResourceList{};
 bool QLib_ResourceManager::m_bIsUsingQpst = false;
 unsigned QLib_ResourceManager::m_iContextCounter = 0;
 
-namespace {
-
-// Run at the process's end, and when the library is unloaded. Where the process ends by ending the threads
-// first, what they leave goes with the process: waiting for them, or for what they held, could last for ever.
-void DestroyWhatIsLeft() {
-    if (!ProcessIsEnding())
-        QLib_ResourceManager::DestroyAll();
+// Where the process ends by ending the threads first, what they leave goes with the process: waiting for
+// them, or for what they held, could last for ever.
+void QLib_ResourceManager::DestroyAllAtExit() {
+    struct AtExit {
+        ~AtExit() {
+            if (!ProcessIsEnding())
+                DestroyAll();
+        }
+    };
+    static const AtExit atExit;
 }
-
-void DestroyAllAtExit() {
-    static const int iRegistered = std::atexit(DestroyWhatIsLeft);
-    static_cast<void>(iRegistered);
-}
-
-} // namespace
 
 void* QLib_ResourceManager::CreateContext(unsigned short iComPort) {
     DestroyAllAtExit();
@@ -53,7 +52,7 @@ bool QLib_ResourceManager::TakeEntry(QLib_ResourceContext& entry, unsigned short
     void* const hContext = MakeContextHandle(sName);
     if (!hContext)
         return false;
-    entry = {nullptr, 1, hContext, iComPort, 1};
+    entry = {nullptr, 1, hContext, iComPort, 1, nullptr, nullptr, nullptr};
     return true;
 }
 
@@ -71,13 +70,19 @@ void QLib_ResourceManager::DestroyContext(void* hContext, bool bForce) {
 void QLib_ResourceManager::DestroyEntry(QLib_ResourceContext& entry) {
     entry.bInUse = 0;
     ReleaseContextHandle(std::exchange(entry.hContext, nullptr));
+    if (entry.pSoftwareDownload)
+        entry.pSoftwareDownload->SetLogManager(nullptr); // the log goes with the connection
     delete std::exchange(entry.pDiag_FTM, nullptr);
+    delete std::exchange(entry.pQpstServer, nullptr);
+    delete std::exchange(entry.pSoftwareDownload, nullptr);
+    delete std::exchange(entry.pEFS, nullptr);
 }
 
 void QLib_ResourceManager::DestroyAll() {
     for (QLib_ResourceContext& entry : aResourceList)
         if (entry.bInUse)
             DestroyEntry(entry);
+    delete std::exchange(m_pInfoServer, nullptr);
 }
 
 QLib_ResourceContext* QLib_ResourceManager::GetResourceEntry(void* hContext) {
@@ -97,15 +102,15 @@ QLib_ResourceContext* QLib_ResourceManager::EntryOfPort(unsigned short iComPort)
 
 Diag_FTM* QLib_ResourceManager::GetDiag_FTM(void* hContext) {
     QLib_ResourceContext* const pEntry = GetResourceEntry(hContext);
-    if (!pEntry)
+    if (!pEntry || pEntry->pDiag_FTM)
+        return pEntry ? pEntry->pDiag_FTM : nullptr;
+    QpstServer* const pServer = GetQpstServer(hContext);
+    if (m_bIsUsingQpst && !pServer)
         return nullptr;
-    if (!pEntry->pDiag_FTM && !m_bIsUsingQpst) {
-        try {
-            pEntry->pDiag_FTM = new Diag_FTM(pEntry->iComPort);
-        } catch (const std::exception&) {
-            return nullptr;
-        }
-    }
+    pEntry->pDiag_FTM = OrNull([&] {
+        return pServer ? std::make_unique<Diag_FTM>(pServer, pEntry->iComPort)
+                       : std::make_unique<Diag_FTM>(pEntry->iComPort);
+    });
     return pEntry->pDiag_FTM;
 }
 
@@ -117,19 +122,13 @@ bool QLib_ResourceManager::GetComPortNumber(void* hContext, unsigned short* piCo
     return true;
 }
 
-QpstServer* QLib_ResourceManager::GetQpstServer(void*) {
-    return nullptr;
-}
-
-EFS* QLib_ResourceManager::GetEFS(void*) {
-    return nullptr;
-}
-
-SoftwareDownload* QLib_ResourceManager::GetSoftwareDownload(void*) {
-    return nullptr;
-}
-
 void QLib_ResourceManager::GetLibraryVersion(char* sVersion) {
-    if (sVersion)
-        std::strcpy(sVersion, m_bIsUsingQpst ? "QLIB V04.23,QPST" : "QLIB V04.23,QPHONEMS");
+    constexpr char kOverPortServer[] = "QLIB V04.23,QPST";
+    constexpr char kOverSerialPort[] = "QLIB V04.23,QPHONEMS";
+    if (!sVersion)
+        return;
+    if (m_bIsUsingQpst)
+        std::memcpy(sVersion, kOverPortServer, sizeof kOverPortServer);
+    else
+        std::memcpy(sVersion, kOverSerialPort, sizeof kOverSerialPort);
 }

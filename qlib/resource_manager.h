@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 #include <vector>
 
 #include "platform/export.h"
@@ -19,6 +20,10 @@ struct QLib_ResourceContext {
     void* hContext;          // the handle that callers have
     unsigned short iComPort; // unique among the entries in use
     LONG iRefCount;          // CreateContext calls without their DestroyContext
+    // Owned, and null until they are asked for in port-server mode:
+    QpstServer* pQpstServer;
+    SoftwareDownload* pSoftwareDownload;
+    EFS* pEFS;
 };
 
 /// A serial port of the machine, as the port list keeps it: numbers above 255 do not survive.
@@ -42,8 +47,10 @@ static_assert(sizeof(ComPortAlias_struct) == 4);
 /// There is no lock: calls come from one thread at a time. Nothing is ever thrown. A handle that has no
 /// context gives null or false and changes nothing.
 ///
-/// No port server is attached to this build: with SetIsUsingQpst(true) its getters return null like in direct
-/// mode, no connection object can be made, and both port lists report 0 ports and false.
+/// In port-server mode (SetIsUsingQpst) connections go through the port server that somebody supplied with
+/// AttachPortServer, and both port lists are the server's. Without one, as at first, the getters return null
+/// like in direct mode, no connection object can be made, and both lists report 0 ports and false. What a
+/// context already has keeps the mode in which it was made, and dies with the context in either.
 class QUILLET_API QLib_ResourceManager {
 public:
     /// The port number that stands for "the first port on which a phone answers".
@@ -60,7 +67,7 @@ public:
     /// DestroyContext drops one reference; with the last one, or with bForce, the context and its connection
     /// go away (which closes the port and waits for its threads).
     static void DestroyContext(void* hContext, bool bForce);
-    /// DestroyAll destroys every live context, whatever its references.
+    /// DestroyAll destroys every live context, whatever its references, and the client behind the lists.
     static void DestroyAll();
     /// GetDiag_FTM returns the connection of a context, which stays its owner. The first call makes it,
     /// without opening the port; null when that fails, and the next call tries again.
@@ -73,7 +80,8 @@ public:
     /// SetIsUsingQpst chooses between port server (true) and serial port for what is made from now on.
     static void SetIsUsingQpst(bool bIsUsingQpst) { m_bIsUsingQpst = bIsUsingQpst; }
     static bool GetIsUsingQpst() { return m_bIsUsingQpst; }
-    /// The port-server objects of a context: null.
+    /// The port-server objects of a context, which stays their owner. The first call makes one and connects
+    /// it to the context's port; null in direct mode and when that fails, and the next call tries again.
     static QpstServer* GetQpstServer(void* hContext);
     static EFS* GetEFS(void* hContext);
     static SoftwareDownload* GetSoftwareDownload(void* hContext);
@@ -108,13 +116,18 @@ private:
     static QLib_ResourceContext* GetResourceEntry(void* hContext);
     static QLib_ResourceContext* EntryOfPort(unsigned short iComPort);
     static bool TakeEntry(QLib_ResourceContext& entry, unsigned short iComPort);
+    static void DestroyAllAtExit();
     static void DestroyEntry(QLib_ResourceContext& entry);
+    static QLib_ResourceContext* GetServerEntry(void* hContext);
+    static QpstServer* GetQpstInfoServer();
+    static std::vector<std::string> ServerPortNames(bool bOnlyWithPhone);
     static unsigned short FindAnsweringPort();
     static bool PhoneAnswersOn(unsigned short iComPort);
     static bool QueryRegistryPortSettings();
 
     static std::array<QLib_ResourceContext, 50> aResourceList;
     static bool m_bIsUsingQpst;
+    static QpstServer* m_pInfoServer;
     static unsigned m_iContextCounter;
     static std::vector<ComPortAlias_struct> m_vComPortAlias;
     static std::vector<ComPortSettings_struct> m_vComPortSettings;

@@ -77,7 +77,7 @@ for name in FsInit FsGetDefRootName FsStatusInfo FsDisconnect FsFindFirst FsFind
 done
 for class in $(for folder in $product; do sources_of "$folder"; done | xargs \
     sed -nE 's/^(class|struct) QUILLET_API ([A-Za-z0-9_]+).*/\2/p' | sort -u); do
-    printf '%s\n' "$exported_names" | grep -qE " $class::| for $class\$" ||
+    printf '%s\n' "$exported_names" | grep -qE " $class(<.*>)?::| for $class\$" ||
         breach "quillet.wfx does not export the class $class"
 done
 readelf -d "$plugin" | grep -q 'SONAME.*\[quillet\.wfx\]' || breach "quillet.wfx does not name itself so"

@@ -245,8 +245,7 @@ TEST_F(Efs2TransferTest, UnusableWriteAnswersAreTriedFiveTimes) {
     for (const Bytes& packet : cases) {
         for (const int iTimes : {4, 5}) {
             m_phone.phone.ClearRequests();
-            m_phone.phone.Misbehave(
-                {.action = Action::Replace, .prefix = Hex(kWrite), .times = iTimes, .packets = {packet}});
+            Replace(kWrite, packet, 0, iTimes);
             EXPECT_EQ(Upload(sSource, "x"), iTimes < 5) << handset::ToHex(packet);
             EXPECT_EQ(m_phone.CountOf(kWrite), iTimes < 5 ? 6 : 5);
             EXPECT_EQ(m_phone.Content("x"), iTimes < 5 ? Pattern(1000) : Bytes{});

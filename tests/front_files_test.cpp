@@ -1,4 +1,6 @@
 // Copying, deleting, making and renaming: results for the host, and what is left on both sides.
+#include <cstring>
+
 #include "host_fixture.h"
 
 namespace {

@@ -212,7 +212,9 @@ TEST(Handset, AnswersEveryGroupOfCommands) {
         {"59 07 03 6C 00", "15 59 07 03 6C 00"},
         {"4B 13 0F 00 6C", "15 4B 13 0F 00 6C"},
         {"4B 13 63 00", "13 4B 13 63 00"},
-        {"26", "13 26"},
+        {"26", "15 26"},
+        {"4C", "13 4C"},
+        {"4B 77 00 00", "13 4B 77 00 00"},
     };
     size_t count = 0;
     for (const auto& [request, answer] : exchanges) {

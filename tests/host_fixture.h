@@ -157,11 +157,3 @@ protected:
     PluggedPhone m_phone;
     FakeHost m_host;
 };
-
-/// Bytes of which no block looks like another.
-inline Bytes Pattern(size_t iSize) {
-    Bytes bytes(iSize);
-    for (size_t i = 0; i < iSize; ++i)
-        bytes[i] = static_cast<uint8_t>(i * 7 + i / 251);
-    return bytes;
-}

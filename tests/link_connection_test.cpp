@@ -180,6 +180,20 @@ TEST_F(ConnectionTest, PacketModesSwitchThePhoneAndCarryText) {
     EXPECT_EQ(log.Of(LOG_IO).front(), "SEND (1 bytes):44 ");
 }
 
+TEST_F(ConnectionTest, ARequestMayBeAnsweredWithAnotherFirstByte) {
+    CommandFrame frame(connection);
+    phone.Script({0x07}, {{0x13, 0x07}, {0x07, 1}, {0x08, 2, 3}});
+    frame.BeginRequest().U8(0x07);
+    ASSERT_TRUE(frame.SendWithDifferentResponseCmd(0x08, 0));
+    EXPECT_EQ(Bytes(frame.Buffer().ResponseBytes(), frame.Buffer().ResponseBytes() + 3), (Bytes{0x08, 2, 3}));
+    EXPECT_EQ(frame.Response().Size(), 3U);
+    connection.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 50);
+    frame.BeginRequest().U8(0x07);
+    EXPECT_FALSE(frame.SendWithDifferentResponseCmd(0x09, 0));
+    frame.BeginRequest();
+    EXPECT_FALSE(frame.SendWithDifferentResponseCmd(0x08, 0)); // nothing to send
+}
+
 TEST_F(ConnectionTest, TheRawRequestTakesWhateverComesFirst) {
     const Bytes other = {0x13, 0x4B};
     phone.Script(kPing, {other});

@@ -137,20 +137,20 @@ private:
     std::filesystem::path m_path;
 };
 
+/// Bytes that repeat late, so that no block looks like another.
+inline Bytes Pattern(size_t iSize) {
+    Bytes bytes(iSize);
+    for (size_t i = 0; i < iSize; ++i)
+        bytes[i] = static_cast<uint8_t>(i * 7 + i / 251);
+    return bytes;
+}
+
 /// An open connection to the handset, and its log of operations, results and errors.
 class PhoneTest : public testing::Test {
 protected:
     PhoneTest() {
         EXPECT_TRUE(m_diag.OpenPort());
         m_log.Clear();
-    }
-
-    /// Bytes that repeat late, so that no block looks like another.
-    static Bytes Pattern(size_t iSize) {
-        Bytes bytes(iSize);
-        for (size_t i = 0; i < iSize; ++i)
-            bytes[i] = static_cast<uint8_t>(i * 7 + i / 251);
-        return bytes;
     }
 
     PluggedPhone m_phone;

@@ -1,5 +1,5 @@
 // The command-line host as its users run it: the program, the plug-in's file, a handset.
-#include <signal.h>
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -36,16 +36,15 @@ protected:
     };
 
     Outcome Run(const std::string& sArguments) const {
-        return Shell("cd '" + m_local.Path() + "' && " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE " " +
-                     sArguments);
+        return Shell("cd '" + m_local.Path() + "' && " + m_settings +
+                     " " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE " " + sArguments);
     }
 
     void Expect(const std::vector<Step>& steps) const {
         for (const Step& step : steps) {
             const Outcome outcome = Run(step.arguments);
             EXPECT_EQ(outcome.status, step.status) << step.arguments << "\n" << outcome.output;
-            EXPECT_NE(outcome.output.find(step.says), std::string::npos) << step.arguments << "\n"
-                                                                         << outcome.output;
+            EXPECT_THAT(outcome.output, testing::HasSubstr(step.says)) << step.arguments;
         }
     }
 
@@ -57,6 +56,7 @@ protected:
     }
 
     LocalFolder m_local;
+    std::string m_settings; // of environment variables, before the program's name
 };
 
 class WfxhostPhoneTest : public WfxhostTest {
@@ -65,8 +65,7 @@ protected:
 };
 
 TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
-    const handset::DeviceRoot nothing;
-    setenv("QUILLET_DEVICE_ROOT", nothing.Path().c_str(), 1);
+    m_settings = "QUILLET_DEVICE_ROOT=/nonexistent";
     Expect({
         {"--help", 0, "Usage: wfxhost"},
         {"dance", 2, "unknown command \"dance\""},
@@ -82,7 +81,7 @@ TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
 }
 
 TEST_F(WfxhostPhoneTest, ASilentHandsetIsNoHandset) {
-    m_phone.phone.SetDataMode(true);
+    m_phone.Misbehave(Action::Ignore, "", -1);
     Expect({{"mkdir a", 3, "CONNECTED on port COM1"}});
 }
 
@@ -171,8 +170,7 @@ TEST_F(WfxhostPhoneTest, InterruptStopsACopyInOrder) {
               "' && mkfifo lines && { " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE
               " get photo.bin > lines & } && { read -r line; kill -INT $!; cat > rest; } < lines; wait $!");
     EXPECT_EQ(outcome.status, 1) << outcome.output;
-    EXPECT_NE(outcome.output.find("interrupted: \"photo.bin\" was not copied"), std::string::npos)
-        << outcome.output;
+    EXPECT_THAT(outcome.output, testing::HasSubstr("interrupted: \"photo.bin\" was not copied"));
     EXPECT_TRUE(m_phone.Exists("photo.bin"));
     EXPECT_EQ(m_phone.OpenCount(), 0U);
 }
@@ -218,9 +216,7 @@ TEST_F(WfxhostPhoneTest, LinksFoldersAndProperties) {
 }
 
 TEST_F(WfxhostTest, DemonstrationStartsASimulatedHandset) {
-    const handset::DeviceRoot nothing;
-    setenv("QUILLET_DEVICE_ROOT", nothing.Path().c_str(), 1);
-    setenv("TMPDIR", m_local.Path().c_str(), 1);
+    m_settings = "QUILLET_DEVICE_ROOT=/nonexistent TMPDIR='" + m_local.Path() + "'";
     Expect({{"", 0, "SIMULATED"}});
     EXPECT_TRUE(std::filesystem::is_empty(m_local.Path()));
 }

@@ -65,7 +65,7 @@ bool DiskIsFull(const std::string& file) {
 
 std::string GetFailureReason(Session& session, int result, const PhonePath& path,
                              const std::string& localFile) {
-    if (const std::string reason = CommonReason(session, result, localFile); !reason.empty())
+    if (std::string reason = CommonReason(session, result, localFile); !reason.empty())
         return reason;
     if (result == FS_FILE_NOTFOUND)
         return "the phone has no file " + Quoted(path.Text());
@@ -78,7 +78,7 @@ std::string GetFailureReason(Session& session, int result, const PhonePath& path
 
 std::string PutFailureReason(Session& session, int result, const std::string& localFile,
                              const PhonePath& path) {
-    if (const std::string reason = CommonReason(session, result, path.Text()); !reason.empty())
+    if (std::string reason = CommonReason(session, result, path.Text()); !reason.empty())
         return reason;
     if (result == FS_FILE_READERROR || !std::ifstream(localFile, std::ios::binary))
         return "cannot read " + Quoted(localFile);

@@ -17,7 +17,7 @@ fs::path LocalTarget(const std::string& typed, const std::string& name) {
     const bool isFolder = fs::is_directory(target, error);
     if (!isFolder && !target.has_filename())
         throw Failure("there is no folder " + Quoted(typed));
-    const fs::path file = isFolder ? target / name : target;
+    fs::path file = isFolder ? (target / name).lexically_normal() : target;
     if (fs::is_directory(file, error))
         throw Failure(Quoted(file.string()) + " is a folder");
     const fs::path folder = file.parent_path();

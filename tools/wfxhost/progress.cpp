@@ -1,6 +1,7 @@
 #include "wfxhost/progress.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace wfxhost {
@@ -39,7 +40,9 @@ std::string Progress::Figures(int percent) const {
         return text;
     if (m_size)
         text += "  " + SizeText(done / seconds) + "/s";
-    const int left = static_cast<int>(seconds * (100 - percent) / percent + 0.5);
+    if (percent == 100)
+        return text;
+    const int left = static_cast<int>(std::ceil(seconds * (100 - percent) / percent));
     return text + Format("  %d:%02d left", left / 60, left % 60);
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 
 #include "wfxhost/system.h"
 
@@ -227,10 +226,11 @@ void HOST_CALL Session::OnLog(int, int type, char* text) {
         return;
     if (type == MSGTYPE_IMPORTANTERROR)
         std::fprintf(stderr, "%s\n", Printable(text).c_str());
-    if (!std::strstr(text, "CONNECTED"))
-        return;
+    const std::string line = text;
+    if (!line.starts_with("CONNECTED") && !line.starts_with("NOT CONNECTED"))
+        return; // a reconnect tells of the old connection's end after the new one's begin
     const std::lock_guard lock(s_current->m_logLock);
-    s_current->m_lastConnectionLine = text;
+    s_current->m_lastConnectionLine = line;
 }
 
 BOOL HOST_CALL Session::OnRequest(int, int type, char* title, char* text, char*, int) {

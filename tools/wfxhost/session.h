@@ -79,7 +79,7 @@ private:
     std::string* m_message = nullptr; // takes the text of a message; null: it is printed
 
     std::mutex m_logLock;
-    std::string m_lastConnectionLine; // the plug-in's last word on the connection; under m_logLock
+    std::string m_lastConnectionLine; // whether the plug-in last found a handset; under m_logLock
     static Session* s_current;
 };
 

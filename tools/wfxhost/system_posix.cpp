@@ -14,6 +14,7 @@
 #include <cstring>
 #include <filesystem>
 #include <thread>
+#include <vector>
 
 #include "wfxhost/system.h"
 
@@ -23,6 +24,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kReadyLimit = std::chrono::seconds(15);
+/// The time that the simulated handset takes for an answer, about that of a real one.
+constexpr const char* kLatency_us = "5000";
 constexpr auto kEndLimit = std::chrono::seconds(5);
 
 class Child : public SimulatedHandset {
@@ -132,8 +135,11 @@ std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string& devic
         reason = "there is no program " + program;
         return nullptr;
     }
-    std::string texts[] = {program, "--device-root", deviceRoot};
-    char* const arguments[] = {texts[0].data(), texts[1].data(), texts[2].data(), nullptr};
+    std::string texts[] = {program, "--device-root", deviceRoot, "--latency", kLatency_us};
+    std::vector<char*> arguments;
+    for (std::string& text : texts)
+        arguments.push_back(text.data());
+    arguments.push_back(nullptr);
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
         reason = std::strerror(errno);
@@ -142,7 +148,7 @@ std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string& devic
     const pid_t parent = getpid();
     const pid_t pid = fork();
     if (pid == 0)
-        RunChild(arguments, parent, ends[1]);
+        RunChild(arguments.data(), parent, ends[1]);
     close(ends[1]);
     if (pid < 0) {
         reason = std::strerror(errno);

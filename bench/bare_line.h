@@ -1,0 +1,36 @@
+// The least that a request and its answer cost: frames over a raw descriptor, without threads, queues, logs.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// BareLine talks to a handset's tty directly, as a yardstick for the client. It shares no code with it.
+class BareLine {
+public:
+    /// Opens the tty in raw mode; throws std::runtime_error when that fails.
+    explicit BareLine(const std::string& sTty);
+    ~BareLine();
+    BareLine(const BareLine&) = delete;
+    BareLine& operator=(const BareLine&) = delete;
+
+    /// Sends one request and waits for one answer, which stands without its check sequence until the next
+    /// call. Throws std::runtime_error when none comes within two seconds or the check sequence is wrong.
+    const std::vector<uint8_t>& Exchange(const std::vector<uint8_t>& request);
+
+    /// Builds an EFS2 request: its command, 32-bit values, and bytes behind them.
+    static std::vector<uint8_t> Request(uint8_t iCommand, std::initializer_list<uint32_t> values,
+                                        const void* pTail = nullptr, size_t iTailSize = 0);
+    /// The 32-bit value at an offset of an answer.
+    static uint32_t ValueAt(const std::vector<uint8_t>& answer, size_t iOffset);
+
+private:
+    void Write(const std::vector<uint8_t>& request);
+    bool Decode(const uint8_t* pBytes, size_t iCount);
+
+    int m_fd;
+    std::vector<uint8_t> m_frame;
+    std::vector<uint8_t> m_answer;
+    bool m_bEscaped = false;
+};

@@ -1,0 +1,35 @@
+// The radio of the broadcast receiver: tuning, gain, signal strength, its calibration data.
+#pragma once
+
+#include "ftm/ftm_command.h"
+#include "platform/export.h"
+
+/// BroadcastRf calibrates the broadcast receiver's radio. Every command is one request and its answer, within
+/// QMSL_TimeOut_SyncRequest; true means that the handset answered it in the current command type and system
+/// mode, with all values. Units are the handset's. Caller's thread. The frame must outlive it.
+class QUILLET_API BroadcastRf {
+public:
+    explicit BroadcastRf(CommandFrame& frame) : m_frame(frame) {}
+
+    bool FTM_MF_TUNE_PLL(unsigned short iChannel);
+    /// FTM_MF_SYNTH_LOCK: bLockState is not 0 when the synthesizer is locked.
+    bool FTM_MF_SYNTH_LOCK(unsigned char& bLockState);
+    bool FTM_MF_LNA_SELECT(unsigned short iWhichLna);
+    bool FTM_MF_RF_SWITCH_CONFIG(unsigned short iState);
+    bool FTM_MF_SET_GAIN_STATE(unsigned short iGainState);
+    bool FTM_MF_GET_AGC_STATE(unsigned short& iGainState, unsigned short& iDvga);
+    bool FTM_MF_GET_RX_RSSI(unsigned short& iRssiValue);
+    /// FTM_MF_GET_RSSI_CAL_POINT measures the calibration point of a gain state at a known input power. The
+    /// answer must hold the point and one value more, which is not handed out.
+    bool FTM_MF_GET_RSSI_CAL_POINT(unsigned short iGainState, unsigned short iInputPower,
+                                   unsigned short& iCalPoint);
+    /// FTM_MF_GET_IM2: as FTM_GET_CDMA_IM2_WITH_SUPPRESSSION, for this receiver.
+    bool FTM_MF_GET_IM2(unsigned short& iSuppression, unsigned char& iIValue, unsigned char& iQValue,
+                        unsigned char& iTransconductance);
+    /// FTM_MF_WRITE_CAL_DATA makes the handset keep a band's calibration. True when it answered; whether it
+    /// wrote stands in the log (_iWriteStatus).
+    bool FTM_MF_WRITE_CAL_DATA(unsigned short iBand);
+
+private:
+    CommandFrame& m_frame;
+};

@@ -1,0 +1,72 @@
+// The GSM radio in factory tests: bursts out and in, power control, calibration of the transmit path.
+#pragma once
+
+#include "ftm/ftm_command.h"
+#include "ftm/ftm_log.h"
+#include "platform/export.h"
+#include "platform/types.h"
+
+/// GsmRf calibrates GSM transmit and receive. Every command is one request and its answer, within
+/// QMSL_TimeOut_SyncRequest. The settings of bursts, slots, power and sweeps, and FTM_GET_RSSI, take any
+/// answer of the command type; the calibrations (below) only one in the current system mode. Slots count from
+/// 0; units are the handset's. Caller's thread. The frame and the FTM log must outlive it.
+class QUILLET_API GsmRf {
+public:
+    /// Values in each table of a PA profile.
+    static constexpr size_t kPaProfileSize = 64;
+
+    GsmRf(CommandFrame& frame, FtmLog& ftmLog) : m_frame(frame), m_ftmLog(ftmLog) {}
+
+    // --- Bursts, slots, power -----------------------------------------------------------------------
+
+    /// FTM_SET_PA_PROFILE sends two tables of kPaProfileSize values each, of which the handset uses the first
+    /// iRampSize and iPaLookupTableSize.
+    bool FTM_SET_PA_PROFILE(const unsigned short* piRampTable, const unsigned short* piPaLookupTable,
+                            unsigned char iRampSize, unsigned char iPaLookupTableSize);
+    /// FTM_SET_TRANSMIT_CONT, FTM_SET_TRANSMIT_BURST transmit in a slot, continuously or in bursts:
+    /// iNumBursts of them, unless bIsInfiniteDuration.
+    bool FTM_SET_TRANSMIT_CONT(unsigned char iSlotNum, short iDataSource, unsigned char iTSCindex,
+                               DWORD iNumBursts, bool bIsInfiniteDuration);
+    bool FTM_SET_TRANSMIT_BURST(unsigned char iSlotNum, short iDataSource, unsigned char iTSCindex,
+                                DWORD iNumBursts, bool bIsInfiniteDuration);
+    bool FTM_SET_RX_BURST(unsigned char iSlotNum, short iRxFunction);
+    bool FTM_SET_RX_CONTINUOUS(unsigned char iSlotNum, short iRxFunction);
+    bool FTM_SET_TX_POWER_LEVEL(unsigned char iPowerLevelID);
+    bool FTM_SET_PA_DAC_INPUT(unsigned short iDACinput);
+    bool FTM_SET_TX_CAL_SWEEP(unsigned short iDAC_Start, unsigned short iDAC_Stop, unsigned short iDAC_Step);
+    bool FTM_SET_TX_FRAME_MATRIX(unsigned char iSlotNum, unsigned char iTurnSlotOn, unsigned short iPwrLevel,
+                                 unsigned char iModScheme);
+    bool FTM_GET_RSSI(DWORD& iRssiValue);
+
+    // --- Calibration --------------------------------------------------------------------------------
+
+    /// FTM_DO_GSM_AUTOCAL starts the handset's own calibration, whose results come as FTM log 10: that log is
+    /// started first, and without it nothing is sent.
+    bool FTM_DO_GSM_AUTOCAL(short iPower, unsigned short iPA_DAC_Value, LONG iMax_Power, LONG iMin_Power,
+                            unsigned char iWriteNVFlag, unsigned short iRSB_Cor_A_R0,
+                            unsigned short iRSB_Cor_A_R1, unsigned short iRSB_Cor_B_R0,
+                            unsigned short iRSB_Cor_B_R1);
+    /// FTM_SET_PATH_DELAY sends *piDelay and stores what the handset made of it.
+    bool FTM_SET_PATH_DELAY(short* piDelay);
+    /// FTM_ENABLE_POLAR_REF_CAL and FTM_SET_TWOTONE_FREQ_OFFSET are one command to the handset.
+    bool FTM_ENABLE_POLAR_REF_CAL(unsigned char iEnable);
+    bool FTM_SET_TWOTONE_FREQ_OFFSET(unsigned short iFreqOffsetSecTone);
+    /// FTM_DO_CALPATH_RSB sends both residual-sideband corrections and stores the handset's.
+    bool FTM_DO_CALPATH_RSB(unsigned char iRSB_Subcmd_ID, unsigned char iDone_RSG, unsigned short* piRSB_A,
+                            unsigned short* piRSB_B);
+    bool FTM_SET_OPLL_BW(unsigned char iBandwidth_Num);
+    bool FTM_BASEBAND_BW_CAL(unsigned char iBandwidth_Num);
+    /// FTM_GSM_POLAR_TX_SWEEP_CAL sweeps over iNumDac pairs of 16-bit values (the low halves of both lists'
+    /// entries). More than about 1020 pairs do not fit in a request: false, and nothing is sent.
+    bool FTM_GSM_POLAR_TX_SWEEP_CAL(DWORD iNumDac, const DWORD* piFirstList, const DWORD* piSecondList);
+
+private:
+    /// The GSM layout has 16 spare bits behind the command id.
+    RequestBuilder& Begin(unsigned short iCommandId) { return BeginFtm(m_frame, iCommandId).U16(0); }
+    bool SetTransmit(unsigned short iCommandId, unsigned char iSlotNum, short iDataSource,
+                     unsigned char iTSCindex, DWORD iNumBursts, bool bIsInfiniteDuration);
+    bool SetReceive(unsigned short iCommandId, unsigned char iSlotNum, short iRxFunction);
+
+    CommandFrame& m_frame;
+    FtmLog& m_ftmLog;
+};

@@ -1,0 +1,167 @@
+#include "ftm/rf_control.h"
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+#include <thread>
+
+namespace {
+
+constexpr FTM_Mode_Id_Enum kFactoryVariant{3};
+constexpr FTM_Mode_Id_Enum kSlowMode{2};
+constexpr std::chrono::milliseconds kSettling(100);
+
+/// Which RF modes are served in which system mode.
+struct ServedRfMode {
+    int iRfMode;
+    FTM_Mode_Id_Enum eSystemMode;
+};
+constexpr ServedRfMode kServedRfModes[] = {
+    {3, FTM_MODE_ID_FACTORY},  {5, FTM_MODE_ID_FACTORY},  {6, FTM_MODE_ID_FACTORY},
+    {8, FTM_MODE_ID_FACTORY},  {14, FTM_MODE_ID_FACTORY}, {17, FTM_MODE_ID_FACTORY},
+    {26, FTM_MODE_ID_FACTORY}, {27, FTM_MODE_ID_FACTORY}, {9, FTM_MODE_ID_CDMA_1X},
+    {15, FTM_MODE_ID_CDMA_1X}, {16, FTM_MODE_ID_CDMA_1X}, {22, FTM_MODE_ID_CDMA_1X},
+    {23, FTM_MODE_ID_CDMA_1X}, {25, FTM_MODE_ID_CDMA_1X}, {28, FTM_MODE_ID_CDMA_1X},
+    {29, FTM_MODE_ID_CDMA_1X}, {10, kSlowMode},           {11, kSlowMode},
+    {12, kSlowMode},           {18, kSlowMode},           {30, FTM_Mode_Id_Enum{19}}};
+
+std::optional<FTM_Mode_Id_Enum> SystemModeOf(FTM_RF_Mode_Enum eRfMode, FTM_Mode_Id_Enum eCurrent) {
+    const auto* pServed = std::find_if(
+        std::begin(kServedRfModes), std::end(kServedRfModes),
+        [eRfMode](const ServedRfMode& served) { return served.iRfMode == static_cast<int>(eRfMode); });
+    if (pServed == std::end(kServedRfModes))
+        return std::nullopt;
+    const bool bStays = pServed->eSystemMode == FTM_MODE_ID_FACTORY && eCurrent == kFactoryVariant;
+    return bStays ? eCurrent : pServed->eSystemMode;
+}
+
+} // namespace
+
+FTM_Command_Type RfControl::AutoDetectCommandType() {
+    constexpr struct {
+        FTM_Command_Type eCommandType;
+        FTM_Mode_Id_Enum eSystemMode;
+    } kTries[] = {{FTM_COMMAND_75, FTM_MODE_ID_FACTORY},
+                  {FTM_COMMAND_75, FTM_MODE_ID_CDMA_1X},
+                  {FTM_COMMAND_59, FTM_MODE_ID_CDMA_1X}};
+    for (const auto& attempt : kTries) {
+        m_frame.SetCommandType(attempt.eCommandType);
+        m_frame.StoreSystemMode(attempt.eSystemMode);
+        if (FTM_SET_PDM(1, 0))
+            return attempt.eCommandType;
+    }
+    return FTM_COMMAND_UNKNOWN;
+}
+
+bool RfControl::FTM_SET_MODE(FTM_RF_Mode_Enum eNewMode) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_MODE(eNewMode=%d)", static_cast<int>(eNewMode));
+    m_frame.BeginRequest();
+    m_eRfMode = eNewMode;
+    const auto systemMode = SystemModeOf(eNewMode, m_frame.GetSystemMode());
+    if (!systemMode)
+        return false;
+    m_frame.StoreSystemMode(*systemMode);
+    BeginFtm(m_frame, 7).S16(eNewMode);
+    const bool bAnswered = m_frame.SendFtmCmd();
+    if (*systemMode == kSlowMode)
+        std::this_thread::sleep_for(kSettling);
+    return bAnswered;
+}
+
+bool RfControl::FTM_SET_PDM(unsigned short iPDMtype, unsigned short iPDMvalue) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_PDM(iPDMtype=%d, iPDMvalue=%d)", iPDMtype, iPDMvalue);
+    BeginFtm(m_frame, 0).U16(iPDMtype).U16(iPDMvalue);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_SET_CHAN(unsigned short iChannel) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_CHAN(iChannel=%d)", iChannel);
+    BeginFtm(m_frame, 8).U16(iChannel);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_SET_TX_ON() {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_TX_ON()");
+    BeginFtm(m_frame, 2);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_SET_TX_OFF() {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_TX_OFF()");
+    BeginFtm(m_frame, 3);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_CDMA_CW_WAVEFORM(bool bSelectCW) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CDMA_CW_WAVEFORM(bSelectCW=%d)", bSelectCW);
+    BeginFtm(m_frame, 50).U8(bSelectCW);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_SET_PA_RANGE(unsigned short iPArange) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_PA_RANGE(iPArange=%d)", iPArange);
+    BeginFtm(m_frame, 54).U16(iPArange);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_SET_LNA_RANGE(unsigned char iLNArange) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_LNA_RANGE(iLNArange=%d)", iLNArange);
+    BeginFtm(m_frame, 58).U16(iLNArange);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_SET_RF_POWER_MODE(unsigned char iMode) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_RF_POWER_MODE(iMode=%d)", iMode);
+    BeginFtm(m_frame, 128).U8(iMode);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_GET_SYNTH_STATE(unsigned char& bLockState) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_GET_SYNTH_STATE( )");
+    BeginFtm(m_frame, 16).U8(bLockState);
+    if (!m_frame.SendFtmCmd())
+        return false;
+    const bool bTaken = TakeValues(m_frame, bLockState);
+    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_GET_SYNTH_STATE( bLockState = %d)", bLockState);
+    return bTaken;
+}
+
+bool RfControl::FTM_GET_ADC_VAL(unsigned short iADC_type, unsigned short& iADC_value) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_GET_ADC_VAL( iADC_type = %d)", iADC_type);
+    BeginFtm(m_frame, 59).U16(iADC_type).U16(iADC_value);
+    if (!m_frame.SendFtmCmd())
+        return false;
+    const bool bTaken = TakeValues(m_frame, iADC_value);
+    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_GET_ADC_VAL( iADC_type = %d, iADC_value = %d)", iADC_type,
+                             iADC_value);
+    return bTaken;
+}
+
+bool RfControl::FTM_SET_SECONDARY_CHAIN(unsigned short iMode) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_SECONDARY_CHAIN(iMode=%d)", iMode);
+    BeginFtm(m_frame, 121).U16(iMode);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_SECOND_CHAIN_TEST_CALL(unsigned char iMode) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SECOND_CHAIN_TEST_CALL(iMode=%d)", iMode);
+    BeginFtm(m_frame, 123).U8(iMode);
+    return m_frame.SendFtmCmd();
+}
+
+bool RfControl::FTM_SET_WCDMA_SECONDARY_CHAIN(bool bEnableSecondaryChain) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_WCDMA_SECONDARY_CHAIN( bEnableSecondaryChain = %d)",
+                             bEnableSecondaryChain);
+    m_frame.SetSystemMode(FTM_MODE_ID_WCDMA_SECONDARY);
+    m_frame.FormatExtendedFTMHeader(120, 0, 0).U8(bEnableSecondaryChain);
+    unsigned short iStatus = 0;
+    if (!m_frame.Send(0) || !TakeValues(m_frame, iStatus))
+        return false;
+    m_frame.Log().LogMessage(
+        LOG_RET, "QLIB_FTM_SET_WCDMA_SECONDARY_CHAIN( bEnableSecondaryChain) status = %d", iStatus);
+    if (iStatus != 0)
+        return false;
+    if (bEnableSecondaryChain)
+        m_frame.SetSystemMode(FTM_MODE_ID_CDMA_1X);
+    return true;
+}

@@ -1,0 +1,33 @@
+// The simulated handset's general commands, by what they are about. One table (state_commands.cpp) says which
+// requests they answer.
+#pragma once
+
+namespace handset {
+
+struct State;
+class RequestReader;
+class AnswerWriter;
+
+// Each takes the fields of its request, of which the first bytes are already taken, carries it out and
+// appends to an answer that begins with the same bytes. False: the request ends before its fields do.
+
+// nv_items.cpp
+bool AnswerNvRead(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerNvWrite(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerNvBatch(State& phone, RequestReader& in, AnswerWriter& answer);
+// memory.cpp
+bool AnswerPeek8(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerPeek16(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerPeek32(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerPoke8(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerPoke16(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerPoke32(State& phone, RequestReader& in, AnswerWriter& answer);
+// traffic_masks.cpp
+bool AnswerLogMask(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerMessageLevel(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerMessageFilter(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerEventControl(State& phone, RequestReader& in, AnswerWriter& answer);
+// delayed.cpp
+bool AnswerDelayed(State& phone, RequestReader& in, AnswerWriter& answer);
+
+} // namespace handset

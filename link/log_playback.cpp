@@ -1,0 +1,116 @@
+#include "link/log_playback.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "link/diag_connection.h"
+
+namespace {
+
+constexpr size_t kMaxLine = 50000; // with its line feed
+constexpr size_t kLeastLine = 19;  // likewise
+constexpr size_t kFcsSize = 2;
+
+/// OpenReadable opens a file whose first byte can be read, or which is empty; null otherwise (a folder can
+/// be opened on some systems).
+FILE* OpenReadable(const char* sFileName) {
+    FILE* pFile = fopen(sFileName, "rb");
+    if (pFile == nullptr)
+        return nullptr;
+    if (const int iFirst = getc(pFile); iFirst != EOF || ferror(pFile) == 0) {
+        rewind(pFile);
+        return pFile;
+    }
+    fclose(pFile);
+    return nullptr;
+}
+
+/// ReadLine reads a line without its end, keeping at most kMaxLine characters of it; false at the end of
+/// the file.
+bool ReadLine(FILE* pFile, std::string& line) {
+    line.clear();
+    int iCharacter = getc(pFile);
+    const bool bThere = iCharacter != EOF;
+    for (; iCharacter != EOF && iCharacter != '\n'; iCharacter = getc(pFile))
+        if (line.size() < kMaxLine)
+            line.push_back(static_cast<char>(iCharacter));
+    return bThere;
+}
+
+/// SkipBehind takes everything up to and including the first c from the front of `text`.
+bool SkipBehind(std::string_view& text, char c) {
+    const size_t iFound = text.find(c);
+    text.remove_prefix(iFound == std::string_view::npos ? text.size() : iFound + 1);
+    return iFound != std::string_view::npos;
+}
+
+/// HexTextOf gives what stands behind the colon of a line that records a received packet; empty for others.
+std::string_view HexTextOf(std::string_view line) {
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    const size_t iSize = line.size() + 1;
+    if (iSize < kLeastLine || iSize > kMaxLine || !SkipBehind(line, ',') || !SkipBehind(line, ','))
+        return {};
+    if (!line.starts_with("ASYNC REC") && !line.starts_with("SYNC REC--listener--"))
+        return {};
+    return SkipBehind(line, ':') ? line : std::string_view();
+}
+
+/// DigitValue is the value of a hex digit; -1 for another character.
+int DigitValue(char c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+}
+
+/// ParseHex reads pairs of digits, with one separator between them, into a packet. False for other text and
+/// for more bytes than a packet has.
+bool ParseHex(std::string_view text, QueueItem& packet) {
+    constexpr size_t kStep = 3;
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    text = text.substr(0, text.find_last_not_of(' ') + 1);
+    packet.length = 0;
+    for (; !text.empty(); text.remove_prefix(std::min(kStep, text.size()))) {
+        const int iHigh = DigitValue(text[0]);
+        const int iLow = text.size() > 1 ? DigitValue(text[1]) : -1;
+        const bool bSeparated = text.size() <= 2 || DigitValue(text[2]) < 0;
+        if (iHigh < 0 || iLow < 0 || !bSeparated || packet.length == kMaxPacketSize)
+            return false;
+        packet.data[packet.length++] = static_cast<unsigned char>(iHigh << 4 | iLow);
+    }
+    return true;
+}
+
+} // namespace
+
+bool LogPlayback::StartLogFilePlaybackMode(const char* sFileName, unsigned char bKeepLastTwo) {
+    DataLogFileHandler& log = *m_connection.GetDataLogFileHandler();
+    log.LogMessage(LOG_FN, "QLIB_StartLogFilePlaybackMode(%s, %d)", sFileName, bKeepLastTwo);
+    FILE* pFile = OpenReadable(sFileName);
+    if (pFile == nullptr) {
+        log.LogMessage(LOG_RET, "QLIB_StartLogFilePlaybackMode() - Could not open file.");
+        return false;
+    }
+    StopLogFilePlaybackMode();
+    const size_t iLeftOut = bKeepLastTwo != 0 ? 0 : kFcsSize;
+    std::string line;
+    QueueItem packet;
+    while (ReadLine(pFile, line))
+        if (ParseHex(HexTextOf(line), packet) && packet.length > iLeftOut)
+            m_connection.ReplayPacket({packet.data, packet.length - iLeftOut});
+    fclose(pFile);
+    m_connection.SetPlaybackMode(true);
+    return true;
+}
+
+bool LogPlayback::StopLogFilePlaybackMode() {
+    m_connection.GetDataLogFileHandler()->LogMessage(LOG_FN, "QLIB_StopLogFilePlaybackMode()");
+    m_connection.CommandResponseQueue().Clear();
+    m_connection.PhoneLogQueue().Clear();
+    m_connection.SetPlaybackMode(false);
+    return true;
+}

@@ -1,0 +1,7 @@
+// There is no component automation here.
+#include "platform/com_apartment.h"
+
+ComApartment::ComApartment() : m_bToEnd(false) {}
+ComApartment::~ComApartment() {
+    static_cast<void>(m_bToEnd);
+}

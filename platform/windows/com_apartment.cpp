@@ -1,0 +1,14 @@
+// Component automation on a thread: COM.
+#include "platform/com_apartment.h"
+
+#include "system/serial.h"
+
+// After the system's main header, on whose types it builds.
+#include <objbase.h>
+
+ComApartment::ComApartment() : m_bToEnd(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
+
+ComApartment::~ComApartment() {
+    if (m_bToEnd)
+        CoUninitialize();
+}

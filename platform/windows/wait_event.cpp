@@ -1,0 +1,67 @@
+// Events that threads wait for: the system's auto-reset events.
+#include "platform/wait_event.h"
+
+#include <optional>
+
+#include "system/serial.h"
+
+static_assert(kWaitTimedOut == WAIT_TIMEOUT && kWaitFailed == WAIT_FAILED && kWaitForever == INFINITE);
+
+namespace {
+
+DWORD Remaining_ms(ULONGLONG iStart_ms, DWORD iLimit_ms) {
+    if (iLimit_ms == INFINITE)
+        return INFINITE;
+    const ULONGLONG iPassed_ms = GetTickCount64() - iStart_ms;
+    return iPassed_ms < iLimit_ms ? static_cast<DWORD>(iLimit_ms - iPassed_ms) : 0;
+}
+
+// The request to end the thread's own message loop is kept for that loop.
+void DispatchMessages(std::optional<int>& exitCode) {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            exitCode = static_cast<int>(message.wParam);
+            continue;
+        }
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+}
+
+} // namespace
+
+WaitEvent::WaitEvent(bool bSet) : m_hEvent(CreateEventA(nullptr, FALSE, bSet ? TRUE : FALSE, nullptr)) {}
+
+WaitEvent::~WaitEvent() {
+    if (IsValid())
+        CloseHandle(m_hEvent);
+}
+
+void WaitEvent::Set() {
+    if (IsValid())
+        SetEvent(m_hEvent);
+}
+
+bool WaitEvent::Wait(DWORD iLimit_ms) {
+    return WaitForSingleObject(m_hEvent, iLimit_ms) == WAIT_OBJECT_0;
+}
+
+DWORD WaitWithMessages(std::span<void* const> handles, DWORD iLimit_ms) {
+    const ULONGLONG iStart_ms = GetTickCount64();
+    const auto iCount = static_cast<DWORD>(handles.size());
+    std::optional<int> exitCode;
+    DWORD iResult = kWaitFailed;
+    for (bool bLast = false;; bLast = Remaining_ms(iStart_ms, iLimit_ms) == 0) {
+        // A thread whose messages never end still comes back at its limit.
+        iResult = bLast ? WaitForMultipleObjects(iCount, handles.data(), FALSE, 0)
+                        : MsgWaitForMultipleObjects(iCount, handles.data(), FALSE,
+                                                    Remaining_ms(iStart_ms, iLimit_ms), QS_ALLINPUT);
+        if (bLast || iResult != WAIT_OBJECT_0 + iCount)
+            break;
+        DispatchMessages(exitCode);
+    }
+    if (exitCode)
+        PostQuitMessage(*exitCode);
+    return iResult;
+}

@@ -1,0 +1,247 @@
+#include "portserver/qpst_server.h"
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+/// PacketListeners hands the server's packets to the listeners, under its lock.
+class PacketListeners : public PacketEvents {
+public:
+    void packetReceived(std::span<unsigned char> packet) override {
+        const std::lock_guard lock(m_lock);
+        for (CQLibEvents_Listener* const pListener : m_listeners)
+            pListener->messageReceived(static_cast<LONG>(packet.size()), packet.data(), 0, 0, 0, 0);
+    }
+    void Add(CQLibEvents_Listener* pListener) {
+        const std::lock_guard lock(m_lock);
+        if (std::find(m_listeners.begin(), m_listeners.end(), pListener) == m_listeners.end())
+            m_listeners.push_back(pListener);
+    }
+    void Remove(CQLibEvents_Listener* pListener) {
+        const std::lock_guard lock(m_lock);
+        std::erase(m_listeners, pListener);
+    }
+    void RemoveAll() {
+        const std::lock_guard lock(m_lock);
+        m_listeners.clear();
+    }
+
+private:
+    std::mutex m_lock;
+    std::vector<CQLibEvents_Listener*> m_listeners; // under m_lock
+};
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+struct SyncCall {
+    Bytes request;
+    DWORD iTimeOut_ms;
+    bool bAnswered = false; // out
+    Bytes response = {};    // out
+};
+
+struct NvCall {
+    unsigned short iItem;
+    Bytes data; // in or out
+    bool bDone = false;
+};
+
+struct ControlCall {
+    PhoneControl eControl;
+    std::string sText;
+    bool bDone = false;
+    DWORD iValue = 0;
+};
+
+struct ResetCall {
+    DWORD iTimeOut_ms;
+    ResetOutcome eOutcome = ResetOutcome::NeverReset;
+};
+
+// Runs an operation that throws; false with the reason when it did.
+template <class Body>
+bool Quietly(std::string& sReason, Body body) noexcept {
+    try {
+        body();
+        return true;
+    } catch (const std::exception& error) {
+        sReason = error.what();
+    } catch (...) {
+        sReason = "Unknown exception thrown.";
+    }
+    return false;
+}
+
+} // namespace
+
+QpstServer::QpstServer(const char* sClientName)
+    : Dispatched("QpstServer", sClientName), m_pListeners(std::make_shared<PacketListeners>()) {}
+
+QpstServer::~QpstServer() {
+    if (m_pListeners)
+        m_pListeners->RemoveAll();
+}
+
+void QpstServer::connect(unsigned short iComPort, DWORD iTimeOut_ms) {
+    Initialize(m_pListeners);
+    ChangePort(PortName(iComPort), iTimeOut_ms);
+}
+
+void QpstServer::sendSync(unsigned short iRequestSize, const unsigned char* piRequest,
+                          unsigned short* piResponseSize, unsigned char* piResponse, DWORD iTimeOut_ms) {
+    RequireConnection("sendSync");
+    const auto pCall =
+        std::make_shared<SyncCall>(SyncCall{Bytes(piRequest, piRequest + iRequestSize), iTimeOut_ms});
+    Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
+    if (!pCall->bAnswered)
+        throw ServerException("Timeout waiting for response");
+    *piResponseSize = static_cast<unsigned short>(std::min<size_t>(*piResponseSize, pCall->response.size()));
+    std::copy_n(pCall->response.begin(), *piResponseSize, piResponse);
+}
+
+void QpstServer::sendSyncImpl(void* pArgument) {
+    SyncCall& call = *static_cast<SyncCall*>(pArgument);
+    call.bAnswered = Server().sendSync(call.request, call.iTimeOut_ms, call.response);
+}
+
+bool QpstServer::readNv(unsigned short iItem, unsigned char* piData, unsigned short iLength) {
+    RequireConnection("readNv");
+    const auto pCall = std::make_shared<NvCall>(NvCall{iItem, {}});
+    Execute("readNv", &QpstServer::readNvImpl, pCall, kCallLimit_ms);
+    if (!pCall->bDone)
+        return false;
+    pCall->data.resize(iLength);
+    std::copy(pCall->data.begin(), pCall->data.end(), piData);
+    return true;
+}
+
+void QpstServer::readNvImpl(void* pArgument) {
+    NvCall& call = *static_cast<NvCall*>(pArgument);
+    call.bDone = Server().readNv(call.iItem, call.data);
+}
+
+bool QpstServer::writeNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength) {
+    RequireConnection("writeNv");
+    const auto pCall = std::make_shared<NvCall>(NvCall{iItem, Bytes(piData, piData + iLength)});
+    Execute("writeNv", &QpstServer::writeNvImpl, pCall, kCallLimit_ms);
+    return pCall->bDone;
+}
+
+void QpstServer::writeNvImpl(void* pArgument) {
+    NvCall& call = *static_cast<NvCall*>(pArgument);
+    call.bDone = Server().writeNv(call.iItem, call.data);
+}
+
+bool QpstServer::Control(const char* sName, PhoneControl eControl, const char* sText, DWORD* piValue) {
+    RequireConnection(sName);
+    const auto pCall = std::make_shared<ControlCall>(ControlCall{eControl, sText ? sText : ""});
+    Execute(sName, &QpstServer::controlImpl, pCall, kCallLimit_ms);
+    if (pCall->bDone && piValue)
+        *piValue = pCall->iValue;
+    return pCall->bDone;
+}
+
+void QpstServer::controlImpl(void* pArgument) {
+    ControlCall& call = *static_cast<ControlCall*>(pArgument);
+    call.bDone = Server().control(call.eControl, call.sText, call.iValue);
+}
+
+bool QpstServer::offline() {
+    return Control("offline", PhoneControl::Offline, "");
+}
+
+bool QpstServer::lock() {
+    return Control("lock", PhoneControl::Lock, "");
+}
+
+bool QpstServer::unlock() {
+    return Control("unlock", PhoneControl::Unlock, "");
+}
+
+bool QpstServer::sendSpc(const char* sSpc) {
+    return Control("sendSpc", PhoneControl::SendSpc, sSpc);
+}
+
+bool QpstServer::sendTmob(const char* sText) {
+    return Control("sendTmob", PhoneControl::SendTmob, sText);
+}
+
+bool QpstServer::detectBadPhoneMode() {
+    return Control("detectBadPhoneMode", PhoneControl::DetectBadPhoneMode, "");
+}
+
+bool QpstServer::getDiagVerno(DWORD& iVersion) {
+    return Control("getDiagVerno", PhoneControl::GetDiagVerno, "", &iVersion);
+}
+
+void QpstServer::reset(DWORD iTimeOut_ms) {
+    RequireConnection("reset");
+    const auto pCall = std::make_shared<ResetCall>(ResetCall{iTimeOut_ms});
+    Execute("reset", &QpstServer::resetImpl, pCall, WithGrace(iTimeOut_ms));
+    if (pCall->eOutcome == ResetOutcome::NeverReset)
+        throw ServerException("QpstServer::reset - The phone never reset.");
+    if (pCall->eOutcome == ResetOutcome::NeverRecovered)
+        throw ServerException("QpstServer::reset - The phone never recovered from the reset");
+}
+
+void QpstServer::resetImpl(void* pArgument) {
+    ResetCall& call = *static_cast<ResetCall*>(pArgument);
+    call.eOutcome = Server().reset(call.iTimeOut_ms);
+}
+
+std::vector<std::string> QpstServer::getPortList() {
+    Initialize(m_pListeners);
+    const auto pNames = std::make_shared<std::vector<std::string>>();
+    Execute("getPortList", &QpstServer::getPortListImpl, pNames, kCallLimit_ms);
+    return *pNames;
+}
+
+void QpstServer::getPortListImpl(void* pArgument) {
+    *static_cast<std::vector<std::string>*>(pArgument) = Server().portNames();
+}
+
+std::vector<PhoneEntry> QpstServer::getPhoneList() {
+    Initialize(m_pListeners);
+    const auto pPhones = std::make_shared<std::vector<PhoneEntry>>();
+    Execute("getPhoneList", &QpstServer::getPhoneListImpl, pPhones, kCallLimit_ms);
+    return *pPhones;
+}
+
+void QpstServer::getPhoneListImpl(void* pArgument) {
+    *static_cast<std::vector<PhoneEntry>*>(pArgument) = Server().phones();
+}
+
+void QpstServer::addEventListener(CQLibEvents_Listener* pListener) {
+    if (pListener)
+        m_pListeners->Add(pListener);
+}
+
+void QpstServer::removeEventListener(CQLibEvents_Listener* pListener) {
+    m_pListeners->Remove(pListener);
+}
+
+bool QpstServer::ConnectPort(int iComPort, DWORD iTimeOut_ms, std::string& sReason) noexcept {
+    return Quietly(sReason, [&] { connect(static_cast<unsigned short>(iComPort), iTimeOut_ms); });
+}
+
+bool QpstServer::Exchange(std::span<const unsigned char> request, DWORD iTimeOut_ms, QueueItem& response,
+                          std::string& sReason) noexcept {
+    response.length = 0;
+    return Quietly(sReason, [&] {
+        unsigned short iLength = sizeof response.data;
+        sendSync(static_cast<unsigned short>(request.size()), request.data(), &iLength, response.data,
+                 iTimeOut_ms);
+        response.length = iLength;
+    });
+}
+
+void QpstServer::Listen(CQLibEvents_Listener* pListener) noexcept {
+    std::string sIgnored;
+    Quietly(sIgnored, [&] { addEventListener(pListener); });
+}
+
+void QpstServer::StopListening(CQLibEvents_Listener* pListener) noexcept {
+    removeEventListener(pListener);
+}

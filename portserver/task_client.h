@@ -1,0 +1,73 @@
+// What EFS and SoftwareDownload share: tasks of the server that take their time, and the error text.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+
+#include "portserver/server_client.h"
+
+class TaskRun;
+
+/// TaskClient is a client whose operations do not throw: they return false and keep the reason
+/// (GetErrorInfo).
+///
+/// A task is begun on the automation thread, which is free again at once; the caller's thread then waits
+/// for its end, dispatching its window messages, so that a user interface stays alive (on Windows; whatever
+/// its windows do then must not start another operation of this client). The limit of that wait is for
+/// silence: a task that reports progress goes on. One that falls silent is aborted.
+class QUILLET_API TaskClient : public ServerClient {
+public:
+    /// GetErrorInfo: the reason why the last operation failed; empty when it did not.
+    const char* GetErrorInfo() const { return m_sError.c_str(); }
+    /// ClearError forgets it. Every operation begins with that.
+    void ClearError() { Error(""); }
+
+protected:
+    TaskClient(const char* sClass, const char* sClientName) : ServerClient(sClass, sClientName) {}
+    TaskClient(const TaskClient& other) : ServerClient(other) {}
+
+    /// Error keeps a reason; an empty one: none.
+    virtual void Error(const std::string& sText);
+    bool HasError() const { return m_bError; }
+
+    /// waitWithMessageLoop waits for an event (a handle of platform/wait_event.h) and dispatches the thread's
+    /// window messages meanwhile. Returns 0, or kWaitTimedOut with the error text set.
+    DWORD waitWithMessageLoop(void* hEvent, DWORD iTimeOut_ms);
+
+    /// Connect starts the server and selects a port.
+    bool Connect(const std::string& sPortName, DWORD iTimeOut_ms);
+    /// RunTask runs a task to its end; sFailure ends the error text when the server refuses it. A null text
+    /// among the arguments fails.
+    bool RunTask(ServerTask eTask, const char* sName, std::initializer_list<const char*> arguments,
+                 const char* sFailure = "failed");
+    /// Abort ends the running task. Any thread.
+    bool Abort();
+    /// Attempt runs an operation that throws; false with the error text when it did.
+    template <class Body>
+    bool Attempt(const char* sName, Body body) {
+        ClearError();
+        try {
+            body();
+        } catch (const std::exception& error) {
+            Error(error.what());
+        } catch (...) {
+            Error(Operation(sName) + " - Unknown exception thrown.");
+        }
+        return !HasError();
+    }
+
+    /// Tells derived classes about the task that runs, on the caller's thread.
+    virtual void OnBegin(const char* sName);
+    virtual void OnEntry(const EfsDirItem& item);
+    virtual void OnProgress(DWORD iDone, DWORD iInAll);
+    /// How long a task may be silent, in ms.
+    virtual DWORD SilenceLimit_ms() const;
+
+private:
+    void beginImpl(void* pCall);
+    void abortImpl();
+    bool WaitForEnd(TaskRun& run);
+
+    bool m_bError = false;
+    std::string m_sError;
+};

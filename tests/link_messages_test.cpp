@@ -1,0 +1,348 @@
+// The phone's own messages as text: names of events, formats from the phone, packets cut anywhere.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "eventually.h"
+#include "link/crc16.h"
+#include "link/event_names.h"
+#include "link/extended_message.h"
+#include "link/format_expansion.h"
+#include "phone_fixture.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+std::string EventName(int iId) {
+    char sName[kEventTextSize];
+    GetEventText(iId, sName);
+    return sName;
+}
+
+TEST(EventNames, EveryRunBeginsAndEndsWhereItShould) {
+    const struct {
+        int iFirst;
+        int iLast;
+        const char* sFirst;
+        const char* sLast;
+    } runs[] = {
+        {0, 0, "EVENT_DROP_ID", "EVENT_DROP_ID"},
+        {256, 355, "EVENT_BAND_CLASS_CHANGE", "EVENT_HDR_OVHD_IGNORED_SP_MSG_DIFF_SEC_ID"},
+        {356, 455, "EVENT_HDR_OVHD_SP_MSG_RX", "EVENT_RRC_MESSAGE_SENT"},
+        {456, 555, "EVENT_RRC_MESSAGE_RECEIVED", "EVENT_GSM_RATSCCH_ACK_ACT_TIMER_EXPIRY"},
+        {556, 646, "EVENT_GSM_AMR_CMC_TURNAROUND_TIME", "EVENT_BREW_ERROR"},
+        {647, 655, "EVENT_BREW_UNDEFINED_647", "EVENT_BREW_UNDEFINED_655"},
+        {656, 660, "EVENT_BREW_USER_656", "EVENT_BREW_APP_FORMITEM_STACK_CHANGE"},
+        {661, 895, "EVENT_BREW_UNDEFINED_661", "EVENT_BREW_UNDEFINED_895"},
+        {896, 945, "EVENT_WCDMA_PS_DATA_RATE", "EVENT_QTV_VDEC_DIAG_STATUS"},
+        {946, 967, "EVENT_QTV_UNDEFINED_946", "EVENT_QTV_UNDEFINED_967"},
+        {968, 977, "EVENT_DS_SETS_ARM_CLOCK_FASTER", "EVENT_SECCRYPT_CMD"},
+        {978, 981, "EVENT_SEC_RESERVED_978", "EVENT_SEC_RESERVED_981"},
+        {982, 995, "EVENT_ARM_CLK_FREQUENCY_CHANGE", "EVENT_CM_FWD_AOC_IND"},
+        {996, 1045, "EVENT_PZID_ID", "EVENT_GSDI_PERM_DISBALE_FEATURE_IND"},
+        {1049, 1050, "EVENT_HDR_AMAC_PERSISTENCE_FAILED", "EVENT_HDR_AMAC_PERSISTENCE_PASSED"},
+        {1071, 1133, "EVENT_CM_LCS_MOLR_CONF", "EVENT_LINUX_APP_STOP"},
+        {2049, 2111, "EVENT_T_HDR_STATE", "EVENT_T_HDR_BCMCS_FLOW_STATE_ENTRY"},
+    };
+    int iNamed = 0;
+    for (const auto& run : runs) {
+        EXPECT_EQ(EventName(run.iFirst), run.sFirst);
+        EXPECT_EQ(EventName(run.iLast), run.sLast);
+        iNamed += run.iLast - run.iFirst + 1;
+    }
+    EXPECT_EQ(iNamed, 919);
+    for (int iId = -1; iId <= 0x10000; ++iId) {
+        const bool bInRun = std::any_of(std::begin(runs), std::end(runs), [&](const auto& run) {
+            return iId >= run.iFirst && iId <= run.iLast;
+        });
+        EXPECT_EQ(EventName(iId) != "EVENT_NOT_FOUND", bInRun) << iId;
+    }
+}
+
+std::string Expand(const char* sFormat, std::vector<DWORD> arguments, size_t iCapacity = 500) {
+    std::vector<char> out(iCapacity, 'z');
+    const size_t iLength = ExpandFormat(sFormat, arguments, out);
+    EXPECT_EQ(std::strlen(out.data()), iLength);
+    return out.data();
+}
+
+TEST(FormatExpansion, IntegersComeOutAsTheCLibraryWritesThem) {
+    for (const char* sFlags : {"", "-", "+", " ", "0", "#", "-0", "+ ", "+0", "#0", "-#"})
+        for (const char* sWidth : {"", "1", "7", "20"})
+            for (const char* sPrecision : {"", ".", ".0", ".1", ".9"})
+                for (const char cLetter : std::string("diuxXo"))
+                    for (const int iValue : {0, 1, -1, 255, 123456789, -2147483647 - 1}) {
+                        const std::string sFormat =
+                            std::string("<%") + sFlags + sWidth + sPrecision + cLetter + ">";
+                        char sExpected[100];
+                        snprintf(sExpected, sizeof sExpected, sFormat.c_str(), iValue);
+                        EXPECT_EQ(Expand(sFormat.c_str(), {static_cast<DWORD>(iValue)}), sExpected)
+                            << sFormat << " of " << iValue;
+                    }
+}
+
+TEST(FormatExpansion, FormatsThatAskForTooMuchStayReadable) {
+    const struct {
+        const char* sFormat;
+        const char* sExpected;
+    } cases[] = {
+        {"", ""},
+        {"no conversion", "no conversion"},
+        {"100%% of %ld and %hhx", "100% of 65 and a"},
+        {"%c%3c|%-3c|%c", "A  .|.  |%c"}, // the fourth has no argument
+        {"%d %d %d %d", "65 10 -3 %d"},
+        {"%s of %d", "%s of 10"}, // an address in the phone: passed over
+        {"%n%p%f|%d", "%n%p%f|%d"},
+        {"%-08.3lf%d", "%-08.3lf10"},
+        {"%y %d", "%y 65"},
+        {"cut %", "cut %"},
+        {"cut %-08.3l", "cut %-08.3l"},
+        {"%*d", "                                                               10"},
+        {"%.*d", "00000000000000000000000000000000000000000000000000000000000000010"},
+        {"%1$d", "%1$d"},
+        {"\x80 %\xFF", "\x80 %\xFF"},
+    };
+    for (const auto& entry : cases)
+        EXPECT_EQ(Expand(entry.sFormat, {65, 10, static_cast<DWORD>(-3)}), entry.sExpected) << entry.sFormat;
+    EXPECT_EQ(Expand("%*d|", {static_cast<DWORD>(-5), 7}), "7    |");
+    EXPECT_EQ(Expand("%.*d|", {static_cast<DWORD>(-5), 7}), "7|");
+    EXPECT_EQ(Expand("%*d", {}), "%*d");
+    for (const char* sFormat : {"%99999999999999999999d", "%.99999999999999999999d"})
+        EXPECT_EQ(Expand(sFormat, {7}).size(), 100U);
+    EXPECT_EQ(Expand("%*d", {0x80000000, 7}).size(), 100U);
+    for (size_t iCapacity = 1; iCapacity < 12; ++iCapacity)
+        EXPECT_EQ(Expand("ab%5d%s", {7}, iCapacity), std::string("ab    7%s").substr(0, iCapacity - 1));
+}
+
+/// The packet with its check sequence, as it is received.
+Bytes WithFcs(Bytes packet) {
+    const unsigned iFcs = ComputeCrc16(packet.data(), static_cast<unsigned short>(packet.size() * 8));
+    packet.push_back(static_cast<uint8_t>(iFcs));
+    packet.push_back(static_cast<uint8_t>(iFcs >> 8));
+    return packet;
+}
+
+/// An extended debug message: line 0x0102, subsystem 5, mask 6, the arguments, and the texts as they stand.
+Bytes Message(uint8_t iCount, std::initializer_list<uint32_t> arguments, const std::string& sTexts) {
+    Bytes packet = Hex("79 02 00 04 01 02 03 04 05 06 07 08 02 01 05 00 06 00 00 00");
+    packet[2] = iCount;
+    const Bytes rest = Packet("", arguments, sTexts);
+    packet.insert(packet.end(), rest.begin(), rest.end());
+    return packet;
+}
+
+using std::string_literals::operator""s;
+
+TEST(ExtendedMessages, TheTextsStandBehindTheArguments) {
+    const std::string sLong(200, 'x');
+    const struct {
+        const char* sWhat;
+        Bytes packet;
+        DWORD aArgs[3];
+        std::string sFormat;
+        std::string sFileName;
+    } cases[] = {
+        {"none", Message(0, {}, "fmt\0file.c\0"s), {0, 0, 0}, "fmt", "file.c"},
+        {"two", Message(2, {7, 8}, "fmt\0file.c\0"s), {7, 8, 0}, "fmt", "file.c"},
+        {"five", Message(5, {1, 2, 3, 4, 5}, "fmt\0file.c\0"s), {1, 2, 3}, "fmt", "file.c"},
+        {"a count beyond the packet", Message(90, {1, 2, 3}, "fmt\0file.c\0"s), {1, 2, 3}, "fmt", "file.c"},
+        {"no zero at the end", Message(1, {1}, "fmt\0file.c"s), {1, 0, 0}, "fmt", "file.c"},
+        {"no file", Message(1, {1}, "fmt"), {1, 0, 0}, "fmt", ""},
+        {"cut in an argument", Message(2, {1}, "\x02"), {1, 0, 0}, "", ""},
+        {"long texts",
+         Message(0, {}, sLong + '\0' + sLong),
+         {0, 0, 0},
+         sLong.substr(0, 99),
+         sLong.substr(0, 99)},
+    };
+    for (const auto& entry : cases)
+        for (const Bytes& packet : {entry.packet, WithFcs(entry.packet)}) {
+            ExtendedMessage message;
+            ASSERT_TRUE(ParseExtendedMessage(std::span(packet), message)) << entry.sWhat;
+            EXPECT_TRUE(std::equal(entry.aArgs, entry.aArgs + 3, message.aArgs)) << entry.sWhat;
+            EXPECT_EQ(message.sFormat, entry.sFormat) << entry.sWhat;
+            EXPECT_EQ(message.sFileName, entry.sFileName) << entry.sWhat;
+            EXPECT_EQ(message.iNumArgs, entry.packet[2]);
+            EXPECT_EQ(message.iLineNumber, 0x0102);
+            EXPECT_EQ(message.iSubsystemID, 5);
+            EXPECT_EQ(message.iSubsystemMask, 6U);
+            EXPECT_EQ(Bytes(message.aTimeStamp, message.aTimeStamp + 8), Hex("01 02 03 04 05 06 07 08"));
+        }
+}
+
+TEST(ExtendedMessages, APacketCutAnywhereReadsNothingBehindItsEnd) {
+    const Bytes whole = Message(3, {1, 2, 3}, "fmt\0file.c\0"s);
+    for (size_t iSize = 0; iSize <= whole.size(); ++iSize) {
+        const auto pExact = std::make_unique<unsigned char[]>(iSize);
+        std::copy_n(whole.begin(), iSize, pExact.get());
+        ExtendedMessage message;
+        message.iLineNumber = 99;
+        EXPECT_EQ(ParseExtendedMessage(std::span(pExact.get(), iSize), message), iSize > 0);
+        EXPECT_EQ(message.iLineNumber, iSize == 0 ? 99 : iSize < 14 ? 0 : 0x0102);
+    }
+    // Without a length, the zero of the second text is the end.
+    const auto pExact = std::make_unique<unsigned char[]>(whole.size());
+    std::copy(whole.begin(), whole.end(), pExact.get());
+    ExtendedMessage message;
+    ASSERT_TRUE(ParseExtendedMessage(pExact.get(), message));
+    EXPECT_STREQ(message.sFileName, "file.c");
+    pExact[0] = 0x1F;
+    EXPECT_FALSE(ParseExtendedMessage(pExact.get(), message));
+}
+
+/// A connection whose listener and families are given packets directly.
+class MessagesTest : public PhoneTest {
+protected:
+    MessagesTest() { m_connection.SetPhoneLogging(true); }
+
+    /// Gives the connection a packet as it would be received.
+    void Receive(Bytes packet) {
+        packet = WithFcs(packet);
+        m_connection.ReplayPacket(packet);
+    }
+
+    DiagConnection& m_connection = m_diag;
+};
+
+TEST_F(MessagesTest, DebugMessagesAndEventsAreLoggedAsText) {
+    const struct {
+        Bytes packet;
+        Lines lines;
+    } cases[] = {
+        {Message(2, {7, 0xFF}, "a=%d b=%#x\0ui.c\0"s), {"Debug Msg: 5.6 - ui.c-258\ta=7 b=0xff"}},
+        {Message(1, {7}, "%d %d %d %d\0ui.c"s), {"Debug Msg: 5.6 - ui.c-258\t7 0 0 %d"}},
+        {Hex("79"), {"Debug Msg: 0.0 - -0\t"}},
+        {Hex("60 05 00 00 01 00"), {"Event ID: 256, EVENT_BAND_CLASS_CHANGE"}},
+        {Hex("60 05 00 FF FF"), {"Event ID: 65535, EVENT_NOT_FOUND"}},
+        {Hex("60 05 00 01"), {}},    // no whole id
+        {Hex("60 00 00 00 01"), {}}, // an answer
+        {Hex("10 00 04 00 04 00 01 00"), {}},
+    };
+    m_diag.SetLogFlags(LOG_ASYNC);
+    for (const auto& entry : cases) {
+        m_log.Clear();
+        Receive(entry.packet);
+        EXPECT_EQ(m_log.Of(LOG_ASYNC), entry.lines) << handset::ToHex(entry.packet);
+    }
+    m_connection.SetPhoneLogging(false); // dropped from the queue, but still told
+    m_log.Clear();
+    m_phone.phone.Send(cases[0].packet);
+    EXPECT_TRUE(Eventually([&] { return m_log.Of(LOG_ASYNC) == cases[0].lines; }));
+    m_diag.SetLogFlags(LOG_IO);
+    m_log.Clear();
+    Receive(cases[0].packet);
+    EXPECT_EQ(m_log.Of(LOG_ASYNC), Lines());
+}
+
+/// A legacy debug message, whose file name fills its field.
+Bytes LegacyMessage() {
+    Bytes packet = Packet("1F 02 01 04 03 02 01 AA AA AA AA 07", {},
+                          "thirteen_c.ch\x10\x01"
+                          "code %d\0"s);
+    packet.resize(67, 'z');
+    const Bytes codes = Packet("", {1, 0xFFFFFFFF, 3});
+    packet.insert(packet.end(), codes.begin(), codes.end());
+    return packet;
+}
+
+std::string Joined(const Lines& lines) {
+    std::string sAll;
+    for (const std::string& sLine : lines)
+        sAll += sLine;
+    return sAll;
+}
+
+TEST_F(MessagesTest, EachKindOfPacketHasItsText) {
+    const std::string sRecord = "Log Message 0x117C detected, length 20 bytes\n\n";
+    const auto FtmRecord = [](const std::string& sKind) {
+        return Hex("10 00 14 00 14 00 7C 11 01 02 03 04 05 06 07 08 " + sKind + " 2A 01");
+    };
+    const Lines legacy = {"\nStreaming Message detected",
+                          "\nQUANTITY: 258",
+                          "\nDROP_CNT: 0x1020304",
+                          "\nMESSAGE_LEVEL: 0x7",
+                          "\nFILE_NAME: thirteen_c.ch",
+                          "\nLINE_NUMBER: 272",
+                          "\nFMT_STRING: code %d",
+                          "\nCODE1: 1",
+                          "\nCODE2: -1",
+                          "\nCODE3: 3",
+                          "\n\n"};
+    const struct {
+        Bytes packet;
+        Lines log;
+        std::string sStdout;
+    } cases[] = {
+        {Hex("10 00 0C 00 0C 00 01 10"),
+         {"Log Message 0x1001 detected, length 12 bytes\n\n"},
+         "\nLog Message 0x1001 detected, length 12 bytes\n\n"},
+        {Hex("10 00"),
+         {"Log Message 0x0 detected, length 0 bytes\n\n"},
+         "\nLog Message 0x0 detected, length 0 bytes\n\n"},
+        {FtmRecord("00 00"), {sRecord}, "\n" + sRecord + "\nFTM Log Code 2 found\nLOG_FTM2_LOG_PRINTF"},
+        {FtmRecord("01 00"), {sRecord}, "\n" + sRecord + "\nFTM Log Code 2 found\nLOG_FTM2_LOG_BT"},
+        {FtmRecord("04 10"), {sRecord}, "\n" + sRecord + "\nFTM Log Code 2 found\nLOG_FTM2_LOG_WCDMA_AGC"},
+        {FtmRecord("05 10"), {sRecord}, "\n" + sRecord + "\nFTM Log Code 2 found\nLOG_FTM2_LOG_GSM_BER: 42"},
+        {FtmRecord("06 10"), {sRecord}, "\n" + sRecord + "\nFTM Log Code 2 found\nLOG_FTM2_LOG_WCDMA_BER"},
+        {FtmRecord("07 10"), {sRecord}, "\n" + sRecord + "\nFTM Log Code 2 found\n Type not known"},
+        {LegacyMessage(), legacy, Joined(legacy)},
+        {Hex("60 05 00 00 01"), {"\nEvent Detected."}, "\nEvent detected"},
+        {Message(1, {9}, "n %d\0a.c\0"s),
+         {"Debug Msg: 5.6 - a.c-258\tn 9"},
+         "\nDebug Msg: 5.6 - a.c-258\tn 9"},
+        {Hex("4B 13 00 00"), {"\nWarning: Unknown Type"}, "\nWarning: Unknown type"},
+    };
+    m_diag.SetLogFlags(LOG_INF_DEV | LOG_IO);
+    for (const auto& entry : cases)
+        for (const bool bToLog : {true, false})
+            for (const bool bToStdout : {true, false}) {
+                QueueItem item{};
+                std::copy(entry.packet.begin(), entry.packet.end(), item.data);
+                m_log.Clear();
+                testing::internal::CaptureStdout();
+                EXPECT_TRUE(
+                    m_diag.AddUserAsyncLogMessageToTextLog(0x8000 | LOG_IO, item.data, bToLog, bToStdout));
+                EXPECT_EQ(testing::internal::GetCapturedStdout(), bToStdout ? entry.sStdout : "");
+                EXPECT_EQ(m_log.Of(0x8000 | LOG_IO), bToLog ? entry.log : Lines());
+            }
+    // A cut packet in the smallest buffer: what is there, as far as it goes.
+    const Bytes whole = LegacyMessage();
+    for (size_t iSize = 2; iSize < whole.size(); ++iSize) {
+        Receive(Bytes(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(iSize)));
+        m_log.Clear();
+        EXPECT_FALSE(m_diag.DumpAsyncMessageToTextLog(LOG_IO, false, true, false));
+        EXPECT_EQ(m_log.Of(LOG_IO).size(), legacy.size());
+        EXPECT_EQ(m_log.Of(LOG_IO)[9], "\nCODE3: 0") << iSize;
+    }
+}
+
+TEST_F(MessagesTest, DumpingEmptiesThePhoneLogQueue) {
+    Receive(Hex("60 05 00 00 01"));
+    Receive(Hex("10 00 0C 00 0C 00 01 10"));
+    Receive(Hex("4B 13 00 00")); // a response stays where it is
+    m_diag.SetLogFlags(LOG_RET);
+    m_log.Clear();
+    testing::internal::CaptureStdout();
+    EXPECT_FALSE(m_diag.DumpAsyncMessageToTextLog(LOG_RET, true, true, true));
+    const std::string sStdout = testing::internal::GetCapturedStdout();
+    const Lines lines = m_log.Of(LOG_RET);
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_TRUE(lines[0].starts_with("ASYNC Raw DATA: 60 05 00 00 01 "));
+    EXPECT_EQ(lines[1], "\nEvent Detected.");
+    EXPECT_EQ(sStdout, lines[0] + "\nEvent detected" + lines[2] +
+                           "\nLog Message 0x1001 detected, length 12 bytes\n\n");
+    EXPECT_TRUE(m_connection.PhoneLogQueue().IsEmpty());
+    EXPECT_FALSE(m_connection.CommandResponseQueue().IsEmpty());
+    EXPECT_FALSE(m_diag.DumpAsyncMessageToTextLog(LOG_RET, true, true, true));
+    ExtendedMessage message;
+    EXPECT_FALSE(m_diag.DIAG_ParseExtendedMessage(nullptr, &message));
+    EXPECT_TRUE(m_diag.AddUserAsyncLogMessageToTextLog(LOG_RET, nullptr, true, true));
+}
+
+} // namespace

@@ -1,0 +1,119 @@
+// Finding the handset's ports among the machine's devices.
+#include <gtest/gtest.h>
+
+#include "handset/device_root.h"
+#include "handset/handset.h"
+#include "plugin/port_discovery.h"
+
+namespace {
+
+using Ports = std::array<uint32_t, kPhoneInterfaces>;
+
+TEST(PortDiscovery, DevicesThatAreAccepted) {
+    const std::string sGood = R"(USB\VID_05C6&PID_3197&MI_01\6&1a2b3c4d&0&0001)";
+    const struct {
+        std::optional<std::string> sPort;
+        std::optional<std::string> sInstanceId;
+        const char* sKey; // null: left out
+        Ports ports;
+    } cases[] = {
+        {"COM5", sGood, "6&1a2b3c4d&0", {0, 5, 0}},
+        {"COM0012", sGood, "6&1a2b3c4d&0", {0, 12, 0}},
+        {"COM255", sGood, "6&1a2b3c4d&0", {0, 255, 0}},
+        {"COM256", sGood, "6&1a2b3c4d&0", {0, 0, 0}},
+        {"COM4294967297", sGood, "6&1a2b3c4d&0", {0, 0, 0}},
+        {"COM", sGood, nullptr, {}},
+        {"COM1A", sGood, nullptr, {}},
+        {"com5", sGood, nullptr, {}},
+        {"LPT1", sGood, nullptr, {}},
+        {"COM 5", sGood, nullptr, {}},
+        {{}, sGood, nullptr, {}},
+        {"COM5", {}, nullptr, {}},
+        {"COM5", R"(USB\VID_05C6&PID_9002&MI_00\1-1.2)", "1-1.2", {5, 0, 0}},
+        {"COM5", R"(USB\VID_4B56&PID_0001&MI_02\1-1.2)", "1-1.2", {0, 0, 5}},
+        {"COM5", R"(USB\VID_4b56&PID_0002&MI_02\two words)", "two", {0, 0, 5}},
+        {"COM5", R"(USB\VID_05C6&PID_3197&MI_03\1-1.2)", "1-1.2", {0, 0, 0}},
+        {"COM5", R"(USB\VID_05C6&PID_3197&MI_FF\1-1.2)", "1-1.2", {0, 0, 0}},
+        {"COM5", R"(USB\VID_05C6&PID_3198&MI_01\1-1.2)", nullptr, {}},
+        {"COM5", R"(USB\VID_05C7&PID_3197&MI_01\1-1.2)", nullptr, {}},
+        {"COM5", R"(USB\VID_05C6&PID_3197&MI_01\)", nullptr, {}},
+        {"COM5", R"(USB\VID_05C6&PID_3197\1-1.2)", nullptr, {}},
+        {"COM5", R"(PCI\VID_05C6&PID_3197&MI_01\1-1.2)", nullptr, {}},
+        {"COM5", R"(USB\)", nullptr, {}},
+        {"COM5", "", nullptr, {}},
+    };
+    for (const auto& c : cases) {
+        std::vector<PhonePortRecord> phones;
+        RecordPhoneInterface({c.sPort, "a port", c.sInstanceId}, phones);
+        const std::string sCase = c.sPort.value_or("-") + " " + c.sInstanceId.value_or("-");
+        ASSERT_EQ(phones.size(), c.sKey ? 1u : 0u) << sCase;
+        if (!c.sKey)
+            continue;
+        EXPECT_EQ(phones[0].DeviceKey, c.sKey) << sCase;
+        EXPECT_EQ(phones[0].InterfacePort, c.ports) << sCase;
+    }
+    std::vector<PhonePortRecord> phones;
+    RecordPhoneInterface({"COM5", {}, sGood}, phones); // nothing for people to read
+    EXPECT_TRUE(phones.empty());
+}
+
+TEST(PortDiscovery, TheTableOfHandsetsIsBounded) {
+    std::vector<PhonePortRecord> phones;
+    for (int i = 0; i < 200; ++i)
+        for (const char* sInterface : {"00", "01"})
+            RecordPhoneInterface(
+                {"COM7", "",
+                 R"(USB\VID_05C6&PID_3197&MI_)" + std::string(sInterface) + "\\" + std::to_string(i)},
+                phones);
+    ASSERT_EQ(phones.size(), 128u);
+    EXPECT_EQ(phones.back().InterfacePort, (Ports{7, 7, 0}));
+}
+
+TEST(PortDiscovery, PortsInOrder) {
+    handset::DeviceRoot root;
+    handset::Handset first;
+    handset::Handset second;
+    handset::Handset other;
+    setenv("QUILLET_DEVICE_ROOT", root.Path().c_str(), 1);
+    using Bytes = std::vector<int>;
+    const auto expectPorts = [](int iCapacity, int iDevices, const Bytes& expected) {
+        std::vector<unsigned char> buffer(20, 0xEE);
+        int iCount = -1;
+        int iBytes = iCapacity;
+        EXPECT_EQ(FindPhonePorts(buffer.data(), &iCount, &iBytes), 1);
+        EXPECT_EQ(iCount, iDevices);
+        ASSERT_EQ(iBytes, static_cast<int>(expected.size()));
+        EXPECT_EQ(Bytes(buffer.begin(), buffer.begin() + iBytes), expected);
+        EXPECT_EQ(buffer[static_cast<size_t>(iBytes)], 0xEE);
+    };
+    expectPorts(19, 0, {});
+    root.Plug(other, {0x05C6, 0x0001, "1-9"}, {{"ttyUSB0", 1, true}});
+    expectPorts(19, 0, {});
+    root.Plug(first, {0x05C6, 0x3197, "1-1"}, {{"ttyUSB5", 1, true}, {"ttyUSB6", 2}, {"ttyUSB7", 3}});
+    expectPorts(19, 1, {0, 6, 7});
+    // The modem class comes first, so the second handset, which has one, does too.
+    root.Plug(second, {0x4B56, 0x0002, "1-2"}, {{"ttyACM4", 0}, {"ttyUSB1", 1, true}});
+    expectPorts(19, 2, {55, 2, 0, 0, 6, 7});
+    expectPorts(6, 2, {55, 2, 0, 0, 6, 7});
+    expectPorts(4, 1, {55, 2, 0, 0});
+    expectPorts(2, 0, {55, 2});
+    expectPorts(0, 0, {});
+    expectPorts(-1, 0, {});
+    unsetenv("QUILLET_DEVICE_ROOT");
+}
+
+TEST(PortDiscovery, FailureLeavesTheCounts) {
+    setenv("QUILLET_DEVICE_ROOT", "/nonexistent", 1);
+    unsigned char aPorts[20];
+    int iCount = -5;
+    int iBytes = 20;
+    EXPECT_EQ(FindPhonePorts(aPorts, &iCount, &iBytes), 0);
+    EXPECT_EQ(iCount, -5);
+    EXPECT_EQ(iBytes, 20);
+    EXPECT_EQ(FindPhonePorts(nullptr, &iCount, &iBytes), 0);
+    EXPECT_EQ(FindPhonePorts(aPorts, nullptr, &iBytes), 0);
+    EXPECT_EQ(FindPhonePorts(aPorts, &iCount, nullptr), 0);
+    unsetenv("QUILLET_DEVICE_ROOT");
+}
+
+} // namespace
