@@ -68,10 +68,12 @@ ComThreadManager::ComThreadManager() : m_pShared(std::make_shared<Shared>()) {
 
 ComThreadManager::~ComThreadManager() {
     m_pShared->stop.Set();
-    if (m_pShared->signal.Wait(kEndLimit_ms))
+    if (m_pShared->signal.Wait(kEndLimit_ms)) {
         m_worker.join();
-    else
+    } else {
+        m_pin.KeepForGood();
         m_worker.detach();
+    }
 }
 
 void ComThreadManager::executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,

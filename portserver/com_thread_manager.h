@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "platform/export.h"
+#include "platform/module_pin.h"
 #include "platform/types.h"
 
 class FunctionDispatcher;
@@ -15,8 +16,8 @@ class FunctionDispatcher;
 ///
 /// It is made by the first client and ends with the last: the worker then destroys what was given to it,
 /// leaves the automation and is joined. A worker that a server holds in a call that never returns cannot be
-/// ended: it is left behind after kEndLimit_ms, with everything it touches, and the library must not be
-/// unloaded before it comes back.
+/// ended: it is left behind after kEndLimit_ms, with everything it touches, and the library stays in the
+/// process for good (on Linux, where it does not, it must not be unloaded before that).
 ///
 /// Threads: every function may be called from any thread. On the worker thread itself (from inside a call)
 /// executeFunction runs the call at once.
@@ -62,6 +63,7 @@ private:
 
     static void WorkerThread(const std::shared_ptr<Shared>& pShared);
 
+    ModulePin m_pin;
     const std::shared_ptr<Shared> m_pShared; // the worker holds it too
     std::thread m_worker;
 };
