@@ -59,7 +59,7 @@ public:
     /// longest packets that it always allows (37 bytes), all ones.
     bool FTM_BT_SetCW(unsigned char iChannel);
     /// FTM_BT_SetAddr gives the chip the address under which it transmits: six bytes, lowest first, with LE
-    /// Set Random Address (opcode 0x2005), the only address that the public specification lets be set.
+    /// Set Random Address (opcode 0x2005), the only address that the public standard lets be set.
     bool FTM_BT_SetAddr(const unsigned char* piAddress);
 
 private:
