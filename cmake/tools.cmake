@@ -10,3 +10,14 @@ set_target_properties(wfxhost PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY
 if(WIN32)
     target_link_options(wfxhost PRIVATE -static -s)
 endif()
+
+# qdiag uses the library as any other program would: quillet.h, and the plug-in's file beside it. It needs
+# the system's terminals and is made for Linux alone.
+if(NOT WIN32)
+    file(GLOB qdiag_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/*.cpp)
+    add_executable(qdiag ${qdiag_sources})
+    target_include_directories(qdiag PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tools)
+    target_link_libraries(qdiag PRIVATE quillet quillet_options)
+    set_target_properties(qdiag PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
+        INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+endif()

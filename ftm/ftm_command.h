@@ -21,6 +21,6 @@ RequestBuilder& BeginFtm(CommandFrame& frame, unsigned short iCommandId);
 /// first). It stops with false at the first one that is not there; the ones before it stay written.
 template <class... Values>
 bool TakeValues(CommandFrame& frame, Values&... values) {
-    ResponseReader response = frame.Response();
+    [[maybe_unused]] ResponseReader response = frame.Response();
     return (response.Take(values) && ...);
 }

@@ -223,9 +223,15 @@ std::vector<Bytes> Brain::CarryOut(const Bytes& request, bool isText, Lock& lock
     if (request == kModeChange)
         dataMode = true;
     const Bytes answer = AnswerTo(request, files, state);
-    for (const auto& [after, packet] : state.delayed.TakePackets())
-        outbox.SendAside(Frame(packet), Clock::now() + latency + after);
-    return {answer};
+    std::vector<Bytes> packets;
+    for (const Delayed::Packets& later : {state.delayed.TakePackets(), state.radio.TakePackets()})
+        for (const auto& [after, packet] : later)
+            if (after.count() < 0)
+                packets.push_back(packet);
+            else
+                outbox.SendAside(Frame(packet), Clock::now() + latency + after);
+    packets.push_back(answer);
+    return packets;
 }
 
 /// Sends an answer, with the late ones and the log records that come before it, as one piece.

@@ -15,8 +15,8 @@ namespace handset {
 namespace {
 
 constexpr unsigned long kMaxNumber = 0xFFFFFFFF;
-constexpr const char* kMasked = "the client has not asked for that";
 constexpr unsigned long kMaxCount = 1000000;
+constexpr const char* kNotWanted = "not sent: the client's masks do not let it through";
 
 const char* KindName(Kind kind) {
     return kind == Kind::Folder ? "folder" : kind == Kind::Link ? "link" : "file";
@@ -36,6 +36,13 @@ std::string Printable(const std::string& name) {
         text += code;
     }
     return text;
+}
+
+/// Splits a line into the number (decimal, or hex with "0x") in front of the first blank, and the rest.
+bool TakeNumber(const std::string& line, unsigned long limit, unsigned long& number, std::string& rest) {
+    const size_t space = std::min(line.find(' '), line.size());
+    rest = line.substr(std::min(space + 1, line.size()));
+    return ParseNumber(line.substr(0, space), 0, limit, number);
 }
 
 /// One "key=value" of a misbehave command.
@@ -95,7 +102,7 @@ const Console::Command* Console::Find(const std::string& word) {
         {"send", "send HEX", &Console::Send},
         {"log", "log CODE [HEX]", &Console::EmitLog},
         {"message", "message SUBSYSTEM TEXT", &Console::EmitMessage},
-        {"event", "event ID", &Console::EmitEvent},
+        {"event", "event ID [HEX]", &Console::EmitEvent},
         {"quit", "quit", &Console::Quit},
         {nullptr, nullptr, nullptr},
     };
@@ -234,35 +241,33 @@ std::string Console::Send(const std::string& rest, std::string&) {
     return "";
 }
 
-// What the client's masks do not let through is not sent, and the command says so.
-
 std::string Console::EmitLog(const std::string& rest, std::string&) {
-    std::istringstream words(rest);
-    std::string word;
-    std::string text;
     unsigned long code = 0;
+    std::string tail;
     Bytes payload;
-    words >> word;
-    std::getline(words >> std::ws, text);
-    if (!ParseNumber(word, 0, 0xFFFF, code) || !FromHex(text, payload))
+    if (!TakeNumber(rest, 0xFFFF, code, tail) || !FromHex(tail, payload))
         return "usage: log CODE [HEX]";
-    return m_handset.EmitLog(static_cast<uint16_t>(code), payload) ? "" : kMasked;
+    return m_handset.EmitLog(static_cast<uint16_t>(code), payload) ? "" : kNotWanted;
 }
 
 std::string Console::EmitMessage(const std::string& rest, std::string&) {
-    const size_t space = rest.find(' ');
     unsigned long subsystem = 0;
-    if (space == std::string::npos || !ParseNumber(rest.substr(0, space), 0, 0xFFFF, subsystem))
+    std::string text;
+    if (!TakeNumber(rest, 0xFFFF, subsystem, text))
         return "usage: message SUBSYSTEM TEXT";
-    const Message message = {.subsystem = static_cast<uint16_t>(subsystem), .format = rest.substr(space + 1)};
-    return m_handset.EmitMessage(message) ? "" : kMasked;
+    Message message;
+    message.subsystem = static_cast<uint16_t>(subsystem);
+    message.format = text;
+    return m_handset.EmitMessage(message) ? "" : kNotWanted;
 }
 
 std::string Console::EmitEvent(const std::string& rest, std::string&) {
     unsigned long id = 0;
-    if (!ParseNumber(rest, 0, 0x0FFF, id))
-        return "usage: event ID";
-    return m_handset.EmitEvent(static_cast<uint16_t>(id)) ? "" : kMasked;
+    std::string tail;
+    Bytes payload;
+    if (!TakeNumber(rest, 0xFFFF, id, tail) || !FromHex(tail, payload))
+        return "usage: event ID [HEX]";
+    return m_handset.EmitEvent(static_cast<uint16_t>(id), payload) ? "" : kNotWanted;
 }
 
 std::string Console::Quit(const std::string&, std::string&) {

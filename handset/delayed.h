@@ -27,6 +27,10 @@ public:
 
     /// Announces to a request that begins with `head` (four bytes); gives the announcement.
     Bytes Announce(const Bytes& head);
+    /// Adds a packet that follows the answer to the present request.
+    void Add(std::chrono::milliseconds after, Bytes packet) {
+        m_packets.emplace_back(after, std::move(packet));
+    }
     /// The responses that the announcements since the last call have to be followed by, each with its delay.
     Packets TakePackets() { return std::exchange(m_packets, {}); }
 

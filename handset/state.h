@@ -8,6 +8,8 @@
 #include "handset/delayed.h"
 #include "handset/memory.h"
 #include "handset/nv_items.h"
+#include "handset/peripherals.h"
+#include "handset/radio_tests.h"
 #include "handset/traffic_masks.h"
 
 namespace handset {
@@ -33,6 +35,8 @@ struct State {
     TrafficMasks traffic;
     Delayed delayed;
     Service service;
+    Peripherals peripherals;
+    RadioTests radio;
 };
 
 } // namespace handset

@@ -27,7 +27,15 @@ bool AnswerLogMask(State& phone, RequestReader& in, AnswerWriter& answer);
 bool AnswerMessageLevel(State& phone, RequestReader& in, AnswerWriter& answer);
 bool AnswerMessageFilter(State& phone, RequestReader& in, AnswerWriter& answer);
 bool AnswerEventControl(State& phone, RequestReader& in, AnswerWriter& answer);
+// radio_tests.cpp
+bool AnswerFtmLog(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerGsmTest(State& phone, RequestReader& in, AnswerWriter& answer);
+bool AnswerWcdmaTest(State& phone, RequestReader& in, AnswerWriter& answer);
 // delayed.cpp
 bool AnswerDelayed(State& phone, RequestReader& in, AnswerWriter& answer);
+// peripherals.cpp
+bool AnswerCamera(State& state, RequestReader& in, AnswerWriter& answer);
+bool AnswerAudio(State& state, RequestReader& in, AnswerWriter& answer);
+bool AnswerBluetooth(State& state, RequestReader& in, AnswerWriter& answer);
 
 } // namespace handset

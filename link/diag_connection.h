@@ -141,6 +141,12 @@ public:
     /// TimeOut_ms is GetTimeOut for the library's own use, without its log lines; the id must be valid.
     DWORD TimeOut_ms(QMSL_TimeOutType_Enum eTimeOutId) const { return m_aTimeOuts[eTimeOutId]; }
 
+    /// StoreTimeOut is ConfigureTimeOut for the library's own use, without its log line; the id must be
+    /// valid.
+    void StoreTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms) {
+        m_aTimeOuts[eTimeOutId] = iNewValue_ms;
+    }
+
     /// StartTimer starts an elapsed-time timer; handles count up through the process from 1.
     DWORD StartTimer();
     /// GetTimerElapsed: ms since StartTimer; 0, with a log line, for an unknown handle.
@@ -188,6 +194,8 @@ public:
     CQLibMessageQueue& DelayedResponseQueue() { return m_delayedQueue; }
     /// SetPhoneLogging keeps (true) or drops (false, at first) what the phone sends unasked.
     void SetPhoneLogging(bool bEnabled) { m_listener.SetLoggingEnabled(bEnabled); }
+    /// Listener: the status of the radio tests.
+    CQLibEventListener& Listener() { return m_listener; }
     /// SendSyncExpecting is SendSync for a request whose response begins with another byte than the request:
     /// it waits for iExpectedCommand, over the serial port too.
     bool SendSyncExpecting(unsigned short iRequestSize, const unsigned char* piRequestBytes,

@@ -14,6 +14,7 @@
 namespace {
 
 constexpr size_t kLeastPacketSize = 2; // shorter ones are noise on the line
+constexpr unsigned char kNotSeen = 0;
 
 /// An event report whose length field is 0 is the phone's answer to an event-report control request.
 bool IsEventControlAnswer(std::span<const unsigned char> packet) {
@@ -53,6 +54,7 @@ void CQLibEventListener::ReceivePacket(std::span<unsigned char> packet) {
     if (packet.size() >= kLeastPacketSize)
         CallBack(packet);
     LogUnsolicited(packet);
+    m_radioTests.Receive(packet, m_pLogHandler);
     if (IsEventControlAnswer(packet)) {
         LogPacket("ASYNC REC--listener--", packet);
         m_pSyncQueue->Push(packet);
@@ -90,4 +92,58 @@ void CQLibEventListener::LogPacket(const char* sKind, std::span<const unsigned c
     const int iLength = static_cast<int>(packet.size());
     if (DataLogFileHandler* pLog = m_pLogHandler; pLog != nullptr)
         pLog->LogHex(LOG_IO, packet.data(), iLength, "%s(%d bytes): ", sKind, iLength);
+}
+
+// --- Radio tests ------------------------------------------------------------------------------------
+
+bool CQLibEventListener::FTM_GSM_BER_ClearStatus() {
+    m_radioTests.Change([](RadioTestBlocks& blocks) {
+        std::ranges::fill(blocks.gsm.aReceived, kNotSeen);
+        std::ranges::fill(blocks.gsm.aTypeReceived, kNotSeen);
+        std::ranges::fill(blocks.gsm.aTypeCrcPass, kNotSeen);
+    });
+    return true;
+}
+
+bool CQLibEventListener::FTM_EGPRS_BER_ClearStatus() {
+    constexpr unsigned char kNoEvent = 2;
+    m_radioTests.Change([](RadioTestBlocks& blocks) {
+        std::ranges::fill(blocks.egprs.aReceived, kNotSeen);
+        blocks.egprs.iUplinkEvent = kNoEvent;
+        blocks.egprs.iDownlinkEvent = kNoEvent;
+    });
+    return true;
+}
+
+bool CQLibEventListener::FTM_WCDMA_BER_ClearStatus() {
+    m_radioTests.Change([](RadioTestBlocks& blocks) {
+        std::ranges::fill(blocks.wcdma.aReceived, kNotSeen);
+        blocks.wcdma.iCleared = 0;
+    });
+    return true;
+}
+
+bool CQLibEventListener::FTM_HSDPA_BER_ClearStatus() {
+    m_radioTests.Change([](RadioTestBlocks& blocks) { std::ranges::fill(blocks.hsdpa.aReceived, kNotSeen); });
+    return true;
+}
+
+bool CQLibEventListener::FTM_GSM_BER_GetStatus(GSM_BER_State* pState) {
+    *pState = m_radioTests.Copy().gsm;
+    return true;
+}
+
+bool CQLibEventListener::FTM_EGPRS_BER_GetStatus(EGPRS_BER_State* pState) {
+    *pState = m_radioTests.Copy().egprs;
+    return true;
+}
+
+bool CQLibEventListener::FTM_WCDMA_BER_GetStatus(WCDMA_BER_State* pState) {
+    *pState = m_radioTests.Copy().wcdma;
+    return true;
+}
+
+bool CQLibEventListener::FTM_HSDPA_BER_GetStatus(HSDPA_BER_State* pState) {
+    *pState = m_radioTests.Copy().hsdpa;
+    return true;
 }

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "link/event_dispatcher.h"
+#include "link/radio_test_status.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
@@ -18,7 +19,8 @@ using AsyncMessageCallBack = void (*)(unsigned short iLength, unsigned char* pPa
 
 /// CQLibEventListener puts responses into the command-response (sync) queue and, while phone logging is
 /// enabled, log records, debug messages and event reports into the phone-log (async) queue. It owns
-/// neither queue. messageReceived runs on the delivery thread, everything else on the caller's. Under
+/// neither queue. Records of the radio tests also go into its status blocks, phone logging or not.
+/// messageReceived runs on the delivery thread, everything else on the caller's. Under
 /// LOG_ASYNC it writes extended debug messages and the names of events as text.
 class QUILLET_API CQLibEventListener : public CQLibEvents_Listener {
 public:
@@ -41,6 +43,21 @@ public:
     /// SetDataLogHandler attaches the text log (null: none).
     void SetDataLogHandler(DataLogFileHandler* pLogHandler) { m_pLogHandler = pLogHandler; }
 
+    // --- Radio tests: any thread; always true -------------------------------------------------------
+
+    /// ..._ClearStatus forgets which records have arrived (RadioTestBlocks says what else is cleared),
+    /// ..._GetStatus copies a status block.
+    bool FTM_GSM_BER_ClearStatus();
+    bool FTM_GSM_BER_GetStatus(GSM_BER_State* pState);
+    bool FTM_EGPRS_BER_ClearStatus();
+    bool FTM_EGPRS_BER_GetStatus(EGPRS_BER_State* pState);
+    bool FTM_WCDMA_BER_ClearStatus();
+    bool FTM_WCDMA_BER_GetStatus(WCDMA_BER_State* pState);
+    bool FTM_HSDPA_BER_ClearStatus();
+    bool FTM_HSDPA_BER_GetStatus(HSDPA_BER_State* pState);
+    /// RadioTests: the status blocks themselves, to wait for.
+    RadioTestStatus& RadioTests() { return m_radioTests; }
+
 private:
     void CallBack(std::span<unsigned char> packet);
     void LogUnsolicited(std::span<const unsigned char> packet);
@@ -50,6 +67,8 @@ private:
     CQLibMessageQueue* const m_pSyncQueue;
     std::atomic<bool> m_bPhoneLoggingEnabled{false};
     std::atomic<DataLogFileHandler*> m_pLogHandler{nullptr};
+
+    RadioTestStatus m_radioTests;
 
     std::mutex m_callBackLock;
     AsyncMessageCallBack m_pfnAsyncMessageCallBack = nullptr;

@@ -13,6 +13,12 @@ public:
     ~ModulePin();
     ModulePin(const ModulePin&) = delete;
     ModulePin& operator=(const ModulePin&) = delete;
+
+    /// KeepForGood is for a thread that could not be ended: the library stays in the process.
+    void KeepForGood() { m_bForGood = true; }
+
+private:
+    bool m_bForGood = false;
 };
 
 /// ReleaseUnneededPins gives back what was kept. Only for functions that the library's user calls, which can

@@ -8,7 +8,6 @@
 
 #include "link/clock.h"
 #include "platform/com_apartment.h"
-#include "platform/module_pin.h"
 #include "platform/wait_event.h"
 #include "portserver/function_dispatcher.h"
 
@@ -20,12 +19,6 @@ std::weak_ptr<ComThreadManager> g_pManager; // under g_useLock
 DWORD Remaining_ms(Clock::time_point deadline) {
     const auto left = std::chrono::ceil<Milliseconds>(deadline - Clock::now()).count();
     return static_cast<DWORD>(std::max<decltype(left)>(left, 0));
-}
-
-// For a worker that may come back at any time.
-void KeepForGood(std::unique_ptr<ModulePin> pPin) {
-    static auto& pins = *new std::vector<std::unique_ptr<ModulePin>>;
-    pins.push_back(std::move(pPin));
 }
 
 } // namespace
@@ -62,8 +55,7 @@ std::shared_ptr<ComThreadManager> ComThreadManager::Use() {
     return pManager;
 }
 
-ComThreadManager::ComThreadManager()
-    : m_pShared(std::make_shared<Shared>()), m_pPin(std::make_unique<ModulePin>()) {
+ComThreadManager::ComThreadManager() : m_pShared(std::make_shared<Shared>()) {
     if (!m_pShared->mutex.IsValid())
         throw ComThreadManagerException("ComThreadManager::ComThreadManager - Unable to creat a mutex");
     for (const WaitEvent* pEvent :
@@ -78,10 +70,10 @@ ComThreadManager::~ComThreadManager() {
     m_pShared->stop.Set();
     if (m_pShared->signal.Wait(kEndLimit_ms)) {
         m_worker.join();
-        return;
+    } else {
+        m_pin.KeepForGood();
+        m_worker.detach();
     }
-    m_worker.detach();
-    KeepForGood(std::move(m_pPin));
 }
 
 void ComThreadManager::executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,

@@ -6,18 +6,18 @@
 #include <thread>
 
 #include "platform/export.h"
+#include "platform/module_pin.h"
 #include "platform/types.h"
 
 class FunctionDispatcher;
-class ModulePin;
 
 /// ComThreadManager carries calls to its worker thread, one at a time for the whole process. The objects of a
 /// port server belong to the thread that made them, so that thread makes, calls and destroys them all.
 ///
 /// It is made by the first client and ends with the last: the worker then destroys what was given to it,
 /// leaves the automation and is joined. A worker that a server holds in a call that never returns cannot be
-/// ended: it is left behind after kEndLimit_ms, with everything it touches. On Windows the library then
-/// stays in the process for good; elsewhere it must not be unloaded before the worker comes back.
+/// ended: it is left behind after kEndLimit_ms, with everything it touches, and the library stays in the
+/// process for good (on Linux, where it does not, it must not be unloaded before that).
 ///
 /// Threads: every function may be called from any thread. On the worker thread itself (from inside a call)
 /// executeFunction runs the call at once.
@@ -63,7 +63,7 @@ private:
 
     static void WorkerThread(const std::shared_ptr<Shared>& pShared);
 
+    ModulePin m_pin;
     const std::shared_ptr<Shared> m_pShared; // the worker holds it too
-    std::unique_ptr<ModulePin> m_pPin;       // given back when the worker has ended
     std::thread m_worker;
 };

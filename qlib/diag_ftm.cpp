@@ -30,10 +30,37 @@ Diag_FTM::Diag_FTM(const ConnectionPort& port)
       RfControl(static_cast<CommandFrame&>(*this)),
       RfReceiver(static_cast<CommandFrame&>(*this)),
       TxSweep(static_cast<CommandFrame&>(*this)),
-      FtmLog(static_cast<CommandFrame&>(*this)),
+      FtmLog(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this)),
       GsmRf(static_cast<CommandFrame&>(*this), static_cast<FtmLog&>(*this)),
       BroadcastRf(static_cast<CommandFrame&>(*this)),
-      CdmaApi2(static_cast<CommandFrame&>(*this)) {
+      CdmaApi2(static_cast<CommandFrame&>(*this)),
+      PmicClock(static_cast<CommandFrame&>(*this)),
+      PmicCharger(static_cast<CommandFrame&>(*this)),
+      PmicRegulator(static_cast<CommandFrame&>(*this)),
+      PmicSignals(static_cast<CommandFrame&>(*this)),
+      BroadcastReceiver(static_cast<CommandFrame&>(*this)),
+      BroadcastFlows(static_cast<CommandFrame&>(*this)),
+      BroadcastStatistics(static_cast<CommandFrame&>(*this)),
+      FtmAudio(static_cast<CommandFrame&>(*this)),
+      FtmCamera(static_cast<CommandFrame&>(*this)),
+      FtmGps(static_cast<CommandFrame&>(*this)),
+      FtmBluetooth(static_cast<CommandFrame&>(*this), static_cast<FtmLog&>(*this)),
+      GsmTestRequests(static_cast<CommandFrame&>(*this)),
+      EgprsTestRequests(static_cast<CommandFrame&>(*this)),
+      WcdmaTestRequests(static_cast<CommandFrame&>(*this)),
+      HsdpaTestRequests(static_cast<CommandFrame&>(*this)),
+      GsmTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                     static_cast<FtmLog&>(*this), static_cast<GsmTestRequests&>(*this),
+                     static_cast<EgprsTestRequests&>(*this), static_cast<WcdmaTestRequests&>(*this),
+                     static_cast<RadioSessions&>(*this)),
+      EgprsTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                       static_cast<EgprsTestRequests&>(*this), static_cast<GsmTestSession&>(*this),
+                       static_cast<RadioSessions&>(*this)),
+      WcdmaTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                       static_cast<FtmLog&>(*this), static_cast<WcdmaTestRequests&>(*this),
+                       static_cast<GsmTestRequests&>(*this), static_cast<RadioSessions&>(*this)),
+      HsdpaTestSession(static_cast<CommandFrame&>(*this), static_cast<LogMasks&>(*this),
+                       static_cast<HsdpaTestRequests&>(*this), static_cast<RadioSessions&>(*this)) {
     StartUp();
 }
 
@@ -43,4 +70,5 @@ Diag_FTM::~Diag_FTM() {
 
 void Diag_FTM::OnPortOpened() {
     ResetBatch();
+    EndRadioSessionsOfPort();
 }

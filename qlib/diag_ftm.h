@@ -17,13 +17,33 @@
 #include "efs2/file_attributes.h"
 #include "efs2/metadata.h"
 #include "efs2/transfer.h"
+#include "ftm/audio.h"
+#include "ftm/bluetooth.h"
+#include "ftm/broadcast_flows.h"
+#include "ftm/broadcast_receiver.h"
 #include "ftm/broadcast_rf.h"
+#include "ftm/broadcast_statistics.h"
+#include "ftm/camera.h"
 #include "ftm/cdma_api2.h"
+#include "ftm/egprs_test_requests.h"
+#include "ftm/egprs_test_session.h"
 #include "ftm/ftm_log.h"
+#include "ftm/gps.h"
 #include "ftm/gsm_rf.h"
+#include "ftm/gsm_test_requests.h"
+#include "ftm/gsm_test_session.h"
+#include "ftm/hsdpa_test_requests.h"
+#include "ftm/hsdpa_test_session.h"
+#include "ftm/pmic_charger.h"
+#include "ftm/pmic_clock.h"
+#include "ftm/pmic_regulator.h"
+#include "ftm/pmic_signals.h"
+#include "ftm/radio_sessions.h"
 #include "ftm/rf_control.h"
 #include "ftm/rf_receiver.h"
 #include "ftm/tx_sweep.h"
+#include "ftm/wcdma_test_requests.h"
+#include "ftm/wcdma_test_session.h"
 #include "link/diag_connection.h"
 #include "link/log_playback.h"
 #include "link/message_text.h"
@@ -61,7 +81,27 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public FtmLog,
                              public GsmRf,
                              public BroadcastRf,
-                             public CdmaApi2 {
+                             public CdmaApi2,
+                             public PmicClock,
+                             public PmicCharger,
+                             public PmicRegulator,
+                             public PmicSignals,
+                             public BroadcastReceiver,
+                             public BroadcastFlows,
+                             public BroadcastStatistics,
+                             public FtmAudio,
+                             public FtmCamera,
+                             public FtmGps,
+                             public FtmBluetooth,
+                             public RadioSessions,
+                             public GsmTestRequests,
+                             public EgprsTestRequests,
+                             public WcdmaTestRequests,
+                             public HsdpaTestRequests,
+                             public GsmTestSession,
+                             public EgprsTestSession,
+                             public WcdmaTestSession,
+                             public HsdpaTestSession {
 public:
     /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
     /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
@@ -99,9 +139,21 @@ private:
     using DelayedResponses::SendDiag2WithMultipleResponse;
     using DiagConnection::CommandResponseQueue;
     using DiagConnection::DelayedResponseQueue;
+    using DiagConnection::Listener;
     using DiagConnection::PhoneLogQueue;
     using DiagConnection::ReplayPacket;
     using DiagConnection::SendSyncExpecting;
     using DiagConnection::SetPhoneLogging;
     using DiagConnection::SetPlaybackMode;
+    using DiagConnection::StoreTimeOut;
+    using EgprsTestSession::WaitForEGPRS_BER_Update;
+    using GsmTestSession::ClearGsmStatus;
+    using GsmTestSession::ReleaseRunningFlows;
+    using GsmTestSession::SelectBcch;
+    using GsmTestSession::WaitForGSM_BER_Update;
+    using GsmTestSession::WaitForIdleMode;
+    using HsdpaTestSession::WaitForHSDPA_BER_Update;
+    using RadioSessions::EndRadioSessionsOfPort;
+    using RadioSessions::SetRadioSession;
+    using WcdmaTestSession::WaitForWCDMA_BER_Update;
 };

@@ -23,7 +23,8 @@ layers_below() {
     qlib) echo "platform system link diag efs2 ftm portserver qlib" ;;
     plugin) echo "platform system link diag efs2 ftm portserver qlib plugin" ;;
     handset) echo "handset" ;;
-    tools) echo "platform system wfxhost" ;;
+    tools/wfxhost) echo "platform system wfxhost" ;;
+    tools/qdiag) echo "qdiag" ;;
     esac
 }
 
@@ -31,10 +32,14 @@ sources_of() {
     [ ! -d "$1" ] || find "$1" -name '*.cpp' -o -name '*.h'
 }
 
-for folder in platform $product handset tools; do
+for folder in platform $product handset tools/wfxhost tools/qdiag; do
     allowed=$(layers_below "$folder" | tr ' ' '|')
     for file in $(sources_of "$folder"); do
-        case $file in platform/posix/*) own='|[a-z_]*\.h' ;; *) own= ;; esac
+        case $file in
+        platform/posix/*) own='|[a-z_]*\.h' ;;
+        tools/qdiag/*) own='|quillet\.h"' ;;
+        *) own= ;;
+        esac
         if found=$(grep -nE '^ *# *include *"' "$file" | grep -vE "\"(($allowed)/$own)"); then
             breach "$file includes against the direction of the layers: $found"
         fi

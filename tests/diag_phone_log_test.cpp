@@ -227,6 +227,9 @@ TEST_F(DiagPhoneLog, LogsAreWaitedFor) {
     unsigned char* apBuffers[] = {aBuffers[0], aBuffers[1], aBuffers[2]};
     unsigned short aSizes[3] = {};
     unsigned short iNumLogs = 3;
+    // The mask is set in the phone before the wait itself switches logging on: nothing may slip through.
+    m_diag.DIAG_SetPhoneLoggingState(true);
+    m_log.Clear();
     std::atomic<bool> bSent{false};
     std::thread phone([&] {
         bSent = Eventually([&] { return m_phone.phone.EmitLog(0x1009, Hex("01")); });

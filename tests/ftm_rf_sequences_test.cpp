@@ -110,9 +110,12 @@ TEST_F(FtmRfSequencesTest, AutoCalStartsItsLogFirst) {
         "4B 0B 01 00 EC 00 00 00 FE FF 02 01 FD FF FF FF 04 00 00 00 01 05 00 06 00 07 00 08 00";
     Echo("4B 0B");
     EXPECT_TRUE(calibrate());
-    const std::vector<std::string> requests = Sent();
-    EXPECT_EQ(requests.front(), sEnable);
-    EXPECT_EQ(requests.back(), sAutoCal);
+    const std::vector<std::string> sent = Sent();
+    ASSERT_EQ(sent.size(), 5u);
+    EXPECT_EQ(sent.front(), sEnable);
+    for (size_t i = 1; i < 4; ++i)
+        EXPECT_EQ(sent[i].substr(0, 2), "73"); // ranges, mask, new mask
+    EXPECT_EQ(sent.back(), sAutoCal);
     m_phone.Answer("4B 0B 01", Hex("4B 0B 02 00 EC 00"));
     EXPECT_FALSE(calibrate());
     m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 30);

@@ -9,7 +9,7 @@
 /// Where a call puts its out-values: preset (b: B0 B1 ..., h and s: C0C0 C0C1 ..., w: E0E0E0E0 ...), so that
 /// the placeholders of a request can be seen, and what was left alone.
 struct FtmOuts {
-    unsigned char b[4] = {0xB0, 0xB1, 0xB2, 0xB3};
+    unsigned char b[7] = {0xB0, 0xB1, 0xB2, 0xB3, 0xB4, 0xB5, 0xB6};
     unsigned short h[7] = {0xC0C0, 0xC0C1, 0xC0C2, 0xC0C3, 0xC0C4, 0xC0C5, 0xC0C6};
     short s[2] = {-0x3F40, -0x3F3F};
     DWORD w[7] = {0xE0E0E0E0, 0xE0E0E0E1, 0xE0E0E0E2, 0xE0E0E0E3, 0xE0E0E0E4, 0xE0E0E0E5, 0xE0E0E0E6};
@@ -61,7 +61,7 @@ struct FtmRow {
     /// ? in front: the result is true although values are missing.
     const char* sTakes;
     const char* sOutcome;
-    /// Log lines of operation and result, behind "QLIB_FTM_"; null: no line.
+    /// Log lines of operation and result (several: with \n between them), behind m_sLogBegin; null: no line.
     const char* sEntry;
     const char* sResult;
     bool (*call)(Diag_FTM& diag, FtmOuts& o);
@@ -70,6 +70,8 @@ struct FtmRow {
 class FtmRowsTest : public PhoneTest {
 protected:
     FtmRowsTest() { m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 1000); }
+
+    std::string m_sLogBegin = "QLIB_FTM_";
 
     /// What the call makes of an answer to everything, and the requests that it sent in m_sRequests.
     std::string Run(const FtmRow& row, const Bytes& answer) {
@@ -115,7 +117,7 @@ protected:
     /// Requests, outcomes and log lines of every row.
     void CheckWire(std::span<const FtmRow> rows, const std::string& sHeader = "4B 0B 01 00") {
         for (const FtmRow& row : rows) {
-            EXPECT_EQ(Run(row, GoodAnswer(row, sHeader)), row.sOutcome) << row.sEntry;
+            EXPECT_EQ(Run(row, GoodAnswer(row, sHeader)), row.sOutcome) << row.sRequest;
             EXPECT_EQ(m_phone.Requests(),
                       std::vector{sHeader + (*row.sRequest != '\0' ? " " : "") + row.sRequest});
             CheckLog(LOG_FN, row.sEntry);
@@ -152,8 +154,9 @@ protected:
 private:
     void CheckLog(unsigned iCategory, const char* sText) {
         std::vector<std::string> expected;
-        if (sText != nullptr)
-            expected.push_back(std::string("QLIB_FTM_") + sText);
+        std::istringstream lines(sText != nullptr ? sText : "");
+        for (std::string sLine; std::getline(lines, sLine);)
+            expected.push_back(m_sLogBegin + sLine);
         EXPECT_EQ(m_log.Of(iCategory), expected);
     }
 };

@@ -1,52 +1,11 @@
 // The command-line host as its users run it: the program, the plug-in's file, a handset.
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
-#include <cstdio>
-
-#include "phone_fixture.h"
+#include "program_fixture.h"
 
 namespace {
 
-struct Outcome {
-    int status = -1;
-    std::string output; // both streams
-};
-
-/// Shell runs a command line and waits for it.
-Outcome Shell(const std::string& sCommandLine) {
-    Outcome outcome;
-    FILE* pipe = popen(("{ " + sCommandLine + "; } 2>&1").c_str(), "r");
-    if (!pipe)
-        return outcome;
-    char buffer[4096];
-    while (const size_t iCount = fread(buffer, 1, sizeof buffer, pipe))
-        outcome.output.append(buffer, iCount);
-    const int iStatus = pclose(pipe);
-    outcome.status = WIFEXITED(iStatus) ? WEXITSTATUS(iStatus) : -1;
-    return outcome;
-}
-
-class WfxhostTest : public testing::Test {
+class WfxhostTest : public ProgramTest {
 protected:
-    struct Step {
-        std::string arguments;
-        int status;
-        std::string says; // somewhere in the output
-    };
-
-    Outcome Run(const std::string& sArguments) const {
-        return Shell("cd '" + m_local.Path() + "' && " + m_settings +
-                     " " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE " " + sArguments);
-    }
-
-    void Expect(const std::vector<Step>& steps) const {
-        for (const Step& step : steps) {
-            const Outcome outcome = Run(step.arguments);
-            EXPECT_EQ(outcome.status, step.status) << step.arguments << "\n" << outcome.output;
-            EXPECT_THAT(outcome.output, testing::HasSubstr(step.says)) << step.arguments;
-        }
-    }
+    WfxhostTest() : ProgramTest(QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE) {}
 
     static Bytes Content(size_t iSize) {
         Bytes bytes(iSize);
@@ -54,9 +13,6 @@ protected:
             bytes[i] = static_cast<uint8_t>(i * 7 + i / 251);
         return bytes;
     }
-
-    LocalFolder m_local;
-    std::string m_settings; // of environment variables, before the program's name
 };
 
 class WfxhostPhoneTest : public WfxhostTest {
@@ -165,7 +121,7 @@ TEST_F(WfxhostPhoneTest, InterruptStopsACopyInOrder) {
     m_phone.AddFile("photo.bin", Content(100000));
     m_phone.phone.SetLatency(std::chrono::milliseconds(20));
     // The first progress line tells that the copy runs.
-    const Outcome outcome =
+    const ProgramOutcome outcome =
         Shell("cd '" + m_local.Path() +
               "' && mkfifo lines && { " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE
               " get photo.bin > lines & } && { read -r line; kill -INT $!; cat > rest; } < lines; wait $!");

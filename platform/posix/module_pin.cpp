@@ -2,7 +2,9 @@
 #include "platform/module_pin.h"
 
 ModulePin::ModulePin() {}
-ModulePin::~ModulePin() {}
+ModulePin::~ModulePin() {
+    static_cast<void>(m_bForGood);
+}
 
 void ReleaseUnneededPins() {}
 

@@ -71,6 +71,8 @@ ModulePin::ModulePin() {
 }
 
 ModulePin::~ModulePin() {
+    if (m_bForGood)
+        return;
     {
         std::lock_guard lock(g_lock);
         ++g_iKept;

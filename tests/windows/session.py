@@ -167,11 +167,10 @@ class Session:
 
     def checks(self):
         self.run("automation", [self.program("automation-checks.exe")])
-        self.run("discovery", [self.program("discovery-checks.exe")])
+        self.run("platform", [self.program("platform-checks.exe")])
         # A program finds the library that stands beside it first, when it may.
-        for name in ("discovery-checks.exe",):
-            shutil.copy(self.program(name), self.program("incomplete"))
-        self.run("incomplete SetupAPI", [self.program("incomplete/discovery-checks.exe"), "incomplete"],
+        shutil.copy(self.program("platform-checks.exe"), self.program("incomplete"))
+        self.run("incomplete SetupAPI", [self.program("incomplete/platform-checks.exe"), "incomplete"],
                  {"WINEDLLOVERRIDES": "mscoree,mshtml=;setupapi=n"})
         self.run("file manager", [self.program("host-checks.exe"), windows_path(PLUGIN)])
         self.command_line()

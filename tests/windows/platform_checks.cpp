@@ -9,6 +9,7 @@
 #include "plugin/port_discovery.h"
 #include "tests/windows/checks.h"
 #include "tests/windows/device_tree.h"
+#include "tests/windows/splash_checks.h"
 
 namespace {
 
@@ -92,5 +93,8 @@ int main(int iCount, char** asWords) {
                       {"one handset", OnePhone},
                       {"devices that are none", DevicesThatAreSkipped},
                       {"several handsets", ManyPhones},
-                      {"classes and serial ports", ClassesAndPorts}});
+                      {"classes and serial ports", ClassesAndPorts},
+                      {"a module without resources", ModuleWithoutResources},
+                      {"the version of a library", VersionOfASystemLibrary},
+                      {"windows of the banner", WindowsOfTheBanner}});
 }

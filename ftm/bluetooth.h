@@ -1,0 +1,70 @@
+// The Bluetooth chip: HCI commands, passed through to it, and the events that it answers with.
+#pragma once
+
+#include <initializer_list>
+
+#include "ftm/ftm_command.h"
+#include "platform/export.h"
+#include "platform/types.h"
+
+class FtmLog;
+
+/// The FTM log type in whose records the chip's events arrive, one event to a record.
+constexpr unsigned short kBluetoothLogType = 0x1007;
+
+#pragma pack(push, 1)
+/// Bluetooth_LocalVersion_struct: the event that answers Read Local Version Information, byte for byte as it
+/// came, little-endian.
+struct Bluetooth_LocalVersion_struct {
+    DWORD iEventHead;                // packet type (4), event code (0x0E), length (12), command credit
+    DWORD iOpcodeStatusHciVersion;   // opcode 0x1001 (16 bits), status, HCI version
+    DWORD iHciRevisionLmpMaker;      // HCI revision (16 bits), LMP version, maker (low byte)
+    unsigned short iMakerSubversion; // maker (high byte), LMP subversion (low byte)
+    unsigned char iSubversionHigh;   // LMP subversion (high byte)
+};
+#pragma pack(pop)
+static_assert(sizeof(Bluetooth_LocalVersion_struct) == 15);
+
+/// FtmBluetooth: an HCI command is sent with its packet type (1) in front: 01, opcode (16 bits), length of
+/// the parameters, parameters. Opcodes and layouts are those of the Bluetooth Core Specification. Each
+/// request waits within QMSL_TimeOut_SyncRequest; true means that the handset took the command: what the chip
+/// said to it stands in the event alone. Caller's thread. The frame and the FTM log must outlive it.
+class QUILLET_API FtmBluetooth {
+public:
+    FtmBluetooth(CommandFrame& frame, FtmLog& ftmLog) : m_frame(frame), m_ftmLog(ftmLog) {}
+
+    /// FTM_BT_HCI_USER_CMD sends an HCI command of iLength bytes. One that does not fit a request (about 4080
+    /// bytes) is not sent, and the result is false.
+    bool FTM_BT_HCI_USER_CMD(const unsigned char* piHCI_Command, unsigned short iLength);
+
+    /// FTM_BT_HCI_USER_CMD_WithEventResponse sends an HCI command and waits at most iTimeOut_ms for the next
+    /// event, for which it switches the records of Bluetooth events on before and off after.
+    ///   piEvent       receives the event, with its packet type (4) in front
+    ///   iEventLength  in: the room in piEvent; out: the event's length, 0 when none came
+    /// False also when the event is longer than the room: then piEvent is as it was.
+    bool FTM_BT_HCI_USER_CMD_WithEventResponse(const unsigned char* piHCI_Command, unsigned short iLength,
+                                               unsigned char* piEvent, unsigned short& iEventLength,
+                                               DWORD iTimeOut_ms);
+
+    /// BT_GetModuleVersion reads the chip's version (Read Local Version Information, opcode 0x1001), waiting
+    /// 1000 ms for the event. False, with the record as it was, when none of at least 15 bytes came.
+    bool BT_GetModuleVersion(Bluetooth_LocalVersion_struct& localVersion);
+
+    /// FTM_BT_Enable_Bluetooth makes the chip ready for a tester: Reset (opcode 0x0C03), Write Scan Enable
+    /// (0x0C1A: inquiry and page scan), Enable Device Under Test Mode (0x1803). It ends with the first one
+    /// that fails.
+    bool FTM_BT_Enable_Bluetooth();
+    /// FTM_BT_SetCW keeps the transmitter on at a channel. The public specification knows no bare carrier;
+    /// what comes next is LE Transmitter Test (opcode 0x201E; 2402 MHz + 2 MHz per channel, 0 to 39) with the
+    /// longest packets that it always allows (37 bytes), all ones.
+    bool FTM_BT_SetCW(unsigned char iChannel);
+    /// FTM_BT_SetAddr gives the chip the address under which it transmits: six bytes, lowest first, with LE
+    /// Set Random Address (opcode 0x2005), the only address that the public standard lets be set.
+    bool FTM_BT_SetAddr(const unsigned char* piAddress);
+
+private:
+    bool SendHci(unsigned short iOpcode, std::initializer_list<unsigned char> parameters);
+
+    CommandFrame& m_frame;
+    FtmLog& m_ftmLog;
+};

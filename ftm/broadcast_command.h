@@ -1,0 +1,15 @@
+// What the commands of the broadcast receiver share.
+#pragma once
+
+#include <cstddef>
+
+#include "ftm/ftm_command.h"
+
+/// Requests and answers begin with command type, subsystem and command id.
+constexpr size_t kBroadcastHeader = 4;
+
+/// BeginBroadcast begins a request; the id stands in the method that is named after the command.
+inline RequestBuilder& BeginBroadcast(CommandFrame& frame, unsigned char iCommandId) {
+    constexpr unsigned char kBroadcastSubsystem = 43;
+    return frame.FormatSubsystemDiagHeader(kBroadcastSubsystem, iCommandId);
+}

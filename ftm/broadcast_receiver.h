@@ -1,0 +1,34 @@
+// The broadcast receiver: start, state, version, channel, signal strength.
+#pragma once
+
+#include "ftm/ftm_command.h"
+#include "platform/export.h"
+
+/// BroadcastReceiver: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true
+/// means that the handset answered, with all values. Out-values are taken from the end of the answer; those
+/// for which it has too few bytes stay as they were. Values are the handset's. Caller's thread. The frame
+/// must outlive it.
+class QUILLET_API BroadcastReceiver {
+public:
+    explicit BroadcastReceiver(CommandFrame& frame) : m_frame(frame) {}
+
+    bool MFLO_START_FLO();
+    bool MFLO_GET_FLO_STATE(unsigned char eSystem, unsigned char& eSystemState);
+    bool MFLO_GET_FLO_SUBSTATE(unsigned char eSystem, unsigned char& eSubstate);
+    bool MFLO_GET_FLO_VERSION_INFO(unsigned char& pHWmajor, unsigned char& pHWminor, unsigned char& pHWpatch,
+                                   unsigned char& pSWmajor, unsigned char& pSWminor, unsigned char& pSWpatch,
+                                   unsigned char& pSWbuild);
+
+    bool MFLO_SET_RF_CHNL(unsigned char iChannel);
+    bool MFLO_GET_RF_CHNL(unsigned char& piChannel);
+    /// MFLO_GET_RSSI_VALUE: the signal strength with two decimals. It changes only when the answer is long
+    /// enough for all of it.
+    bool MFLO_GET_RSSI_VALUE(double& pdRSSI);
+
+    bool MFLO_ENABLE_FTAP_PLP_DATA(unsigned char bEnable);
+    bool MFLO_ENABLE_FTAP_OIS(unsigned char eOIS_ReceptionMode);
+    bool MFLO_ENABLE_WIC_LIC(unsigned char bEnable);
+
+private:
+    CommandFrame& m_frame;
+};

@@ -1,0 +1,48 @@
+// What the broadcast receiver counts: physical-layer packets (PLPs) of its channels, flows and overhead
+// (OIS).
+#pragma once
+
+#include "ftm/broadcast_records.h"
+#include "ftm/ftm_command.h"
+#include "platform/export.h"
+#include "platform/types.h"
+
+/// BroadcastStatistics: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true
+/// means that the handset answered, with all values. An answer with a record carries it directly behind its
+/// header, laid out as broadcast_records.h says; a record is filled whole or left as it was. Caller's thread.
+/// The frame must outlive it.
+class QUILLET_API BroadcastStatistics {
+public:
+    explicit BroadcastStatistics(CommandFrame& frame) : m_frame(frame) {}
+
+    /// MFLO_RST_PLP_STATS resets all statistics (bResetAll not 0) or those of one channel.
+    bool MFLO_RST_PLP_STATS(unsigned char bResetAll, unsigned char iMlcId, unsigned char eSystem);
+    bool MFLO_RST_MLC_PLP_STATS(unsigned char iMlcId, unsigned char eSystem);
+
+    /// MFLO_GET_MLC_INFO: description and statistics of one channel.
+    bool MFLO_GET_MLC_INFO(unsigned char iMlcID, unsigned char eSystem, mftypes_active_mlc_info* pMlcInfo);
+    bool MFLO_GET_MLC_PLP_STAT_DYN_PARAMS(unsigned char iMlcID, unsigned char eSystem,
+                                          mftypes_mlc_plp_stats_type* pPlpStats);
+    bool MFLO_GET_MLC_DYN_PARAMS(unsigned char iMlcID, unsigned char eSystem,
+                                 mftypes_mlc_dyn_params_type* pDynParams);
+
+    /// MFLO_GET_OIS_PLP_STAT takes four counters from the end of the answer, in this order there; those for
+    /// which it has too few bytes stay as they were.
+    bool MFLO_GET_OIS_PLP_STAT(unsigned char eOIStype, DWORD& iFirst, DWORD& iSecond, DWORD& iThird,
+                               DWORD& iFourth);
+    bool MFLO_RST_OIS_PLP_STAT(unsigned char eOIStype);
+
+    /// MFLO_GET_FLO_PLP_DYN_PARAMS: a flow's good and erased packets, in all and in the present super-frame;
+    /// all are written or none.
+    bool MFLO_GET_FLO_PLP_DYN_PARAMS(DWORD iFlowID, unsigned short& iTotalGoodPlps,
+                                     unsigned short& iTotalErasures, unsigned short& iSuperFrameGoodPlps,
+                                     unsigned short& iSuperFrameErasures);
+
+private:
+    bool SendForChannel(const char* sMethod, unsigned char iCommandId, unsigned char iMlcID,
+                        unsigned char eSystem);
+    template <class Record>
+    bool TakeRecord(Record* pRecord);
+
+    CommandFrame& m_frame;
+};

@@ -1,0 +1,75 @@
+// Taking a picture and fetching it in pieces.
+#include <algorithm>
+
+#include "ftm/camera.h"
+#include "ftm/peripheral_command.h"
+
+namespace {
+
+/// Of an answer with a piece of the picture, what is not picture: header, offset, size, status.
+constexpr unsigned short kPieceFrame = kPeripheralHeader + 8;
+/// The longest answer, without its FCS.
+constexpr unsigned short kLongestAnswer = 4094;
+
+} // namespace
+
+bool FtmCamera::FTM_CAMERA_TAKE_PICTURE_AND_ENCODE(DWORD iQuality, unsigned short iFormat,
+                                                   DWORD& iPictureSize, unsigned short& iCameraStatus) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CAMERA_TAKE_PICTURE_AND_ENCODE( iQuality = %d, iFormat = %d )",
+                             AsInt(iQuality), iFormat);
+    m_frame.FormatCameraFTMHeader(6, 10, 16).U32(iQuality).U16(iFormat);
+    return SendForStatus(m_frame, "FTM_CAMERA_TAKE_PICTURE_AND_ENCODE", iCameraStatus, iPictureSize);
+}
+
+bool FtmCamera::FTM_CAMERA_GET_PICTURE(DWORD iDataOffset, unsigned short& iDataSize, unsigned char* piData,
+                                       unsigned short& iCameraStatus) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CAMERA_GET_PICTURE( iDataOffset = %d, iDataSize = %d )",
+                             AsInt(iDataOffset), iDataSize);
+    m_frame.FormatCameraFTMHeader(7, 16, static_cast<unsigned short>(iDataSize + kPieceFrame))
+        .U32(iDataOffset)
+        .U16(iDataSize);
+    return SendForStatus(m_frame, "FTM_CAMERA_GET_PICTURE", iCameraStatus) &&
+           TakePiece(m_frame, iDataOffset, iDataSize, piData, sizeof iCameraStatus);
+}
+
+bool FtmCamera::FTM_CAMERA_PerformTakePictureSequence(const FTM_Camera_PictureSettings& settings,
+                                                      DWORD& iPictureSize, unsigned short& iCameraStatus) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CAMERA_PerformTakePictureSequence( )");
+    unsigned short iOrientation = 0;
+    unsigned short iRotation = 0;
+    unsigned char iSensorRotation = 0;
+    unsigned short iWidth = 0;
+    unsigned short iHeight = 0;
+    FTM_CAMERA_START(iCameraStatus);
+    FTM_CAMERA_STOP(iCameraStatus);
+    return FTM_CAMERA_START(iCameraStatus) &&
+           FTM_CAMERA_SET_PARM(settings.iParmId, settings.iParmValue, iCameraStatus) &&
+           FTM_CAMERA_GET_INFO(iOrientation, iRotation, iSensorRotation, iWidth, iHeight, iCameraStatus) &&
+           FTM_CAMERA_SET_DIMENSIONS(settings.iPictureWidth, settings.iPictureHeight, settings.iLCDWidth,
+                                     iCameraStatus) &&
+           FTM_CAMERA_START_PREVIEW(iCameraStatus) && FTM_CAMERA_STOP_PREVIEW(iCameraStatus) &&
+           FTM_CAMERA_TAKE_PICTURE_AND_ENCODE(settings.iQuality, settings.iFormat, iPictureSize,
+                                              iCameraStatus);
+}
+
+bool FtmCamera::ReadPicture(DWORD iPictureSize, unsigned short iTransferSize, unsigned char* piPicture) {
+    const DWORD iPieceSize = std::min<unsigned short>(iTransferSize, kLongestAnswer - kPieceFrame);
+    unsigned short iStatus = 0;
+    for (DWORD iRead = 0; iRead < iPictureSize;) {
+        auto iPiece = static_cast<unsigned short>(std::min(iPieceSize, iPictureSize - iRead));
+        if (!FTM_CAMERA_GET_PICTURE(iRead, iPiece, piPicture + iRead, iStatus) || iPiece == 0)
+            return false;
+        iRead += iPiece;
+    }
+    return true;
+}
+
+bool FtmCamera::FTM_CAMERA_GetEntirePicture(DWORD iPictureSize, unsigned short iTransferSize,
+                                            unsigned char* piPicture) {
+    m_frame.Log().LogMessage(LOG_FN,
+                             "QLIB_FTM_CAMERA_GetEntirePicture( iPictureSize = %d, iTransferSize = %d )",
+                             AsInt(iPictureSize), iTransferSize);
+    const bool bRead = iTransferSize > 0 && ReadPicture(iPictureSize, iTransferSize, piPicture);
+    unsigned short iStatus = 0;
+    return FTM_CAMERA_STOP(iStatus) && bRead;
+}

@@ -1,0 +1,33 @@
+// The requests of the EGPRS bit-error-rate test.
+#pragma once
+
+#include "ftm/test_request.h"
+#include "platform/export.h"
+
+/// EgprsTestRequests: further requests of the GSM test, with results as in GsmTestRequests. TSC, TFI, USF,
+/// band and slot values are the phone's. Caller's thread. The frame must outlive it.
+class QUILLET_API EgprsTestRequests {
+public:
+    explicit EgprsTestRequests(CommandFrame& frame) : m_frame(frame) {}
+
+    bool FTM_EGPRS_BER_START_GPRS_IDLE_MODE_REQ(unsigned char& iStatus);
+    bool FTM_EGPRS_BER_ESTABLISH_SRB_LOOPBACK(unsigned char& iStatus);
+    bool FTM_EGPRS_BER_CONFIGURE_DL_TBF(unsigned char iDL_TSC, unsigned char iDL_TFI, unsigned short iChannel,
+                                        unsigned char iBand, unsigned char bFirstSlotActive,
+                                        unsigned char iFirstSlotNum, unsigned char bSecondSlotActive,
+                                        unsigned char iSecondSlotNum, unsigned char& iStatus);
+    /// iThird is passed on between USF and slots.
+    bool FTM_EGPRS_BER_CONFIGURE_UL_TBF(unsigned char iUL_TSC, unsigned char iUSF, unsigned char iThird,
+                                        unsigned char bFirstSlotActive, unsigned char iFirstSlotNum,
+                                        unsigned char bSecondSlotActive, unsigned char iSecondSlotNum,
+                                        unsigned char& iStatus);
+    bool FTM_EGPRS_BER_RELEASE_ALL_TBF(unsigned char& iStatus);
+    bool FTM_EGPRS_BER_RELEASE_UL_TBF(unsigned char& iStatus);
+
+private:
+    /// Begin logs a request's entry line too: none of them shows its arguments.
+    RequestBuilder& Begin(const char* sEntry, unsigned short iId);
+    bool Exchange(unsigned char& iStatus) { return ExchangeTest(m_frame, StatusAt::Byte10, iStatus); }
+
+    CommandFrame& m_frame;
+};

@@ -1,0 +1,37 @@
+// The requests of the GSM bit-error-rate test.
+#pragma once
+
+#include "ftm/test_request.h"
+#include "platform/export.h"
+
+/// What the phone loops back, and the kind of traffic channel: the phone's numbers.
+enum FTM_GSM_BER_LoopbackType_Enum : int {};
+enum FTM_GSM_BER_Channel_Modes_Enum : int {};
+
+/// GsmTestRequests: one request each. True means that the phone answered; iStatus is its verdict (0:
+/// accepted) as ExchangeTest says. FTM_GSM_... sessions put them into order. Caller's thread. The frame must
+/// outlive it.
+class QUILLET_API GsmTestRequests {
+public:
+    explicit GsmTestRequests(CommandFrame& frame) : m_frame(frame) {}
+
+    bool FTM_GSM_START_MODE_REQ(unsigned char& iStatus);
+    bool FTM_GSM_SELECT_SPECIFIC_BCCH_REQ(unsigned short iChannel, unsigned char iBand,
+                                          unsigned char& iStatus);
+    bool FTM_GSM_START_IDLE_MODE_REQ(unsigned char& iStatus);
+    bool FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ(FTM_GSM_BER_LoopbackType_Enum iLoopbackType,
+                                          unsigned char& iStatus);
+    bool FTM_GSM_CHANNEL_ASSIGN_REQ(unsigned char iSlot, FTM_GSM_BER_Channel_Modes_Enum eMode,
+                                    unsigned char& iStatus);
+    bool FTM_GSM_CHANNEL_RELEASE_REQ(unsigned char& iStatus);
+    bool FTM_GSM_STOP_GSM_MODE_REQ(unsigned char& iStatus);
+    bool FTM_GSM_BER_CHANNEL_ASSIGN_V2_REQ(unsigned short iChannel, unsigned char iBand, unsigned char iTSC,
+                                           unsigned char iSlot, FTM_GSM_BER_Channel_Modes_Enum eMode,
+                                           unsigned char iPowerLevel, unsigned char& iStatus);
+
+private:
+    RequestBuilder& Begin(unsigned short iId) { return BeginTest(m_frame, FTM_MODE_ID_GSM_BER, iId); }
+    bool Exchange(unsigned char& iStatus) { return ExchangeTest(m_frame, StatusAt::Byte10, iStatus); }
+
+    CommandFrame& m_frame;
+};

@@ -1,0 +1,40 @@
+// The requests of the HSDPA block-error-rate test.
+#pragma once
+
+#include "ftm/test_request.h"
+#include "platform/export.h"
+
+/// HsdpaTestRequests: further requests of the WCDMA test, with results as in GsmTestRequests, but for the
+/// status, which stands one byte later in these answers. Values are the phone's. Caller's thread. The frame
+/// must outlive it.
+class QUILLET_API HsdpaTestRequests {
+public:
+    static constexpr size_t kCodes = 4;
+    static constexpr size_t kMemPartitions = 8;
+
+    explicit HsdpaTestRequests(CommandFrame& frame) : m_frame(frame) {}
+
+    bool FTM_HSDPA_BLER_CMD_START_HS(unsigned char& iStatus);
+    bool FTM_HSDPA_BLER_CMD_STOP_HS(unsigned char& iStatus);
+    bool FTM_HSDPA_BLER_CMD_RECONFIG_HS(unsigned char iReconfigBitmask, unsigned char& iStatus);
+    bool FTM_HSDPA_BLER_CMD_CONFIG_HS_PDSCH(unsigned short iValue, unsigned char& iStatus);
+    /// aiCodes: always kCodes bytes, whatever iNumCodes.
+    bool FTM_HSDPA_BLER_CMD_CONFIG_HS_SCCH(unsigned char iNumCodes, const unsigned char* aiCodes,
+                                           unsigned char& iStatus);
+    /// aiMemPartitionInfo: always kMemPartitions bytes.
+    bool FTM_HSDPA_BLER_CMD_CONFIG_HS_DSCH(unsigned short iH_RNTI, unsigned char iNum_HARQ_Processes,
+                                           unsigned char bMemPartitionValid,
+                                           const unsigned char* aiMemPartitionInfo, unsigned char& iStatus);
+    bool FTM_HSDPA_BLER_CMD_CONFIG_HS_DPCCH(unsigned char iCPICH_PowerOffset,
+                                            unsigned char iCQI_FeedbackCycle,
+                                            unsigned char iCQI_RepetitionFactor, unsigned char iDeltaCQI,
+                                            unsigned char iDeltaACK, unsigned char iDeltaNACK,
+                                            unsigned char iACK_NACK_RepetitionFactor, unsigned char& iStatus);
+
+private:
+    /// Begin logs the entry line of a request that does not show its arguments, and begins it.
+    RequestBuilder& Begin(const char* sEntry, unsigned short iId);
+    bool Exchange(unsigned char& iStatus) { return ExchangeTest(m_frame, StatusAt::Byte11, iStatus); }
+
+    CommandFrame& m_frame;
+};

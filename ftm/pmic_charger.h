@@ -1,0 +1,37 @@
+// The chargers of the power-management chip.
+#pragma once
+
+#include <initializer_list>
+
+#include "ftm/ftm_command.h"
+#include "platform/export.h"
+
+/// PmicCharger sets the chargers and what limits them. Every command is one request and its answer, within
+/// QMSL_TimeOut_SyncRequest; true means that the handset answered, in whatever system mode. Values are the
+/// chip's and are passed on unchanged. Caller's thread. The frame must outlive it.
+class QUILLET_API PmicCharger {
+public:
+    explicit PmicCharger(CommandFrame& frame) : m_frame(frame) {}
+
+    bool FTM_PMIC_CHG_SET_SWITCH_STATE(unsigned char iChargerSwitchType, unsigned char iChargerSwitchCommand);
+
+    bool FTM_PMIC_CONFIG_WALL_PULSE_CHGR(unsigned char iChargerType, unsigned char iTimeOn,
+                                         unsigned char iTimeOff, unsigned char iTimeDone);
+    /// FTM_PMIC_CONFIG_WALL_PULSE_CHGR_VBAT_DET: the battery voltage that the pulse charger detects.
+    bool FTM_PMIC_CONFIG_WALL_PULSE_CHGR_VBAT_DET(unsigned char iVbattDetectVoltage);
+    bool FTM_PMIC_CONFIG_WALL_CHGR_TRANSISTOR_LIMITS(unsigned char iChargerMaxCurrent,
+                                                     unsigned char iChargerMaxVoltage);
+    bool FTM_PMIC_CONFIG_TRICKLE_CHARGER(unsigned char iChargerMaxCurrent);
+    bool FTM_PMIC_CONFIG_COIN_CELL_CHGR(unsigned char iVoltageSetting, unsigned char iResistorSetting);
+    /// FTM_PMIC_CONFIG_BATT_ALARM: the voltages between which the battery raises no alarm.
+    bool FTM_PMIC_CONFIG_BATT_ALARM(unsigned short iUpperLimit, unsigned short iLowerLimit,
+                                    unsigned char iHysteresisSetting);
+    bool FTM_PMIC_CONFIG_USB_TRANSISTOR_LIMITS(unsigned char iChargerMaxCurrent);
+    bool FTM_PMIC_CONFIG_PWR_CTRL_LIMIT(unsigned char iChargerType, unsigned char iMaxPower);
+
+private:
+    /// All configuration is one command, in which a selector says what the values behind it are.
+    bool Configure(unsigned char iSelector, std::initializer_list<unsigned char> values);
+
+    CommandFrame& m_frame;
+};

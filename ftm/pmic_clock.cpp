@@ -1,0 +1,110 @@
+#include "ftm/pmic_clock.h"
+
+#include <cstdio>
+
+#include "ftm/pmic_command.h"
+
+namespace {
+
+constexpr unsigned char kRead = 1;
+
+/// The fields of a moment, in their order on the wire.
+struct Moment {
+    unsigned char& iTimeMode;
+    unsigned char& iMonth;
+    unsigned char& iDay;
+    unsigned short& iYear;
+    unsigned char& iHour;
+    unsigned char& iMinute;
+    unsigned char& iSecond;
+};
+
+/// A command that sets or gets a moment; in front of it stand read/write and, for an alarm, its id.
+struct MomentCommand {
+    const char* sMethod;
+    unsigned char iSubcommand;
+    std::initializer_list<unsigned char> front;
+
+    unsigned char ReadWrite() const { return *front.begin(); }
+};
+
+void LogMoment(CommandFrame& frame, const MomentCommand& command, const char* sStage, const Moment& moment) {
+    char sAlarm[24] = "";
+    if (command.front.size() > 1)
+        std::snprintf(sAlarm, sizeof sAlarm, "iAlarmId = 0x%X, ", command.front.begin()[1]);
+    frame.Log().LogMessage(LOG_FN,
+                           "QLIB_%s-%s( iReadWrite = 0x%X, %siTimeMode = 0x%X, iMonth = 0x%X, iDay = 0x%X, "
+                           "iYear = 0x%X, iHour = 0x%X, iMinute = 0x%X, iSecond = 0x%X)",
+                           command.sMethod, sStage, command.ReadWrite(), sAlarm, moment.iTimeMode,
+                           moment.iMonth, moment.iDay, moment.iYear, moment.iHour, moment.iMinute,
+                           moment.iSecond);
+}
+
+bool SetGetMoment(CommandFrame& frame, const MomentCommand& command, const Moment& moment) {
+    LogMoment(frame, command, "start", moment);
+    RequestBuilder& request = BeginPmic(frame, FTM_PMIC_CMD_CLOCK, command.iSubcommand);
+    request.Bytes({command.front.begin(), command.front.size()});
+    request.U8(moment.iTimeMode).U8(moment.iMonth).U8(moment.iDay).U16(moment.iYear);
+    request.U8(moment.iHour).U8(moment.iMinute).U8(moment.iSecond);
+    if (!frame.Send(0))
+        return false;
+    if (command.ReadWrite() == kRead)
+        TakeValues(frame, moment.iSecond, moment.iMinute, moment.iHour, moment.iYear, moment.iDay,
+                   moment.iMonth, moment.iTimeMode);
+    LogMoment(frame, command, "finish", moment);
+    return true;
+}
+
+} // namespace
+
+bool PmicClock::FTM_PMIC_RTC_SET_GET_TIME(unsigned char iReadWrite, unsigned char& iTimeMode,
+                                          unsigned char& iMonth, unsigned char& iDay, unsigned short& iYear,
+                                          unsigned char& iHour, unsigned char& iMinute,
+                                          unsigned char& iSecond) {
+    return SetGetMoment(m_frame, {"FTM_PMIC_RTC_SET_GET_TIME", 0, {iReadWrite}},
+                        {iTimeMode, iMonth, iDay, iYear, iHour, iMinute, iSecond});
+}
+
+bool PmicClock::FTM_PMIC_RTC_SET_GET_ALARM_TIME(unsigned char iReadWrite, unsigned char& iAlarmId,
+                                                unsigned char& iTimeMode, unsigned char& iMonth,
+                                                unsigned char& iDay, unsigned short& iYear,
+                                                unsigned char& iHour, unsigned char& iMinute,
+                                                unsigned char& iSecond) {
+    return SetGetMoment(m_frame, {"FTM_PMIC_RTC_SET_GET_ALARM_TIME", 1, {iReadWrite, iAlarmId}},
+                        {iTimeMode, iMonth, iDay, iYear, iHour, iMinute, iSecond});
+}
+
+bool PmicClock::FTM_PMIC_RTC_STOP() {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_PMIC_RTC_STOP( )");
+    return SetPmic(m_frame, FTM_PMIC_CMD_CLOCK, 2, {});
+}
+
+bool PmicClock::FTM_PMIC_RTC_GET_ALARM_STATUS(unsigned char& iAlarmStatus) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_PMIC_RTC_GET_ALARM_STATUS( )");
+    if (!SetPmic(m_frame, FTM_PMIC_CMD_CLOCK, 3, {iAlarmStatus}))
+        return false;
+    TakeValues(m_frame, iAlarmStatus);
+    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_PMIC_RTC_GET_ALARM_STATUS( iAlarmStatus = %d)", iAlarmStatus);
+    return true;
+}
+
+bool PmicClock::FTM_PMIC_RTC_DISABLE_ALARM(unsigned char iAlarmId) {
+    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_PMIC_RTC_DISABLE_ALARM( iAlarmId = %d)", iAlarmId);
+    return SetPmic(m_frame, FTM_PMIC_CMD_CLOCK, 4, {iAlarmId});
+}
+
+bool PmicClock::FTM_PMIC_RTC_SET_GET_TIME_ADJUST(unsigned char iReadWrite, unsigned char& iTimeAdjust) {
+    const auto log = [&](unsigned iCategory) {
+        m_frame.Log().LogMessage(iCategory,
+                                 "QLIB_FTM_PMIC_RTC_SET_GET_TIME_ADJUST( iReadWrite = %d , iTimeAdjust = %d)",
+                                 iReadWrite, iTimeAdjust);
+    };
+    log(LOG_FN);
+    if (!SetPmic(m_frame, FTM_PMIC_CMD_CLOCK, 5, {iReadWrite, iTimeAdjust}))
+        return false;
+    if (iReadWrite == kRead) {
+        TakeValues(m_frame, iTimeAdjust);
+        log(LOG_RET);
+    }
+    return true;
+}

@@ -1,0 +1,24 @@
+// The power-management chip's lines: analogue multiplexer, interrupts, output drivers.
+#pragma once
+
+#include "ftm/ftm_command.h"
+#include "platform/export.h"
+
+/// PmicSignals: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that
+/// the handset answered, in whatever system mode. Values are the chip's and are passed on unchanged. Caller's
+/// thread. The frame must outlive it.
+class QUILLET_API PmicSignals {
+public:
+    explicit PmicSignals(CommandFrame& frame) : m_frame(frame) {}
+
+    bool FTM_PMIC_AMUX_CONFIG(unsigned char iMuxSelect, unsigned char iMuxScale);
+    /// FTM_PMIC_INT_GET_RT_STATUS reads an interrupt's present status; iInterruptStatusId stays as it is.
+    bool FTM_PMIC_INT_GET_RT_STATUS(unsigned char& iInterruptStatusId, unsigned char& iInterruptStatus);
+    bool FTM_PMIC_INT_IRQ_CLR(unsigned char iInterruptHandler);
+    bool FTM_SET_PMIC_DRIVE_LEVEL(unsigned char iHighDrivePinID, unsigned char iDriveLevel);
+    bool FTM_PMIC_SPKR_CONFIG(unsigned char iSpeakerCMD, unsigned char iSpeakerGain,
+                              unsigned char iSpeakerDelay);
+
+private:
+    CommandFrame& m_frame;
+};

@@ -1,0 +1,30 @@
+// Which radio-test sessions run on a connection.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "platform/export.h"
+
+enum class RadioSession : unsigned char { Gsm, Egprs, Wcdma, Hsdpa };
+
+/// RadioSessions is the one record of what the sessions must know of each other: starting one stops another.
+/// It is what the library asked for; a phone that was switched off in between knows nothing of it. Caller's
+/// thread.
+class QUILLET_API RadioSessions {
+public:
+    /// IsRadioSessionActive: no session is at first.
+    bool IsRadioSessionActive(RadioSession eSession) const { return m_aActive[Index(eSession)]; }
+    void SetRadioSession(RadioSession eSession, bool bActive) { m_aActive[Index(eSession)] = bActive; }
+    /// EndRadioSessionsOfPort forgets GSM and WCDMA, which a newly opened port begins without; the packet
+    /// sessions on top of them are forgotten by the operations that end them.
+    void EndRadioSessionsOfPort() {
+        SetRadioSession(RadioSession::Gsm, false);
+        SetRadioSession(RadioSession::Wcdma, false);
+    }
+
+private:
+    static size_t Index(RadioSession eSession) { return static_cast<size_t>(eSession); }
+
+    std::array<bool, 4> m_aActive{};
+};

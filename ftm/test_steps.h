@@ -1,0 +1,79 @@
+// The steps that the radio-test sessions are made of: a request that the phone accepts, a record that
+// confirms it, and a log line for each.
+#pragma once
+
+#include <functional>
+
+#include "diag/log_masks.h"
+#include "link/event_listener.h"
+#include "link/text_log.h"
+
+/// The outcome of one test request.
+struct TestAnswer {
+    bool bExchanged;
+    unsigned char iStatus;
+    bool Accepted() const { return bExchanged && iStatus == 0; }
+};
+
+/// How a wait measures its time.
+enum class WaitClock {
+    Ticks, // with a time-out of 0 it fails at once
+    Timer, // one of the connection's timers, which stays in its list; looks at the status at least once
+};
+
+/// TestSteps: what the four kinds of session share. Each has one of its own. Caller's thread. The frame and
+/// the log masks must outlive it.
+class TestSteps {
+public:
+    TestSteps(CommandFrame& frame, LogMasks& masks) : m_frame(frame), m_masks(masks) {}
+
+    DataLogFileHandler& Log() { return m_frame.Log(); }
+    DiagConnection& Connection() { return m_frame.Connection(); }
+    CQLibEventListener& Listener() { return Connection().Listener(); }
+
+    /// Enter logs an operation's entry line.
+    void Enter(const char* sLine) { Log().LogMessage(LOG_FN, "%s", sLine); }
+    /// Report logs "    WHAT = PASS" or "... = FAIL" and gives the result back.
+    bool Report(const char* sWhat, bool bResult, LogCategory eCategory = LOG_RET);
+    /// Fail logs a line and gives false.
+    bool Fail(const char* sLine);
+
+    /// Request calls a method of `requests` with the arguments and a status, and logs
+    /// "    REQUEST = PASS, status = 0".
+    template <class Requests, class... Parameters, class... Arguments>
+    TestAnswer Request(const char* sRequest, Requests& requests, bool (Requests::*pMethod)(Parameters...),
+                       const Arguments&... arguments) {
+        return RequestLoggedAs(LOG_RET, sRequest, requests, pMethod, arguments...);
+    }
+    /// Accepted is a Request that has to be accepted.
+    template <class Requests, class... Parameters, class... Arguments>
+    bool Accepted(const char* sRequest, Requests& requests, bool (Requests::*pMethod)(Parameters...),
+                  const Arguments&... arguments) {
+        return Request(sRequest, requests, pMethod, arguments...).Accepted();
+    }
+    template <class Requests, class... Parameters, class... Arguments>
+    TestAnswer RequestLoggedAs(LogCategory eCategory, const char* sRequest, Requests& requests,
+                               bool (Requests::*pMethod)(Parameters...), const Arguments&... arguments) {
+        TestAnswer answer{};
+        answer.bExchanged = (requests.*pMethod)(arguments..., answer.iStatus);
+        Log().LogMessage(eCategory, "    %s = %s, status = %d", sRequest, Word(answer.bExchanged),
+                         answer.iStatus);
+        return answer;
+    }
+
+    /// Wait waits for records to make the condition true, within QMSL_TimeOut_StatisticsWait, between two log
+    /// lines with the test's and the record's name.
+    bool Wait(const char* sTest, const char* sRecord, WaitClock eClock,
+              const std::function<bool(const RadioTestBlocks&)>& condition);
+
+    /// SetWaitTime makes iWaitTime_ms the time of this and later waits; 0 keeps the one that is set.
+    void SetWaitTime(DWORD iWaitTime_ms);
+    /// EndSession switches phone logging off and on, logs "LINE = PASS" and gives the outcome back.
+    bool EndSession(const char* sLine, bool bOutcome);
+
+private:
+    static const char* Word(bool bResult) { return bResult ? "PASS" : "FAIL"; }
+
+    CommandFrame& m_frame;
+    LogMasks& m_masks;
+};

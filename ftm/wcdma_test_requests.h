@@ -1,0 +1,55 @@
+// The requests of the WCDMA bit-error-rate test.
+#pragma once
+
+#include "ftm/test_request.h"
+#include "platform/export.h"
+#include "platform/types.h"
+
+/// WcdmaTestRequests: one request each, with results as in GsmTestRequests. Values without a telling name are
+/// passed on as they are. Caller's thread. The frame must outlive it.
+class QUILLET_API WcdmaTestRequests {
+public:
+    explicit WcdmaTestRequests(CommandFrame& frame) : m_frame(frame) {}
+
+    bool FTM_WCDMA_START_MODE_REQ(unsigned char& iStatus);
+    bool FTM_WCDMA_STOP_MODE_REQ(unsigned char& iStatus);
+    bool FTM_WCDMA_START_IDLE_MODE_REQ(unsigned char& iStatus);
+    bool FTM_WCDMA_ACQUIRE_REQ(unsigned char iA, unsigned char iB, unsigned short iC, unsigned short iD,
+                               DWORD iE, unsigned char& iStatus);
+    bool FTM_WCDMA_RMC_DCH_SETUP_REQ(unsigned char iRMC_Type, unsigned char iUL_MaxTxPwr,
+                                     DWORD iUL_DPCH_ScrCode, unsigned char iUL_PCA,
+                                     unsigned char iUL_TPC_StepSize, unsigned short iDL_PriCPICH_Scr_Code,
+                                     unsigned short iDL_ChanCode, unsigned char& iStatus);
+    /// FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B sends nine values more; FTM_WCDMA_RMC_DCH_SETUP_REQ_V2 is the same
+    /// request with iH to iM fixed.
+    bool FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B(unsigned char iRMC_Type, unsigned char iUL_MaxTxPwr,
+                                         DWORD iUL_DPCH_ScrCode, unsigned char iUL_PCA,
+                                         unsigned char iUL_TPC_StepSize, unsigned short iDL_PriCPICH_Scr_Code,
+                                         unsigned short iDL_ChanCode, unsigned char iF, unsigned char iG,
+                                         unsigned short iH, unsigned char iI, unsigned char iJ,
+                                         unsigned char iK, unsigned char iL, unsigned char iM,
+                                         unsigned short iN, unsigned char& iStatus);
+    bool FTM_WCDMA_RMC_DCH_SETUP_REQ_V2(unsigned char iRMC_Type, unsigned char iUL_MaxTxPwr,
+                                        DWORD iUL_DPCH_ScrCode, unsigned char iUL_PCA,
+                                        unsigned char iUL_TPC_StepSize, unsigned short iDL_PriCPICH_Scr_Code,
+                                        unsigned short iDL_ChanCode, unsigned char iF, unsigned char iG,
+                                        unsigned short iN, unsigned char& iStatus);
+
+private:
+    struct Rmc {
+        unsigned char iType;
+        unsigned char iMaxTxPwr;
+        DWORD iDpchScrCode;
+        unsigned char iPca;
+        unsigned char iTpcStepSize;
+        unsigned short iPriCpichScrCode;
+        unsigned short iChanCode;
+    };
+
+    RequestBuilder& Begin(unsigned short iId) { return BeginTest(m_frame, FTM_MODE_ID_WCDMA_BER, iId); }
+    /// BeginSetup logs the entry line of a set-up request and appends what all of them begin with.
+    RequestBuilder& BeginSetup(const char* sName, unsigned short iId, const Rmc& rmc);
+    bool Exchange(unsigned char& iStatus) { return ExchangeTest(m_frame, StatusAt::Byte10, iStatus); }
+
+    CommandFrame& m_frame;
+};

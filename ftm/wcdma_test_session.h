@@ -1,0 +1,87 @@
+// The WCDMA bit-error-rate test: the phone acquires a test instrument's pilot and sets up a reference
+// channel.
+#pragma once
+
+#include "ftm/ftm_log.h"
+#include "ftm/gsm_test_requests.h"
+#include "ftm/radio_sessions.h"
+#include "ftm/test_steps.h"
+#include "ftm/wcdma_test_requests.h"
+#include "link/radio_test_blocks.h"
+#include "platform/export.h"
+#include "platform/types.h"
+
+/// WcdmaTestSession: StartSession, AcquirePilot, SetupRMC_DCH or SetupDefaultRMC_DCH, Handover to change the
+/// channel, StopSession. Requests, confirmations and results work as in GsmTestSession; each wait adds a
+/// timer to the connection's list. Values without a telling name are passed on as they are.
+///
+/// Blocks the caller's thread while it waits. Frame, families and session record must outlive it.
+class QUILLET_API WcdmaTestSession {
+public:
+    WcdmaTestSession(CommandFrame& frame, LogMasks& masks, FtmLog& ftmLog, WcdmaTestRequests& requests,
+                     GsmTestRequests& gsmRequests, RadioSessions& sessions)
+        : m_steps(frame, masks),
+          m_ftmLog(ftmLog),
+          m_requests(requests),
+          m_gsmRequests(gsmRequests),
+          m_sessions(sessions) {}
+
+    /// FTM_WCDMA_BER_StartSession has the phone send its test records, stops what runs of GSM and WCDMA, and
+    /// starts the WCDMA test mode and its idle mode. iWaitTime_ms becomes QMSL_TimeOut_StatisticsWait, unless
+    /// it is 0. A start that is not confirmed is stopped: a phone that confirms the stop is there and goes on
+    /// to idle mode; one that does not is started a second time. The session is active only when all of it
+    /// worked.
+    bool FTM_WCDMA_BER_StartSession(DWORD iWaitTime_ms);
+    /// FTM_WCDMA_BER_AcquirePilot goes to idle mode and looks for the channel's pilot.
+    bool FTM_WCDMA_BER_AcquirePilot(unsigned short iChannel);
+    /// FTM_WCDMA_BER_SetupRMC_DCH waits until the channel is set up and the physical channel stands.
+    bool FTM_WCDMA_BER_SetupRMC_DCH(unsigned char iRMC_Type, unsigned char iUL_MaxTxPwr,
+                                    DWORD iUL_DPCH_ScrCode, unsigned char iUL_PCA,
+                                    unsigned char iUL_TPC_StepSize, unsigned short iDL_PriCPICH_Scr_Code,
+                                    unsigned short iDL_ChanCode);
+    /// FTM_WCDMA_BER_SetupDefaultRMC_DCH: type 0, 24 dBm, codes 0, channel code 3.
+    bool FTM_WCDMA_BER_SetupDefaultRMC_DCH();
+    /// FTM_WCDMA_BER_Handover, FTM_WCDMA_BER_Handover_V2B set up another channel with the V2 or V2B request.
+    bool FTM_WCDMA_BER_Handover(unsigned char iRMC_Type, unsigned char iUL_MaxTxPwr, DWORD iUL_DPCH_ScrCode,
+                                unsigned char iUL_PCA, unsigned char iUL_TPC_StepSize,
+                                unsigned short iDL_PriCPICH_Scr_Code, unsigned short iDL_ChanCode,
+                                unsigned char iF, unsigned char iG, unsigned short iN);
+    bool FTM_WCDMA_BER_Handover_V2B(unsigned char iRMC_Type, unsigned char iUL_MaxTxPwr,
+                                    DWORD iUL_DPCH_ScrCode, unsigned char iUL_PCA,
+                                    unsigned char iUL_TPC_StepSize, unsigned short iDL_PriCPICH_Scr_Code,
+                                    unsigned short iDL_ChanCode, unsigned char iF, unsigned char iG,
+                                    unsigned short iH, unsigned char iI, unsigned char iJ, unsigned char iK,
+                                    unsigned char iL, unsigned char iM, unsigned short iN);
+    /// FTM_WCDMA_BER_StopSession ends the session in every case; phone logging is on afterwards.
+    bool FTM_WCDMA_BER_StopSession();
+
+    /// FTM_WCDMA_BER_ClearStatus forgets which records have arrived. Always true.
+    bool FTM_WCDMA_BER_ClearStatus();
+    /// FTM_WCDMA_BER_GetStatus copies what the records said. Always true.
+    bool FTM_WCDMA_BER_GetStatus(WCDMA_BER_State* pState);
+    /// FTM_WCDMA_BER_GetEventStatus tells whether a record of that id has arrived; false for other ids.
+    bool FTM_WCDMA_BER_GetEventStatus(log_FTM2_WCDMA_BER_log_id_enum eId);
+
+    // --- Private in Diag_FTM ------------------------------------------------------------------------
+
+    /// WaitForWCDMA_BER_Update waits for a record since the last clear, and for status 1 in those that have
+    /// one (ids 3 to 5).
+    bool WaitForWCDMA_BER_Update(log_FTM2_WCDMA_BER_log_id_enum eId);
+
+private:
+    enum class Start { Done, Again, Failed };
+
+    bool IsActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Wcdma); }
+    bool StopRunningTests();
+    Start TryToStart();
+    bool StartIdleMode();
+    bool ClearWcdmaStatus();
+    bool Confirmed(const char* sWait, log_FTM2_WCDMA_BER_log_id_enum eId);
+    bool WaitForChannel();
+
+    TestSteps m_steps;
+    FtmLog& m_ftmLog;
+    WcdmaTestRequests& m_requests;
+    GsmTestRequests& m_gsmRequests;
+    RadioSessions& m_sessions;
+};

@@ -1,0 +1,29 @@
+// How a command ends.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace qdiag {
+
+/// The exit statuses of the program.
+enum class Status {
+    Success = 0,
+    Failed = 1,    // the operation was tried and failed, or is not possible
+    Usage = 2,     // the command line is wrong; nothing was tried
+    NoHandset = 3, // no handset answered when the command began; nothing was done
+};
+
+/// A failure that ends the command, with its reason in words for the user. Never thrown inside a callback of
+/// the library.
+class Failure : public std::runtime_error {
+public:
+    explicit Failure(const std::string& reason, Status status = Status::Failed)
+        : std::runtime_error(reason), m_status(status) {}
+    Status ExitStatus() const { return m_status; }
+
+private:
+    Status m_status;
+};
+
+} // namespace qdiag

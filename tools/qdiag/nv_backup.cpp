@@ -1,0 +1,92 @@
+// The command that copies NV items from the phone into a file.
+#include <cstdio>
+#include <filesystem>
+
+#include "qdiag/interrupt.h"
+#include "qdiag/nv_file.h"
+#include "qdiag/output.h"
+
+namespace qdiag {
+namespace {
+
+struct Range {
+    unsigned short first = 0;
+    unsigned short last = 0xFFFF;
+};
+
+Range ParseRange(const Job& job) {
+    if (!job.Has("--items"))
+        return {};
+    const std::string text = job.Value("--items");
+    const size_t dash = text.find('-');
+    const Range range = {ParseItem(text.substr(0, dash)),
+                         ParseItem(dash == std::string::npos ? text : text.substr(dash + 1))};
+    if (range.first > range.last)
+        throw Failure("--items: the range ends before it begins", Status::Usage);
+    return range;
+}
+
+std::string Title(const Phone& phone, const Range& range) {
+    DWORD hardware = 0;
+    DWORD model = 0;
+    char software[PhoneIdentity::kBuildTextSize] = "";
+    char modelName[PhoneIdentity::kBuildTextSize] = "";
+    phone->DIAG_EXT_BUILD_ID_F(hardware, model, software, modelName);
+    return "NV items " + std::to_string(range.first) + " to " + std::to_string(range.last) + " of " +
+           modelName + ", software " + software;
+}
+
+/// What came of the items of a range.
+struct Counts {
+    size_t kept = 0;
+    size_t refused = 0;
+    size_t unanswered = 0;
+    unsigned short firstUnanswered = 0;
+};
+
+Counts CopyItems(const Phone& phone, const Range& range, NvFileWriter& file) {
+    const size_t total = size_t{range.last} - range.first + 1;
+    Counts counts;
+    Progress progress("reading", total);
+    for (size_t done = 0; done < total; ++done) {
+        if (Interrupted())
+            throw Failure("interrupted: nothing was kept");
+        const auto item = static_cast<unsigned short>(range.first + done);
+        const NvAnswer answer = ReadNvItem(phone, item);
+        if (!answer.isAnswered) {
+            RequireAnswers(phone, "the backup");
+            file.AddComment("no answer to the request for item " + std::to_string(item));
+            if (counts.unanswered++ == 0)
+                counts.firstUnanswered = item;
+        } else if (answer.status != 0) {
+            ++counts.refused;
+        } else {
+            file.Add(item, answer.value);
+            ++counts.kept;
+        }
+        progress.Report(done + 1);
+    }
+    return counts;
+}
+
+} // namespace
+
+void NvBackupCommand(const Job& job) {
+    const std::string& path = job.arguments[0];
+    const Range range = ParseRange(job);
+    if (std::filesystem::exists(path) && !job.Has("--force"))
+        throw Failure(Quoted(path) + " exists already; --force replaces it");
+    const Phone phone(job);
+    const InterruptGuard guard;
+    NvFileWriter file(path, Title(phone, range));
+    const Counts counts = CopyItems(phone, range, file);
+    file.Finish();
+    std::printf("%zu items kept in %s; %zu are not on the handset or not handed out\n", counts.kept,
+                Printable(path).c_str(), counts.refused);
+    if (counts.unanswered > 0)
+        throw Failure("the backup lacks " + std::to_string(counts.unanswered) +
+                      " items for which the handset gave no answer, the first of them " +
+                      std::to_string(counts.firstUnanswered));
+}
+
+} // namespace qdiag

@@ -1,0 +1,100 @@
+#include "qdiag/nv_file.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <iterator>
+#include <string_view>
+
+#include "qdiag/output.h"
+
+namespace qdiag {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string ReadWhole(const std::string& path) {
+    std::error_code ignored;
+    std::ifstream file(path, std::ios::binary);
+    if (!file || fs::is_directory(path, ignored))
+        throw Failure("the file " + Quoted(path) + " cannot be read");
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// False for a line of another form.
+bool ParseLine(std::string_view line, unsigned short& item, NvValue& value) {
+    const auto [stop, error] = std::from_chars(line.data(), line.data() + line.size(), item);
+    const auto digits = static_cast<size_t>(stop - line.data());
+    if (error != std::errc() || digits == line.size() || line[digits] != ' ')
+        return false;
+    const std::optional<Bytes> bytes = ParseHex(line.substr(digits));
+    if (!bytes || bytes->empty() || bytes->size() > value.size())
+        return false;
+    value.fill(0);
+    std::ranges::copy(*bytes, value.begin());
+    return true;
+}
+
+} // namespace
+
+NvFileWriter::NvFileWriter(const std::string& path, const std::string& comment)
+    : m_path(path), m_partPath(path + ".part"), m_file(m_partPath, std::ios::binary | std::ios::trunc) {
+    if (!m_file)
+        throw Failure("the file " + Quoted(m_partPath) + " cannot be made");
+    AddComment(comment);
+}
+
+NvFileWriter::~NvFileWriter() {
+    std::error_code ignored;
+    if (m_file.is_open()) {
+        m_file.close();
+        fs::remove(m_partPath, ignored);
+    }
+}
+
+void NvFileWriter::Add(unsigned short item, const NvValue& value) {
+    m_file << item << ' ' << HexText(value) << '\n';
+}
+
+void NvFileWriter::AddComment(const std::string& line) {
+    m_file << "# " << Printable(line) << '\n';
+}
+
+void NvFileWriter::Finish() {
+    std::error_code error;
+    m_file.close();
+    if (m_file)
+        fs::rename(m_partPath, m_path, error);
+    if (m_file && !error)
+        return;
+    std::error_code ignored;
+    fs::remove(m_partPath, ignored);
+    throw Failure("the file " + Quoted(m_path) + " could not be written");
+}
+
+std::map<unsigned short, NvValue> ReadNvFile(const std::string& path) {
+    const std::string text = ReadWhole(path);
+    std::map<unsigned short, NvValue> items;
+    size_t number = 0;
+    for (size_t begin = 0; begin < text.size();) {
+        const size_t end = text.find('\n', begin);
+        const std::string place = Quoted(path) + ", line " + std::to_string(++number) + ": ";
+        if (end == std::string::npos)
+            throw Failure(place + "the line has no end; the file was cut short");
+        std::string_view line(text.data() + begin, end - begin);
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        begin = end + 1;
+        if (line.empty() || line.starts_with('#'))
+            continue;
+        unsigned short item = 0;
+        NvValue value;
+        if (!ParseLine(line, item, value))
+            throw Failure(place + "not an item's number and 1 to 128 bytes in hex");
+        if (!items.emplace(item, value).second)
+            throw Failure(place + ItemName(item) + " stands in the file twice");
+    }
+    return items;
+}
+
+} // namespace qdiag

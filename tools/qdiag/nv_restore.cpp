@@ -1,0 +1,138 @@
+// The command that writes NV items from a file to the phone.
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <span>
+
+#include "qdiag/interrupt.h"
+#include "qdiag/nv_file.h"
+#include "qdiag/output.h"
+
+namespace qdiag {
+namespace {
+
+/// An item that the phone holds with another value than the file, or does not hand out.
+struct Difference {
+    unsigned short item;
+    NvValue wanted;
+    NvAnswer onPhone;
+};
+
+/// What the batch commands told last.
+struct BatchResult {
+    bool isDone = false;
+    unsigned short lastItem = 0xFFFF;
+    unsigned char lastStatus = 0;
+};
+
+/// A value without the zeros at its end.
+std::string ValueText(const NvValue& value) {
+    size_t size = value.size();
+    while (size > 1 && value[size - 1] == 0)
+        --size;
+    return HexText(std::span(value).first(size), " ");
+}
+
+std::vector<Difference> Compare(const Phone& phone, const std::map<unsigned short, NvValue>& items) {
+    std::vector<Difference> differences;
+    Progress progress("comparing", items.size());
+    size_t done = 0;
+    for (const auto& [item, wanted] : items) {
+        const NvAnswer answer = ReadNvItem(phone, item);
+        if (!answer.isAnswered)
+            throw Failure(std::string(phone.NoAnswer(ItemName(item)).what()) + "; nothing was written");
+        if (answer.status != 0 || answer.value != wanted)
+            differences.push_back({item, wanted, answer});
+        progress.Report(++done);
+    }
+    return differences;
+}
+
+void Show(const std::vector<Difference>& differences) {
+    for (const Difference& difference : differences) {
+        const NvAnswer& answer = difference.onPhone;
+        const std::string held = answer.status == 0
+                                     ? ValueText(answer.value)
+                                     : "(not handed out, status " + std::to_string(answer.status) + ")";
+        std::printf("%s\n  handset  %s\n  file     %s\n", ItemName(difference.item).c_str(), held.c_str(),
+                    ValueText(difference.wanted).c_str());
+    }
+}
+
+void RequireConsent() {
+    std::printf("Write them to the handset? [y/N] ");
+    std::fflush(stdout);
+    std::string answer;
+    std::getline(std::cin, answer);
+    if (answer != "y" && answer != "Y" && answer != "yes")
+        throw Failure("not confirmed: nothing was written");
+}
+
+BatchResult Write(const Phone& phone, const std::vector<Difference>& differences,
+                  const std::vector<unsigned short>& readOnly) {
+    phone->DIAG_NV_WRITE_BatchQueue_SetRO_List(readOnly.data(), static_cast<unsigned short>(readOnly.size()));
+    phone->DIAG_NV_WRITE_SetBatchMode(true);
+    unsigned short status = 0;
+    for (const Difference& difference : differences)
+        phone->DIAG_NV_WRITE_F(difference.item, difference.wanted.data(),
+                               static_cast<int>(difference.wanted.size()), status);
+    BatchResult result;
+    unsigned short batchStatus = 0;
+    result.isDone = phone->DIAG_NV_WRITE_FlushBatchQueue(result.lastItem, batchStatus, result.lastStatus);
+    return result;
+}
+
+std::string WhyNot(const BatchResult& result) {
+    if (result.isDone)
+        return "";
+    if (result.lastStatus != 0)
+        return "the handset refused " + ItemName(result.lastItem) + " (status " +
+               std::to_string(result.lastStatus) + (result.lastStatus == 7 ? ", read-only)" : ")");
+    return "the handset did not answer a batch";
+}
+
+/// Reads every item back: what a batch says is one thing, what the phone then holds is another. Gives the
+/// number of items that do not hold the file's value, those in `mayStay` left out.
+size_t CountWrong(const Phone& phone, const std::vector<Difference>& differences,
+                  const std::vector<unsigned short>& mayStay) {
+    size_t wrong = 0;
+    for (const Difference& difference : differences) {
+        const NvAnswer answer = ReadNvItem(phone, difference.item);
+        if (!answer.isAnswered)
+            RequireAnswers(phone, "what the items hold is not known; the restore");
+        if (answer.isAnswered && answer.status == 0 && answer.value == difference.wanted)
+            continue;
+        const bool isAllowed = std::ranges::find(mayStay, difference.item) != mayStay.end();
+        const char* state = answer.isAnswered ? "does NOT hold the file's value" : "cannot be read back";
+        std::printf("%s %s\n", ItemName(difference.item).c_str(),
+                    isAllowed ? "may be read-only and stays as it is" : state);
+        wrong += isAllowed ? 0 : 1;
+    }
+    return wrong;
+}
+
+} // namespace
+
+void NvRestoreCommand(const Job& job) {
+    const std::vector<unsigned short> readOnly = job.Numbers("--read-only");
+    const std::map<unsigned short, NvValue> items = ReadNvFile(job.arguments[0]);
+    const Phone phone(job);
+    const std::vector<Difference> differences = Compare(phone, items);
+    if (differences.empty()) {
+        std::printf("the handset holds all %zu items of the file already\n", items.size());
+        return;
+    }
+    Show(differences);
+    std::printf("%zu of %zu items differ\n", differences.size(), items.size());
+    if (!job.Has("--yes"))
+        RequireConsent();
+    const InterruptGuard guard; // a restore that has begun is told to its end
+    const std::string problem = WhyNot(Write(phone, differences, readOnly));
+    const size_t wrong = CountWrong(phone, differences, readOnly);
+    if (wrong > 0 || !problem.empty())
+        throw Failure(std::to_string(wrong) + " of " + std::to_string(differences.size()) +
+                      " items were not restored" + (problem.empty() ? "" : ": ") + problem);
+    std::printf("restored and read back\n");
+}
+
+} // namespace qdiag

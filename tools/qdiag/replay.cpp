@@ -1,0 +1,42 @@
+// The command that prints a recorded session.
+#include <cstdio>
+
+#include "qdiag/failure.h"
+#include "qdiag/job.h"
+#include "qdiag/output.h"
+#include "qdiag/packet_text.h"
+
+namespace qdiag {
+namespace {
+
+struct Replay {
+    PacketText text;
+    bool withBytes;
+    size_t count = 0;
+};
+
+void OnPacket(unsigned short length, unsigned char* packet, void* data) {
+    auto& replay = *static_cast<Replay*>(data);
+    char number[24];
+    std::snprintf(number, sizeof number, "%6zu  ", ++replay.count);
+    replay.text.Print(number, {packet, length}, replay.withBytes);
+}
+
+} // namespace
+
+void ReplayCommand(const Job& job) {
+    const std::string& path = job.arguments[0];
+    Replay replay{{}, job.Has("--hex")};
+    // No Diag_FTM: one may begin a log of its own, under the very name that is to be read.
+    DiagConnection connection(0);
+    connection.ConfigureAsyncMessageCallBack(&replay, &OnPacket);
+    LogPlayback playback(connection);
+    constexpr unsigned char kKeepFcs = 1;
+    if (!playback.StartLogFilePlaybackMode(path.c_str(), kKeepFcs))
+        throw Failure("the file " + Quoted(path) + " cannot be read");
+    playback.StopLogFilePlaybackMode();
+    if (replay.count == 0)
+        throw Failure("no packet of a handset is recorded in " + Quoted(path));
+}
+
+} // namespace qdiag
