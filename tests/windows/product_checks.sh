@@ -27,7 +27,7 @@ check_edition() {
         printf '%s\n' "$exports" | grep -qx "$name" || fail "$1 does not export $name"
     done
     for class in $classes; do
-        printf '%s\n' "$plain" | grep -qE "^$class::|for $class\$" || fail "$1 does not export the class $class"
+        printf '%s\n' "$plain" | grep -qE "^$class(<.*>)?::|for $class\$" || fail "$1 does not export the class $class"
     done
     if printf '%s\n' "$exports" | grep -E '@[0-9]+$'; then
         fail "$1 exports decorated names"
