@@ -4,10 +4,10 @@
 namespace {
 
 /// A status block as hex.
-template <class State>
-std::string Block(bool (Diag_FTM::*get)(State*), Diag_FTM& diag) {
+template <class State, class Get>
+std::string Block(Get get) {
     State state;
-    EXPECT_TRUE((diag.*get)(&state));
+    EXPECT_TRUE(get(&state));
     const auto* pBytes = reinterpret_cast<const uint8_t*>(&state);
     return handset::ToHex(Bytes(pBytes, pBytes + sizeof state));
 }
@@ -16,10 +16,18 @@ class RadioTestRecords : public RadioSessionTest {
     void Begin() override {}
 
 public:
-    std::string Gsm() { return Block<GSM_BER_State>(&Diag_FTM::FTM_GSM_BER_GetStatus, m_diag); }
-    std::string Egprs() { return Block<EGPRS_BER_State>(&Diag_FTM::FTM_EGPRS_BER_GetStatus, m_diag); }
-    std::string Wcdma() { return Block<WCDMA_BER_State>(&Diag_FTM::FTM_WCDMA_BER_GetStatus, m_diag); }
-    std::string Hsdpa() { return Block<HSDPA_BER_State>(&Diag_FTM::FTM_HSDPA_BER_GetStatus, m_diag); }
+    std::string Gsm() {
+        return Block<GSM_BER_State>([this](auto* p) { return m_diag.FTM_GSM_BER_GetStatus(p); });
+    }
+    std::string Egprs() {
+        return Block<EGPRS_BER_State>([this](auto* p) { return m_diag.FTM_EGPRS_BER_GetStatus(p); });
+    }
+    std::string Wcdma() {
+        return Block<WCDMA_BER_State>([this](auto* p) { return m_diag.FTM_WCDMA_BER_GetStatus(p); });
+    }
+    std::string Hsdpa() {
+        return Block<HSDPA_BER_State>([this](auto* p) { return m_diag.FTM_HSDPA_BER_GetStatus(p); });
+    }
 
     RadioTestRecords() { m_diag.SetLogFlags(LOG_ASYNC); }
 };
