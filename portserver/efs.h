@@ -53,4 +53,4 @@ private:
     void* m_pUserData = nullptr;
 };
 
-extern template class QUILLET_API FunctionDispatcherHelper<EFS>;
+extern template class FunctionDispatcherHelper<EFS>;

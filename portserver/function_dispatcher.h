@@ -41,20 +41,32 @@ public:
     using Function = void (Client::*)();
     using FunctionWithArgument = void (Client::*)(void*);
 
-    FunctionDispatcherHelper(std::string sOperation, const Client& client, Function pFunction)
-        : FunctionDispatcher(std::move(sOperation)), m_client(client), m_pFunction(pFunction) {}
-    FunctionDispatcherHelper(std::string sOperation, const Client& client, FunctionWithArgument pFunction)
-        : FunctionDispatcher(std::move(sOperation)), m_client(client), m_pFunctionWithArgument(pFunction) {}
+    FunctionDispatcherHelper(std::string sOperation, const Client& client, Function pFunction);
+    FunctionDispatcherHelper(std::string sOperation, const Client& client, FunctionWithArgument pFunction);
 
-    void dispatch(void* pArgument) override {
-        if (m_pFunction)
-            (m_client.*m_pFunction)();
-        else
-            (m_client.*m_pFunctionWithArgument)(pArgument);
-    }
+    void dispatch(void* pArgument) override;
 
 private:
     Client m_client;
     const Function m_pFunction = nullptr;
     const FunctionWithArgument m_pFunctionWithArgument = nullptr;
 };
+
+// Outside of the class: members that are defined inside are not exported on Windows.
+template <class Client>
+FunctionDispatcherHelper<Client>::FunctionDispatcherHelper(std::string sOperation, const Client& client,
+                                                           Function pFunction)
+    : FunctionDispatcher(std::move(sOperation)), m_client(client), m_pFunction(pFunction) {}
+
+template <class Client>
+FunctionDispatcherHelper<Client>::FunctionDispatcherHelper(std::string sOperation, const Client& client,
+                                                           FunctionWithArgument pFunction)
+    : FunctionDispatcher(std::move(sOperation)), m_client(client), m_pFunctionWithArgument(pFunction) {}
+
+template <class Client>
+void FunctionDispatcherHelper<Client>::dispatch(void* pArgument) {
+    if (m_pFunction)
+        (m_client.*m_pFunction)();
+    else
+        (m_client.*m_pFunctionWithArgument)(pArgument);
+}

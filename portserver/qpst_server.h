@@ -82,4 +82,4 @@ private:
     std::shared_ptr<PacketListeners> m_pListeners; // the server holds it too; null in a copy
 };
 
-extern template class QUILLET_API FunctionDispatcherHelper<QpstServer>;
+extern template class FunctionDispatcherHelper<QpstServer>;

@@ -88,4 +88,4 @@ private:
     void* m_pUserData = nullptr;
 };
 
-extern template class QUILLET_API FunctionDispatcherHelper<SoftwareDownload>;
+extern template class FunctionDispatcherHelper<SoftwareDownload>;
