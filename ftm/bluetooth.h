@@ -26,7 +26,7 @@ struct Bluetooth_LocalVersion_struct {
 static_assert(sizeof(Bluetooth_LocalVersion_struct) == 15);
 
 /// FtmBluetooth: an HCI command is sent with its packet type (1) in front: 01, opcode (16 bits), length of
-/// the parameters, parameters. Opcodes and layouts are those of the Bluetooth Core Specification. Each
+/// the parameters, parameters. Opcodes and layouts are those of the public Bluetooth Core standard. Each
 /// request waits within QMSL_TimeOut_SyncRequest; true means that the handset took the command: what the chip
 /// said to it stands in the event alone. Caller's thread. The frame and the FTM log must outlive it.
 class QUILLET_API FtmBluetooth {
@@ -54,7 +54,7 @@ public:
     /// (0x0C1A: inquiry and page scan), Enable Device Under Test Mode (0x1803). It ends with the first one
     /// that fails.
     bool FTM_BT_Enable_Bluetooth();
-    /// FTM_BT_SetCW keeps the transmitter on at a channel. The public specification knows no bare carrier;
+    /// FTM_BT_SetCW keeps the transmitter on at a channel. The public standard knows no bare carrier;
     /// what comes next is LE Transmitter Test (opcode 0x201E; 2402 MHz + 2 MHz per channel, 0 to 39) with the
     /// longest packets that it always allows (37 bytes), all ones.
     bool FTM_BT_SetCW(unsigned char iChannel);
