@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <exception>
-#include <filesystem>
+#include <optional>
+
+#include "platform/local_files.h"
 
 bool DownloadTarget::Append(std::span<const unsigned char> block) {
     return std::fwrite(block.data(), 1, block.size(), m_hFile.get()) == block.size();
@@ -22,16 +23,9 @@ bool UploadSource::Measure() {
     }
     if (m_sFileName == nullptr)
         return false;
-    try {
-        std::error_code error;
-        const std::uintmax_t iSize = std::filesystem::file_size(m_sFileName, error);
-        if (error || iSize > UINT32_MAX)
-            return false;
-        m_iSize = static_cast<DWORD>(iSize);
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+    const std::optional<DWORD> size = LocalFileSize(m_sFileName);
+    m_iSize = size.value_or(m_iSize);
+    return size.has_value();
 }
 
 bool UploadSource::Open() {

@@ -2,10 +2,10 @@
 #include <cstring>
 #include <optional>
 
+#include "platform/local_files.h"
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
 #include "plugin/front_state.h"
-#include "plugin/local_file.h"
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
 #include "plugin/phone_status.h"

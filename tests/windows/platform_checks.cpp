@@ -2,9 +2,11 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 #include "platform/devices.h"
+#include "platform/local_files.h"
 #include "platform/serial_ports.h"
 #include "plugin/port_discovery.h"
 #include "tests/windows/checks.h"
@@ -76,6 +78,21 @@ void ClassesAndPorts() {
     EXPECT(std::count(ports.begin(), ports.end(), "COM6") == 1);
 }
 
+// Names are in the ANSI code page, whose upper half is no UTF-8.
+void LocalFileNames() {
+    const char* const sName = "caf\xE9.bin";
+    std::remove(sName);
+    EXPECT(!LocalFileExists(sName) && !LocalFileSize(sName));
+    if (std::FILE* hFile = std::fopen(sName, "wb"); hFile != nullptr) {
+        std::fputs("12345", hFile);
+        std::fclose(hFile);
+    }
+    EXPECT(LocalFileExists(sName));
+    EXPECT_EQ(LocalFileSize(sName).value_or(0), 5u);
+    std::remove(sName);
+    EXPECT(LocalFileExists(".") && !LocalFileSize("."));
+}
+
 void IncompleteSetupApi() {
     AddPhone();
     SetLastError(0);
@@ -94,6 +111,7 @@ int main(int iCount, char** asWords) {
                       {"devices that are none", DevicesThatAreSkipped},
                       {"several handsets", ManyPhones},
                       {"classes and serial ports", ClassesAndPorts},
+                      {"names of local files", LocalFileNames},
                       {"a module without resources", ModuleWithoutResources},
                       {"the version of a library", VersionOfASystemLibrary},
                       {"windows of the banner", WindowsOfTheBanner}});

@@ -1,12 +1,12 @@
-// What the front asks about local files.
+// What the product asks about local files beyond reading and writing them. Paths are in the encoding in which
+// hosts give them: that of the system, on Windows its ANSI code page, as in fopen.
 #pragma once
 
 #include <optional>
 
 #include "platform/types.h"
 
-/// LocalFileExists tells whether something stands at a local path, links followed. A path that the system
-/// cannot even look up for its characters counts as existing, so that nothing is replaced unasked.
+/// LocalFileExists tells whether something stands at a local path, links followed.
 bool LocalFileExists(const char* sPath);
 
 /// LocalFileSize returns a local file's size in bytes; nothing when it does not exist, is no plain file, or
