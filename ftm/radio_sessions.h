@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 
 #include "platform/export.h"
 
@@ -14,17 +13,12 @@ enum class RadioSession : unsigned char { Gsm, Egprs, Wcdma, Hsdpa };
 class QUILLET_API RadioSessions {
 public:
     /// IsRadioSessionActive: no session is at first.
-    bool IsRadioSessionActive(RadioSession eSession) const { return m_aActive[Index(eSession)]; }
-    void SetRadioSession(RadioSession eSession, bool bActive) { m_aActive[Index(eSession)] = bActive; }
+    bool IsRadioSessionActive(RadioSession eSession) const;
+    void SetRadioSession(RadioSession eSession, bool bActive);
     /// EndRadioSessionsOfPort forgets GSM and WCDMA, which a newly opened port begins without; the packet
     /// sessions on top of them are forgotten by the operations that end them.
-    void EndRadioSessionsOfPort() {
-        SetRadioSession(RadioSession::Gsm, false);
-        SetRadioSession(RadioSession::Wcdma, false);
-    }
+    void EndRadioSessionsOfPort();
 
 private:
-    static size_t Index(RadioSession eSession) { return static_cast<size_t>(eSession); }
-
     std::array<bool, 4> m_aActive{};
 };
