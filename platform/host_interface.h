@@ -39,7 +39,9 @@ constexpr int FS_STATUS_END = 1;
 
 constexpr int FS_STATUS_OP_LIST = 1;
 constexpr int FS_STATUS_OP_GET_SINGLE = 2;
+constexpr int FS_STATUS_OP_GET_MULTI = 3;
 constexpr int FS_STATUS_OP_PUT_SINGLE = 4;
+constexpr int FS_STATUS_OP_PUT_MULTI = 5;
 constexpr int FS_STATUS_OP_RENMOV_SINGLE = 6;
 constexpr int FS_STATUS_OP_DELETE = 8;
 constexpr int FS_STATUS_OP_MKDIR = 10;

@@ -23,8 +23,9 @@ layers_below() {
     qlib) echo "platform system link diag efs2 ftm portserver qlib" ;;
     plugin) echo "platform system link diag efs2 ftm portserver qlib plugin" ;;
     handset) echo "handset" ;;
-    tools/wfxhost) echo "platform system wfxhost" ;;
-    tools/qdiag) echo "qdiag" ;;
+    tools/common) echo "common" ;;
+    tools/wfxhost) echo "platform system common wfxhost" ;;
+    tools/qdiag) echo "common qdiag" ;;
     esac
 }
 
@@ -32,7 +33,7 @@ sources_of() {
     [ ! -d "$1" ] || find "$1" -name '*.cpp' -o -name '*.h'
 }
 
-for folder in platform $product handset tools/wfxhost tools/qdiag; do
+for folder in platform $product handset tools/common tools/wfxhost tools/qdiag; do
     allowed=$(layers_below "$folder" | tr ' ' '|')
     for file in $(sources_of "$folder"); do
         case $file in

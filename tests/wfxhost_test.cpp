@@ -27,9 +27,10 @@ TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
         {"dance", 2, "unknown command \"dance\""},
         {"ls / extra", 2, "usage: wfxhost ls [PATH]"},
         {"get", 2, "usage: wfxhost get PHONE [LOCAL]"},
-        {"rm ''", 2, "an empty path"},
+        {"rm ''", 2, "an empty argument"},
         {"--loud ls", 2, "unknown option"},
-        {"--plugin", 2, "--plugin needs a file"},
+        {"--force ls", 2, "ls has no option --force"},
+        {"--plugin", 2, "--plugin needs a value (FILE)"},
         {"--plugin /dev/null ls", 1, "cannot load the plug-in /dev/null"},
         {"ls", 3, "no handset answers"},
         {"put " QUILLET_PLUGIN_FILE, 3, "no handset answers"},
@@ -118,17 +119,30 @@ TEST_F(WfxhostPhoneTest, AHandsetThatVanishesDuringACopyFailsIt) {
 }
 
 TEST_F(WfxhostPhoneTest, InterruptStopsACopyInOrder) {
-    m_phone.AddFile("photo.bin", Content(100000));
+    m_phone.AddFile("dir/photo.bin", Content(100000));
+    m_local.Write("mine.bin", Content(100000));
     m_phone.phone.SetLatency(std::chrono::milliseconds(20));
-    // The first progress line tells that the copy runs.
-    const ProgramOutcome outcome =
-        Shell("cd '" + m_local.Path() +
-              "' && mkfifo lines && { " QUILLET_WFXHOST " --plugin " QUILLET_PLUGIN_FILE
-              " get photo.bin > lines & } && { read -r line; kill -INT $!; cat > rest; } < lines; wait $!");
-    EXPECT_EQ(outcome.status, 1) << outcome.output;
-    EXPECT_THAT(outcome.output, testing::HasSubstr("interrupted: \"photo.bin\" was not copied"));
-    EXPECT_TRUE(m_phone.Exists("photo.bin"));
-    EXPECT_EQ(m_phone.OpenCount(), 0U);
+    const struct {
+        const char* command;
+        const char* says;
+    } kRows[] = {
+        {"get dir/photo.bin", "interrupted: \"photo.bin\" was not copied"},
+        {"get -r dir", "stopped, interrupted; 1 of 1 file not copied"},
+        {"put -r . dir/new", "stopped, interrupted; 1 of 1 file not copied"},
+    };
+    for (const auto& row : kRows) {
+        // The first progress line tells that the copy runs.
+        const ProgramOutcome outcome =
+            Shell("cd '" + m_local.Path() + "' && mkfifo ../$$.lines && { " + m_program + " " + row.command +
+                  " > ../$$.lines & } && { read -r line; kill -INT $!; cat > /dev/null; } < ../$$.lines;"
+                  " rm ../$$.lines; wait $!");
+        EXPECT_EQ(outcome.status, 1) << outcome.output;
+        EXPECT_THAT(outcome.output, testing::HasSubstr(row.says));
+        EXPECT_EQ(m_phone.OpenCount(), 0U);
+    }
+    EXPECT_FALSE(m_local.Has("photo.bin") || m_local.Has("dir/photo.bin"));
+    EXPECT_TRUE(m_phone.Exists("dir/photo.bin"));
+    EXPECT_FALSE(m_phone.Exists("dir/new/mine.bin"));
 }
 
 TEST_F(WfxhostPhoneTest, DemonstrationLeavesNothingBehind) {

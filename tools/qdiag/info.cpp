@@ -4,10 +4,11 @@
 #include <cstdio>
 #include <span>
 
-#include "qdiag/output.h"
+#include "common/text.h"
+#include "qdiag/commands.h"
 #include "qdiag/phone.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 /// One fact about the phone.
@@ -153,4 +154,4 @@ void InfoCommand(const Job& job) {
         throw Failure(facts.Reasons());
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

@@ -5,12 +5,13 @@
 #include <cstdio>
 #include <map>
 
-#include "qdiag/interrupt.h"
+#include "common/interrupt.h"
+#include "qdiag/commands.h"
 #include "qdiag/log_switches.h"
 #include "qdiag/packet_text.h"
 #include "qdiag/phone.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -141,4 +142,4 @@ void LogCommand(const Job& job) {
         throw Failure(std::to_string(feed.Lost()) + " packets came too fast and are not shown");
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 constexpr DWORD kMostItems = 4096; // of one equipment id
@@ -86,4 +86,4 @@ bool LogSwitches::SwitchBack() {
     return isDone;
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

@@ -3,10 +3,10 @@
 
 #include <vector>
 
-#include "qdiag/output.h"
+#include "qdiag/hex.h"
 #include "qdiag/phone.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 
 /// LogSwitches undoes at its end what it did: log masks become what they were; messages and events, whose
 /// earlier state phones do not tell, are switched off. Each Add throws Failure when the phone does not
@@ -39,4 +39,4 @@ private:
     bool m_hasEvents = false;
 };
 
-} // namespace qdiag
+} // namespace tools::qdiag

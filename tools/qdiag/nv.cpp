@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <span>
 
-#include "qdiag/output.h"
+#include "common/text.h"
+#include "qdiag/commands.h"
+#include "qdiag/hex.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 constexpr unsigned short kReadOnly = 7;
@@ -64,4 +66,4 @@ void NvWriteCommand(const Job& job) {
     std::printf("%s written: %zu bytes, then zeros\n", ItemName(item).c_str(), bytes->size());
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

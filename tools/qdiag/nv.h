@@ -6,7 +6,7 @@
 
 #include "qdiag/phone.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 
 /// The bytes of an item; shorter items are filled up with zeros.
 using NvValue = std::array<unsigned char, NvItems::kItemSize>;
@@ -30,4 +30,4 @@ unsigned short ParseItem(const std::string& text);
 /// RequireAnswers throws when the phone does not answer any more, with `what` failed on the way.
 void RequireAnswers(const Phone& phone, const std::string& what);
 
-} // namespace qdiag
+} // namespace tools::qdiag

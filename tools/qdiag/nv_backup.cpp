@@ -2,11 +2,13 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "qdiag/interrupt.h"
+#include "common/interrupt.h"
+#include "common/progress.h"
+#include "common/text.h"
+#include "qdiag/commands.h"
 #include "qdiag/nv_file.h"
-#include "qdiag/output.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 struct Range {
@@ -47,7 +49,7 @@ struct Counts {
 Counts CopyItems(const Phone& phone, const Range& range, NvFileWriter& file) {
     const size_t total = size_t{range.last} - range.first + 1;
     Counts counts;
-    Progress progress("reading", total);
+    Progress progress("reading");
     for (size_t done = 0; done < total; ++done) {
         if (Interrupted())
             throw Failure("interrupted: nothing was kept");
@@ -64,7 +66,7 @@ Counts CopyItems(const Phone& phone, const Range& range, NvFileWriter& file) {
             file.Add(item, answer.value);
             ++counts.kept;
         }
-        progress.Report(done + 1);
+        progress.ReportSteps(done + 1, total);
     }
     return counts;
 }
@@ -89,4 +91,4 @@ void NvBackupCommand(const Job& job) {
                       std::to_string(counts.firstUnanswered));
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

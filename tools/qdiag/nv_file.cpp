@@ -6,9 +6,10 @@
 #include <iterator>
 #include <string_view>
 
-#include "qdiag/output.h"
+#include "common/text.h"
+#include "qdiag/hex.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 namespace fs = std::filesystem;
@@ -97,4 +98,4 @@ std::map<unsigned short, NvValue> ReadNvFile(const std::string& path) {
     return items;
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

@@ -10,7 +10,7 @@
 
 #include "qdiag/nv.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 
 /// NvFileWriter writes such a file. Until Finish it has another name, and it goes away when Finish is not
 /// reached: a file of the wanted name is a whole one.
@@ -39,4 +39,4 @@ private:
 /// cut short).
 std::map<unsigned short, NvValue> ReadNvFile(const std::string& path);
 
-} // namespace qdiag
+} // namespace tools::qdiag

@@ -4,11 +4,14 @@
 #include <iostream>
 #include <span>
 
-#include "qdiag/interrupt.h"
+#include "common/interrupt.h"
+#include "common/progress.h"
+#include "common/text.h"
+#include "qdiag/commands.h"
+#include "qdiag/hex.h"
 #include "qdiag/nv_file.h"
-#include "qdiag/output.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 /// An item that the phone holds with another value than the file, or does not hand out.
@@ -35,7 +38,7 @@ std::string ValueText(const NvValue& value) {
 
 std::vector<Difference> Compare(const Phone& phone, const std::map<unsigned short, NvValue>& items) {
     std::vector<Difference> differences;
-    Progress progress("comparing", items.size());
+    Progress progress("comparing");
     size_t done = 0;
     for (const auto& [item, wanted] : items) {
         const NvAnswer answer = ReadNvItem(phone, item);
@@ -43,7 +46,7 @@ std::vector<Difference> Compare(const Phone& phone, const std::map<unsigned shor
             throw Failure(std::string(phone.NoAnswer(ItemName(item)).what()) + "; nothing was written");
         if (answer.status != 0 || answer.value != wanted)
             differences.push_back({item, wanted, answer});
-        progress.Report(++done);
+        progress.ReportSteps(++done, items.size());
     }
     return differences;
 }
@@ -135,4 +138,4 @@ void NvRestoreCommand(const Job& job) {
     std::printf("restored and read back\n");
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

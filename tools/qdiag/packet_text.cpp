@@ -4,9 +4,10 @@
 #include <array>
 #include <cstdio>
 
-#include "qdiag/output.h"
+#include "common/text.h"
+#include "qdiag/hex.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 enum PacketKind : unsigned char { kLog = 0x10, kOldMessage = 0x1F, kEvents = 0x60, kMessage = 0x79 };
@@ -78,4 +79,4 @@ void PacketText::Print(const std::string& lead, std::span<const unsigned char> p
     std::fflush(stdout);
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

@@ -6,7 +6,7 @@
 
 #include "quillet.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 
 /// IsUnasked tells whether a packet is one that the phone sends unasked: a log record, a message or an event
 /// report.
@@ -33,4 +33,4 @@ private:
     std::string m_text; // what the library said about the packet
 };
 
-} // namespace qdiag
+} // namespace tools::qdiag

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 constexpr unsigned short kAnyPort = QLib_ResourceManager::kAnyPort;
@@ -63,4 +63,4 @@ Failure Phone::NoAnswer(const std::string& what) const {
                        : "the handset stopped answering at the request for " + what);
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

@@ -4,11 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "qdiag/failure.h"
-#include "qdiag/job.h"
+#include "common/command_line.h"
 #include "quillet.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 
 /// Phone is an open connection to a handset that answered. It is closed with the object. One thread.
 class Phone {
@@ -39,4 +38,4 @@ private:
 /// the list cannot be read.
 std::vector<unsigned short> AllPorts();
 
-} // namespace qdiag
+} // namespace tools::qdiag

@@ -1,9 +1,10 @@
 // The command that lists the serial ports.
 #include <cstdio>
 
+#include "qdiag/commands.h"
 #include "qdiag/phone.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 
 void PortsCommand(const Job&) {
     for (const unsigned short port : AllPorts()) {
@@ -16,4 +17,4 @@ void PortsCommand(const Job&) {
     }
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

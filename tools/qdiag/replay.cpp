@@ -1,12 +1,12 @@
 // The command that prints a recorded session.
 #include <cstdio>
 
-#include "qdiag/failure.h"
-#include "qdiag/job.h"
-#include "qdiag/output.h"
+#include "common/command_line.h"
+#include "common/text.h"
+#include "qdiag/commands.h"
 #include "qdiag/packet_text.h"
 
-namespace qdiag {
+namespace tools::qdiag {
 namespace {
 
 struct Replay {
@@ -39,4 +39,4 @@ void ReplayCommand(const Job& job) {
         throw Failure("no packet of a handset is recorded in " + Quoted(path));
 }
 
-} // namespace qdiag
+} // namespace tools::qdiag

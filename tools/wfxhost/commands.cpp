@@ -1,14 +1,16 @@
 #include "wfxhost/commands.h"
 
-#include "wfxhost/failure.h"
+#include "common/text.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 namespace {
 
 void RequireNotRoot(const PhonePath& path) {
     if (path.IsRoot())
         throw Failure("that is the root folder of the phone");
 }
+
+} // namespace
 
 void ListCommand(Session& session, const Job& job) {
     const PhonePath path(job.arguments.empty() ? "/" : job.arguments[0]);
@@ -23,7 +25,10 @@ void ListCommand(Session& session, const Job& job) {
         if (!entry.isFolder)
             entries.push_back(entry);
     }
-    PrintEntries(std::move(entries));
+    if (job.Has("--json"))
+        PrintEntriesAsJson(std::move(entries));
+    else
+        PrintEntries(std::move(entries));
 }
 
 void MakeFolderCommand(Session& session, const Job& job) {
@@ -37,6 +42,8 @@ void MakeFolderCommand(Session& session, const Job& job) {
     throw Failure("the phone refused to make the folder " + Quoted(path.Text()));
 }
 
+namespace {
+
 /// Removal's result tells only that the phone answered; the listing tells whether the entry is gone.
 void RequireGone(Session& session, const PhonePath& path, bool result, const std::string& ifRefused) {
     if (!result)
@@ -44,6 +51,8 @@ void RequireGone(Session& session, const PhonePath& path, bool result, const std
     if (!result || session.Find(path))
         throw Failure("the phone did not delete " + Quoted(path.Text()) + ifRefused);
 }
+
+} // namespace
 
 void RemoveFolderCommand(Session& session, const Job& job) {
     const PhonePath path(job.arguments[0]);
@@ -71,7 +80,7 @@ void MoveCommand(Session& session, const Job& job) {
     if (!entry.isFolder || session.IsFolder(to))
         to = IntoFolder(session, to, from.Name());
     RequireTargetFolder(session, to);
-    switch (session.Move(from, to, entry, job.force)) {
+    switch (session.Move(from, to, entry, job.Has("--force"))) {
         case FS_FILE_OK:
             return;
         case FS_FILE_EXISTS:
@@ -83,33 +92,11 @@ void MoveCommand(Session& session, const Job& job) {
     }
 }
 
-} // namespace
-
-const std::vector<Command>& AllCommands() {
-    static const std::vector<Command> kCommands = {
-        {"ls", "[PATH]", "list a folder of the phone", 0, 1, ListCommand},
-        {"get", "PHONE [LOCAL]", "copy a file from the phone", 1, 2, GetCommand},
-        {"put", "LOCAL [PHONE]", "copy a file to the phone", 1, 2, PutCommand},
-        {"mkdir", "PATH", "make a folder", 1, 1, MakeFolderCommand},
-        {"rmdir", "PATH", "remove an empty folder", 1, 1, RemoveFolderCommand},
-        {"rm", "PATH", "delete a file", 1, 1, RemoveFileCommand},
-        {"mv", "OLD NEW", "rename or move a file or folder", 2, 2, MoveCommand},
-        {"ln", "TARGET NAME", "make the link NAME.lnk that leads to TARGET", 2, 2, LinkCommand},
-        {"cd", "PATH", "check a folder and print its path", 1, 1, ChangeFolderCommand},
-        {"props", "PATH", "show the properties of a file or folder", 1, 1, PropertiesCommand},
-    };
-    return kCommands;
-}
-
 Entry Existing(Session& session, const PhonePath& path) {
     const std::optional<Entry> entry = session.Find(path);
     if (!entry)
         throw Failure("the phone has no file or folder " + Quoted(path.Text()));
     return *entry;
-}
-
-std::string Quoted(const std::string& path) {
-    return "\"" + Printable(path) + "\"";
 }
 
 void RequireAnswer(Session& session, const std::string& what) {
@@ -126,4 +113,4 @@ void RequireTargetFolder(Session& session, const PhonePath& path) {
         throw Failure("the phone has no folder " + Quoted(path.Folder().Text()));
 }
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -2,46 +2,30 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
+#include "common/command_line.h"
 #include "wfxhost/session.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
-/// What the command line asks for.
-struct Job {
-    std::vector<std::string> arguments; // of the command
-    bool force = false;                 // replace existing files
-};
+// The commands work on a plug-in that is started. They return after a success and throw Failure otherwise.
 
-/// One command: how it is called and what carries it out. `run` returns after a success and throws Failure
-/// otherwise.
-struct Command {
-    const char* name;
-    const char* arguments; // as the help text shows them
-    const char* purpose;
-    size_t least; // number of arguments
-    size_t most;
-    void (*run)(Session& session, const Job& job);
-};
-
-/// AllCommands gives the table of the commands, in the order of the help text.
-const std::vector<Command>& AllCommands();
-
-/// The two copy commands (copy_commands.cpp).
+// commands.cpp
+void ListCommand(Session& session, const Job& job);
+void MakeFolderCommand(Session& session, const Job& job);
+void RemoveFolderCommand(Session& session, const Job& job);
+void RemoveFileCommand(Session& session, const Job& job);
+void MoveCommand(Session& session, const Job& job);
+// copy_commands.cpp
 void GetCommand(Session& session, const Job& job);
 void PutCommand(Session& session, const Job& job);
-
-/// Links, folders and properties (execute_commands.cpp).
+// execute_commands.cpp
 void LinkCommand(Session& session, const Job& job);
 void ChangeFolderCommand(Session& session, const Job& job);
 void PropertiesCommand(Session& session, const Job& job);
 
 /// Existing gives the entry at `path`; throws when there is none.
 Entry Existing(Session& session, const PhonePath& path);
-
-/// Quoted gives a path for a message: in quotes, with control characters made visible.
-std::string Quoted(const std::string& path);
 
 /// RequireAnswer throws when the handset no longer answers, with `what` failed on the way ("the copy").
 void RequireAnswer(Session& session, const std::string& what);
@@ -53,4 +37,4 @@ PhonePath IntoFolder(Session& session, const PhonePath& typed, const std::string
 /// RequireTargetFolder throws when the folder that is to hold `path` is not there.
 void RequireTargetFolder(Session& session, const PhonePath& path);
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

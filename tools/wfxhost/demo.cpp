@@ -7,13 +7,13 @@
 #include <iterator>
 #include <random>
 
+#include "common/interrupt.h"
+#include "common/text.h"
 #include "wfxhost/commands.h"
 #include "wfxhost/copy.h"
-#include "wfxhost/failure.h"
-#include "wfxhost/interrupt.h"
 #include "wfxhost/system.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 namespace {
 
 namespace fs = std::filesystem;
@@ -214,4 +214,4 @@ void Demonstrate(Session& session) {
         (simulated ? "simulated handset" : "handset") + " or on this computer.");
 }
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -3,7 +3,7 @@
 
 #include "wfxhost/session.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
 /// Demonstrate lists folders of the handset, copies a file from it and one to it, reads that back, compares
 /// and deletes it, and tells on standard output what happened. Without an attached handset it starts a
@@ -11,4 +11,4 @@ namespace wfxhost {
 /// Throws Failure as the commands do.
 void Demonstrate(Session& session);
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -1,10 +1,10 @@
 // The commands ln, cd and props: what a user types or asks for inside the phone's folders.
 #include <cstdio>
 
+#include "common/text.h"
 #include "wfxhost/commands.h"
-#include "wfxhost/failure.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 namespace {
 
 const std::string kLinkEnding = ".lnk";
@@ -68,4 +68,4 @@ void PropertiesCommand(Session& session, const Job& job) {
     }
 }
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -7,13 +7,14 @@
 
 #include "platform/host_interface.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
 struct Entry {
     std::string name; // as on the phone, any bytes
     bool isFolder = false;
-    uint64_t size = 0;  // bytes; of a link, what the phone reports for it
-    FILETIME written{}; // UTC, in units of 100 ns since 1601
+    DWORD attributes = 0; // FILE_ATTRIBUTE_... flags as the plug-in gives them
+    uint64_t size = 0;    // bytes; of a link, what the phone reports for it
+    FILETIME written{};   // UTC, in units of 100 ns since 1601
 };
 
 /// FindRecord is the record that a plug-in fills for one entry. Plug-ins that were built for hosts with a
@@ -32,10 +33,13 @@ private:
     } m_record;
 };
 
-/// DateText gives a time as "2011-05-04 13:37:00" (UTC), "-" for none.
-std::string DateText(const FILETIME& time);
-
 /// PrintEntries writes one line per entry, sorted by name: type (d: folder, -: file), size, date, name.
 void PrintEntries(std::vector<Entry> entries);
 
-} // namespace wfxhost
+/// PrintEntriesAsJson writes an array of objects, sorted by name, one per line: "name"; "utf8" (false: the
+/// name is not UTF-8, and each of its bytes stands in "name" as the character of the same number); "type"
+/// ("folder" or "file"); "size" in bytes (null for folders); "modified" (ISO 8601, UTC, or null);
+/// "attributes" (number).
+void PrintEntriesAsJson(std::vector<Entry> entries);
+
+} // namespace tools::wfxhost

@@ -1,8 +1,8 @@
 #include "wfxhost/phone_path.h"
 
-#include <cstdio>
+#include <algorithm>
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
 PhonePath::PhonePath(const std::string& typed) {
     std::string text;
@@ -29,23 +29,4 @@ PhonePath PhonePath::Child(const std::string& name) const {
     return PhonePath(m_text + "/" + name);
 }
 
-std::string Printable(const std::string& name) {
-    std::string result;
-    for (size_t i = 0; i < name.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(name[i]);
-        const auto next = i + 1 < name.size() ? static_cast<unsigned char>(name[i + 1]) : 0;
-        // 0xC2 0x80 to 0xC2 0x9F are the control characters above 0x7F in UTF-8.
-        const bool isHighControl = byte == 0xC2 && next >= 0x80 && next < 0xA0;
-        char hex[9];
-        if (isHighControl)
-            std::snprintf(hex, sizeof hex, "\\x%02X\\x%02X", byte, static_cast<unsigned>(next));
-        else
-            std::snprintf(hex, sizeof hex, "\\x%02X", byte);
-        const bool isControl = byte < 0x20 || byte == 0x7F || isHighControl;
-        result += isControl ? std::string(hex) : std::string(1, name[i]);
-        i += isHighControl;
-    }
-    return result;
-}
-
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
 /// A path on the phone in its plain form: it begins with '/', and has no empty, "." or ".." component. The
 /// root is "/".
@@ -29,8 +29,4 @@ private:
     bool m_namesFolder = false;
 };
 
-/// Printable gives a name of the phone (or a path of such names) with control characters, which a terminal
-/// would obey, as \xNN.
-std::string Printable(const std::string& name);
-
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -1,9 +1,9 @@
 #include "wfxhost/plugin_file.h"
 
-#include "wfxhost/failure.h"
+#include "common/failure.h"
 #include "wfxhost/system.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
 template <class Function>
 void PluginFile::Find(Function*& function, const char* name) {
@@ -44,4 +44,4 @@ PluginFile::~PluginFile() {
     CloseLibrary(m_library);
 }
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

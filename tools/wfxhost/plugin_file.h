@@ -5,7 +5,7 @@
 
 #include "platform/host_interface.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
 /// PluginFile loads a plug-in and looks its functions up by their published names. The first four are
 /// always there; the others are null where the plug-in does not offer the operation. The plug-in is unloaded
@@ -43,4 +43,4 @@ public:
     int(HOST_CALL* ExecuteFile)(HWND, char*, char*) = nullptr;
 };
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

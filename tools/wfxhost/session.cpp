@@ -4,9 +4,10 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "common/text.h"
 #include "wfxhost/system.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 namespace {
 
 constexpr int kPluginNumber = 1;
@@ -48,11 +49,15 @@ RemoteInfoStruct RemoteInfo(const Entry& entry) {
 
 Session* Session::s_current = nullptr;
 
-/// Tells the plug-in that an operation begins, and at its end that it is over.
+/// Tells the plug-in that an operation begins, and at its end that it is over; in a batch as hosts do there.
 class Session::Announced {
 public:
     Announced(Session& session, int operation, const PhonePath& folder, bool asFolder = true)
-        : m_session(session), m_operation(operation), m_folder(folder.Text()), m_asFolder(asFolder) {
+        : m_session(session),
+          m_operation(operation),
+          m_folder(session.m_batch ? "" : folder.Text()),
+          m_asFolder(asFolder && !session.m_batch),
+          m_isSilent(session.m_batch && operation != FS_STATUS_OP_MKDIR) {
         Tell(FS_STATUS_START);
     }
     ~Announced() { Tell(FS_STATUS_END); }
@@ -61,16 +66,51 @@ public:
 
 private:
     void Tell(int moment) {
-        HostPath folder(m_folder, m_asFolder);
-        if (m_session.m_plugin.StatusInfo)
-            m_session.m_plugin.StatusInfo(folder.Bytes(), moment, m_operation);
+        if (!m_isSilent)
+            m_session.Tell(m_folder, m_asFolder, moment, m_operation);
     }
 
     Session& m_session;
-    int m_operation;
-    std::string m_folder;
-    bool m_asFolder;
+    const int m_operation;
+    const std::string m_folder;
+    const bool m_asFolder;
+    const bool m_isSilent;
 };
+
+Session::Batch::Batch(Session& session, int operation, const PhonePath& folder)
+    : m_session(session), m_operation(operation), m_folder(folder.Text()) {
+    m_session.Tell(m_folder, true, FS_STATUS_START, m_operation);
+    m_session.m_batch = this;
+}
+
+Session::Batch::~Batch() {
+    m_session.m_batch = nullptr;
+    m_session.Tell(m_folder, true, FS_STATUS_END, m_operation);
+}
+
+Session::Walk::Walk(Session& session, const PhonePath& folder, bool withSlash) : m_plugin(session.m_plugin) {
+    HostPath path(folder.Text(), withSlash);
+    ClearLastError();
+    m_handle = m_plugin.FindFirst(path.Bytes(), m_record.Empty());
+    // -1 is what the interface's INVALID_HANDLE_VALUE stands for.
+    m_hasEntry = reinterpret_cast<intptr_t>(m_handle) != -1;
+    m_isAnswered = m_hasEntry || LastErrorSaysNoMoreFiles();
+}
+
+Session::Walk::~Walk() {
+    if (reinterpret_cast<intptr_t>(m_handle) != -1)
+        m_plugin.FindClose(m_handle);
+}
+
+bool Session::Walk::Next(Entry& entry) {
+    while (m_hasEntry) {
+        entry = m_record.Take();
+        m_hasEntry = m_plugin.FindNext(m_handle, m_record.Empty()) != 0;
+        if (entry.name != "." && entry.name != "..")
+            return true;
+    }
+    return false;
+}
 
 Session::Session(PluginFile& plugin) : m_plugin(plugin) {
     s_current = this;
@@ -86,22 +126,20 @@ Session::~Session() {
         m_plugin.Disconnect(root.Bytes());
 }
 
+void Session::Tell(const std::string& folder, bool asFolder, int moment, int operation) {
+    HostPath path(folder, asFolder);
+    if (m_plugin.StatusInfo)
+        m_plugin.StatusInfo(path.Bytes(), moment, operation);
+}
+
 Session::ListResult Session::List(const PhonePath& folder, std::vector<Entry>& entries, bool withSlash) {
     entries.clear();
     const Announced announced(*this, FS_STATUS_OP_LIST, folder, false);
-    HostPath path(folder.Text(), withSlash);
-    FindRecord record;
-    ClearLastError();
-    // -1 is what the interface's INVALID_HANDLE_VALUE stands for.
-    const HANDLE handle = m_plugin.FindFirst(path.Bytes(), record.Empty());
-    if (reinterpret_cast<intptr_t>(handle) == -1)
-        return LastErrorSaysNoMoreFiles() ? ListResult::Empty : ListResult::NoAnswer;
-    do {
-        Entry entry = record.Take();
-        if (entry.name != "." && entry.name != "..")
-            entries.push_back(std::move(entry));
-    } while (m_plugin.FindNext(handle, record.Empty()));
-    m_plugin.FindClose(handle);
+    Walk walk(*this, folder, withSlash);
+    for (Entry entry; walk.Next(entry);)
+        entries.push_back(entry);
+    if (!walk.IsAnswered())
+        return ListResult::NoAnswer;
     return entries.empty() ? ListResult::Empty : ListResult::Entries;
 }
 
@@ -244,4 +282,4 @@ BOOL HOST_CALL Session::OnRequest(int, int type, char* title, char* text, char*,
     return type == RT_MsgOK;
 }
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

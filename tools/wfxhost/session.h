@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "wfxhost/failure.h"
+#include "common/failure.h"
 #include "wfxhost/listing.h"
 #include "wfxhost/phone_path.h"
 #include "wfxhost/plugin_file.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
 /// Is told the percentage of a running transfer; true asks the plug-in to stop it.
 using ProgressFunction = std::function<bool(int percent)>;
@@ -33,6 +33,44 @@ public:
     /// What became of a listing. A folder that is missing, a file, and a folder that the phone refused to
     /// read all look Empty: the interface does not tell them apart.
     enum class ListResult { Entries, Empty, NoAnswer };
+
+    /// Walk is an open listing. Hosts keep a folder's open while they walk those of its subfolders. Not
+    /// announced.
+    class Walk {
+    public:
+        Walk(Session& session, const PhonePath& folder, bool withSlash = true);
+        ~Walk();
+        Walk(const Walk&) = delete;
+        Walk& operator=(const Walk&) = delete;
+
+        /// Next gives the next entry, "." and ".." left out; false behind the last.
+        bool Next(Entry& entry);
+        /// IsAnswered is false when the plug-in could not list at all.
+        bool IsAnswered() const { return m_isAnswered; }
+
+    private:
+        PluginFile& m_plugin;
+        HANDLE m_handle;
+        FindRecord m_record;
+        bool m_hasEntry;
+        bool m_isAnswered;
+    };
+
+    /// Batch announces, while it lives, that a whole tree is copied (FS_STATUS_OP_GET_MULTI or
+    /// FS_STATUS_OP_PUT_MULTI) from or to a folder of the phone. The operations in between announce nothing
+    /// then, but the making of folders, which is announced without a path.
+    class Batch {
+    public:
+        Batch(Session& session, int operation, const PhonePath& folder);
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+
+    private:
+        Session& m_session;
+        const int m_operation;
+        const std::string m_folder;
+    };
 
     /// List lists a folder into `entries`, without "." and "..". Hosts name it without a '/' at the end to
     /// show it in a panel and with one (`withSlash`) to look something up in it; plug-ins may tell the two
@@ -69,11 +107,13 @@ public:
 private:
     class Announced;
 
+    void Tell(const std::string& folder, bool asFolder, int moment, int operation);
     static int HOST_CALL OnProgress(int plugin, char* source, char* target, int percent);
     static void HOST_CALL OnLog(int plugin, int type, char* text);
     static BOOL HOST_CALL OnRequest(int plugin, int type, char* title, char* text, char* answer, int limit);
 
     PluginFile& m_plugin;
+    const Batch* m_batch = nullptr;               // the one that lives
     const ProgressFunction* m_progress = nullptr; // of the running transfer
 
     std::string* m_message = nullptr; // takes the text of a message; null: it is printed
@@ -83,4 +123,4 @@ private:
     static Session* s_current;
 };
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
 /// ProgramFolder gives the folder in which this program's file lies, without a separator at its end.
 std::string ProgramFolder();
@@ -25,8 +25,9 @@ void CloseLibrary(void* library);
 void ClearLastError();
 bool LastErrorSaysNoMoreFiles();
 
-/// TerminalWidth gives the columns of the terminal on standard output; 0 when that is not a terminal.
-int TerminalWidth();
+/// LocalNameKey gives a text that two names have in common when they would be the same file here; empty when
+/// the system can hold no file of that name.
+std::string LocalNameKey(const std::string& name);
 
 /// A simulated handset that runs as a child process. It ends with the object.
 class SimulatedHandset {
@@ -39,4 +40,4 @@ public:
 /// there from then on. Gives null on failure, with the reason in words in `reason`.
 std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string& deviceRoot, std::string& reason);
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -2,7 +2,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -18,7 +17,7 @@
 
 #include "wfxhost/system.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -122,11 +121,8 @@ bool LastErrorSaysNoMoreFiles() {
     return errno == ENODATA;
 }
 
-int TerminalWidth() {
-    if (!isatty(STDOUT_FILENO))
-        return 0;
-    winsize size = {};
-    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col ? size.ws_col : 80;
+std::string LocalNameKey(const std::string& name) {
+    return name == "." || name == ".." || name.find('/') != std::string::npos ? "" : name;
 }
 
 std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string& deviceRoot, std::string& reason) {
@@ -164,4 +160,4 @@ std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string& devic
     return child;
 }
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -1,9 +1,12 @@
 // wfxhost on Windows.
 #include <windows.h>
 
+#include <algorithm>
+#include <cstring>
+
 #include "wfxhost/system.h"
 
-namespace wfxhost {
+namespace tools::wfxhost {
 
 std::string ProgramFolder() {
     char path[4096] = {};
@@ -39,11 +42,21 @@ bool LastErrorSaysNoMoreFiles() {
     return GetLastError() == ERROR_NO_MORE_FILES;
 }
 
-int TerminalWidth() {
-    CONSOLE_SCREEN_BUFFER_INFO info = {};
-    if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info))
-        return 0;
-    return info.srWindow.Right - info.srWindow.Left + 1;
+std::string LocalNameKey(const std::string& name) {
+    const auto isForbidden = [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || std::strchr("<>:\"/\\|?*", c);
+    };
+    if (std::ranges::any_of(name, isForbidden) || name.ends_with('.') || name.ends_with(' '))
+        return "";
+    std::string key = name;
+    CharUpperBuffA(key.data(), static_cast<DWORD>(key.size()));
+    // Devices have these names, whatever the ending.
+    const std::string stem = key.substr(0, key.find('.'));
+    const bool isNumbered = stem.size() == 4 && stem[3] >= '0' && stem[3] <= '9';
+    const std::string lead = isNumbered ? stem.substr(0, 3) : stem;
+    const bool isDevice = isNumbered ? lead == "COM" || lead == "LPT"
+                                     : lead == "CON" || lead == "PRN" || lead == "AUX" || lead == "NUL";
+    return isDevice ? "" : key;
 }
 
 std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string&, std::string& reason) {
@@ -51,4 +64,4 @@ std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string&, std:
     return nullptr;
 }
 
-} // namespace wfxhost
+} // namespace tools::wfxhost

@@ -1,17 +1,17 @@
-#include "wfxhost/interrupt.h"
+#include "common/interrupt.h"
 
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
 
-namespace wfxhost {
+namespace tools {
 namespace {
 
-std::atomic<bool> g_interrupted = false;
+std::atomic<bool> g_isInterrupted = false;
 static_assert(std::atomic<bool>::is_always_lock_free);
 
 extern "C" void OnInterrupt(int) {
-    if (g_interrupted.exchange(true))
+    if (g_isInterrupted.exchange(true))
         std::_Exit(1);
     std::signal(SIGINT, OnInterrupt); // some systems take the handler away when it is called
 }
@@ -25,7 +25,7 @@ InterruptGuard::~InterruptGuard() {
 }
 
 bool Interrupted() {
-    return g_interrupted;
+    return g_isInterrupted;
 }
 
-} // namespace wfxhost
+} // namespace tools

@@ -4,9 +4,9 @@
 #include <stdexcept>
 #include <string>
 
-namespace wfxhost {
+namespace tools {
 
-/// The exit statuses of the program.
+/// The exit statuses of the programs.
 enum class Status {
     Success = 0,
     Failed = 1,    // the operation was tried and failed, or is not possible
@@ -14,8 +14,8 @@ enum class Status {
     NoHandset = 3, // no handset answered when the command began; nothing was done
 };
 
-/// A failure that ends the command, with its reason in words for the user. Never thrown inside a callback
-/// of the plug-in.
+/// A failure that ends the command, with its reason in words for the user. Never thrown inside a callback of
+/// the library or of a plug-in.
 class Failure : public std::runtime_error {
 public:
     explicit Failure(const std::string& reason, Status status = Status::Failed)
@@ -26,4 +26,4 @@ private:
     Status m_status;
 };
 
-} // namespace wfxhost
+} // namespace tools

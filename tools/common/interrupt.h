@@ -1,10 +1,10 @@
 // Ctrl-C while something runs that can be stopped in order.
 #pragma once
 
-namespace qdiag {
+namespace tools {
 
 /// InterruptGuard takes Ctrl-C over while it lives: the first one is only remembered, a second one ends the
-/// program at once.
+/// program at once. They may be nested.
 class InterruptGuard {
 public:
     InterruptGuard();
@@ -19,4 +19,4 @@ private:
 /// Interrupted tells whether Ctrl-C was pressed under an InterruptGuard.
 bool Interrupted();
 
-} // namespace qdiag
+} // namespace tools

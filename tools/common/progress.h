@@ -1,0 +1,49 @@
+// The progress of something on standard output: a bar on a terminal, plain lines elsewhere.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace tools {
+
+/// SizeText gives a number of bytes in a unit that fits: "812 B", "307.2 kB", "1.4 MB" (1 kB = 1000 B).
+std::string SizeText(double bytes);
+
+/// Progress begins with the object. The line of the bar ends with it at the latest.
+class Progress {
+public:
+    /// `what` stands in front of the figures; may be empty.
+    explicit Progress(std::string what = "");
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    /// Report shows how far it is, with `amount` in words and the time that is left. Plain lines are at most
+    /// one per 10 %. `percent` outside 0 to 100 is taken for the nearer of them.
+    void Report(int percent, const std::string& amount);
+    /// ReportSteps shows that `done` of `total` steps are done.
+    void ReportSteps(size_t done, size_t total);
+    /// ReportBytes shows that a percentage of `total` bytes (0: not known) is copied, and how fast; `lead`
+    /// stands in front of that.
+    void ReportBytes(int percent, uint64_t total, const std::string& lead = "");
+
+    /// EndLine ends the bar's line, so that something else can be printed. The next report begins a new one.
+    void EndLine();
+    /// Seconds since the beginning, never 0.
+    double Seconds() const;
+
+private:
+    std::string TimeLeft(int percent) const;
+    void Draw(int percent, std::string figures);
+
+    const std::string m_what;
+    const int m_width;    // of the terminal; 0: none
+    int m_shown = -1;     // the percentage shown last
+    double m_shownAt = 0; // in Seconds()
+    size_t m_widest = 0;  // of the figures drawn so far
+    bool m_isLineBegun = false;
+    const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+} // namespace tools

@@ -1,0 +1,17 @@
+// The commands of qdiag.
+#pragma once
+
+#include "common/command_line.h"
+
+namespace tools::qdiag {
+
+void InfoCommand(const Job& job);      // info.cpp
+void NvReadCommand(const Job& job);    // nv.cpp
+void NvWriteCommand(const Job& job);   // nv.cpp
+void NvBackupCommand(const Job& job);  // nv_backup.cpp
+void NvRestoreCommand(const Job& job); // nv_restore.cpp
+void LogCommand(const Job& job);       // log.cpp
+void ReplayCommand(const Job& job);    // replay.cpp
+void PortsCommand(const Job& job);     // ports.cpp
+
+} // namespace tools::qdiag
