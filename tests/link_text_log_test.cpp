@@ -110,6 +110,7 @@ TEST_F(TextLogTest, TheMarkerFileStartsTheLogOfEveryConnection) {
         texts.push_back(sLine.substr(sLine.find(',') + 1));
     ASSERT_EQ(texts.size(), 2U + 7 + 3);
     EXPECT_EQ(texts[2], "LOG_FN,QLIB_ConfigureTimeOut( eTimeOutId = 0, iNewValue_ms = 4000)");
+    EXPECT_EQ(texts[8], "LOG_FN,QLIB_ConfigureTimeOut( eTimeOutId = 6, iNewValue_ms = 10000)");
     EXPECT_EQ(texts[9], "LOG_FN,QLIB_OpenPort()");
     EXPECT_EQ(texts[10], "LOG_RET,100 %s %n");
     EXPECT_EQ(texts[11], "LOG_IO,Stop Log");

@@ -52,6 +52,7 @@ TEST(IdleTickTest, TicksRunUntilStoppedAndStartAgain) {
         ASSERT_NE(iFirst, 0u);
         ASSERT_NE(iSecond, iFirst);
         EXPECT_TRUE(WaitForTicks(iFirst, 3));
+        EXPECT_TRUE(WaitForTicks(iSecond, 2));
         StopIdleTick(iFirst);
         EXPECT_TRUE(WaitForTicks(iSecond, 2)); // any call of iFirst that had begun is over
         EXPECT_TRUE(WaitForTicks(iSecond, 5));
