@@ -2,52 +2,34 @@
 #pragma once
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
-#include <string>
+
+#include "local_folder.h"
 
 /// DeviceFolder is a temporary folder that QUILLET_DEVICE_ROOT names for as long as it lives.
-class DeviceFolder {
+class DeviceFolder : public LocalFolder {
 public:
-    DeviceFolder() {
-        std::string sPattern = (std::filesystem::temp_directory_path() / "quillet-devices-XXXXXX").string();
-        if (mkdtemp(sPattern.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        m_path = sPattern;
-        setenv("QUILLET_DEVICE_ROOT", m_path.c_str(), 1);
-    }
-    ~DeviceFolder() {
-        unsetenv("QUILLET_DEVICE_ROOT");
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    DeviceFolder(const DeviceFolder&) = delete;
-    DeviceFolder& operator=(const DeviceFolder&) = delete;
-
-    const std::filesystem::path& Path() const { return m_path; }
+    DeviceFolder() { setenv("QUILLET_DEVICE_ROOT", Path().c_str(), 1); }
+    ~DeviceFolder() { unsetenv("QUILLET_DEVICE_ROOT"); }
 
     /// Writes a file, makes a folder or a link; the folders above come into being, an old link goes.
     void Write(const std::string& sName, const std::string& sContent) const {
         std::ofstream(Made(sName), std::ios::binary) << sContent;
     }
-    void MakeFolder(const std::string& sName) const { std::filesystem::create_directories(m_path / sName); }
+    void MakeFolder(const std::string& sName) const { std::filesystem::create_directories(Path(sName)); }
     void Link(const std::string& sName, const std::filesystem::path& target) const {
         std::filesystem::remove(Made(sName));
-        std::filesystem::create_symlink(target, m_path / sName);
+        std::filesystem::create_symlink(target, Path(sName));
     }
 
 private:
     std::filesystem::path Made(const std::string& sName) const {
-        std::filesystem::create_directories((m_path / sName).parent_path());
-        return m_path / sName;
+        const std::filesystem::path path = Path(sName);
+        std::filesystem::create_directories(path.parent_path());
+        return path;
     }
-
-    std::filesystem::path m_path;
 };
 
 /// PtyDevice is the device's end of a pseudo-terminal whose other end a DeviceFolder shows as dev/`sTty`.

@@ -6,19 +6,17 @@
 
 namespace {
 
-constexpr const char* kOpen = "4B 13 0B 00";
-constexpr const char* kRead = "4B 13 0C 00";
-constexpr const char* kClose = "4B 13 0D 00";
 constexpr size_t kNameOffset = 40;
 
 /// The answer about one entry.
 Bytes Entry(const std::string& sName, uint32_t iType = 0, uint32_t iSize = 7, uint32_t iErrnum = 0,
             uint32_t iDirectory = 5) {
-    return Packet(kRead, {iDirectory, 99, iErrnum, iType, 0777, iSize, 1, 2, 0x30},
+    return Packet(kReadFolder, {iDirectory, 99, iErrnum, iType, 0777, iSize, 1, 2, 0x30},
                   sName + std::string(1, '\0'));
 }
 
-Bytes Shortened(Bytes packet, size_t iSize) {
+Bytes Shortened(size_t iSize) {
+    Bytes packet = Entry("name");
     packet.resize(iSize);
     return packet;
 }
@@ -28,18 +26,17 @@ protected:
     Efs2DirectoryTest() { m_diag.ConfigureEfsCallbacks(this, nullptr, &Efs2DirectoryTest::Receive); }
 
     /// Lists; the result and "path kind date size" of every entry that arrived.
-    std::vector<std::string> List(const char* sPath) {
-        m_entries.clear();
-        const bool bResult = m_diag.EFS2_DIAG_ENUM_DIR(sPath);
-        m_entries.insert(m_entries.begin(), bResult ? "true" : "false");
+    Lines List(const char* sPath) {
+        m_entries = {""};
+        m_entries[0] = m_diag.EFS2_DIAG_ENUM_DIR(sPath) ? "true" : "false";
         return m_entries;
     }
 
     /// Opening and closing are granted; the entries are these, then the end.
     void ScriptEntries(const std::vector<Bytes>& entries) {
-        m_phone.Answer(kOpen, Packet(kOpen, {5, 0}));
-        m_phone.Answer(kClose, Packet(kClose, {0}));
-        m_phone.phone.Script(Hex(kRead), [entries](const Bytes& request) -> std::vector<Bytes> {
+        m_phone.Answer(kOpenFolder, Packet(kOpenFolder, {5, 0}));
+        m_phone.Answer(kCloseFolder, Packet(kCloseFolder, {0}));
+        m_phone.phone.Script(Hex(kReadFolder), [entries](const Bytes& request) -> std::vector<Bytes> {
             const size_t iNumber = ValueAt(request, 8);
             return {iNumber <= entries.size() ? entries[iNumber - 1] : Entry("")};
         });
@@ -55,10 +52,8 @@ protected:
         return 0;
     }
 
-    std::vector<std::string> m_entries;
+    Lines m_entries;
 };
-
-using Lines = std::vector<std::string>;
 
 TEST_F(Efs2DirectoryTest, WireCallbacksAndLog) {
     ScriptEntries({Entry("a.txt"), Entry("sub", 1, 0), Entry("/link", 2), Entry("odd", 3)});
@@ -86,9 +81,9 @@ TEST_F(Efs2DirectoryTest, AgainstThePhonesFileSystem) {
     m_phone.phone.WithFiles([](handset::FileSystem& files) {
         for (int i = 0; i < 300; ++i)
             files.AddFile("many/file " + std::to_string(i), "x");
-        files.AddFolder("empty");
         files.SetOpenLimit(1);
     });
+    m_phone.AddFolder("empty");
     EXPECT_EQ(List("many").size(), 301u);
     EXPECT_EQ(List("empty"), Lines{"true"});
     EXPECT_EQ(List("").size(), 3u);
@@ -102,61 +97,48 @@ TEST_F(Efs2DirectoryTest, AgainstThePhonesFileSystem) {
 }
 
 TEST_F(Efs2DirectoryTest, EntriesThatDoNotFitAreLeftOutAndLogged) {
-    const std::string sFits(127, 'n');
-    const std::string sTooLong(128, 'm');
-    const std::string sLongestWhole(215, 'o');
-    const std::string sCutByTheAnswer(216, 'q');
-    ScriptEntries(
-        {Entry(sTooLong), Entry(sFits), Entry(sLongestWhole), Entry(sCutByTheAnswer), Entry("last")});
+    const std::string sFits(127, 'n'), sTooLong(128, 'm'), sLongestWhole(215, 'o'), sCut(216, 'q');
+    ScriptEntries({Entry(sTooLong), Entry(sFits), Entry(sLongestWhole), Entry(sCut), Entry("last")});
     EXPECT_EQ(List("dir"), (Lines{"true", "dir/" + sFits + " 1 30 7", "dir/last 1 30 7"}));
     Lines expected;
-    for (const std::string& sName : {sTooLong, sLongestWhole, sCutByTheAnswer})
+    for (const std::string& sName : {sTooLong, sLongestWhole, sCut})
         expected.push_back("QLIB_EfsDirectory() - Path too long, entry left out: dir/" + sName);
     EXPECT_EQ(m_log.Of(LOG_ERR), expected);
     // A name that the answer cuts is not its own beginning, even where that would fit.
-    ScriptEntries({Entry(sCutByTheAnswer)});
+    ScriptEntries({Entry(sCut)});
     EXPECT_EQ(List(""), Lines{"true"});
 }
 
 TEST_F(Efs2DirectoryTest, UnusableEntryAnswersFailTheListing) {
     const Bytes cases[] = {
-        Entry("x", 0, 7, 2),                       // refused
-        Entry("x", 0, 7, 0, 0),                    // without a handle
-        Shortened(Entry("x"), kNameOffset),        // ends before the name
-        Shortened(Entry("x"), 16),                 // ends before nearly everything
-        Shortened(Entry("x"), 4),                  //
-        Shortened(Entry("name"), kNameOffset + 4), // the name has no end
+        Entry("x", 0, 7, 2),        // refused
+        Entry("x", 0, 7, 0, 0),     // without a handle
+        Shortened(kNameOffset),     // ends before the name
+        Shortened(kNameOffset + 4), // the name has no end
+        Shortened(16),
+        Shortened(4), // ends before nearly everything
     };
     for (const Bytes& packet : cases) {
         m_phone.phone.ClearRequests();
         ScriptEntries({Entry("good"), packet});
         EXPECT_EQ(List("dir"), Lines{"false"}) << handset::ToHex(packet);
         EXPECT_EQ(m_phone.CountOf("4B 13 0C 00 05 00 00 00 02"), 5);
-        EXPECT_EQ(m_phone.CountOf(kClose), 1);
+        EXPECT_EQ(m_phone.CountOf(kCloseFolder), 1);
     }
 }
 
-TEST_F(Efs2DirectoryTest, RefusalsAreTriedFiveTimes) {
+TEST_F(Efs2DirectoryTest, WhatIsRefusedOrLostIsAskedForAgainWhileThePhoneIsThere) {
     m_phone.AddFile("dir/a", {});
-    for (const char* sRequest : {kOpen, kRead, kClose}) {
+    m_phone.Misbehave(Action::Drop, kReadFolder);
+    EXPECT_EQ(List("dir").size(), 2u);
+    EXPECT_EQ(m_phone.CountOf(kReadFolder), 3);
+    for (const std::string& sRequest : {kOpenFolder, kReadFolder, kCloseFolder}) {
         m_phone.Misbehave(Action::Refuse, sRequest, 4, 16);
         EXPECT_EQ(List("dir").size(), 2u) << sRequest;
     }
-    m_phone.Misbehave(Action::Refuse, kClose, 5, 16);
+    m_phone.Misbehave(Action::Refuse, kCloseFolder, 5, 16);
     EXPECT_EQ(List("dir"), Lines{"false"});
-}
-
-TEST_F(Efs2DirectoryTest, UnansweredEntryIsAskedForAgain) {
-    m_phone.AddFile("dir/a", {});
-    m_phone.Misbehave(Action::Drop, kRead);
-    EXPECT_EQ(List("dir").size(), 2u);
-    EXPECT_EQ(m_phone.CountOf(kRead), 3);
-}
-
-TEST_F(Efs2DirectoryTest, PhoneThatVanishesInTheMiddleListsNothing) {
-    for (int i = 0; i < 10; ++i)
-        m_phone.AddFile("dir/" + std::to_string(i), {});
-    m_phone.Misbehave(Action::Unplug, kRead, 1, 0, 5);
+    m_phone.Misbehave(Action::Unplug, kReadFolder, 1, 0, 1);
     EXPECT_EQ(List("dir"), Lines{"false"});
 }
 

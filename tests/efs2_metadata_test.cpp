@@ -6,88 +6,79 @@
 
 namespace {
 
-/// Where a call puts its out-values: preset, so that it shows what was left alone.
-struct Outcome {
-    DWORD v[10] = {0xF0, 0xF1, 0xF2, 0xF3, 0xF4, 0xF5, 0xF6, 0xF7, 0xF8, 0xF9};
-    unsigned char iByte = 0xFF;
-    char sText[Diag_FTM::kEfs2TextSize] = "before";
-
-    /// The result, then the first out-values in hex, as one text.
-    std::string Of(bool bResult, size_t iValues) const {
-        std::ostringstream text;
-        text << (bResult ? "true" : "false") << std::hex;
-        for (size_t i = 0; i < iValues; ++i)
-            text << ' ' << v[i];
-        return text.str();
-    }
-    std::string WithText(bool bResult, size_t iValues) const { return Of(bResult, iValues) + " " + sText; }
+/// One call with room for its out-values; how many values it gives back, and whether a text too.
+struct Call {
+    size_t iValues;
+    bool bText;
+    bool (*call)(Diag_FTM& diag, DWORD* v, char* sText);
 };
 
-using Call = std::string (*)(Diag_FTM& diag, Outcome o);
-
-const Call Mkdir = [](Diag_FTM& diag, Outcome o) { return o.Of(diag.EFS2_DIAG_MKDIR("/a"), 0); };
-const Call Rmdir = [](Diag_FTM& diag, Outcome o) { return o.Of(diag.EFS2_DIAG_RMDIR("d"), 0); };
-const Call Unlink = [](Diag_FTM& diag, Outcome o) { return o.Of(diag.EFS2_DIAG_UNLINK("f %s"), 0); };
-const Call Rename = [](Diag_FTM& diag, Outcome o) {
-    o.v[0] = 7;
-    return o.Of(diag.EFS2_DIAG_RENAME("o", "n", o.v[0]), 1);
-};
-const Call Chmod = [](Diag_FTM& diag, Outcome o) {
-    return o.Of(diag.EFS2_DIAG_CHMOD(0x1A4, "f", o.v[0]), 1);
-};
-const Call Access = [](Diag_FTM& diag, Outcome o) { return o.Of(diag.EFS2_DIAG_ACCESS(6, "f", o.v[0]), 1); };
-const Call Stat = [](Diag_FTM& diag, Outcome o) {
-    return o.Of(diag.EFS2_DIAG_STAT("f", o.v[0], o.v[1], o.v[2], o.v[3], o.v[4], o.v[5], o.v[6]), 7);
-};
-const Call Statfs = [](Diag_FTM& diag, Outcome o) {
-    return o.Of(diag.EFS2_DIAG_STATFS("/", o.v[0], o.v[1], o.v[2], o.v[3], o.v[4], o.v[5], o.v[6], o.v[7],
-                                      o.v[8], o.v[9]),
-                10);
-};
-const Call DevInfo = [](Diag_FTM& diag, Outcome o) {
-    const bool bResult =
-        diag.EFS2_DIAG_DEV_INFO(o.v[0], o.v[1], o.v[2], o.v[3], o.v[4], o.v[5], o.v[6], o.iByte, o.sText);
-    o.v[7] = o.iByte;
-    return o.WithText(bResult, 8);
-};
-const Call ReadLink = [](Diag_FTM& diag, Outcome o) {
-    return o.WithText(diag.EFS2_DIAG_READ_LINK("l", o.sText), 0);
-};
-const Call CreateLink = [](Diag_FTM& diag, Outcome o) {
-    return o.Of(diag.EFS2_DIAG_CREATE_LINK("l", "t/u"), 0);
-};
-const Call ExtendedInfo = [](Diag_FTM& diag, Outcome o) {
-    EFS2_EXT_Kind_Enum eKind{9};
-    const bool bResult = diag.EFS2_DIAG_EXTENDED_INFO(EFS2_EXT_QueryType_Enum{3}, eKind, o.v[1], o.sText);
-    o.v[0] = static_cast<DWORD>(eKind);
-    return o.WithText(bResult, 2);
-};
-const Call GetAttributes = [](Diag_FTM& diag, Outcome o) {
-    return o.Of(diag.DIAG_GET_FILE_ATTRIBUTES("/x", &o.v[0], &o.v[1], &o.v[2]), 3);
-};
-const Call SetAttributes = [](Diag_FTM& diag, Outcome o) {
-    return o.Of(diag.DIAG_SET_FILE_ATTRIBUTES("/x", 0x11, 0x22), 0);
-};
+const Call Mkdir{0, false, [](Diag_FTM& d, DWORD*, char*) { return d.EFS2_DIAG_MKDIR("/a"); }};
+const Call Rmdir{0, false, [](Diag_FTM& d, DWORD*, char*) { return d.EFS2_DIAG_RMDIR("d"); }};
+const Call Unlink{0, false, [](Diag_FTM& d, DWORD*, char*) { return d.EFS2_DIAG_UNLINK("f %s"); }};
+const Call Rename{1, false, [](Diag_FTM& d, DWORD* v, char*) { return d.EFS2_DIAG_RENAME("o", "n", v[0]); }};
+const Call Chmod{1, false, [](Diag_FTM& d, DWORD* v, char*) { return d.EFS2_DIAG_CHMOD(0x1A4, "f", v[0]); }};
+const Call Access{1, false, [](Diag_FTM& d, DWORD* v, char*) { return d.EFS2_DIAG_ACCESS(6, "f", v[0]); }};
+const Call Stat{7, false, [](Diag_FTM& d, DWORD* v, char*) {
+                    return d.EFS2_DIAG_STAT("f", v[0], v[1], v[2], v[3], v[4], v[5], v[6]);
+                }};
+const Call Statfs{10, false, [](Diag_FTM& d, DWORD* v, char*) {
+                      return d.EFS2_DIAG_STATFS("/", v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[8],
+                                                v[9]);
+                  }};
+const Call DevInfo{8, true, [](Diag_FTM& d, DWORD* v, char* s) {
+                       auto iType = static_cast<unsigned char>(v[7]);
+                       const bool bDone =
+                           d.EFS2_DIAG_DEV_INFO(v[0], v[1], v[2], v[3], v[4], v[5], v[6], iType, s);
+                       v[7] = iType;
+                       return bDone;
+                   }};
+const Call ReadLink{0, true, [](Diag_FTM& d, DWORD*, char* s) { return d.EFS2_DIAG_READ_LINK("l", s); }};
+const Call CreateLink{0, false,
+                      [](Diag_FTM& d, DWORD*, char*) { return d.EFS2_DIAG_CREATE_LINK("l", "t/u"); }};
+const Call ExtendedInfo{2, true, [](Diag_FTM& d, DWORD* v, char* s) {
+                            auto eKind = static_cast<EFS2_EXT_Kind_Enum>(v[0]);
+                            const bool bDone =
+                                d.EFS2_DIAG_EXTENDED_INFO(EFS2_EXT_QueryType_Enum{3}, eKind, v[1], s);
+                            v[0] = static_cast<DWORD>(eKind);
+                            return bDone;
+                        }};
+const Call GetAttributes{3, false, [](Diag_FTM& d, DWORD* v, char*) {
+                             return d.DIAG_GET_FILE_ATTRIBUTES("/x", &v[0], &v[1], &v[2]);
+                         }};
+const Call SetAttributes{
+    0, false, [](Diag_FTM& d, DWORD*, char*) { return d.DIAG_SET_FILE_ATTRIBUTES("/x", 0x11, 0x22); }};
 
 const Bytes kStatAnswer = Packet("4B 13 0F 00", {0, 0x81A4, 0x300, 1, 0x51, 0x52, 0x53});
 
 class Efs2MetadataTest : public PhoneTest {
 protected:
-    /// The answer to every request is `packet`; what the call makes of it.
-    std::string Answered(Call call, const Bytes& packet) {
+    /// The result and the out-values, in hex, as one text. They are preset, so that what was left alone
+    /// shows.
+    std::string Make(const Call& call) {
+        DWORD v[10] = {0xF0, 0xF1, 0xF2, 0xF3, 0xF4, 0xF5, 0xF6, 0xF7, 0xF8, 0xF9};
+        char sText[Diag_FTM::kEfs2TextSize] = "before";
+        std::ostringstream text;
+        text << (call.call(m_diag, v, sText) ? "true" : "false") << std::hex;
+        for (size_t i = 0; i < call.iValues; ++i)
+            text << ' ' << v[i];
+        return text.str() + (call.bText ? std::string(" ") + sText : "");
+    }
+    /// The same when `packet` is the answer to every request.
+    std::string Answered(const Call& call, const Bytes& packet) {
         m_phone.Answer("", packet);
-        return call(m_diag, {});
+        return Make(call);
     }
 };
 
 TEST_F(Efs2MetadataTest, RequestsAnswersAndLog) {
     // The call, its request, the answer, what comes out, and the log lines of the operation and its result.
-    const auto check = [this](Call call, const char* sRequest, const Bytes& answer, const char* sOutcome,
-                              std::vector<std::string> operation = {}, std::vector<std::string> result = {}) {
+    const auto check = [this](const Call& call, const char* sRequest, const Bytes& answer,
+                              const char* sOutcome, Lines operation = {}, Lines result = {}) {
         m_log.Clear();
         m_phone.phone.ClearRequests();
         EXPECT_EQ(Answered(call, answer), sOutcome) << sRequest;
-        EXPECT_EQ(m_phone.Requests(), std::vector<std::string>{sRequest});
+        EXPECT_EQ(m_phone.Requests(), Lines{sRequest});
         EXPECT_EQ(m_log.Of(LOG_FN), operation);
         EXPECT_EQ(m_log.Of(LOG_RET), result);
     };
@@ -98,7 +89,7 @@ TEST_F(Efs2MetadataTest, RequestsAnswersAndLog) {
     check(Unlink, "4B 13 08 00 66 20 25 73 00", Packet("4B 13 08 00", {2}), "true",
           {"QLIB_EFS2_DIAG_UNLINK( sFilePath = f %s )"});
     check(Rename, "4B 13 0E 00 6F 00 6E 00", Packet("4B 13 0E 00", {2}), "true 2",
-          {"QLIB_EFS2_DIAG_RENAME( sOldFilePath = o, sNewFilePath = n, iErrorNo = 7)"});
+          {"QLIB_EFS2_DIAG_RENAME( sOldFilePath = o, sNewFilePath = n, iErrorNo = 240)"});
     check(Chmod, "4B 13 12 00 A4 01 00 00 66 00", Packet("4B 13 12 00", {0}), "true 0",
           {"QLIB_EFS2_DIAG_CHMOD( iMode = 420, sFilePath = f )"});
     check(Access, "4B 13 14 00 66 00", Packet("4B 13 14 00", {13}), "true d",
@@ -128,7 +119,7 @@ TEST_F(Efs2MetadataTest, RequestsAnswersAndLog) {
           {"QLIB_EFS2_DIAG_EXTENDED_INFO( iReturnInt = 42 )"});
     check(ExtendedInfo, sExtended, Packet("4B 13 1D 00", {1, 0}, std::string("yes\0", 4)), "true 1 f1 yes",
           {sExtendedLine}, {"QLIB_EFS2_DIAG_EXTENDED_INFO( sReturnString = yes )"});
-    check(ExtendedInfo, sExtended, Packet("4B 13 1D 00", {2, 1}, "no"), "false 9 f1 before", {sExtendedLine},
+    check(ExtendedInfo, sExtended, Packet("4B 13 1D 00", {2, 1}, "no"), "false f0 f1 before", {sExtendedLine},
           {"QLIB_EFS2_DIAG_EXTENDED_INFO( ) -- Error: invalid data return type"});
     check(GetAttributes, "59 07 03 2F 78 00", Packet("59 07 00", {1, 2, 3}), "true 1 2 3");
     check(SetAttributes, "59 08 03 2F 78 00 11 00 00 00 22 00 00 00", Packet("59 08"), "true");
@@ -136,16 +127,12 @@ TEST_F(Efs2MetadataTest, RequestsAnswersAndLog) {
 
 TEST_F(Efs2MetadataTest, AnswersOfUnexpectedLength) {
     const std::string sLong(4000, 'n');
-    const struct {
-        Call call;
-        Bytes answer;
-        std::string sOutcome;
-    } cases[] = {
+    const std::tuple<Call, Bytes, std::string> cases[] = {
         {Mkdir, Packet("4B 13 09 00", {17}), "false"},
         {Mkdir, Packet("4B 13 09 00"), "false"},
         // The last fields stay where they are, seen from the end.
         {Stat, Packet(handset::ToHex(kStatAnswer), {0x54}), "true 81a4 300 1 51 52 53 54"},
-        {Rename, Packet("4B"), "true 7"},
+        {Rename, Packet("4B"), "true f0"},
         {Rename, Packet("4B 13 0E 00", {1, 2}), "true 2"},
         // A status with a type of 4 bytes, one that goes on, one that ends early, one that says nothing.
         {Statfs, Packet("4B 13 13 00", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}), "true 0 1 2 3 4 5 6 7 8 9"},
@@ -156,46 +143,30 @@ TEST_F(Efs2MetadataTest, AnswersOfUnexpectedLength) {
         {ReadLink, Packet("4B 13 07 00", {2}), "true "},
         {ReadLink, Packet("4B 13 07 00", {0}, "open"), "true open"},
         {ReadLink, Packet("4B 13 07 00", {0}, sLong), "true " + sLong.substr(0, 511)},
-        {DevInfo, Packet("4B 13 15 00", {5}), "true 5 f1 f2 f3 f4 f5 f6 ff "},
+        {DevInfo, Packet("4B 13 15 00", {5}), "true 5 f1 f2 f3 f4 f5 f6 f7 "},
         {DevInfo, Packet("4B 13 15 00", {0, 1, 2, 3, 4, 5, 6}, "\x07" + sLong),
          "true 0 1 2 3 4 5 6 7 " + sLong.substr(0, 511)},
         {ExtendedInfo, Packet("4B 13 1D 00", {1}), "true 1 f1 "},
-        {ExtendedInfo, Packet("4B 13 1D 00", {0}), "false 9 f1 before"},
-        {ExtendedInfo, Packet("4B 13 1D 00"), "false 9 f1 before"},
+        {ExtendedInfo, Packet("4B 13 1D 00", {0}), "false f0 f1 before"},
+        {ExtendedInfo, Packet("4B 13 1D 00"), "false f0 f1 before"},
         {GetAttributes, Packet("59 07", {1, 2}), "true f0 f1 f2"},
     };
-    for (const auto& test : cases)
-        EXPECT_EQ(Answered(test.call, test.answer), test.sOutcome)
-            << handset::ToHex(test.answer).substr(0, 60);
+    for (const auto& [call, answer, sOutcome] : cases)
+        EXPECT_EQ(Answered(call, answer), sOutcome) << handset::ToHex(answer).substr(0, 60);
 }
 
 TEST_F(Efs2MetadataTest, NoAnswerAndProtocolErrorsChangeNothing) {
     m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 30);
-    const struct {
-        Call call;
-        std::string sOutcome;
-    } cases[] = {{Rmdir, "false"},
-                 {Unlink, "false"},
-                 {CreateLink, "false"},
-                 {SetAttributes, "false"},
-                 {Rename, "false 7"},
-                 {Chmod, "false f0"},
-                 {Access, "false f0"},
-                 {ReadLink, "false before"},
-                 {GetAttributes, "false f0 f1 f2"},
-                 {Stat, "false f0 f1 f2 f3 f4 f5 f6"},
-                 {Statfs, "false f0 f1 f2 f3 f4 f5 f6 f7 f8 f9"},
-                 {DevInfo, "false f0 f1 f2 f3 f4 f5 f6 ff before"},
-                 {ExtendedInfo, "false 9 f1 before"}};
-    for (const Action eAction : {Action::Ignore, Action::ProtocolError}) {
+    for (const Action eAction : {Action::Ignore, Action::ProtocolError, Action::Unplug}) {
         m_phone.phone.Behave();
         m_phone.Misbehave(eAction, "", -1, 0x13);
-        for (const auto& test : cases)
-            EXPECT_EQ(test.call(m_diag, {}), test.sOutcome);
+        for (Call call : {Mkdir, Rmdir, Unlink, CreateLink, SetAttributes, Rename, Chmod, Access, ReadLink,
+                          GetAttributes, Stat, Statfs, DevInfo, ExtendedInfo}) {
+            const std::string sOutcome = Make(call);
+            call.call = [](Diag_FTM&, DWORD*, char*) { return false; };
+            EXPECT_EQ(sOutcome, Make(call));
+        }
     }
-    m_phone.phone.Unplug();
-    EXPECT_EQ(Mkdir(m_diag, {}), "false");
-    EXPECT_EQ(Chmod(m_diag, {}), "false f0");
     EXPECT_TRUE(m_log.Of(LOG_RET).empty());
 }
 
@@ -218,50 +189,18 @@ TEST_F(Efs2MetadataTest, PathsThatDoNotFitAreNotSent) {
     EXPECT_TRUE(m_log.Has(LOG_FN, "QLIB_EFS2_DIAG_MKDIR( strDir = " + path(250) + " )"));
 }
 
-TEST_F(Efs2MetadataTest, AgainstThePhonesFileSystem) {
-    DWORD iErrorNo = 9;
-    DWORD iMode = 0, iSize = 0, iNlink = 0, iAtime = 0, iMtime = 0, iCtime = 0;
-    char sTarget[Diag_FTM::kEfs2TextSize] = "";
-    m_phone.AddFile("data/x", Pattern(1000));
-    EXPECT_TRUE(m_diag.EFS2_DIAG_MKDIR("made"));
-    EXPECT_FALSE(m_diag.EFS2_DIAG_MKDIR("made"));
-    EXPECT_TRUE(m_diag.EFS2_DIAG_RENAME("data/x", "made/y", iErrorNo));
-    EXPECT_EQ(iErrorNo, 0u);
-    EXPECT_TRUE(m_diag.EFS2_DIAG_CREATE_LINK("link", "made/y"));
-    EXPECT_TRUE(m_diag.EFS2_DIAG_READ_LINK("link", sTarget));
-    EXPECT_STREQ(sTarget, "made/y");
-    EXPECT_TRUE(m_diag.EFS2_DIAG_CHMOD(0600, "made/y", iErrorNo));
-    EXPECT_TRUE(m_diag.EFS2_DIAG_STAT("link", iErrorNo, iMode, iSize, iNlink, iAtime, iMtime, iCtime));
-    EXPECT_EQ(iMode, 0x8180u);
-    EXPECT_EQ(iSize, 1000u);
-    EXPECT_TRUE(m_diag.EFS2_DIAG_ACCESS(4, "data/x", iErrorNo));
-    EXPECT_EQ(iErrorNo, 2u);
-    EXPECT_TRUE(m_diag.EFS2_DIAG_RMDIR("made"));
-    EXPECT_TRUE(m_phone.Exists("made"));
-    EXPECT_TRUE(m_diag.EFS2_DIAG_UNLINK("made/y"));
-    EXPECT_TRUE(m_diag.EFS2_DIAG_RMDIR("made"));
-    EXPECT_FALSE(m_phone.Exists("made"));
-}
-
 struct PathRules : Efs2Metadata {
     using Efs2Metadata::EfsFnSplit;
     using Efs2Metadata::EfsIsLegalName;
 };
 
 TEST(Efs2PathRulesTest, SplitAndLegalNames) {
-    const struct {
-        const char *sPath, *sDir, *sName;
-    } splits[] = {{"/brew/mod/a.txt", "/brew/mod/", "a.txt"},
-                  {"a.txt", "", "a.txt"},
-                  {"/", "/", ""},
-                  {"abc/", "abc/", ""},
-                  {"", "", ""}};
-    for (const auto& split : splits) {
-        char sDir[32];
-        char sName[32];
-        PathRules::EfsFnSplit(split.sPath, sDir, sName);
-        EXPECT_STREQ(sDir, split.sDir);
-        EXPECT_STREQ(sName, split.sName);
+    for (const auto& [sDir, sName] :
+         {std::pair("/brew/mod/", "a.txt"), {"", "a.txt"}, {"/", ""}, {"abc/", ""}, {"", ""}}) {
+        char aDir[32], aName[32];
+        PathRules::EfsFnSplit((std::string(sDir) + sName).c_str(), aDir, aName);
+        EXPECT_STREQ(aDir, sDir);
+        EXPECT_STREQ(aName, sName);
     }
     const auto path = [](size_t iDir, size_t iName) {
         return std::string(iDir, 'd') + "/" + std::string(iName, 'n');

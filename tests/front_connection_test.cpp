@@ -6,7 +6,20 @@ namespace {
 const Lines kOpened{"1 CONNECT", "3 CONNECTED on port COM1"};
 const Lines kClosed{"3 DISCONNECTED"};
 
-class FrontConnection : public HostTest {};
+class FrontConnection : public HostTest {
+protected:
+    /// Downloads the file a.bin; the first progress report runs `hook`.
+    int GetWithHook(const std::function<void()>& hook) {
+        m_host.onProgress = [&, bDone = false](int) mutable {
+            if (!std::exchange(bDone, true))
+                hook();
+            return 0;
+        };
+        return Get("/a.bin", local.Path("a.bin"), FS_COPYFLAGS_OVERWRITE);
+    }
+
+    LocalFolder local;
+};
 
 TEST_F(FrontConnection, StartAndEnd) {
     EXPECT_EQ(FsInit(kPluginNumber, FakeHost::Progress, FakeHost::Log, nullptr), 0);
@@ -18,9 +31,6 @@ TEST_F(FrontConnection, StartAndEnd) {
         EXPECT_EQ(FsDisconnect(nullptr), 1);
         EXPECT_EQ(m_host.TakeLog(), kClosed);
     }
-}
-
-TEST_F(FrontConnection, StartWithoutPhone) {
     m_phone.phone.Unplug();
     FsInit(kPluginNumber, FakeHost::Progress, FakeHost::Log, nullptr);
     EXPECT_EQ(m_host.TakeLog(), (Lines{"1 CONNECT", "1 CONNECT", "3 NOT CONNECTED"}));
@@ -33,6 +43,9 @@ TEST_F(FrontConnection, ClosesAfterThirtyIdleTicks) {
     Tick();
     EXPECT_EQ(m_host.TakeLog(), kClosed);
     EXPECT_EQ(front.ContextHandle, nullptr);
+    m_phone.phone.ClearRequests();
+    Tick(40); // nothing is open
+    EXPECT_TRUE(m_phone.Requests().empty());
     NamesIn("/");
     EXPECT_EQ(m_host.TakeLog(), kOpened);
     StopIdleTick(front.IdleTimerId);
@@ -58,16 +71,8 @@ TEST_F(FrontConnection, StaysOpenDuringAnOperation) {
     EXPECT_EQ(front.IdleTicks, 30);
 }
 
-TEST_F(FrontConnection, TicksWithoutConnectionDoNothing) {
-    FsStatusInfo(nullptr, FS_STATUS_END, 0);
-    StopIdleTick(front.IdleTimerId);
-    Tick(40);
-    EXPECT_EQ(m_host.TakeLog(), Lines{});
-    EXPECT_TRUE(m_phone.Requests().empty());
-}
-
 TEST_F(FrontConnection, NoticesALostPhone) {
-    AddFolder("brew");
+    m_phone.AddFolder("brew");
     Connect();
     m_phone.phone.Unplug();
     Tick();
@@ -99,39 +104,20 @@ TEST_F(FrontConnection, SilentPhoneStaysUnverified) {
 }
 
 TEST_F(FrontConnection, RootNameFitsTheHostsBuffer) {
-    const struct {
-        int iSize;
-        const char* sExpected;
-    } cases[] = {{260, "Korvane EFS"},
-                 {12, "Korvane EFS"},
-                 {11, "Korvane EF"},
-                 {8, "Korvane"},
-                 {1, ""},
-                 {0, "#"},
-                 {-1, "#"}};
-    for (const auto& c : cases) {
+    const std::pair<int, const char*> cases[] = {
+        {260, "Korvane EFS"}, {12, "Korvane EFS"}, {11, "Korvane EF"}, {1, ""}, {0, "#"}, {-1, "#"}};
+    for (const auto& [iSize, sExpected] : cases) {
         char sName[300] = "#";
-        FsGetDefRootName(sName, c.iSize);
-        EXPECT_STREQ(sName, c.sExpected) << c.iSize;
+        FsGetDefRootName(sName, iSize);
+        EXPECT_STREQ(sName, sExpected) << iSize;
     }
     FsGetDefRootName(nullptr, 20);
-}
-
-// A transfer of `sName` whose first progress report runs `hook`.
-int GetWithHook(FakeHost& host, const std::string& sLocal, const std::function<void()>& hook) {
-    host.onProgress = [&, bDone = false](int) mutable {
-        if (!std::exchange(bDone, true))
-            hook();
-        return 0;
-    };
-    return Get("/a.bin", sLocal);
 }
 
 TEST_F(FrontConnection, CallsDuringATransferLeaveTheConnectionAlone) {
     m_phone.AddFile("a.bin", Pattern(5000));
     m_phone.AddFile("b.bin", Pattern(10));
     Connect();
-    LocalFolder local;
     const auto calls = [&] {
         const DWORD iSize = front.TransferSize;
         EXPECT_EQ(FsDisconnect(nullptr), 0);
@@ -148,10 +134,9 @@ TEST_F(FrontConnection, CallsDuringATransferLeaveTheConnectionAlone) {
     };
     const auto onAnotherThread = [&] { std::thread(calls).join(); };
     for (const std::function<void()>& hook : {std::function<void()>(calls), {onAnotherThread}}) {
-        EXPECT_EQ(GetWithHook(m_host, local.Path("a.bin"), hook), FS_FILE_OK);
+        EXPECT_EQ(GetWithHook(hook), FS_FILE_OK);
         EXPECT_EQ(local.Read("a.bin"), Pattern(5000));
         EXPECT_FALSE(local.Has("b.bin"));
-        std::filesystem::remove(local.Path("a.bin"));
         EXPECT_EQ(m_host.TakeLog(), Lines{});
     }
     EXPECT_FALSE(m_phone.Exists("c.bin"));
@@ -161,22 +146,20 @@ TEST_F(FrontConnection, CallsDuringATransferLeaveTheConnectionAlone) {
 TEST_F(FrontConnection, LostPhoneIsNotReopenedUnderATransfer) {
     m_phone.AddFile("a.bin", Pattern(5000));
     Connect();
-    LocalFolder local;
-    EXPECT_EQ(GetWithHook(m_host, local.Path("a.bin"),
-                          [&] {
-                              m_phone.phone.Unplug();
-                              m_phone.phone.Replug();
-                              FsStatusInfo(nullptr, FS_STATUS_START, 0);
-                              EXPECT_EQ(NamesIn("/"), Lines{});
-                          }),
-              FS_FILE_WRITEERROR);
+    const auto loseIt = [&] {
+        m_phone.phone.Unplug();
+        m_phone.phone.Replug();
+        FsStatusInfo(nullptr, FS_STATUS_START, 0);
+        EXPECT_EQ(NamesIn("/"), Lines{});
+    };
+    EXPECT_EQ(GetWithHook(loseIt), FS_FILE_WRITEERROR);
     EXPECT_EQ(m_host.TakeLog(), Lines{});
     EXPECT_EQ(NamesIn("/"), Lines{"a.bin"});
     EXPECT_EQ(m_host.TakeLog(), (Lines{"3 CONNECTED on port COM1", "3 DISCONNECTED"}));
 }
 
 TEST_F(FrontConnection, LogCallbackMayCallBack) {
-    AddFolder("brew");
+    m_phone.AddFolder("brew");
     Lines listed;
     m_host.onLog = [&](const std::string& sLine) {
         if (sLine == kOpened.back())
@@ -190,9 +173,8 @@ TEST_F(FrontConnection, LogCallbackMayCallBack) {
 // The host pauses in a callback of its worker while its main thread, ticks and a second worker go on.
 TEST_F(FrontConnection, ManyThreads) {
     m_phone.AddFile("a.bin", Pattern(100000));
-    AddFolder("brew");
+    m_phone.AddFolder("brew");
     Connect();
-    LocalFolder local;
     std::thread lister([&] {
         for (int i = 0; i < 20; ++i) {
             FsStatusInfo(nullptr, FS_STATUS_START, 0);

@@ -1,6 +1,4 @@
 // Copying, deleting, making and renaming: results for the host, and what is left on both sides.
-#include <cstring>
-
 #include "host_fixture.h"
 
 namespace {
@@ -17,44 +15,27 @@ protected:
     LocalFolder m_local;
 };
 
-TEST_F(FrontFiles, DownloadsOfManySizes) {
-    const struct {
-        size_t iSize;
-        std::vector<int> percents;
-    } cases[] = {
-        {0, {0}},
-        {1, {0, 100}},
-        {1535, {0, 100}},
-        {1536, {0, 100, 100}},
-        {3072, {0, 50, 100, 100}},
-        {5000, {0, 30, 61, 92, 100}},
+TEST_F(FrontFiles, PercentagesOfManySizes) {
+    const std::tuple<size_t, std::vector<int>, std::vector<int>> cases[] = {
+        // downloaded, uploaded
+        {0, {0}, {0}},
+        {512, {0, 100}, {0, 100}},
+        {1536, {0, 100, 100}, {0, 33, 66, 100}},
+        {3073, {0, 49, 99, 100}, {0, 16, 33, 49, 66, 83, 99, 100}},
     };
-    for (const auto& c : cases) {
-        m_phone.AddFile("f", Pattern(c.iSize));
+    for (const auto& [iSize, downloaded, uploaded] : cases) {
+        m_phone.AddFile("f", Pattern(iSize));
         EXPECT_EQ(Get("/f", m_local.Path("f"), FS_COPYFLAGS_OVERWRITE), FS_FILE_OK);
-        EXPECT_EQ(m_local.Read("f"), Pattern(c.iSize));
-        EXPECT_EQ(m_host.TakePercents(), c.percents) << c.iSize;
+        EXPECT_EQ(m_local.Read("f"), Pattern(iSize));
+        EXPECT_EQ(m_host.TakePercents(), downloaded) << iSize;
+        m_phone.AddFile("f", {});
+        EXPECT_EQ(Put(m_local.Path("f"), "/f", FS_COPYFLAGS_RESUME), FS_FILE_OK);
+        EXPECT_EQ(m_phone.Content("f"), Pattern(iSize));
+        EXPECT_EQ(m_host.TakePercents(), uploaded) << iSize;
+        EXPECT_TRUE(m_local.Has("f"));
     }
     EXPECT_EQ(front.TransferSize, 0u);
     EXPECT_EQ(m_host.TakeLog(), Lines{});
-}
-
-TEST_F(FrontFiles, UploadsOfManySizes) {
-    const struct {
-        size_t iSize;
-        std::vector<int> percents;
-    } cases[] = {
-        {0, {0}},
-        {512, {0, 100}},
-        {1000, {0, 51, 100}},
-        {2048, {0, 25, 50, 75, 100}},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Put(m_local.Write("f", Pattern(c.iSize)), "/f", FS_COPYFLAGS_RESUME), FS_FILE_OK);
-        EXPECT_EQ(m_phone.Content("f"), Pattern(c.iSize));
-        EXPECT_EQ(m_host.TakePercents(), c.percents) << c.iSize;
-        EXPECT_TRUE(m_local.Has("f"));
-    }
 }
 
 // A phone that reports a wrong size does not make the percentage leave its range.
@@ -69,12 +50,7 @@ TEST_F(FrontFiles, PercentageStaysInRange) {
 }
 
 TEST_F(FrontFiles, DownloadFlags) {
-    const struct {
-        int iFlags;
-        bool bExists;
-        int iResult;
-        bool bStaysOnPhone;
-    } cases[] = {
+    const std::tuple<int, bool, int, bool> cases[] = {
         {0, false, FS_FILE_OK, true},
         {0, true, FS_FILE_EXISTSRESUMEALLOWED, true},
         {FS_COPYFLAGS_OVERWRITE, true, FS_FILE_OK, true},
@@ -83,16 +59,16 @@ TEST_F(FrontFiles, DownloadFlags) {
         {FS_COPYFLAGS_MOVE, false, FS_FILE_OK, false},
         {FS_COPYFLAGS_MOVE | FS_COPYFLAGS_OVERWRITE, true, FS_FILE_OK, false},
     };
-    for (const auto& c : cases) {
+    for (const auto& [iFlags, bExists, iResult, bStaysOnPhone] : cases) {
         m_phone.AddFile("d/f", Pattern(700));
         std::filesystem::remove(m_local.Path("f"));
-        if (c.bExists)
+        if (bExists)
             m_local.Write("f", {1});
         m_phone.phone.ClearRequests();
-        EXPECT_EQ(Get("\\d\\f", m_local.Path("f"), c.iFlags), c.iResult) << c.iFlags << c.bExists;
-        EXPECT_EQ(m_phone.Exists("d/f"), c.bStaysOnPhone) << c.iFlags << c.bExists;
-        EXPECT_EQ(m_phone.Requests().empty(), c.iResult != FS_FILE_OK);
-        EXPECT_EQ(m_local.Read("f"), c.iResult == FS_FILE_OK ? Pattern(700) : Bytes{1});
+        EXPECT_EQ(Get("\\d\\f", m_local.Path("f"), iFlags), iResult) << iFlags << bExists;
+        EXPECT_EQ(m_phone.Exists("d/f"), bStaysOnPhone) << iFlags << bExists;
+        EXPECT_EQ(m_phone.Requests().empty(), iResult != FS_FILE_OK);
+        EXPECT_EQ(m_local.Read("f"), iResult == FS_FILE_OK ? Pattern(700) : Bytes{1});
     }
     // A link to nothing does not exist; one to a file does.
     std::filesystem::create_symlink(m_local.Path("nothing"), m_local.Path("dangling"));
@@ -117,23 +93,14 @@ TEST_F(FrontFiles, UploadFlags) {
     for (const char* sNoFile : {"missing", ""}) // the second is the folder itself
         EXPECT_EQ(Put(m_local.Path(sNoFile), "/x"), FS_FILE_WRITEERROR);
     EXPECT_FALSE(m_phone.Exists("x"));
-    const char sName[] = "\\d\\\\f";
-    char sHostPath[sizeof sName];
-    std::memcpy(sHostPath, sName, sizeof sName);
-    std::string sSource = sLocal;
-    FsPutFile(sSource.data(), sHostPath, 0);
-    EXPECT_STREQ(sHostPath, sName);
+    std::string sHostPath = "\\d\\\\f", sSource = sLocal;
+    FsPutFile(sSource.data(), sHostPath.data(), 0);
+    EXPECT_EQ(sHostPath, "\\d\\\\f");
     FsDisconnect(nullptr);
     EXPECT_EQ(Put(sLocal, "/y"), FS_FILE_NOTFOUND);
 }
 
-TEST_F(FrontFiles, MissingPhoneFile) {
-    EXPECT_EQ(Get("/missing", m_local.Path("f"), FS_COPYFLAGS_MOVE), FS_FILE_WRITEERROR);
-    EXPECT_FALSE(m_local.Has("f"));
-    EXPECT_EQ(m_phone.CountOf(kUnlink), 0);
-}
-
-TEST_F(FrontFiles, AbortedDownload) {
+TEST_F(FrontFiles, AbortedTransfers) {
     for (const int iPercent : {0, 50, 100}) {
         m_phone.AddFile("f", Pattern(5000));
         AbortAt(iPercent);
@@ -144,39 +111,27 @@ TEST_F(FrontFiles, AbortedDownload) {
         m_phone.phone.ClearRequests();
     }
     m_host.onProgress = nullptr;
-    EXPECT_EQ(Get("/f", m_local.Path("f")), FS_FILE_OK); // an abort is forgotten
-    EXPECT_EQ(m_phone.OpenCount(), 0u);
-}
-
-TEST_F(FrontFiles, AbortedUpload) {
-    const std::string sLocal = m_local.Write("f", Pattern(5000));
+    EXPECT_EQ(Get("/f", m_local.Path("f"), FS_COPYFLAGS_MOVE), FS_FILE_OK); // an abort is forgotten
     for (const int iPercent : {50, 100}) {
         AbortAt(iPercent);
-        EXPECT_EQ(Put(sLocal, "/f"), FS_FILE_USERABORT) << iPercent;
+        EXPECT_EQ(Put(m_local.Path("f"), "/f"), FS_FILE_USERABORT) << iPercent;
         EXPECT_FALSE(m_phone.Exists("f")) << iPercent;
     }
     m_phone.AddFile("f", {1, 2, 3});
     AbortAt(0);
-    EXPECT_EQ(Put(sLocal, "/f", FS_COPYFLAGS_OVERWRITE), FS_FILE_USERABORT);
+    EXPECT_EQ(Put(m_local.Path("f"), "/f", FS_COPYFLAGS_OVERWRITE), FS_FILE_USERABORT);
     EXPECT_EQ(m_phone.Content("f"), (Bytes{1, 2, 3}));
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
 }
 
 TEST_F(FrontFiles, FailedUploadDeletesOnlyWhatItWrote) {
     const std::string sLocal = m_local.Write("f", Pattern(3000));
-    const struct {
-        Action eAction;
-        std::string sPrefix;
-        bool bFileStays;
-    } cases[] = {
-        {Action::Refuse, kOpenFile, true},
-        {Action::ProtocolError, kStatFs, true},
-        {Action::Refuse, kWrite, false},
-    };
-    for (const auto& c : cases) {
+    for (const auto& [eAction, sPrefix] :
+         {std::pair(Action::Refuse, kOpenFile), {Action::ProtocolError, kStatFs}, {Action::Refuse, kWrite}}) {
         m_phone.AddFile("f", {1, 2, 3});
-        m_phone.Misbehave(c.eAction, c.sPrefix, -1, 0x13);
+        m_phone.Misbehave(eAction, sPrefix, -1, 0x13);
         EXPECT_EQ(Put(sLocal, "/f", FS_COPYFLAGS_OVERWRITE), FS_FILE_WRITEERROR);
-        EXPECT_EQ(m_phone.Exists("f"), c.bFileStays) << c.sPrefix;
+        EXPECT_EQ(m_phone.Exists("f"), sPrefix != kWrite) << sPrefix;
         m_phone.phone.Behave();
     }
     m_phone.AddFile("f", {1, 2, 3});
@@ -185,33 +140,25 @@ TEST_F(FrontFiles, FailedUploadDeletesOnlyWhatItWrote) {
     EXPECT_EQ(m_phone.Content("f"), (Bytes{1, 2, 3}));
 }
 
-TEST_F(FrontFiles, PhoneVanishesDuringATransfer) {
+TEST_F(FrontFiles, FailedMoveKeepsThePhonesFile) {
     m_phone.AddFile("f", Pattern(9000));
+    const int iFlags = FS_COPYFLAGS_OVERWRITE | FS_COPYFLAGS_MOVE;
+    EXPECT_EQ(Get("/missing", m_local.Path("f"), iFlags), FS_FILE_WRITEERROR);
+    EXPECT_FALSE(m_local.Has("f"));
+    EXPECT_EQ(Get("/f", "/dev/full", iFlags), FS_FILE_WRITEERROR);
     m_phone.Misbehave(Action::Unplug, kRead, 1, 0, 2);
-    EXPECT_EQ(Get("/f", m_local.Path("f"), FS_COPYFLAGS_MOVE), FS_FILE_WRITEERROR);
-    EXPECT_EQ(m_local.Read("f").size(), 3072u);
+    EXPECT_EQ(Get("/f", m_local.Path("f"), iFlags), FS_FILE_WRITEERROR);
+    EXPECT_EQ(m_local.Read("f"), Pattern(3072));
+    EXPECT_EQ(m_phone.CountOf(kUnlink), 0);
     m_phone.phone.Replug();
-    EXPECT_TRUE(m_phone.Exists("f"));
-    EXPECT_EQ(Get("/f", m_local.Path("f"), FS_COPYFLAGS_OVERWRITE), FS_FILE_OK);
+    EXPECT_EQ(Get("/f", m_local.Path("f"), iFlags), FS_FILE_OK);
     EXPECT_EQ(m_local.Read("f"), Pattern(9000));
-}
-
-TEST_F(FrontFiles, FullLocalDiskFailsTheDownload) {
-    m_phone.AddFile("f", Pattern(9000));
-    EXPECT_EQ(Get("/f", "/dev/full", FS_COPYFLAGS_OVERWRITE | FS_COPYFLAGS_MOVE), FS_FILE_WRITEERROR);
-    EXPECT_TRUE(m_phone.Exists("f"));
 }
 
 TEST_F(FrontFiles, Renaming) {
     m_phone.AddFile("a", {1});
     m_phone.AddFile("b", {2});
-    const struct {
-        const char* sOld;
-        const char* sNew;
-        BOOL bMove;
-        BOOL bOverWrite;
-        int iResult;
-    } cases[] = {
+    const std::tuple<const char*, const char*, BOOL, BOOL, int> cases[] = {
         {"/a", "/b", 0, 1, FS_FILE_NOTSUPPORTED},
         {"/a", "/b", 0x286E8700, 1, FS_FILE_NOTSUPPORTED}, // hosts fill one byte
         {"/a", "/b", 1, 0, FS_FILE_EXISTS},
@@ -220,8 +167,8 @@ TEST_F(FrontFiles, Renaming) {
         {"\\a", "\\b", 0x286E8701, 1, FS_FILE_OK},
         {"/b", "/c", 1, 0, FS_FILE_OK},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(Move(c.sOld, c.sNew, c.bMove, c.bOverWrite), c.iResult) << c.sOld << c.bMove;
+    for (const auto& [sOld, sNew, bMove, bOverWrite, iResult] : cases)
+        EXPECT_EQ(Move(sOld, sNew, bMove, bOverWrite), iResult) << sOld << bMove;
     EXPECT_EQ(NamesIn("/"), Lines{"c"});
     EXPECT_EQ(m_phone.Content("c"), Bytes{1});
     FsDisconnect(nullptr);
@@ -232,23 +179,18 @@ TEST_F(FrontFiles, Renaming) {
 
 TEST_F(FrontFiles, FoldersAndDeletion) {
     m_phone.AddFile("d/f", {});
-    const struct {
-        BOOL(HOST_CALL* pfnAct)(char*);
-        const char* sPath;
-        BOOL bResult;
-        const char* sThere;
-        bool bThere;
-    } cases[] = {
-        {FsMkDir, "\\new", 1, "new", true},      {FsMkDir, "/new", kExistingFolderCountsAsMade, "new", true},
-        {FsMkDir, "/d/f", 0, "d/f", true},       {FsMkDir, "/no/such", 0, "no", false},
-        {FsRemoveDir, "/new", 1, "new", false},  {FsRemoveDir, "/d", 1, "d", true}, // a refusal does not show
-        {FsDeleteFile, "/d/f", 1, "d/f", false},
+    const auto check = [this](BOOL(HOST_CALL * pfnAct)(char*), std::string sPath, BOOL bResult,
+                              const char* sThere, bool bThere) {
+        EXPECT_EQ(pfnAct(sPath.data()), bResult) << sPath;
+        EXPECT_EQ(m_phone.Exists(sThere), bThere) << sPath;
     };
-    for (const auto& c : cases) {
-        std::string sPath = c.sPath;
-        EXPECT_EQ(c.pfnAct(sPath.data()), c.bResult) << c.sPath;
-        EXPECT_EQ(m_phone.Exists(c.sThere), c.bThere) << c.sPath;
-    }
+    check(FsMkDir, "\\new", 1, "new", true);
+    check(FsMkDir, "/new", kExistingFolderCountsAsMade, "new", true);
+    check(FsMkDir, "/d/f", 0, "d/f", true);
+    check(FsMkDir, "/no/such", 0, "no", false);
+    check(FsRemoveDir, "/new", 1, "new", false);
+    check(FsRemoveDir, "/d", 1, "d", true); // a refusal does not show
+    check(FsDeleteFile, "/d/f", 1, "d/f", false);
     m_phone.phone.ClearRequests();
     char sPath[] = "\\d";
     EXPECT_EQ(FsSetAttr(sPath, 1), 0);

@@ -3,10 +3,8 @@
 
 #include <functional>
 #include <mutex>
-#include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
 #include "phone_fixture.h"
 #include "platform/idle_tick.h"
@@ -14,27 +12,16 @@
 #include "plugin/entry_points.h"
 #include "plugin/front_state.h"
 
-using Lines = std::vector<std::string>;
-
 constexpr int kPluginNumber = 7;
 const HANDLE kNoListing = reinterpret_cast<HANDLE>(UINTPTR_MAX);
-
-// The beginnings of requests on the wire.
-const std::string kOpenFile = "4B 13 02 00";
-const std::string kRead = "4B 13 04 00";
-const std::string kWrite = "4B 13 05 00";
-const std::string kUnlink = "4B 13 08 00";
-const std::string kOpenFolder = "4B 13 0B 00";
-const std::string kStat = "4B 13 0F 00";
-const std::string kStatFs = "4B 13 13 00";
 
 /// FakeHost records what the plug-in reports. The hooks run inside the callbacks, on the calling thread.
 struct FakeHost {
     std::function<int(int iPercent)> onProgress;
     std::function<void(const std::string& sLine)> onLog;
 
-    FakeHost() { Current() = this; }
-    ~FakeHost() { Current() = nullptr; }
+    FakeHost() { s_pCurrent = this; }
+    ~FakeHost() { s_pCurrent = nullptr; }
 
     /// The log lines since the last call, each with its type in front.
     Lines TakeLog() {
@@ -49,30 +36,23 @@ struct FakeHost {
 
     static int HOST_CALL Progress(int iNumber, char*, char*, int iPercent) {
         EXPECT_EQ(iNumber, kPluginNumber);
-        FakeHost& host = *Current();
-        {
-            std::lock_guard lock(host.m_lock);
-            host.m_percents.push_back(iPercent);
-        }
-        return host.onProgress ? host.onProgress(iPercent) : 0;
+        std::unique_lock lock(s_pCurrent->m_lock);
+        s_pCurrent->m_percents.push_back(iPercent);
+        lock.unlock();
+        return s_pCurrent->onProgress ? s_pCurrent->onProgress(iPercent) : 0;
     }
     static void HOST_CALL Log(int iNumber, int iType, char* sText) {
         EXPECT_EQ(iNumber, kPluginNumber);
-        FakeHost& host = *Current();
         const std::string sLine = std::to_string(iType) + " " + sText;
-        {
-            std::lock_guard lock(host.m_lock);
-            host.m_log.push_back(sLine);
-        }
-        if (host.onLog)
-            host.onLog(sLine);
+        std::unique_lock lock(s_pCurrent->m_lock);
+        s_pCurrent->m_log.push_back(sLine);
+        lock.unlock();
+        if (s_pCurrent->onLog)
+            s_pCurrent->onLog(sLine);
     }
 
 private:
-    static FakeHost*& Current() {
-        static FakeHost* pHost = nullptr;
-        return pHost;
-    }
+    static inline FakeHost* s_pCurrent = nullptr;
 
     std::mutex m_lock;
     Lines m_log;
@@ -128,6 +108,12 @@ inline Lines NamesIn(const std::string& sPath) {
     return names;
 }
 
+/// The two sides of "left > right".
+inline std::pair<std::string, std::string> Sides(const std::string& sRow) {
+    const size_t iArrow = sRow.find(" > ");
+    return {sRow.substr(0, iArrow), sRow.substr(iArrow + 3)};
+}
+
 /// HostTest is a host after FsInit's work, without its waiting time: callbacks are there, nothing is open
 /// yet.
 class HostTest : public testing::Test {
@@ -149,9 +135,6 @@ protected:
     static void Tick(int iTimes = 1) {
         for (int i = 0; i < iTimes; ++i)
             IdleTimerProc(front.IdleTimerId);
-    }
-    void AddFolder(const std::string& sPath) {
-        m_phone.phone.WithFiles([&](handset::FileSystem& files) { files.AddFolder(sPath); });
     }
 
     PluggedPhone m_phone;

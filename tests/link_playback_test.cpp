@@ -1,16 +1,11 @@
 // Playing text logs back: recorded sessions without the phone, and files that are no good recordings.
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "phone_fixture.h"
 
 namespace {
 
 /// The packets that wait in a queue, in hex; it is empty afterwards.
-std::vector<std::string> Take(CQLibMessageQueue& queue) {
-    std::vector<std::string> packets;
+Lines Take(CQLibMessageQueue& queue) {
+    Lines packets;
     QueueItem item;
     while (queue.Pop(&item))
         packets.push_back(handset::ToHex(Bytes(item.data, item.data + item.length)));
@@ -24,7 +19,7 @@ protected:
         m_log.Clear();
     }
 
-    bool Play(const std::string& sContent, bool bKeepLastTwo) {
+    bool Play(const std::string& sContent, bool bKeepLastTwo = true) {
         const std::string sFile = m_folder.Write("log.txt", Bytes(sContent.begin(), sContent.end()));
         return m_diag.StartLogFilePlaybackMode(sFile.c_str(), bKeepLastTwo ? 1 : 0);
     }
@@ -38,83 +33,63 @@ protected:
 
 TEST_F(PlaybackTest, ReceivedPacketsAreReplayedAndNothingElse) {
     const std::string sLong(60000, 'A');
-    std::string sMost, sTooMany;
-    for (int i = 0; i < 4097; ++i) {
-        sMost += i < 4096 ? "4B " : "";
-        sTooMany += "4B ";
-    }
+    std::string sMost;
+    for (int i = 0; i < 4096; ++i)
+        sMost += "4B ";
     const std::string sSync = "12\t,LOG_IO,SYNC REC--listener--(3 bytes): ";
     const std::string sAsync = "12\t,LOG_IO,ASYNC REC (3 bytes): ";
-    const struct {
-        const char* sWhat;
-        std::string sContent;
-        bool bKeepLastTwo;
-        std::vector<std::string> sync;
-        std::vector<std::string> async;
-    } cases[] = {
-        {"whole", sSync + "4B 0F 00 \n", true, {"4B 0F 00"}, {}},
-        {"without its last two bytes", sSync + "4B 0F 00 \n", false, {"4B"}, {}},
-        {"nothing left", sSync + "4B 0F \n", false, {}, {}},
+    const std::tuple<const char*, std::string, Lines, Lines> cases[] = {
+        // responses, then phone logs
+        {"whole", sSync + "4B 0F 00 \n", {"4B 0F 00"}, {}},
         {"line end of another system",
          sSync + "4B 0F 00 \r\n" + sSync + "4B 10 \r\n",
-         true,
          {"4B 0F 00", "4B 10"},
          {}},
-        {"no line end", sSync + "4B 0F 00 ", true, {"4B 0F 00"}, {}},
-        {"no blank at the end, small letters", sSync + "4b:0f-00\n", true, {"4B 0F 00"}, {}},
-        {"log records", sAsync + "10 00 04 \n" + sSync + "4B 01 \n", true, {"4B 01"}, {"10 00 04"}},
-        {"an event answer",
+        {"no line end", sSync + "4B 0F 00 ", {"4B 0F 00"}, {}},
+        {"no blank at the end, small letters", sSync + "4b:0f-00\n", {"4B 0F 00"}, {}},
+        {"log records", sAsync + "10 00 04 \n" + sSync + "4B 01 \n", {"4B 01"}, {"10 00 04"}},
+        {"event answer",
          "1\t,LOG_IO,ASYNC REC--listener--(5 bytes): 60 00 00 AA BB \n",
-         true,
          {"60 00 00 AA BB"},
          {}},
-        {"requests", "1\t,LOG_IO,SEND (3 bytes):4B 0F 00 \n1\t,LOG_IO,REC \t4B 0F 00 \n", true, {}, {}},
-        {"odd digits",
-         sSync + "4B 0F 0\n" + sSync + "4B01 02\n" + sSync + "4B 0102\n" + sSync + "4B1300\n",
-         true,
-         {},
-         {}},
-        {"not hex", sSync + "4B xy 00 \n" + sSync + "\n" + sSync, true, {}, {}},
-        {"few commas", "SYNC REC--listener--(3 bytes): 4B 0F 00 \n,\n", true, {}, {}},
-        {"short", ",,ASYNC REC:10 01\n", true, {}, {}},
-        {"just long enough", ",,ASYNC REC: 10 01\n", true, {}, {"10 01"}},
-        {"long lines",
-         sSync + sLong + "\n" + sLong + sSync + "4B 01 \n" + sSync + "4B 02 \n",
-         true,
-         {"4B 02"},
-         {}},
-        {"the largest packet", sSync + sMost + "\n", true, {sMost.substr(0, sMost.size() - 1)}, {}},
-        {"more than a packet", sSync + sTooMany + "\n" + sSync + "4B 01 \n", true, {"4B 01"}, {}},
-        {"binary", std::string("\0\xFF,,\0\r\r\n\x80", 9) + "\n" + sSync + "4B 02 \n", true, {"4B 02"}, {}},
-        {"empty", "", true, {}, {}},
+        {"requests", "1\t,LOG_IO,SEND (3 bytes):4B 0F 00 \n1\t,LOG_IO,REC \t4B 0F 00 \n", {}, {}},
+        {"odd", sSync + "4B 0F 0\n" + sSync + "4B01 02\n" + sSync + "4B 0102\n" + sSync + "4B1300\n", {}, {}},
+        {"not hex", sSync + "4B xy 00 \n" + sSync + "\n" + sSync, {}, {}},
+        {"few commas", "SYNC REC--listener--(3 bytes): 4B 0F 00 \n,\n", {}, {}},
+        {"short", ",,ASYNC REC:10 01\n", {}, {}},
+        {"just long enough", ",,ASYNC REC: 10 01\n", {}, {"10 01"}},
+        {"long", sSync + sLong + "\n" + sLong + sSync + "4B 01 \n" + sSync + "4B 02 \n", {"4B 02"}, {}},
+        {"the largest packet", sSync + sMost + "\n", {sMost.substr(0, sMost.size() - 1)}, {}},
+        {"more than a packet", sSync + sMost + "4B \n" + sSync + "4B 01 \n", {"4B 01"}, {}},
+        {"binary", std::string("\0\xFF,,\0\r\r\n\x80", 9) + "\n" + sSync + "4B 02 \n", {"4B 02"}, {}},
+        {"empty", "", {}, {}},
     };
-    for (const auto& entry : cases) {
-        EXPECT_TRUE(Play(entry.sContent, entry.bKeepLastTwo)) << entry.sWhat;
-        EXPECT_EQ(Take(m_connection.CommandResponseQueue()), entry.sync) << entry.sWhat;
-        EXPECT_EQ(Take(m_connection.PhoneLogQueue()), entry.async) << entry.sWhat;
+    for (const auto& [sWhat, sContent, sync, async] : cases) {
+        EXPECT_TRUE(Play(sContent)) << sWhat;
+        EXPECT_EQ(Take(m_connection.CommandResponseQueue()), sync) << sWhat;
+        EXPECT_EQ(Take(m_connection.PhoneLogQueue()), async) << sWhat;
     }
+    EXPECT_TRUE(
+        Play(sSync + "4B 0F 00 \n" + sSync + "4B 0F \n", false)); // without the last two bytes of each
+    EXPECT_EQ(Take(m_connection.CommandResponseQueue()), Lines{"4B"});
 }
 
 TEST_F(PlaybackTest, RequestsTakeTheRecordedResponsesInTheirOrder) {
     ASSERT_TRUE(
-        Play("1\t,LOG_IO,SYNC REC--listener--(3 bytes): 13 0F 00 \n"
-             "2\t,LOG_IO,SYNC REC--listener--(2 bytes): 4B 02 \n",
-             true));
+        Play("1\t,LOG_IO,SYNC REC--listener--(3 bytes): 13 0F 00 \n2\t,LOG_IO,SYNC REC--listener--(2 bytes): "
+             "4B 02 \n"));
     const unsigned char aRequest[] = {0x4B, 0x13};
     m_log.Clear();
-    const struct {
-        unsigned short iCapacity;
-        unsigned short iSize;
-        Bytes buffer;
-    } cases[] = {{2, 2, Hex("13 0F EE EE")}, {4, 2, Hex("4B 02 EE EE")}, {4, 0, Hex("EE EE EE EE")}};
-    for (const auto& entry : cases) {
+    const std::tuple<unsigned short, unsigned short, Bytes> cases[] = {
+        {2, 2, Hex("13 0F EE EE")}, {4, 2, Hex("4B 02 EE EE")}, {4, 0, Hex("EE EE EE EE")}};
+    for (const auto& [iCapacity, iExpected, expected] : cases) {
         Bytes buffer(4, 0xEE);
-        unsigned short iSize = entry.iCapacity;
+        unsigned short iSize = iCapacity;
         EXPECT_TRUE(m_diag.SendSync(sizeof aRequest, aRequest, &iSize, buffer.data(), 0x4B, 500, 100000));
-        EXPECT_EQ(iSize, entry.iSize);
-        EXPECT_EQ(buffer, entry.buffer);
+        EXPECT_EQ(iSize, iExpected);
+        EXPECT_EQ(buffer, expected);
     }
-    const std::vector<std::string> lines = m_log.Lines();
+    const Lines lines = m_log.Lines();
     ASSERT_EQ(lines.size(), 9U);
     EXPECT_EQ(lines[0], "0x0002 QLIB_SendSync(iRequestSize=2, iTimeout=500)--simulation mode");
     EXPECT_EQ(lines[1], "0x0001 SEND: 4B 13 ");
@@ -123,13 +98,11 @@ TEST_F(PlaybackTest, RequestsTakeTheRecordedResponsesInTheirOrder) {
 }
 
 TEST_F(PlaybackTest, AFileThatCannotBeReadChangesNothing) {
-    ASSERT_TRUE(Play("1\t,LOG_IO,SYNC REC--listener--(2 bytes): 4B 02 \n", true));
+    ASSERT_TRUE(Play("1\t,LOG_IO,SYNC REC--listener--(2 bytes): 4B 02 \n"));
     for (const std::string& sFile : {m_folder.Path("missing"), m_folder.Path()}) {
-        m_log.Clear();
         EXPECT_FALSE(m_diag.StartLogFilePlaybackMode(sFile.c_str(), 0));
-        EXPECT_EQ(m_log.Lines(), (std::vector<std::string>{
-                                     "0x0002 QLIB_StartLogFilePlaybackMode(" + sFile + ", 0)",
-                                     "0x0004 QLIB_StartLogFilePlaybackMode() - Could not open file."}));
+        EXPECT_EQ(m_log.Lines().back(), "0x0004 QLIB_StartLogFilePlaybackMode() - Could not open file.");
+        EXPECT_TRUE(m_log.Has(LOG_FN, "QLIB_StartLogFilePlaybackMode(" + sFile + ", 0)"));
     }
     const unsigned char iRequest = 0x4B;
     unsigned char aResponse[4];
@@ -143,25 +116,23 @@ TEST_F(PlaybackTest, StoppingAndOpeningEndPlayback) {
     const unsigned char iRequest = 0x00;
     unsigned char aResponse[64];
     unsigned short iSize = sizeof aResponse;
-    ASSERT_TRUE(Play(sLine, true));
+    ASSERT_TRUE(Play(sLine));
     EXPECT_TRUE(m_diag.StopLogFilePlaybackMode());
     EXPECT_TRUE(m_connection.CommandResponseQueue().IsEmpty());
     EXPECT_FALSE(m_diag.SendSync(1, &iRequest, &iSize, aResponse, 0, 10, 0)); // no such port
-    ASSERT_TRUE(Play(sLine, true));
+    ASSERT_TRUE(Play(sLine));
     EXPECT_FALSE(m_diag.OpenPort());
     EXPECT_TRUE(m_connection.CommandResponseQueue().IsEmpty());
     EXPECT_FALSE(m_diag.SendSync(1, &iRequest, &iSize, aResponse, 0, 10, 0));
 }
 
 /// What a program sees in a session: answers with and without errors, and a file of several blocks.
-std::vector<std::string> Session(Diag_FTM& diag, const LocalFolder& folder) {
-    std::vector<std::string> seen;
+Lines Session(Diag_FTM& diag, const LocalFolder& folder) {
+    Lines seen;
     for (const char* sPath : {"brew/a.bin", "none", "brew"}) {
         DWORD iError = 99, iMode = 0, iSize = 0, iTimes = 0;
-        const bool bAnswered =
-            diag.EFS2_DIAG_STAT(sPath, iError, iMode, iSize, iTimes, iTimes, iTimes, iTimes);
-        seen.push_back(std::to_string(bAnswered) + " " + std::to_string(iError) + " " +
-                       std::to_string(iSize));
+        EXPECT_TRUE(diag.EFS2_DIAG_STAT(sPath, iError, iMode, iSize, iTimes, iTimes, iTimes, iTimes));
+        seen.push_back(std::to_string(iError) + " " + std::to_string(iSize));
     }
     const std::string sLocal = folder.Path("copy");
     seen.push_back(std::to_string(diag.EFS2_DIAG_READ_FILE(sLocal.c_str(), "brew/a.bin")));
@@ -170,13 +141,10 @@ std::vector<std::string> Session(Diag_FTM& diag, const LocalFolder& folder) {
 }
 
 TEST_F(PlaybackTest, ARecordedSessionReplaysWithoutThePhone) {
-    Bytes content(5000);
-    for (size_t i = 0; i < content.size(); ++i)
-        content[i] = static_cast<uint8_t>(i * 7);
-    m_phone.AddFile("brew/a.bin", content);
+    m_phone.AddFile("brew/a.bin", Pattern(5000));
     m_phone.phone.SetChatter(2);
     const std::string sLog = m_folder.Path("session.txt");
-    std::vector<std::string> recorded, records;
+    Lines recorded, records;
     {
         Diag_FTM diag(1);
         DiagConnection& connection = diag;
@@ -188,7 +156,7 @@ TEST_F(PlaybackTest, ARecordedSessionReplaysWithoutThePhone) {
         diag.ClosePort();
         records = Take(connection.PhoneLogQueue());
     }
-    ASSERT_EQ(recorded.back(), handset::ToHex(content));
+    ASSERT_EQ(recorded.back(), handset::ToHex(Pattern(5000)));
     m_phone.phone.Unplug();
     ASSERT_TRUE(m_diag.StartLogFilePlaybackMode(sLog.c_str(), 0));
     EXPECT_EQ(Session(m_diag, m_folder), recorded);

@@ -1,29 +1,16 @@
 // The text log: file format, mask, callback.
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 #include <regex>
-#include <string>
-#include <vector>
 
 #include "link/diag_connection.h"
 #include "link/text_log.h"
+#include "local_folder.h"
 
 namespace {
 
 class TextLogTest : public testing::Test {
 protected:
-    TextLogTest() {
-        std::string sTemplate = (std::filesystem::temp_directory_path() / "quillet-log-XXXXXX").string();
-        m_folder = mkdtemp(sTemplate.data());
-        std::filesystem::current_path(m_folder);
-    }
-    ~TextLogTest() override {
-        std::filesystem::current_path("/");
-        std::filesystem::remove_all(m_folder);
-    }
+    TextLogTest() { std::filesystem::current_path(m_folder.Path()); }
+    ~TextLogTest() override { std::filesystem::current_path("/"); }
 
     static std::vector<std::string> FileLines(const char* sName) {
         std::ifstream file(sName);
@@ -33,8 +20,7 @@ protected:
         return lines;
     }
 
-private:
-    std::filesystem::path m_folder;
+    LocalFolder m_folder;
 };
 
 void Collect(unsigned short iSize, unsigned char* pRecord, void* pUserData) {
@@ -58,14 +44,16 @@ TEST_F(TextLogTest, LinesCarryTimeCategoryAndIndent) {
                                "INVALID LOG LEVEL,text 7", "LOG_RET,text 7",        "LOG_IO,Stop Log"};
     const std::vector<std::string> lines = FileLines("log.txt");
     ASSERT_EQ(lines.size(), std::size(aExpected));
-    for (size_t i = 0; i < lines.size(); ++i)
+    for (size_t i = 0; i < lines.size(); ++i) {
         EXPECT_TRUE(std::regex_match(lines[i], std::regex("[0-9]+\t,.*"))) << lines[i];
-    for (size_t i = 0; i < lines.size(); ++i)
         EXPECT_EQ(lines[i].substr(lines[i].find(',') + 1), aExpected[i]);
+    }
 }
 
 TEST_F(TextLogTest, AStartEmptiesTheFileAndDatesIt) {
     DataLogFileHandler log;
+    EXPECT_TRUE(log.Start("no/such/folder/log.txt", kDefaultLogFlags)); // no error
+    log.LogMessage(LOG_RET, "dropped");
     log.Start("log.txt", kDefaultLogFlags);
     log.LogMessage(LOG_RET, "old");
     log.Start("log.txt", kDefaultLogFlags);
@@ -126,12 +114,6 @@ TEST_F(TextLogTest, TheMarkerFileStartsTheLogOfEveryConnection) {
     EXPECT_EQ(texts[9], "LOG_FN,QLIB_OpenPort()");
     EXPECT_EQ(texts[10], "LOG_RET,100 %s %n");
     EXPECT_EQ(texts[11], "LOG_IO,Stop Log");
-}
-
-TEST_F(TextLogTest, AFileThatCannotBeOpenedIsNoError) {
-    DataLogFileHandler log;
-    EXPECT_TRUE(log.Start("no/such/folder/log.txt", kDefaultLogFlags));
-    log.LogMessage(LOG_RET, "dropped");
 }
 
 } // namespace

@@ -10,17 +10,15 @@
 
 #include "link/diag_connection.h"
 
-/// LogCapture keeps every message as "category-bit text", such as "0x0002 QLIB_OpenPort()". It must outlive
-/// the connection or be detached with Detach.
+/// LogCapture keeps every message as "category-bit text", such as "0x0002 QLIB_OpenPort()". At its
+/// end it lets go of the connection.
 class LogCapture {
 public:
     explicit LogCapture(DiagConnection& connection, unsigned iMask = 0xFFFFFFFF) : m_connection(connection) {
         connection.SetLogFlags(iMask);
         connection.ConfigureLibraryTextLogCallBack(this, &LogCapture::Receive);
     }
-    ~LogCapture() { Detach(); }
-
-    void Detach() { m_connection.ConfigureLibraryTextLogCallBack(nullptr, nullptr); }
+    ~LogCapture() { m_connection.ConfigureLibraryTextLogCallBack(nullptr, nullptr); }
 
     std::vector<std::string> Lines() const {
         const std::lock_guard lock(m_lock);
@@ -35,16 +33,14 @@ public:
     /// The texts of one category, in order.
     std::vector<std::string> Of(unsigned iCategory) const {
         std::vector<std::string> texts;
-        for (const std::string& sLine : Lines()) {
+        for (const std::string& sLine : Lines())
             if (std::stoul(sLine, nullptr, 16) == iCategory)
                 texts.push_back(sLine.substr(sLine.find(' ') + 1));
-        }
         return texts;
     }
 
     bool Has(unsigned iCategory, const std::string& sText) const {
-        const std::vector<std::string> texts = Of(iCategory);
-        return std::find(texts.begin(), texts.end(), sText) != texts.end();
+        return std::ranges::count(Of(iCategory), sText) > 0;
     }
 
 private:

@@ -1,24 +1,33 @@
 // A simulated handset on COM1, and a connection to it, for tests that look at the wire.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <initializer_list>
-#include <iterator>
-#include <string>
-#include <vector>
+#include <tuple>
 
 #include "handset/device_root.h"
 #include "handset/file_system.h"
 #include "handset/handset.h"
+#include "local_folder.h"
 #include "log_capture.h"
 #include "qlib/diag_ftm.h"
 
 using handset::Bytes;
+using Lines = std::vector<std::string>;
 using Action = handset::Misbehaviour::Action;
+
+// The beginnings of requests on the wire.
+const std::string kOpenFile = "4B 13 02 00";
+const std::string kCloseFile = "4B 13 03 00";
+const std::string kRead = "4B 13 04 00";
+const std::string kWrite = "4B 13 05 00";
+const std::string kReadLink = "4B 13 07 00";
+const std::string kMakeLink = "4B 13 06 00";
+const std::string kUnlink = "4B 13 08 00";
+const std::string kOpenFolder = "4B 13 0B 00";
+const std::string kReadFolder = "4B 13 0C 00";
+const std::string kCloseFolder = "4B 13 0D 00";
+const std::string kStat = "4B 13 0F 00";
+const std::string kStatFs = "4B 13 13 00";
 
 /// Hex("4B 13") as bytes; a mistake in it fails the test.
 inline Bytes Hex(const std::string& sText) {
@@ -55,8 +64,8 @@ struct PluggedPhone {
     ~PluggedPhone() { unsetenv("QUILLET_DEVICE_ROOT"); }
 
     /// The requests that arrived, in hex.
-    std::vector<std::string> Requests() const {
-        std::vector<std::string> texts;
+    Lines Requests() const {
+        Lines texts;
         for (const Bytes& request : phone.Requests())
             texts.push_back(handset::ToHex(request));
         return texts;
@@ -80,6 +89,12 @@ struct PluggedPhone {
     void AddFile(const std::string& sPath, const Bytes& content) {
         phone.WithFiles([&](handset::FileSystem& files) { files.AddFile(sPath, content); });
     }
+    void AddFolder(const std::string& sPath) {
+        phone.WithFiles([&](handset::FileSystem& files) { files.AddFolder(sPath); });
+    }
+    void AddLink(const std::string& sPath, const std::string& sTarget) {
+        phone.WithFiles([&](handset::FileSystem& files) { files.AddLink(sPath, sTarget); });
+    }
     bool Exists(const std::string& sPath) {
         bool bExists = false;
         phone.WithFiles([&](handset::FileSystem& files) { bExists = files.Exists(sPath); });
@@ -102,39 +117,6 @@ struct PluggedPhone {
 
     handset::DeviceRoot root;
     handset::Handset phone;
-};
-
-/// A folder for local files, removed at the end.
-class LocalFolder {
-public:
-    LocalFolder() {
-        std::string sPattern = (std::filesystem::temp_directory_path() / "quillet-files-XXXXXX").string();
-        EXPECT_NE(mkdtemp(sPattern.data()), nullptr);
-        m_path = sPattern;
-    }
-    ~LocalFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    LocalFolder(const LocalFolder&) = delete;
-    LocalFolder& operator=(const LocalFolder&) = delete;
-
-    std::string Path(const std::string& sName = "") const { return (m_path / sName).string(); }
-    /// Makes a file and gives its path.
-    std::string Write(const std::string& sName, const Bytes& content) const {
-        std::ofstream(Path(sName), std::ios::binary)
-            .write(reinterpret_cast<const char*>(content.data()),
-                   static_cast<std::streamsize>(content.size()));
-        return Path(sName);
-    }
-    bool Has(const std::string& sName) const { return std::filesystem::exists(m_path / sName); }
-    Bytes Read(const std::string& sName) const {
-        std::ifstream file(Path(sName), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
-
-private:
-    std::filesystem::path m_path;
 };
 
 /// Bytes that repeat late, so that no block looks like another.

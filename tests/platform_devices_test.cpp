@@ -1,6 +1,8 @@
 // Serial ports and present devices in device trees of many shapes.
 #include <sys/stat.h>
 
+#include <tuple>
+
 #include "device_folder.h"
 #include "platform/devices.h"
 #include "platform/serial_ports.h"
@@ -53,24 +55,17 @@ protected:
     const std::string sPort = "COM5|A handset|USB\\VID_05C6&PID_3197&MI_01\\1-1.2\n";
 };
 
-TEST_F(DeviceTreeTest, HandsetWithModemAndPort) {
+TEST_F(DeviceTreeTest, LinksAndFoldersOfManyShapes) {
     EXPECT_EQ(Devices("Modem"), "COM51|Modem line|USB\\VID_05C6&PID_3197&MI_00\\1-1.2\n");
     EXPECT_EQ(Devices("Ports"), sPort);
     EXPECT_EQ(Devices("Net"), "failed");
     EXPECT_EQ(Devices(""), "failed");
     EXPECT_EQ(Ports(), "COM5 COM51 ");
-}
-
-TEST_F(DeviceTreeTest, AbsoluteLinks) {
     const std::string sTarget = kUsb + "1-1.2:1.1/ttyUSB4/tty/ttyUSB4";
-    for (const std::filesystem::path& target :
-         {folder.Path() / sTarget, std::filesystem::path("/" + sTarget)}) {
-        folder.Link("sys/class/tty/ttyUSB4", target);
-        EXPECT_EQ(Devices("Ports"), sPort) << target;
+    for (const std::string& sAbsolute : {folder.Path(sTarget), "/" + sTarget}) {
+        folder.Link("sys/class/tty/ttyUSB4", sAbsolute);
+        EXPECT_EQ(Devices("Ports"), sPort) << sAbsolute;
     }
-}
-
-TEST_F(DeviceTreeTest, FoldersInsteadOfLinks) {
     folder.MakeFolder("sys/class/tty/ttyUSB0"); // no USB device above it
     folder.Write("sys/class/tty/ttyUSB1/bInterfaceNumber", "02");
     folder.Write("sys/class/tty/ttyUSB1/idVendor", "4b56");
@@ -103,9 +98,7 @@ TEST_F(DeviceTreeTest, NamesAndOrder) {
 TEST_F(DeviceTreeTest, BadAttributesAndLinks) {
     const std::string sInterface = kUsb + "1-1.2:1.1/";
     const std::string sHuge(1 << 20, 'f');
-    struct {
-        std::string sFile, sContent, sGood;
-    } const aFiles[] = {
+    const std::tuple<std::string, std::string, std::string> files[] = {
         {kUsb + "idVendor", "", "05c6"},
         {kUsb + "idVendor", "05c6c", "05c6"},
         {kUsb + "idVendor", "0x5c", "05c6"},
@@ -116,12 +109,12 @@ TEST_F(DeviceTreeTest, BadAttributesAndLinks) {
         {sInterface + "bInterfaceNumber", "100", "01"},
         {sInterface + "bInterfaceNumber", "\xFF\x01", "01"},
     };
-    for (const auto& file : aFiles) {
-        folder.Write(file.sFile, file.sContent);
-        EXPECT_EQ(Devices("Ports"), "") << file.sFile << " " << file.sContent.substr(0, 10);
-        folder.Write(file.sFile, file.sGood);
-        EXPECT_EQ(Devices("Ports"), sPort) << file.sFile;
+    for (const auto& [sFile, sBad, sGood] : files) {
+        folder.Write(sFile, sBad);
+        EXPECT_EQ(Devices("Ports"), "") << sFile << " " << sBad.substr(0, 10);
+        folder.Write(sFile, sGood);
     }
+    EXPECT_EQ(Devices("Ports"), sPort);
     folder.Link(sInterface + "bInterfaceNumber", "bInterfaceNumber");
     EXPECT_EQ(Devices("Ports"), "");
     folder.Link("sys/class/tty/ttyUSB4", "ttyUSB4");
@@ -130,22 +123,24 @@ TEST_F(DeviceTreeTest, BadAttributesAndLinks) {
 }
 
 TEST_F(DeviceTreeTest, DescriptionIsAlwaysAText) {
-    struct {
-        std::string sProduct, sDescription;
-    } const aProducts[] = {
-        {"Two\nlines", "Two"},     {std::string(1 << 20, 'p'), std::string(64, 'p')},
-        {"", "USB serial port"},   {"bell\x07", "USB serial port"},
-        {"\n", "USB serial port"}, {"%s|caf\xC3\xA9", "%s|caf\xC3\xA9"},
+    const auto Described = [](const std::string& sText) {
+        return "COM5|" + sText + "|USB\\VID_05C6&PID_3197&MI_01\\1-1.2\n";
     };
-    for (const auto& product : aProducts) {
-        folder.Write(kUsb + "product", product.sProduct);
-        EXPECT_EQ(Devices("Ports"),
-                  "COM5|" + product.sDescription + "|USB\\VID_05C6&PID_3197&MI_01\\1-1.2\n");
+    const std::string sNone = "USB serial port";
+    const std::pair<std::string, std::string> products[] = {
+        {"Two\nlines", "Two"}, {std::string(1 << 20, 'p'), std::string(64, 'p')},
+        {"", sNone},           {"bell\x07", sNone},
+        {"\n", sNone},         {"%s|caf\xC3\xA9", "%s|caf\xC3\xA9"},
+    };
+    for (const auto& [sProduct, sDescription] : products) {
+        folder.Write(kUsb + "product", sProduct);
+        EXPECT_EQ(Devices("Ports"), Described(sDescription));
     }
     // A pipe without a writer in the place of an attribute must not hold the look-up.
-    std::filesystem::remove(folder.Path() / (kUsb + "product"));
-    ASSERT_EQ(mkfifo((folder.Path() / (kUsb + "product")).c_str(), 0600), 0);
-    EXPECT_EQ(Devices("Ports"), "COM5|USB serial port|USB\\VID_05C6&PID_3197&MI_01\\1-1.2\n");
+    const std::string sPipe = folder.Path(kUsb + "product");
+    std::filesystem::remove(sPipe);
+    ASSERT_EQ(mkfifo(sPipe.c_str(), 0600), 0);
+    EXPECT_EQ(Devices("Ports"), Described(sNone));
 }
 
 TEST(DeviceTreeRootTest, TreeThatCannotBeRead) {

@@ -25,10 +25,11 @@ void Record(uintptr_t iTickId) {
 void RecordAndHandOver(uintptr_t iTickId) {
     StopIdleTick(iTickId);
     const uintptr_t iSuccessor = StartIdleTick(1, Record);
-    std::lock_guard lock(g_lock);
-    g_iSuccessor = iSuccessor;
-    g_calls.push_back(iTickId);
-    g_ticked.notify_all();
+    {
+        std::lock_guard lock(g_lock);
+        g_iSuccessor = iSuccessor;
+    }
+    Record(iTickId);
 }
 
 // True as soon as the tick has been called `iCount` times since this wait began.
@@ -47,8 +48,7 @@ long CountCalls(uintptr_t iTickId) {
 TEST(IdleTickTest, TicksRunUntilStoppedAndStartAgain) {
     StopIdleTick(12345); // never started
     for (int iRound = 0; iRound < 3; ++iRound) {
-        const uintptr_t iFirst = StartIdleTick(1, Record);
-        const uintptr_t iSecond = StartIdleTick(2, Record);
+        const uintptr_t iFirst = StartIdleTick(1, Record), iSecond = StartIdleTick(2, Record);
         ASSERT_NE(iFirst, 0u);
         ASSERT_NE(iSecond, iFirst);
         EXPECT_TRUE(WaitForTicks(iFirst, 3));

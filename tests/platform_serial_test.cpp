@@ -6,10 +6,9 @@
 #include <functional>
 #include <numeric>
 #include <thread>
-#include <vector>
+#include <tuple>
 
 #include "device_folder.h"
-#include "platform/posix/test_faults.h"
 #include "platform/serial_wait.h"
 #include "system/serial.h"
 
@@ -52,51 +51,24 @@ protected:
 
     // Reads until `iCount` bytes have come, as the receive thread does.
     std::string Receive(size_t iCount) {
-        std::string sBytes;
-        while (sBytes.size() < iCount) {
+        std::string sReceived;
+        while (sReceived.size() < iCount) {
             WaitForSerialInput(hPort, kPatience_ms);
             char aBuffer[100];
             DWORD iRead = 0;
             if (!ReadFile(hPort, aBuffer, sizeof(aBuffer), &iRead, nullptr))
                 break;
-            sBytes.append(aBuffer, iRead);
+            sReceived.append(aBuffer, iRead);
         }
-        return sBytes;
+        return sReceived;
     }
 
     DeviceFolder folder;
     PtyDevice device{folder, "ttyUSB2"};
     HANDLE hPort = INVALID_HANDLE_VALUE;
+    const std::string sBytes = std::string(100000, 'x'); // more than the line takes at once
+    DWORD iWritten = 0;
 };
-
-// Every call that takes a handle.
-struct HandleCall {
-    const char* sName;
-    std::function<BOOL(HANDLE)> call;
-};
-
-std::vector<HandleCall> HandleCalls() {
-    static DCB state = {};
-    static COMMTIMEOUTS timeouts = {MAXDWORD, 0, 0, 1, 50};
-    static COMMPROP properties = {};
-    static COMSTAT stat = {};
-    static DWORD iCount = 0;
-    static char aByte[1] = {};
-    return {
-        {"SetupComm", [](HANDLE h) { return SetupComm(h, 4096, 4096); }},
-        {"GetCommProperties", [](HANDLE h) { return GetCommProperties(h, &properties); }},
-        {"GetCommTimeouts", [](HANDLE h) { return GetCommTimeouts(h, &timeouts); }},
-        {"SetCommTimeouts", [](HANDLE h) { return SetCommTimeouts(h, &timeouts); }},
-        {"GetCommState", [](HANDLE h) { return GetCommState(h, &state); }},
-        {"SetCommState", [](HANDLE h) { return SetCommState(h, &state); }},
-        {"EscapeCommFunction", [](HANDLE h) { return EscapeCommFunction(h, SETRTS); }},
-        {"PurgeComm", [](HANDLE h) { return PurgeComm(h, PURGE_RXCLEAR); }},
-        {"ClearCommError", [](HANDLE h) { return ClearCommError(h, nullptr, &stat); }},
-        {"ReadFile", [](HANDLE h) { return ReadFile(h, aByte, 1, &iCount, nullptr); }},
-        {"WriteFile", [](HANDLE h) { return WriteFile(h, aByte, 1, &iCount, nullptr); }},
-        {"CloseHandle", [](HANDLE h) { return CloseHandle(h); }},
-    };
-}
 
 TEST(SerialOpenTest, NamesThatAreNoPort) {
     const DeviceFolder folder;
@@ -144,36 +116,30 @@ TEST_F(SerialPortTest, IsExclusiveUntilClosed) {
 }
 
 TEST_F(SerialPortTest, CarriesEveryByteBothWays) {
-    std::string sBytes(256, '\0');
-    std::iota(sBytes.begin(), sBytes.end(), '\0');
-    device.Send(sBytes);
-    EXPECT_EQ(Receive(sBytes.size()), sBytes);
+    std::string sEvery(256, '\0');
+    std::iota(sEvery.begin(), sEvery.end(), '\0');
+    device.Send(sEvery);
+    EXPECT_EQ(Receive(256), sEvery);
 
     // Had the tty echoed, its echo would come before what was written.
-    DWORD iWritten = 0;
-    ASSERT_TRUE(WriteFile(hPort, sBytes.data(), 256, &iWritten, nullptr));
+    ASSERT_TRUE(WriteFile(hPort, sEvery.data(), 256, &iWritten, nullptr));
     EXPECT_EQ(iWritten, 256u);
-    EXPECT_EQ(device.Take(256), sBytes);
+    EXPECT_EQ(device.Take(256), sEvery);
 }
 
 TEST_F(SerialPortTest, LineSettings) {
-    struct {
-        DCB state;
-        DWORD iError;
-        speed_t iSpeed;
-    } const aCases[] = {
+    const std::tuple<DCB, DWORD, speed_t> cases[] = {
         {Line(115200, 8), 0, B115200},      {Line(9600, 7, 2, 2), 0, B9600},
         {Line(115201, 8), 87, B9600},       {Line(0, 8), 87, B9600},
         {Line(115200, 9), 87, B9600},       {Line(115200, 8, 5), 87, B9600},
         {Line(115200, 8, 0, 1), 87, B9600}, {Line(921600, 8), 0, B921600},
     };
-    for (const auto& line : aCases) {
-        DCB state = line.state;
-        EXPECT_EQ(SetCommState(hPort, &state), line.iError == 0) << line.state.BaudRate;
-        EXPECT_EQ(GetLastError(), line.iError) << line.state.BaudRate;
+    for (auto [state, iError, iSpeed] : cases) {
+        EXPECT_EQ(SetCommState(hPort, &state), iError == 0) << state.BaudRate;
+        EXPECT_EQ(GetLastError(), iError) << state.BaudRate;
         termios settings = {};
         ASSERT_EQ(tcgetattr(device.Descriptor(), &settings), 0);
-        EXPECT_EQ(cfgetospeed(&settings), line.iSpeed);
+        EXPECT_EQ(cfgetospeed(&settings), iSpeed);
         EXPECT_EQ(settings.c_lflag & (ECHO | ICANON | ISIG), 0u);
         EXPECT_EQ(settings.c_iflag & (IXON | IXOFF | ICRNL), 0u);
     }
@@ -209,8 +175,6 @@ TEST_F(SerialPortTest, CountsAndPurgesInput) {
 
 TEST_F(SerialPortTest, WriteToADeviceThatDoesNotReadEndsShort) {
     SetWriteTimeout(hPort, 0, 20);
-    const std::string sBytes(100000, 'x');
-    DWORD iWritten = 0;
     EXPECT_TRUE(WriteFile(hPort, sBytes.data(), 100000, &iWritten, nullptr));
     EXPECT_GT(iWritten, 0u);
     EXPECT_LT(iWritten, 100000u);
@@ -249,8 +213,6 @@ TEST_F(SerialPortTest, HangUpEndsAWriteInProgress) {
         device.Take(1);
         device.HangUp();
     });
-    const std::string sBytes(100000, 'x');
-    DWORD iWritten = 0;
     EXPECT_FALSE(WriteFile(hPort, sBytes.data(), 100000, &iWritten, nullptr));
     EXPECT_EQ(GetLastError(), 31u);
     EXPECT_LT(iWritten, 100000u);
@@ -260,8 +222,6 @@ TEST_F(SerialPortTest, HangUpEndsAWriteInProgress) {
 TEST_F(SerialPortTest, CloseWakesOtherThreads) {
     SetWriteTimeout(hPort, 0, 600000);
     std::thread writer([&] {
-        const std::string sBytes(100000, 'x');
-        DWORD iWritten = 0;
         EXPECT_FALSE(WriteFile(hPort, sBytes.data(), 100000, &iWritten, nullptr));
         EXPECT_EQ(GetLastError(), 6u);
     });
@@ -278,32 +238,34 @@ TEST_F(SerialPortTest, HandleThatIsNotOpenReachesNothing) {
     hPort = OpenCom(R"(\\.\COM3)");
     device.Send("x");
     WaitForSerialInput(hPort, kPatience_ms);
+    COMMTIMEOUTS timeouts = {MAXDWORD, 0, 0, 1, 50};
+    DCB state = {};
+    COMMPROP properties = {};
+    COMSTAT stat = {};
+    DWORD iCount = 0;
+    char aByte[1] = {};
+    const std::function<BOOL(HANDLE)> calls[] = {
+        [](HANDLE h) { return SetupComm(h, 4096, 4096); },
+        [&](HANDLE h) { return GetCommProperties(h, &properties); },
+        [&](HANDLE h) { return GetCommTimeouts(h, &timeouts); },
+        [&](HANDLE h) { return SetCommTimeouts(h, &timeouts); },
+        [&](HANDLE h) { return GetCommState(h, &state); },
+        [&](HANDLE h) { return SetCommState(h, &state); },
+        [](HANDLE h) { return EscapeCommFunction(h, SETRTS); },
+        [](HANDLE h) { return PurgeComm(h, PURGE_RXCLEAR); },
+        [&](HANDLE h) { return ClearCommError(h, nullptr, &stat); },
+        [&](HANDLE h) { return ReadFile(h, aByte, 1, &iCount, nullptr); },
+        [&](HANDLE h) { return WriteFile(h, aByte, 1, &iCount, nullptr); },
+        [](HANDLE h) { return CloseHandle(h); },
+    };
     for (const HANDLE hOther : {hClosed, INVALID_HANDLE_VALUE, HANDLE{nullptr}}) {
-        for (const HandleCall& call : HandleCalls()) {
-            EXPECT_FALSE(call.call(hOther)) << call.sName;
-            EXPECT_EQ(GetLastError(), 6u) << call.sName;
+        for (const auto& call : calls) {
+            EXPECT_FALSE(call(hOther)) << &call - calls;
+            EXPECT_EQ(GetLastError(), 6u) << &call - calls;
         }
         WaitForSerialInput(hOther, kPatience_ms);
     }
     EXPECT_EQ(Receive(1), "x");
-}
-
-TEST_F(SerialPortTest, InjectedFaultsStayWhereTheyAreSet) {
-    TestFaults& faults = InjectedFaults();
-    DCB state = Line(115200, 8);
-    COMMPROP properties = {};
-    for (const bool bFails : {true, false}) {
-        faults.bSetupCommFails = faults.bSetCommStateFails = faults.bNoIntervalTimeouts = bFails;
-        faults.bWritesStall = bFails;
-        EXPECT_EQ(SetupComm(hPort, 4096, 4096), !bFails);
-        EXPECT_EQ(SetCommState(hPort, &state), !bFails);
-        EXPECT_TRUE(GetCommProperties(hPort, &properties));
-        EXPECT_EQ(properties.dwProvCapabilities & PCF_INTTIMEOUTS, bFails ? 0 : PCF_INTTIMEOUTS);
-        SetWriteTimeout(hPort, 0, 1);
-        DWORD iWritten = 99;
-        EXPECT_TRUE(WriteFile(hPort, "ab", 2, &iWritten, nullptr));
-        EXPECT_EQ(iWritten, bFails ? 0u : 2u);
-    }
 }
 
 } // namespace
