@@ -1,7 +1,9 @@
 // Checking one command at a time: its request, what it makes of an answer, its log lines.
 #pragma once
 
+#include <functional>
 #include <sstream>
+#include <utility>
 
 #include "eventually.h"
 #include "handset/state.h"
@@ -17,15 +19,15 @@ std::string Outcome(bool bResult, const Values&... values) {
     return text.str();
 }
 
-/// Makes one call, with preset out-values, and gives its Outcome.
-using Call = std::string (*)(Diag_FTM& diag);
+/// Makes one call and gives its Outcome. Its out-values are parameters, preset by their defaults.
+using Call = std::function<std::string(Diag_FTM& diag)>;
 
 using Lines = std::vector<std::string>;
 
 class DiagTest : public PhoneTest {
 protected:
     /// What a call makes of an answer that is the same for every request.
-    std::string Answered(Call call, const Bytes& answer) {
+    std::string Answered(const Call& call, const Bytes& answer) {
         m_log.Clear();
         m_phone.phone.ClearRequests();
         m_phone.Answer("", answer);
@@ -33,18 +35,42 @@ protected:
     }
 
     /// What a call makes of a phone that refuses everything.
-    std::string Unanswered(Call call) {
+    std::string Unanswered(const Call& call) {
+        const DWORD iFormer_ms = m_diag.GetTimeOut(QMSL_TimeOut_SyncRequest);
         m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 20);
-        return Answered(call, Hex("13"));
+        const std::string sOutcome = Answered(call, Hex("13"));
+        EXPECT_TRUE(m_phone.phone.WaitForRequests(1)); // what comes next is not answered to this request
+        m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, iFormer_ms);
+        return sOutcome;
     }
 
-    /// One request, its answer, what comes out, and the log lines of the operation and its result.
-    void Check(Call call, const std::string& sRequest, const Bytes& answer, const std::string& sOutcome,
-               const Lines& operation, const Lines& result = {}) {
+    /// One request, its answer, what comes out, the log lines of the operation and its result, and what comes
+    /// out when the phone does not answer.
+    void Check(const Call& call, const std::string& sRequest, const Bytes& answer,
+               const std::string& sOutcome, const std::string& sUnanswered, const Lines& operation,
+               const Lines& result = {}) {
         EXPECT_EQ(Answered(call, answer), sOutcome) << sRequest;
         EXPECT_EQ(m_phone.Requests(), Lines{sRequest});
         EXPECT_EQ(m_log.Of(LOG_FN), operation);
         EXPECT_EQ(m_log.Of(LOG_RET), result);
+        EXPECT_EQ(Unanswered(call), sUnanswered) << sRequest;
+        EXPECT_EQ(m_log.Of(LOG_ERR).size(), 1u) << sRequest;
+    }
+
+    struct AnswerRow {
+        Call call;
+        const char* sAnswer;
+        const char* sOutcome;
+    };
+    void CheckAnswers(const std::vector<AnswerRow>& rows) {
+        for (const AnswerRow& row : rows)
+            EXPECT_EQ(Answered(row.call, Hex(row.sAnswer)), row.sOutcome) << row.sAnswer;
+    }
+
+    /// Calls that the phone answers by itself.
+    void CheckCalls(const std::vector<std::pair<Call, std::string>>& steps) {
+        for (size_t i = 0; i < steps.size(); ++i)
+            EXPECT_EQ(steps[i].first(m_diag), steps[i].second) << i;
     }
 
     /// The packets that wait in the phone-log queue.
@@ -56,12 +82,6 @@ protected:
     /// Waits until that many packets wait.
     bool WaitFor(DWORD iPackets) {
         return Eventually([&] { return Waiting() >= iPackets; });
-    }
-
-    handset::State State() {
-        handset::State copy;
-        m_phone.phone.WithState([&](handset::State& state) { copy = state; });
-        return copy;
     }
 };
 

@@ -7,9 +7,9 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
+#include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -28,9 +28,7 @@ public:
     /// What a function of the server does instead of its work.
     enum class Trouble { None, Refuse, ComError, Exception, OddThrow, Hang };
 
-    FakeProgram() {
-        AttachPortServer([this] { return MakeView(); });
-    }
+    FakeProgram();
     ~FakeProgram() {
         AttachPortServer(nullptr);
         Release();
@@ -56,20 +54,19 @@ public:
         const std::lock_guard lock(m_lock);
         return m_threads;
     }
-    int Views() {
-        const std::lock_guard lock(m_lock);
-        return m_iViews;
-    }
-    /// The phone sends a packet by itself.
-    void SendByItself(handset::Bytes packet) {
-        packet.insert(packet.end(), 2, 0); // the FCS that this server has stripped
-        std::shared_ptr<PacketEvents> pEvents;
-        {
-            const std::lock_guard lock(m_lock);
-            pEvents = m_pPacketEvents;
-        }
-        pEvents->packetReceived(packet);
-    }
+    int Views() const { return m_iViews; }
+
+    // Set up by a test before it uses the server.
+    handset::Handset phone;
+    std::vector<std::string> portNames = {"COM5", "COM300"};
+    std::vector<PhoneEntry> phones = {{"COM300", "b", "c", "d"}, {"COM7", "", "", ""}};
+    ResetOutcome eReset = ResetOutcome::Done;
+    std::function<void(TaskEvents&)> task = [](TaskEvents& events) { events.finished(true); };
+    /// Whoever attached last and wanted the packets that the phone sends by itself.
+    std::shared_ptr<PacketEvents> pPacketEvents;
+
+private:
+    class View;
 
     /// False when the function is to refuse.
     bool Enter(const std::string& sFunction, const std::string& sArguments = "") {
@@ -86,36 +83,15 @@ public:
             case Trouble::Hang:
                 m_released.wait(lock, [this] { return m_bReleased; });
                 return true;
-            case Trouble::Refuse:
-                return false;
-            case Trouble::None:
-                break;
+            default:
+                return m_troubles[sFunction] != Trouble::Refuse;
         }
-        return true;
     }
     void CountView(int iChange) {
         const std::lock_guard lock(m_lock);
         m_threads.insert(std::this_thread::get_id());
         m_iViews += iChange;
     }
-    void SetPacketEvents(const std::shared_ptr<PacketEvents>& pEvents) {
-        const std::lock_guard lock(m_lock);
-        if (pEvents)
-            m_pPacketEvents = pEvents;
-    }
-
-    // Set up by a test before it uses the server.
-    handset::Handset phone;
-    std::vector<std::string> portNames = {"COM5", "COM300"};
-    std::vector<PhoneEntry> phones = {{"COM300", "b", "c", "d"}, {"COM7", "", "", ""}};
-    ResetOutcome eReset = ResetOutcome::Done;
-    std::vector<EfsDirItem> entries;
-    int iProgressReports = 0;
-    bool bTasksSucceed = true;
-    bool bTasksEnd = true;
-
-private:
-    std::shared_ptr<PortServer> MakeView();
 
     std::mutex m_lock;
     std::condition_variable m_released;
@@ -123,18 +99,18 @@ private:
     std::map<std::string, Trouble> m_troubles;
     std::vector<std::string> m_calls;
     std::set<std::thread::id> m_threads;
-    int m_iViews = 0;
-    std::shared_ptr<PacketEvents> m_pPacketEvents;
+    std::atomic<int> m_iViews{0};
 };
 
 /// One client's view of the program.
-class FakeView : public PortServer {
+class FakeProgram::View : public PortServer {
 public:
-    explicit FakeView(FakeProgram& program) : m_program(program) { m_program.CountView(1); }
-    ~FakeView() override { m_program.CountView(-1); }
+    explicit View(FakeProgram& program) : m_program(program) { m_program.CountView(1); }
+    ~View() override { m_program.CountView(-1); }
 
     bool attach(const std::string& sClientName, const std::shared_ptr<PacketEvents>& pEvents) override {
-        m_program.SetPacketEvents(pEvents);
+        if (pEvents)
+            m_program.pPacketEvents = pEvents;
         return m_program.Enter("attach", sClientName);
     }
     bool selectPort(const std::string& sPortName, DWORD) override {
@@ -154,19 +130,29 @@ public:
         const int fd = open(m_program.phone.TtyPath().c_str(), O_RDWR | O_NOCTTY);
         if (fd < 0)
             throw ComException("the port is gone");
+        const std::shared_ptr<void> closing(nullptr, [fd](void*) { close(fd); });
         const handset::Bytes frame = handset::Frame({request.begin(), request.end()});
-        bool bAnswered = write(fd, frame.data(), frame.size()) == static_cast<ssize_t>(frame.size());
-        bAnswered = bAnswered && Receive(fd, iTimeOut_ms, response);
-        close(fd);
-        return bAnswered;
+        EXPECT_EQ(write(fd, frame.data(), frame.size()), static_cast<ssize_t>(frame.size()));
+        handset::Deframer deframer;
+        uint8_t iByte = 0;
+        size_t iUsed = 0;
+        for (pollfd line{fd, POLLIN, 0}; poll(&line, 1, static_cast<int>(iTimeOut_ms)) > 0;) {
+            if (read(fd, &iByte, 1) != 1)
+                throw ComException("the port is gone");
+            if (const auto packet = deframer.Take(&iByte, 1, iUsed)) {
+                response = *packet;
+                return true;
+            }
+        }
+        return false;
     }
     bool readNv(unsigned short iItem, std::vector<unsigned char>& data) override {
         data = {1, 2, 3};
         return m_program.Enter("readNv", std::to_string(iItem));
     }
     bool writeNv(unsigned short iItem, std::span<const unsigned char> data) override {
-        return m_program.Enter("writeNv", std::to_string(iItem) + ": " +
-                                              handset::ToHex(handset::Bytes(data.begin(), data.end())));
+        return m_program.Enter("writeNv",
+                               std::to_string(iItem) + ": " + handset::ToHex({data.begin(), data.end()}));
     }
     bool control(PhoneControl eControl, const std::string& sText, DWORD& iValue) override {
         iValue = 8;
@@ -184,12 +170,7 @@ public:
             sText += "|" + sArgument;
         if (!m_program.Enter("begin", sText))
             return false;
-        for (const EfsDirItem& item : m_program.entries)
-            pEvents->entryListed(item);
-        for (int i = 1; i <= m_program.iProgressReports; ++i)
-            pEvents->progressed(static_cast<DWORD>(i), 10);
-        if (m_program.bTasksEnd)
-            pEvents->finished(m_program.bTasksSucceed);
+        m_program.task(*pEvents);
         m_pEvents = pEvents;
         return true;
     }
@@ -200,31 +181,10 @@ public:
     }
 
 private:
-    static bool Receive(int fd, DWORD iTimeOut_ms, std::vector<unsigned char>& response) {
-        using Clock = std::chrono::steady_clock;
-        const auto deadline = Clock::now() + std::chrono::milliseconds(iTimeOut_ms);
-        handset::Deframer deframer;
-        uint8_t aBytes[512];
-        for (;;) {
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-            pollfd line{fd, POLLIN, 0};
-            if (left <= 0 || poll(&line, 1, static_cast<int>(left)) <= 0)
-                return false;
-            const ssize_t iRead = read(fd, aBytes, sizeof aBytes);
-            if (iRead <= 0)
-                throw ComException("the port is gone");
-            size_t iUsed = 0;
-            if (const auto packet = deframer.Take(aBytes, static_cast<size_t>(iRead), iUsed)) {
-                response = *packet;
-                return true;
-            }
-        }
-    }
-
     FakeProgram& m_program;
     std::shared_ptr<TaskEvents> m_pEvents;
 };
 
-inline std::shared_ptr<PortServer> FakeProgram::MakeView() {
-    return Enter("make") ? std::make_shared<FakeView>(*this) : nullptr;
+inline FakeProgram::FakeProgram() {
+    AttachPortServer([this] { return Enter("make") ? std::make_shared<View>(*this) : nullptr; });
 }

@@ -27,27 +27,11 @@ protected:
         m_diag.ConfigureTimeOut(QMSL_TimeOut_PhoneCheck, 10000);
     }
 
-    int CountOf(const std::string& sCall) {
-        const Texts calls = m_program.TakeCalls();
-        return static_cast<int>(std::count(calls.begin(), calls.end(), sCall));
-    }
-
     FakeProgram m_program;
     QpstServer m_server{"test"};
     Diag_FTM m_diag{&m_server, 5};
     LogCapture m_log{m_diag};
 };
-
-TEST_F(ServerMode, CommandsWorkThroughTheServer) {
-    EXPECT_TRUE(m_diag.IsPhoneConnected());
-    EXPECT_TRUE(m_diag.EFS2_DIAG_MKDIR("folder"));
-    bool bMade = false;
-    m_program.phone.WithFiles([&](handset::FileSystem& files) { bMade = files.Exists("folder"); });
-    EXPECT_TRUE(bMade);
-    EXPECT_FALSE(m_diag.DisconnectAndWaitForReconnection(0));
-    EXPECT_TRUE(m_diag.ClosePort());
-    EXPECT_TRUE(m_diag.IsPhoneConnected());
-}
 
 TEST_F(ServerMode, ARequestAndItsFailures) {
     m_program.phone.Script(Hex("4B 13"), {Hex("4B 13 01 02")});
@@ -99,18 +83,20 @@ TEST_F(ServerMode, WhatNeedsTheSerialLinkIsRefused) {
 }
 
 TEST_F(ServerMode, PacketsOfThePhoneArriveWhileThePortIsOpen) {
-    Texts packets;
+    std::vector<Bytes> packets;
     m_diag.ConfigureAsyncMessageCallBack(
         &packets, [](unsigned short iLength, unsigned char* pPacket, void* pUserData) {
-            static_cast<Texts*>(pUserData)->push_back(handset::ToHex(Bytes(pPacket, pPacket + iLength)));
+            static_cast<std::vector<Bytes>*>(pUserData)->push_back({pPacket, pPacket + iLength});
         });
-    m_program.SendByItself({0x10, 1});
+    Bytes packet = Hex("10 01 00 00");
+    m_program.pPacketEvents->packetReceived(packet);
     ASSERT_TRUE(m_diag.OpenPort());
     ASSERT_TRUE(m_diag.OpenPort());
-    m_program.SendByItself({0x10, 2});
-    m_diag.ClosePort();
-    m_program.SendByItself({0x10, 3});
-    EXPECT_EQ(packets, Texts{"10 02 00 00"});
+    packet[1] = 2;
+    m_program.pPacketEvents->packetReceived(packet);
+    EXPECT_TRUE(m_diag.ClosePort());
+    m_program.pPacketEvents->packetReceived(packet);
+    EXPECT_EQ(packets, std::vector<Bytes>{Hex("10 02 00 00")});
 }
 
 TEST_F(ServerMode, ReconnectingTriesAsOftenAsAsked) {
@@ -118,31 +104,25 @@ TEST_F(ServerMode, ReconnectingTriesAsOftenAsAsked) {
     m_program.TakeCalls();
     m_program.Set("selectPort", Trouble::Refuse);
     EXPECT_FALSE(m_diag.DisconnectAndWaitForReconnection(3));
-    EXPECT_EQ(CountOf("selectPort COM5"), 3);
+    EXPECT_EQ(m_program.TakeCalls(), Texts(3, "selectPort COM5"));
     EXPECT_TRUE(m_log.Has(LOG_FN, "QLIB_DisconnectAndWaitForReconnection(iTimeOut_ms=3)"));
     EXPECT_TRUE(m_log.Has(LOG_ERR, "QpstServer::changeComPortImpl - Unable to change COM ports."));
     EXPECT_FALSE(m_diag.IsPhoneConnected());
     m_program.Set("selectPort", Trouble::None);
     m_program.TakeCalls();
+    EXPECT_FALSE(m_diag.DisconnectAndWaitForReconnection(0));
     EXPECT_TRUE(m_diag.DisconnectAndWaitForReconnection(3));
-    EXPECT_EQ(CountOf("selectPort COM5"), 1);
+    EXPECT_EQ(m_program.TakeCalls(), Texts{"selectPort COM5"});
 }
 
 TEST(ServerModeWithoutServer, EverythingFails) {
     Diag_FTM diag(nullptr, 5);
     unsigned char iByte = 0;
     unsigned short iSize = 1;
-    EXPECT_FALSE(diag.OpenPort());
-    EXPECT_FALSE(diag.IsPhoneConnected());
+    EXPECT_FALSE(diag.OpenPort() || diag.IsPhoneConnected() || diag.DisconnectAndWaitForReconnection(2));
     EXPECT_FALSE(diag.SendSync(1, &iByte, &iSize, &iByte, 0, 10, 0));
-    EXPECT_FALSE(diag.DisconnectAndWaitForReconnection(2));
     EXPECT_TRUE(diag.ClosePort());
 }
-
-/// A server that goes after the contexts that use it.
-struct ContextsProgram : FakeProgram {
-    ~ContextsProgram() { Manager::DestroyAll(); }
-};
 
 class ServerContexts : public testing::Test {
 protected:
@@ -150,12 +130,6 @@ protected:
     ~ServerContexts() override {
         Manager::DestroyAll();
         QLIB_SetQpstMode(0);
-    }
-    /// A connected context whose phone check is patient.
-    static void* Connect(unsigned short iPort) {
-        void* const hContext = QLIB_ConnectPort(iPort);
-        Manager::GetDiag_FTM(hContext)->ConfigureTimeOut(QMSL_TimeOut_PhoneCheck, 10000);
-        return hContext;
     }
     static std::vector<unsigned short> List(bool bPhones, unsigned short iCapacity, bool bExpected) {
         std::vector<unsigned short> ports(iCapacity);
@@ -170,67 +144,67 @@ protected:
         EXPECT_EQ(Manager::GetEFS(hContext), nullptr);
         EXPECT_EQ(Manager::GetSoftwareDownload(hContext), nullptr);
     }
+
+    FakeProgram m_program;
 };
 
-TEST_F(ServerContexts, WithoutAServerThereIsNothing) {
-    void* const hContext = QLIB_ConnectPort(5);
-    EXPECT_NE(hContext, nullptr);
-    ExpectNoObjects(hContext);
-    EXPECT_EQ(Manager::GetDiag_FTM(hContext), nullptr);
-    EXPECT_FALSE(QLIB_IsPhoneConnected(hContext));
-    EXPECT_EQ(Manager::CreateContext(Manager::kAnyPort), nullptr);
-    for (const bool bPhones : {false, true})
-        EXPECT_TRUE(List(bPhones, 4, false).empty());
-    QLIB_DisconnectPort(hContext);
-}
-
 TEST_F(ServerContexts, EveryWayOfFailingIsTheAbsenceOfTheObject) {
-    ContextsProgram program;
     void* const hContext = Manager::CreateContext(5);
-    for (const char* const sFunction : {"make", "attach", "selectPort"}) {
-        for (const Trouble eTrouble :
-             {Trouble::Refuse, Trouble::ComError, Trouble::Exception, Trouble::OddThrow}) {
-            program.Set(sFunction, eTrouble);
-            ExpectNoObjects(hContext);
-            EXPECT_EQ(Manager::GetDiag_FTM(hContext), nullptr);
-        }
-        program.Set(sFunction, Trouble::None);
+    for (const auto& [sFunction, eTrouble] : {std::pair("make", Trouble::Refuse),
+                                              {"attach", Trouble::ComError},
+                                              {"selectPort", Trouble::OddThrow}}) {
+        m_program.Set(sFunction, eTrouble);
+        ExpectNoObjects(hContext);
+        EXPECT_EQ(Manager::GetDiag_FTM(hContext), nullptr);
+        EXPECT_FALSE(QLIB_IsPhoneConnected(hContext));
+        m_program.Set(sFunction, Trouble::None);
     }
     EXPECT_NE(Manager::GetDiag_FTM(hContext), nullptr); // a later call tries again
     for (const Trouble eTrouble : {Trouble::Refuse, Trouble::ComError, Trouble::OddThrow}) {
-        program.Set("portNames", eTrouble);
+        m_program.Set("portNames", eTrouble);
         EXPECT_TRUE(List(false, 4, false).empty());
     }
-    program.Set("portNames", Trouble::None);
-    EXPECT_EQ(List(false, 4, true).size(), 2U);
+    AttachPortServer(nullptr);
+    Manager::DestroyAll();
+    EXPECT_EQ(Manager::GetDiag_FTM(QLIB_ConnectPort(6)), nullptr);
+    EXPECT_EQ(Manager::CreateContext(Manager::kAnyPort), nullptr);
+    EXPECT_TRUE(List(true, 4, false).empty());
 }
 
 TEST_F(ServerContexts, ObjectsAreConnectedToThePortOfTheirContextAndDieWithIt) {
-    ContextsProgram program;
-    void* const hContext = Connect(5);
+    void* const hContext = QLIB_ConnectPort(5);
+    Manager::GetDiag_FTM(hContext)->ConfigureTimeOut(QMSL_TimeOut_PhoneCheck, 10000);
     EXPECT_TRUE(QLIB_IsPhoneConnected(hContext));
-    EXPECT_EQ(program.TakeCalls().at(1), "attach QLIB");
+    EXPECT_TRUE(QLIB_EFS2_DIAG_MKDIR(hContext, "folder"));
+    m_program.phone.WithFiles([](handset::FileSystem& files) { EXPECT_TRUE(files.Exists("folder")); });
+    EXPECT_EQ(m_program.TakeCalls().at(1), "attach QLIB");
     QLIB_ConfigureCallBacks(
         hContext,
         [](char* const, unsigned char, unsigned short, unsigned char, unsigned char, DWORD, DWORD,
            void*) -> unsigned char { return 0; },
         [](void*) { return true; }, nullptr);
-    EXPECT_EQ(program.TakeCalls(), (Texts{"make", "attach QLIB-EFS", "selectPort COM5", "make",
-                                          "attach QLIB-SW Download", "selectPort COM5"}));
+    EXPECT_EQ(m_program.TakeCalls(), (Texts{"make", "attach QLIB-EFS", "selectPort COM5", "make",
+                                            "attach QLIB-SW Download", "selectPort COM5"}));
     EXPECT_EQ(Manager::GetEFS(hContext), Manager::GetEFS(hContext));
     EXPECT_TRUE(Manager::GetSoftwareDownload(hContext)->uploadHexFile("f"));
-    EXPECT_EQ(program.Views(), 3);
+    EXPECT_EQ(m_program.Views(), 3);
+    for (const char* const sFunction : {"sendSync", "selectPort", "begin"})
+        m_program.Set(sFunction, Trouble::ComError);
+    EXPECT_FALSE(QLIB_IsPhoneConnected(hContext));
+    EXPECT_FALSE(QLIB_EFS2_DIAG_MKDIR(hContext, "x"));
     QLIB_DisconnectPort(hContext);
-    EXPECT_EQ(program.Views(), 0);
+    EXPECT_EQ(m_program.Views(), 0);
     ExpectNoObjects(hContext);
+    EXPECT_EQ(m_program.Threads().size(), 1U); // made, used and destroyed on the worker
+    EXPECT_EQ(m_program.Threads().count(std::this_thread::get_id()), 0U);
 }
 
 TEST_F(ServerContexts, ListsComeFromTheServer) {
-    ContextsProgram program;
     EXPECT_EQ(List(false, 4, true), (std::vector<unsigned short>{5, 300}));
     EXPECT_EQ(List(true, 1, true), std::vector<unsigned short>{300});
     EXPECT_EQ(List(true, 0, true), std::vector<unsigned short>{});
-    EXPECT_EQ(program.TakeCalls(), (Texts{"make", "attach QLIB-PortInfo", "portNames", "phones", "phones"}));
+    EXPECT_EQ(m_program.TakeCalls(),
+              (Texts{"make", "attach QLIB-PortInfo", "portNames", "phones", "phones"}));
     unsigned short iPort = 0;
     void* const hContext = Manager::CreateContext(Manager::kAnyPort);
     EXPECT_TRUE(Manager::GetComPortNumber(hContext, &iPort));
@@ -238,7 +212,6 @@ TEST_F(ServerContexts, ListsComeFromTheServer) {
 }
 
 TEST_F(ServerContexts, WhatLivesKeepsItsModeWhenTheModeChanges) {
-    ContextsProgram program;
     char sVersion[21];
     void* const hServer = Manager::CreateContext(5);
     Diag_FTM* const pThroughServer = Manager::GetDiag_FTM(hServer);
@@ -255,24 +228,6 @@ TEST_F(ServerContexts, WhatLivesKeepsItsModeWhenTheModeChanges) {
     QLIB_SetQpstMode(1);
     EXPECT_EQ(Manager::GetDiag_FTM(hDirect), pDirect);
     EXPECT_TRUE(pDirect->SetDTR_State(true)); // has a link of its own
-    QLIB_SetQpstMode(0);
-    Manager::DestroyAll();
-    EXPECT_EQ(program.Views(), 0);
-}
-
-TEST_F(ServerContexts, AServerThatVanishesFailsCallsAndMayComeBack) {
-    ContextsProgram program;
-    void* hContext = Connect(5);
-    ASSERT_TRUE(QLIB_IsPhoneConnected(hContext));
-    for (const char* const sFunction : {"sendSync", "selectPort", "begin"})
-        program.Set(sFunction, Trouble::ComError);
-    EXPECT_FALSE(QLIB_IsPhoneConnected(hContext));
-    EXPECT_FALSE(QLIB_EFS2_DIAG_MKDIR(hContext, "x"));
-    QLIB_DisconnectPort(hContext);
-    for (const char* const sFunction : {"sendSync", "selectPort", "begin"})
-        program.Set(sFunction, Trouble::None);
-    hContext = Connect(5);
-    EXPECT_TRUE(QLIB_IsPhoneConnected(hContext));
 }
 
 } // namespace
