@@ -10,78 +10,65 @@ namespace {
 
 constexpr unsigned short kStatusAnswer = 12; // length of an answer that carries a status alone
 
-} // namespace
-
-bool FtmAudio::SendForPass(const char* sMethod) {
+/// Send exchanges a command whose fields are what its entry line shows, for a status. iSize: the second value
+/// of its header.
+template <class... Fields>
+bool Send(CommandFrame& frame, unsigned short iCommandId, unsigned short iSize, TextFor<Fields...> entry,
+          Fields... fields) {
     unsigned short iStatus = 0;
-    return SendForStatus(m_frame, sMethod, iStatus);
+    return SendSetting(frame, frame.FormatAudioFTMHeader(iCommandId, iSize, kStatusAnswer), iStatus, entry,
+                       fields...);
 }
 
+} // namespace
+
 bool FtmAudio::FTM_AUDIO_SET_PATH(unsigned short iAudioDevice) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_SET_PATH( iAudioDevice = %d )", iAudioDevice);
-    m_frame.FormatAudioFTMHeader(0, 2, kStatusAnswer).U16(iAudioDevice);
-    return SendForPass("FTM_AUDIO_SET_PATH");
+    return Send(m_frame, 0, 2, "QLIB_FTM_AUDIO_SET_PATH( iAudioDevice = %d )", iAudioDevice);
 }
 
 bool FtmAudio::FTM_AUDIO_SET_VOLUME(unsigned char iVolume) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_SET_VOLUME( iVolume = %d )", iVolume);
-    m_frame.FormatAudioFTMHeader(1, 1, kStatusAnswer).U8(iVolume);
-    return SendForPass("FTM_AUDIO_SET_VOLUME");
+    return Send(m_frame, 1, 1, "QLIB_FTM_AUDIO_SET_VOLUME( iVolume = %d )", iVolume);
 }
 
 bool FtmAudio::FTM_AUDIO_DSP_LOOPBACK(unsigned char bLoopbackOn) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_DSP_LOOPBACK( bLoopbackOn = %d )", bLoopbackOn);
-    m_frame.FormatAudioFTMHeader(2, 1, kStatusAnswer).U8(bLoopbackOn);
-    return SendForPass("FTM_AUDIO_DSP_LOOPBACK");
+    return Send(m_frame, 2, 1, "QLIB_FTM_AUDIO_DSP_LOOPBACK( bLoopbackOn = %d )", bLoopbackOn);
 }
 
 bool FtmAudio::FTM_AUDIO_PCM_LOOPBACK(unsigned char bLoopbackOn) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_PCM_LOOPBACK( bLoopbackOn = %d )", bLoopbackOn);
-    m_frame.FormatAudioFTMHeader(3, 1, kStatusAnswer).U8(bLoopbackOn);
-    return SendForPass("FTM_AUDIO_PCM_LOOPBACK");
+    return Send(m_frame, 3, 1, "QLIB_FTM_AUDIO_PCM_LOOPBACK( bLoopbackOn = %d )", bLoopbackOn);
 }
 
 bool FtmAudio::FTM_AUDIO_TONES_PLAY(unsigned short iHiFreq, unsigned short iLoFreq, unsigned short iMethod) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_TONES_PLAY( iHiFreq = %d, iLoFreq = %d, iMethod = %d )",
-                             iHiFreq, iLoFreq, iMethod);
-    m_frame.FormatAudioFTMHeader(4, 4, kStatusAnswer).U16(iHiFreq).U16(iLoFreq).U16(iMethod);
-    return SendForPass("FTM_AUDIO_TONES_PLAY");
+    return Send(m_frame, 4, 4, "QLIB_FTM_AUDIO_TONES_PLAY( iHiFreq = %d, iLoFreq = %d, iMethod = %d )",
+                iHiFreq, iLoFreq, iMethod);
 }
 
 bool FtmAudio::FTM_AUDIO_TONES_STOP() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_TONES_STOP( )");
-    m_frame.FormatAudioFTMHeader(5, 0, kStatusAnswer);
-    return SendForPass("FTM_AUDIO_TONES_STOP");
+    return Send(m_frame, 5, 0, "QLIB_FTM_AUDIO_TONES_STOP( )");
 }
 
 bool FtmAudio::FTM_AUDIO_NS_CONTROL(unsigned char iNoiseSuppressorOn) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_NS_CONTROL( iNoiseSuppressorOn = %d )",
-                             iNoiseSuppressorOn);
-    m_frame.FormatAudioFTMHeader(6, 1, kStatusAnswer).U8(iNoiseSuppressorOn);
-    return SendForPass("FTM_AUDIO_NS_CONTROL");
+    return Send(m_frame, 6, 1, "QLIB_FTM_AUDIO_NS_CONTROL( iNoiseSuppressorOn = %d )", iNoiseSuppressorOn);
 }
 
 bool FtmAudio::FTM_AUDIO_PCM_CAPTURE(unsigned short iNumBuffers, unsigned short iDelay_ms) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_PCM_CAPTURE( iNumBuffers = %d, iDelay_ms = %d )",
-                             iNumBuffers, iDelay_ms);
+    static constexpr char sLine[] = "QLIB_FTM_AUDIO_PCM_CAPTURE( iNumBuffers = %d, iDelay_ms = %d )";
+    LogLine(m_frame, LOG_FN, sLine, iNumBuffers, iDelay_ms);
     m_frame.FormatAudioFTMHeader(7, 2, kStatusAnswer).U16(iNumBuffers);
-    if (!SendForPass("FTM_AUDIO_PCM_CAPTURE"))
+    unsigned short iStatus = 0;
+    if (!SendForStatus(m_frame, sLine, iStatus))
         return false;
     std::this_thread::sleep_for(std::chrono::milliseconds(iDelay_ms));
     return true;
 }
 
 bool FtmAudio::FTM_AUDIO_PCM_CAPTURE_STOP() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_PCM_CAPTURE_STOP( )");
-    m_frame.FormatAudioFTMHeader(9, 0, kStatusAnswer);
-    return SendForPass("FTM_AUDIO_PCM_CAPTURE_STOP");
+    return Send(m_frame, 9, 0, "QLIB_FTM_AUDIO_PCM_CAPTURE_STOP( )");
 }
 
 bool FtmAudio::FTM_AUDIO_SET_CODECTXGAIN_ADJUST(unsigned short iCodecTxGainAdjust) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_AUDIO_SET_CODECTXGAIN_ADJUST( iCodecTxGainAdjust = %d )",
-                             iCodecTxGainAdjust);
-    m_frame.FormatAudioFTMHeader(10, 2, kStatusAnswer).U16(iCodecTxGainAdjust);
-    return SendForPass("FTM_AUDIO_SET_CODECTXGAIN_ADJUST");
+    return Send(m_frame, 10, 2, "QLIB_FTM_AUDIO_SET_CODECTXGAIN_ADJUST( iCodecTxGainAdjust = %d )",
+                iCodecTxGainAdjust);
 }
 
 bool FtmAudio::FTM_AUDIO_GET_PCM_CAPTURE_DATA(DWORD iDataOffset, unsigned short& iDataSize,

@@ -39,7 +39,6 @@ public:
                                              DWORD& iDataSize);
 
 private:
-    bool SendForPass(const char* sMethod);
     bool ReadCapture(unsigned short iTransferSize, unsigned char* piData, DWORD& iDataSize);
 
     CommandFrame& m_frame;

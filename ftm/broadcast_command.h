@@ -13,3 +13,11 @@ inline RequestBuilder& BeginBroadcast(CommandFrame& frame, unsigned char iComman
     constexpr unsigned char kBroadcastSubsystem = 43;
     return frame.FormatSubsystemDiagHeader(kBroadcastSubsystem, iCommandId);
 }
+
+/// SendBroadcast exchanges a command whose fields are what its entry line shows. True when it was answered.
+template <class... Fields>
+bool SendBroadcast(CommandFrame& frame, unsigned char iCommandId, TextFor<Fields...> entry,
+                   Fields... fields) {
+    AppendLogged(frame, BeginBroadcast(frame, iCommandId), entry, fields...);
+    return frame.Send(0);
+}

@@ -32,20 +32,18 @@ bool BroadcastFlows::SendForCount(unsigned char iCommandId, unsigned char& iCoun
 }
 
 bool BroadcastFlows::MFLO_GET_BOUND_FLOW_COUNT(unsigned char& piBoundFlowCount) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_GET_BOUND_FLOW_COUNT( )");
+    LogLine(m_frame, LOG_FN, "QLIB_MFLO_GET_BOUND_FLOW_COUNT( )");
     if (!SendForCount(11, piBoundFlowCount))
         return false;
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_MFLO_GetBoundFlowCount( piBoundFlowCount = %d )",
-                             piBoundFlowCount);
+    LogLine(m_frame, LOG_RET, "QLIB_MFLO_GetBoundFlowCount( piBoundFlowCount = %d )", piBoundFlowCount);
     return true;
 }
 
 bool BroadcastFlows::MFLO_GET_ACTIVE_MLC_COUNT(unsigned char& piActiveMlcCount) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_GET_ACTIVE_MLC_COUNT( )");
+    LogLine(m_frame, LOG_FN, "QLIB_MFLO_GET_ACTIVE_MLC_COUNT( )");
     if (!SendForCount(40, piActiveMlcCount))
         return false;
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_MFLO_GetActiveMlcCount( piActiveMlcCount = %d )",
-                             piActiveMlcCount);
+    LogLine(m_frame, LOG_RET, "QLIB_MFLO_GetActiveMlcCount( piActiveMlcCount = %d )", piActiveMlcCount);
     return true;
 }
 

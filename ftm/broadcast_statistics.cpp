@@ -49,41 +49,27 @@ bool BroadcastStatistics::MFLO_GET_MLC_DYN_PARAMS(unsigned char iMlcID, unsigned
 
 bool BroadcastStatistics::MFLO_GET_OIS_PLP_STAT(unsigned char eOIStype, DWORD& iFirst, DWORD& iSecond,
                                                 DWORD& iThird, DWORD& iFourth) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_GET_OIS_PLP_STAT( eOIStype = %d )", eOIStype);
-    BeginBroadcast(m_frame, 21).U8(eOIStype);
-    if (!m_frame.Send(0))
-        return false;
-    const bool bTaken = TakeValues(m_frame, iFourth, iThird, iSecond, iFirst);
-    m_frame.Log().LogMessage(
-        LOG_RET, "QLIB_MFLO_GET_OIS_PLP_STAT( iFirst = %d, iSecond = %d, iThird = %d, iFourth = %d )",
-        AsInt(iFirst), AsInt(iSecond), AsInt(iThird), AsInt(iFourth));
-    return bTaken;
+    return SendBroadcast(m_frame, 21, "QLIB_MFLO_GET_OIS_PLP_STAT( eOIStype = %d )", eOIStype) &&
+           TakeLogged(m_frame,
+                      "QLIB_MFLO_GET_OIS_PLP_STAT( iFirst = %d, iSecond = %d, iThird = %d, iFourth = %d )",
+                      iFirst, iSecond, iThird, iFourth);
 }
 
 bool BroadcastStatistics::MFLO_RST_OIS_PLP_STAT(unsigned char eOIStype) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_RST_OIS_PLP_STAT( eOIStype = %d )", eOIStype);
-    BeginBroadcast(m_frame, 22).U8(eOIStype);
-    return m_frame.Send(0);
+    return SendBroadcast(m_frame, 22, "QLIB_MFLO_RST_OIS_PLP_STAT( eOIStype = %d )", eOIStype);
 }
 
 bool BroadcastStatistics::MFLO_GET_FLO_PLP_DYN_PARAMS(DWORD iFlowID, unsigned short& iTotalGoodPlps,
                                                       unsigned short& iTotalErasures,
                                                       unsigned short& iSuperFrameGoodPlps,
                                                       unsigned short& iSuperFrameErasures) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_GET_FLO_PLP_DYN_PARAMS( iFlowID = %d )", AsInt(iFlowID));
-    BeginBroadcast(m_frame, 43).U32(iFlowID);
-    if (!m_frame.Send(0))
+    constexpr size_t kEnd = kBroadcastHeader + 4 * sizeof iTotalGoodPlps;
+    if (!SendBroadcast(m_frame, 43, "QLIB_MFLO_GET_FLO_PLP_DYN_PARAMS( iFlowID = %d )", iFlowID) ||
+        m_frame.Response().Size() < kEnd)
         return false;
-    const ResponseReader response = m_frame.Response();
-    if (response.Size() < kBroadcastHeader + 4 * sizeof iTotalGoodPlps)
-        return false;
-    response.U16At(kBroadcastHeader, iTotalGoodPlps);
-    response.U16At(kBroadcastHeader + 2, iTotalErasures);
-    response.U16At(kBroadcastHeader + 4, iSuperFrameGoodPlps);
-    response.U16At(kBroadcastHeader + 6, iSuperFrameErasures);
-    m_frame.Log().LogMessage(LOG_RET,
-                             "QLIB_MFLO_GET_FLO_PLP_DYN_PARAMS( iTotalGoodPlps = %d, iTotalErasures = %d, "
-                             "iSuperFrameGoodPlps = %d, iSuperFrameErasures = %d )",
-                             iTotalGoodPlps, iTotalErasures, iSuperFrameGoodPlps, iSuperFrameErasures);
-    return true;
+    m_frame.Response().SetPosition(kEnd);
+    return TakeLogged(m_frame,
+                      "QLIB_MFLO_GET_FLO_PLP_DYN_PARAMS( iTotalGoodPlps = %d, iTotalErasures = %d, "
+                      "iSuperFrameGoodPlps = %d, iSuperFrameErasures = %d )",
+                      iTotalGoodPlps, iTotalErasures, iSuperFrameGoodPlps, iSuperFrameErasures);
 }

@@ -15,20 +15,17 @@ constexpr unsigned short kLongestAnswer = 4094;
 
 bool FtmCamera::FTM_CAMERA_TAKE_PICTURE_AND_ENCODE(DWORD iQuality, unsigned short iFormat,
                                                    DWORD& iPictureSize, unsigned short& iCameraStatus) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CAMERA_TAKE_PICTURE_AND_ENCODE( iQuality = %d, iFormat = %d )",
-                             AsInt(iQuality), iFormat);
-    m_frame.FormatCameraFTMHeader(6, 10, 16).U32(iQuality).U16(iFormat);
-    return SendForStatus(m_frame, "FTM_CAMERA_TAKE_PICTURE_AND_ENCODE", iCameraStatus, iPictureSize);
+    static constexpr char sLine[] = "QLIB_FTM_CAMERA_TAKE_PICTURE_AND_ENCODE( iQuality = %d, iFormat = %d )";
+    AppendLogged(m_frame, m_frame.FormatCameraFTMHeader(6, 10, 16), sLine, iQuality, iFormat);
+    return SendForStatus(m_frame, sLine, iCameraStatus, iPictureSize);
 }
 
 bool FtmCamera::FTM_CAMERA_GET_PICTURE(DWORD iDataOffset, unsigned short& iDataSize, unsigned char* piData,
                                        unsigned short& iCameraStatus) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CAMERA_GET_PICTURE( iDataOffset = %d, iDataSize = %d )",
-                             AsInt(iDataOffset), iDataSize);
-    m_frame.FormatCameraFTMHeader(7, 16, static_cast<unsigned short>(iDataSize + kPieceFrame))
-        .U32(iDataOffset)
-        .U16(iDataSize);
-    return SendForStatus(m_frame, "FTM_CAMERA_GET_PICTURE", iCameraStatus) &&
+    const auto iAnswer = static_cast<unsigned short>(iDataSize + kPieceFrame);
+    return SendSetting(m_frame, m_frame.FormatCameraFTMHeader(7, 16, iAnswer), iCameraStatus,
+                       "QLIB_FTM_CAMERA_GET_PICTURE( iDataOffset = %d, iDataSize = %d )", iDataOffset,
+                       iDataSize) &&
            TakePiece(m_frame, iDataOffset, iDataSize, piData, sizeof iCameraStatus);
 }
 

@@ -25,9 +25,5 @@ public:
     bool FTM_EGPRS_BER_RELEASE_UL_TBF(unsigned char& iStatus);
 
 private:
-    /// Begin logs a request's entry line too: none of them shows its arguments.
-    RequestBuilder& Begin(const char* sEntry, unsigned short iId);
-    bool Exchange(unsigned char& iStatus) { return ExchangeTest(m_frame, StatusAt::Byte10, iStatus); }
-
     CommandFrame& m_frame;
 };

@@ -6,78 +6,53 @@ bool GsmRf::FTM_DO_GSM_AUTOCAL(short iPower, unsigned short iPA_DAC_Value, LONG 
                                unsigned short iRSB_Cor_A_R1, unsigned short iRSB_Cor_B_R0,
                                unsigned short iRSB_Cor_B_R1) {
     constexpr unsigned short kAutoCalLog = 10;
-    m_frame.Log().LogMessage(
-        LOG_FN,
+    LogLine(
+        m_frame, LOG_FN,
         "QLIB_FTM_DO_GSM_AUTOCAL(iPower=%d, iPA_DAC_Value=%d, iMax_Power=%d, iMin_Power=%d, iWriteNVFlag=%d, "
         "iRSB_Cor_A_R0=%d, iRSB_Cor_A_R1=%d, iRSB_Cor_B_R0=%d, iRSB_Cor_B_R1=%d)",
-        iPower, iPA_DAC_Value, AsInt(static_cast<DWORD>(iMax_Power)), AsInt(static_cast<DWORD>(iMin_Power)),
-        iWriteNVFlag, iRSB_Cor_A_R0, iRSB_Cor_A_R1, iRSB_Cor_B_R0, iRSB_Cor_B_R1);
+        iPower, iPA_DAC_Value, iMax_Power, iMin_Power, iWriteNVFlag, iRSB_Cor_A_R0, iRSB_Cor_A_R1,
+        iRSB_Cor_B_R0, iRSB_Cor_B_R1);
     if (!m_ftmLog.FTM_LOG_StartFTM_Log(kAutoCalLog)) {
         m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_DO_GSM_AUTOCAL() -- Error: failed to start FTM log");
         return false;
     }
-    Begin(236)
-        .S16(iPower)
-        .U16(iPA_DAC_Value)
-        .S32(iMax_Power)
-        .S32(iMin_Power)
-        .U8(iWriteNVFlag)
-        .U16(iRSB_Cor_A_R0)
-        .U16(iRSB_Cor_A_R1)
-        .U16(iRSB_Cor_B_R0)
-        .U16(iRSB_Cor_B_R1);
+    AppendFields(Begin(236), iPower, iPA_DAC_Value, iMax_Power, iMin_Power, iWriteNVFlag, iRSB_Cor_A_R0,
+                 iRSB_Cor_A_R1, iRSB_Cor_B_R0, iRSB_Cor_B_R1);
     return m_frame.SendFtmCmd();
 }
 
 bool GsmRf::FTM_SET_PATH_DELAY(short* piDelay) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_PATH_DELAY-start( *ipDelay=%d)", *piDelay);
-    Begin(237).S32(*piDelay);
-    if (!m_frame.SendFtmCmd())
-        return false;
     LONG iDelay = *piDelay;
+    if (!Calibrate(237, "QLIB_FTM_SET_PATH_DELAY-start( *ipDelay=%d)", iDelay))
+        return false;
     const bool bTaken = TakeValues(m_frame, iDelay);
     *piDelay = static_cast<short>(iDelay);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_SET_PATH_DELAY-finish( *piDelay=%d)", *piDelay);
+    LogLine(m_frame, LOG_RET, "QLIB_FTM_SET_PATH_DELAY-finish( *piDelay=%d)", *piDelay);
     return bTaken;
 }
 
 bool GsmRf::FTM_ENABLE_POLAR_REF_CAL(unsigned char iEnable) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_ENABLE_POLAR_REF_CAL(iEnable=%d)", iEnable);
-    Begin(242).U16(iEnable);
-    return m_frame.SendFtmCmd();
+    const unsigned short iEnabled = iEnable;
+    return Calibrate(242, "QLIB_FTM_ENABLE_POLAR_REF_CAL(iEnable=%d)", iEnabled);
 }
 
 bool GsmRf::FTM_SET_TWOTONE_FREQ_OFFSET(unsigned short iFreqOffsetSecTone) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_TWOTONE_FREQ_OFFSET(iFreqOffsetSecTone=%d)",
-                             iFreqOffsetSecTone);
-    Begin(242).U16(iFreqOffsetSecTone);
-    return m_frame.SendFtmCmd();
+    return Calibrate(242, "QLIB_FTM_SET_TWOTONE_FREQ_OFFSET(iFreqOffsetSecTone=%d)", iFreqOffsetSecTone);
 }
 
 bool GsmRf::FTM_DO_CALPATH_RSB(unsigned char iRSB_Subcmd_ID, unsigned char iDone_RSG, unsigned short* piRSB_A,
                                unsigned short* piRSB_B) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_FTM_DO_CALPATH_RSB(iRSB_Subcmd_ID=%d, iDone_RSG=%d, iRSB_A=%d, iRSB_B=%d)",
-                             iRSB_Subcmd_ID, iDone_RSG, *piRSB_A, *piRSB_B);
-    Begin(243).U8(iRSB_Subcmd_ID).U8(iDone_RSG).U16(*piRSB_A).U16(*piRSB_B);
-    if (!m_frame.SendFtmCmd())
-        return false;
-    const bool bTaken = TakeValues(m_frame, *piRSB_B, *piRSB_A);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_DO_CALPATH_RSB( iRSB_A = %d, iRSB_B = %d)", *piRSB_A,
-                             *piRSB_B);
-    return bTaken;
+    return Calibrate(243, "QLIB_FTM_DO_CALPATH_RSB(iRSB_Subcmd_ID=%d, iDone_RSG=%d, iRSB_A=%d, iRSB_B=%d)",
+                     iRSB_Subcmd_ID, iDone_RSG, *piRSB_A, *piRSB_B) &&
+           TakeLogged(m_frame, "QLIB_FTM_DO_CALPATH_RSB( iRSB_A = %d, iRSB_B = %d)", *piRSB_A, *piRSB_B);
 }
 
 bool GsmRf::FTM_SET_OPLL_BW(unsigned char iBandwidth_Num) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_OPLL_BW(iBandwidth_Num=%d)", iBandwidth_Num);
-    Begin(245).U8(iBandwidth_Num);
-    return m_frame.SendFtmCmd();
+    return Calibrate(245, "QLIB_FTM_SET_OPLL_BW(iBandwidth_Num=%d)", iBandwidth_Num);
 }
 
 bool GsmRf::FTM_BASEBAND_BW_CAL(unsigned char iBandwidth_Num) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_BASEBAND_BW_CAL(iBandwidth_Num=%d)", iBandwidth_Num);
-    Begin(250).U8(iBandwidth_Num);
-    return m_frame.SendFtmCmd();
+    return Calibrate(250, "QLIB_FTM_BASEBAND_BW_CAL(iBandwidth_Num=%d)", iBandwidth_Num);
 }
 
 bool GsmRf::FTM_GSM_POLAR_TX_SWEEP_CAL(DWORD iNumDac, const DWORD* piFirstList, const DWORD* piSecondList) {

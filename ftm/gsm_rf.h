@@ -63,9 +63,17 @@ public:
 private:
     /// The GSM layout has 16 spare bits behind the command id.
     RequestBuilder& Begin(unsigned short iCommandId) { return BeginFtm(m_frame, iCommandId).U16(0); }
-    bool SetTransmit(unsigned short iCommandId, unsigned char iSlotNum, short iDataSource,
-                     unsigned char iTSCindex, DWORD iNumBursts, bool bIsInfiniteDuration);
-    bool SetReceive(unsigned short iCommandId, unsigned char iSlotNum, short iRxFunction);
+    /// Send exchanges a setting, Calibrate a calibration, each with the fields that its entry line shows.
+    template <class... Fields>
+    bool Send(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
+        AppendLogged(m_frame, Begin(iCommandId), entry, fields...);
+        return m_frame.Send(0);
+    }
+    template <class... Fields>
+    bool Calibrate(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
+        AppendLogged(m_frame, Begin(iCommandId), entry, fields...);
+        return m_frame.SendFtmCmd();
+    }
 
     CommandFrame& m_frame;
     FtmLog& m_ftmLog;

@@ -30,8 +30,5 @@ public:
                                            unsigned char iPowerLevel, unsigned char& iStatus);
 
 private:
-    RequestBuilder& Begin(unsigned short iId) { return BeginTest(m_frame, FTM_MODE_ID_GSM_BER, iId); }
-    bool Exchange(unsigned char& iStatus) { return ExchangeTest(m_frame, StatusAt::Byte10, iStatus); }
-
     CommandFrame& m_frame;
 };

@@ -32,9 +32,5 @@ public:
                                             unsigned char iACK_NACK_RepetitionFactor, unsigned char& iStatus);
 
 private:
-    /// Begin logs the entry line of a request that does not show its arguments, and begins it.
-    RequestBuilder& Begin(const char* sEntry, unsigned short iId);
-    bool Exchange(unsigned char& iStatus) { return ExchangeTest(m_frame, StatusAt::Byte11, iStatus); }
-
     CommandFrame& m_frame;
 };

@@ -1,7 +1,12 @@
 #include "ftm/peripheral_command.h"
 
-bool LogStatus(CommandFrame& frame, const char* sMethod, bool bPassed, unsigned short iStatus) {
-    frame.Log().LogMessage(LOG_RET, "QLIB_%s(): %s, status: %d", sMethod, bPassed ? "PASS" : "FAIL", iStatus);
+#include <string>
+#include <string_view>
+
+bool LogStatus(CommandFrame& frame, const char* sEntry, bool bPassed, unsigned short iStatus) {
+    const std::string sMethod(sEntry, std::string_view(sEntry).find('('));
+    frame.Log().LogMessage(LOG_RET, "%s(): %s, status: %d", sMethod.c_str(), bPassed ? "PASS" : "FAIL",
+                           iStatus);
     return bPassed;
 }
 

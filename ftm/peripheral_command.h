@@ -17,18 +17,29 @@ bool TakeBehindHeader(CommandFrame& frame, Values&... values) {
     return iEnd >= kPeripheralHeader + (sizeof values + ... + 0) && TakeValues(frame, values...);
 }
 
-/// LogStatus writes the result line of a command and returns bPassed.
-bool LogStatus(CommandFrame& frame, const char* sMethod, bool bPassed, unsigned short iStatus);
+/// LogStatus writes the result line of a command and returns bPassed. sEntry begins with the command's name
+/// and a bracket, as its entry line does.
+bool LogStatus(CommandFrame& frame, const char* sEntry, bool bPassed, unsigned short iStatus);
 
 /// SendForStatus sends the request as built and takes the status at the answer's end, then the values in
-/// front of it, the last one first. True when the status is 0 and all values are there. iStatus is 1 when no
-/// answer came or it ends too early for a status; the values then stay as they were.
+/// front of it (in the order of the layout). True when the status is 0 and all values are there. iStatus is 1
+/// when no answer came or it ends too early for a status; the values then stay as they were. sEntry: as for
+/// LogStatus.
 template <class... Values>
-bool SendForStatus(CommandFrame& frame, const char* sMethod, unsigned short& iStatus, Values&... values) {
+bool SendForStatus(CommandFrame& frame, const char* sEntry, unsigned short& iStatus, Values&... values) {
     iStatus = 1;
     const bool bTaken =
         frame.Send(0) && TakeBehindHeader(frame, iStatus) && TakeBehindHeader(frame, values...);
-    return LogStatus(frame, sMethod, bTaken && iStatus == 0, iStatus);
+    return LogStatus(frame, sEntry, bTaken && iStatus == 0, iStatus);
+}
+
+/// SendSetting logs the entry line of a command that shows all its fields, appends them to its request, and
+/// sends that for a status alone.
+template <class... Fields>
+bool SendSetting(CommandFrame& frame, RequestBuilder& request, unsigned short& iStatus,
+                 TextFor<Fields...> entry, Fields... fields) {
+    AppendLogged(frame, request, entry, fields...);
+    return SendForStatus(frame, entry.sFormat, iStatus);
 }
 
 /// TakePiece takes a piece of something longer out of an answer: behind the header stand its offset (32

@@ -1,8 +1,6 @@
 // The chargers of the power-management chip.
 #pragma once
 
-#include <initializer_list>
-
 #include "ftm/ftm_command.h"
 #include "platform/export.h"
 
@@ -30,8 +28,5 @@ public:
     bool FTM_PMIC_CONFIG_PWR_CTRL_LIMIT(unsigned char iChargerType, unsigned char iMaxPower);
 
 private:
-    /// All configuration is one command, in which a selector says what the values behind it are.
-    bool Configure(unsigned char iSelector, std::initializer_list<unsigned char> values);
-
     CommandFrame& m_frame;
 };

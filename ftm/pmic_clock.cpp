@@ -1,6 +1,7 @@
 #include "ftm/pmic_clock.h"
 
 #include <cstdio>
+#include <initializer_list>
 
 #include "ftm/pmic_command.h"
 
@@ -49,8 +50,8 @@ bool SetGetMoment(CommandFrame& frame, const MomentCommand& command, const Momen
     if (!frame.Send(0))
         return false;
     if (command.ReadWrite() == kRead)
-        TakeValues(frame, moment.iSecond, moment.iMinute, moment.iHour, moment.iYear, moment.iDay,
-                   moment.iMonth, moment.iTimeMode);
+        TakeValues(frame, moment.iTimeMode, moment.iMonth, moment.iDay, moment.iYear, moment.iHour,
+                   moment.iMinute, moment.iSecond);
     LogMoment(frame, command, "finish", moment);
     return true;
 }
@@ -75,36 +76,29 @@ bool PmicClock::FTM_PMIC_RTC_SET_GET_ALARM_TIME(unsigned char iReadWrite, unsign
 }
 
 bool PmicClock::FTM_PMIC_RTC_STOP() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_PMIC_RTC_STOP( )");
-    return SetPmic(m_frame, FTM_PMIC_CMD_CLOCK, 2, {});
+    return SendPmic(m_frame, FTM_PMIC_CMD_CLOCK, 2, "QLIB_FTM_PMIC_RTC_STOP( )");
 }
 
 bool PmicClock::FTM_PMIC_RTC_GET_ALARM_STATUS(unsigned char& iAlarmStatus) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_PMIC_RTC_GET_ALARM_STATUS( )");
-    if (!SetPmic(m_frame, FTM_PMIC_CMD_CLOCK, 3, {iAlarmStatus}))
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_PMIC_RTC_GET_ALARM_STATUS( )");
+    BeginPmic(m_frame, FTM_PMIC_CMD_CLOCK, 3).U8(iAlarmStatus);
+    if (!m_frame.Send(0))
         return false;
-    TakeValues(m_frame, iAlarmStatus);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_PMIC_RTC_GET_ALARM_STATUS( iAlarmStatus = %d)", iAlarmStatus);
+    TakeLogged(m_frame, "QLIB_FTM_PMIC_RTC_GET_ALARM_STATUS( iAlarmStatus = %d)", iAlarmStatus);
     return true;
 }
 
 bool PmicClock::FTM_PMIC_RTC_DISABLE_ALARM(unsigned char iAlarmId) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_PMIC_RTC_DISABLE_ALARM( iAlarmId = %d)", iAlarmId);
-    return SetPmic(m_frame, FTM_PMIC_CMD_CLOCK, 4, {iAlarmId});
+    return SendPmic(m_frame, FTM_PMIC_CMD_CLOCK, 4, "QLIB_FTM_PMIC_RTC_DISABLE_ALARM( iAlarmId = %d)",
+                    iAlarmId);
 }
 
 bool PmicClock::FTM_PMIC_RTC_SET_GET_TIME_ADJUST(unsigned char iReadWrite, unsigned char& iTimeAdjust) {
-    const auto log = [&](unsigned iCategory) {
-        m_frame.Log().LogMessage(iCategory,
-                                 "QLIB_FTM_PMIC_RTC_SET_GET_TIME_ADJUST( iReadWrite = %d , iTimeAdjust = %d)",
-                                 iReadWrite, iTimeAdjust);
-    };
-    log(LOG_FN);
-    if (!SetPmic(m_frame, FTM_PMIC_CMD_CLOCK, 5, {iReadWrite, iTimeAdjust}))
+    static constexpr char sLine[] =
+        "QLIB_FTM_PMIC_RTC_SET_GET_TIME_ADJUST( iReadWrite = %d , iTimeAdjust = %d)";
+    if (!SendPmic(m_frame, FTM_PMIC_CMD_CLOCK, 5, sLine, iReadWrite, iTimeAdjust))
         return false;
-    if (iReadWrite == kRead) {
-        TakeValues(m_frame, iTimeAdjust);
-        log(LOG_RET);
-    }
+    if (iReadWrite == kRead)
+        TakeLogged(m_frame, sLine, std::tuple(iReadWrite), iTimeAdjust);
     return true;
 }

@@ -1,8 +1,6 @@
 // What the commands of the power-management chip share.
 #pragma once
 
-#include <initializer_list>
-
 #include "ftm/ftm_command.h"
 
 /// FTM_PMIC_Cmd_Id_Enum: the part of the chip that a command is for.
@@ -25,10 +23,10 @@ inline RequestBuilder& BeginPmic(CommandFrame& frame, FTM_PMIC_Cmd_Id_Enum eComm
     return frame.FormatPMIC_FTMHeader(eCommand, FTM_PMIC_SubCmd_Id_Enum{iSubcommand});
 }
 
-/// SetPmic sends a command whose fields are bytes and whose answer carries nothing. True when it was
-/// answered.
-inline bool SetPmic(CommandFrame& frame, FTM_PMIC_Cmd_Id_Enum eCommand, unsigned char iSubcommand,
-                    std::initializer_list<unsigned char> fields) {
-    BeginPmic(frame, eCommand, iSubcommand).Bytes({fields.begin(), fields.size()});
+/// SendPmic exchanges a command whose fields are what its entry line shows. True when it was answered.
+template <class... Fields>
+bool SendPmic(CommandFrame& frame, FTM_PMIC_Cmd_Id_Enum eCommand, unsigned char iSubcommand,
+              TextFor<Fields...> entry, Fields... fields) {
+    AppendLogged(frame, BeginPmic(frame, eCommand, iSubcommand), entry, fields...);
     return frame.Send(0);
 }

@@ -69,84 +69,59 @@ bool RfControl::FTM_SET_MODE(FTM_RF_Mode_Enum eNewMode) {
 }
 
 bool RfControl::FTM_SET_PDM(unsigned short iPDMtype, unsigned short iPDMvalue) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_PDM(iPDMtype=%d, iPDMvalue=%d)", iPDMtype, iPDMvalue);
-    BeginFtm(m_frame, 0).U16(iPDMtype).U16(iPDMvalue);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 0, "QLIB_FTM_SET_PDM(iPDMtype=%d, iPDMvalue=%d)", iPDMtype, iPDMvalue);
 }
 
 bool RfControl::FTM_SET_CHAN(unsigned short iChannel) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_CHAN(iChannel=%d)", iChannel);
-    BeginFtm(m_frame, 8).U16(iChannel);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 8, "QLIB_FTM_SET_CHAN(iChannel=%d)", iChannel);
 }
 
 bool RfControl::FTM_SET_TX_ON() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_TX_ON()");
-    BeginFtm(m_frame, 2);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 2, "QLIB_FTM_SET_TX_ON()");
 }
 
 bool RfControl::FTM_SET_TX_OFF() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_TX_OFF()");
-    BeginFtm(m_frame, 3);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 3, "QLIB_FTM_SET_TX_OFF()");
 }
 
 bool RfControl::FTM_CDMA_CW_WAVEFORM(bool bSelectCW) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CDMA_CW_WAVEFORM(bSelectCW=%d)", bSelectCW);
-    BeginFtm(m_frame, 50).U8(bSelectCW);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 50, "QLIB_FTM_CDMA_CW_WAVEFORM(bSelectCW=%d)", bSelectCW);
 }
 
 bool RfControl::FTM_SET_PA_RANGE(unsigned short iPArange) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_PA_RANGE(iPArange=%d)", iPArange);
-    BeginFtm(m_frame, 54).U16(iPArange);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 54, "QLIB_FTM_SET_PA_RANGE(iPArange=%d)", iPArange);
 }
 
 bool RfControl::FTM_SET_LNA_RANGE(unsigned char iLNArange) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_LNA_RANGE(iLNArange=%d)", iLNArange);
-    BeginFtm(m_frame, 58).U16(iLNArange);
-    return m_frame.SendFtmCmd();
+    const unsigned short iRange = iLNArange;
+    return SendFtm(m_frame, 58, "QLIB_FTM_SET_LNA_RANGE(iLNArange=%d)", iRange);
 }
 
 bool RfControl::FTM_SET_RF_POWER_MODE(unsigned char iMode) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_RF_POWER_MODE(iMode=%d)", iMode);
-    BeginFtm(m_frame, 128).U8(iMode);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 128, "QLIB_FTM_SET_RF_POWER_MODE(iMode=%d)", iMode);
 }
 
 bool RfControl::FTM_GET_SYNTH_STATE(unsigned char& bLockState) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_GET_SYNTH_STATE( )");
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_GET_SYNTH_STATE( )");
     BeginFtm(m_frame, 16).U8(bLockState);
-    if (!m_frame.SendFtmCmd())
-        return false;
-    const bool bTaken = TakeValues(m_frame, bLockState);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_GET_SYNTH_STATE( bLockState = %d)", bLockState);
-    return bTaken;
+    return m_frame.SendFtmCmd() &&
+           TakeLogged(m_frame, "QLIB_FTM_GET_SYNTH_STATE( bLockState = %d)", bLockState);
 }
 
 bool RfControl::FTM_GET_ADC_VAL(unsigned short iADC_type, unsigned short& iADC_value) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_GET_ADC_VAL( iADC_type = %d)", iADC_type);
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_GET_ADC_VAL( iADC_type = %d)", iADC_type);
     BeginFtm(m_frame, 59).U16(iADC_type).U16(iADC_value);
-    if (!m_frame.SendFtmCmd())
-        return false;
-    const bool bTaken = TakeValues(m_frame, iADC_value);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_GET_ADC_VAL( iADC_type = %d, iADC_value = %d)", iADC_type,
-                             iADC_value);
-    return bTaken;
+    return m_frame.SendFtmCmd() &&
+           TakeLogged(m_frame, "QLIB_FTM_GET_ADC_VAL( iADC_type = %d, iADC_value = %d)",
+                      std::tuple(iADC_type), iADC_value);
 }
 
 bool RfControl::FTM_SET_SECONDARY_CHAIN(unsigned short iMode) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_SECONDARY_CHAIN(iMode=%d)", iMode);
-    BeginFtm(m_frame, 121).U16(iMode);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 121, "QLIB_FTM_SET_SECONDARY_CHAIN(iMode=%d)", iMode);
 }
 
 bool RfControl::FTM_SECOND_CHAIN_TEST_CALL(unsigned char iMode) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SECOND_CHAIN_TEST_CALL(iMode=%d)", iMode);
-    BeginFtm(m_frame, 123).U8(iMode);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 123, "QLIB_FTM_SECOND_CHAIN_TEST_CALL(iMode=%d)", iMode);
 }
 
 bool RfControl::FTM_SET_WCDMA_SECONDARY_CHAIN(bool bEnableSecondaryChain) {

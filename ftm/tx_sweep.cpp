@@ -2,28 +2,21 @@
 
 bool TxSweep::FTM_CONFIGURE_TX_SWEEP_CAL(unsigned short iTimeInterval,
                                          unsigned short iNumofHDETReadingsPerStep) {
-    m_frame.Log().LogMessage(
-        LOG_FN, "QLIB_FTM_CONFIGURE_TX_SWEEP_CAL(iTimeInterval=%d, iNumofHDETReadingsPerStep=%d)",
-        iTimeInterval, iNumofHDETReadingsPerStep);
-    BeginFtm(m_frame, 125).U16(iTimeInterval).U16(iNumofHDETReadingsPerStep);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 125,
+                   "QLIB_FTM_CONFIGURE_TX_SWEEP_CAL(iTimeInterval=%d, iNumofHDETReadingsPerStep=%d)",
+                   iTimeInterval, iNumofHDETReadingsPerStep);
 }
 
 bool TxSweep::FTM_TX_SWEEP_CAL(unsigned char bOnOff) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_TX_SWEEP_CAL(bOnOff=%d)", bOnOff);
-    BeginFtm(m_frame, 116).U8(bOnOff);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 116, "QLIB_FTM_TX_SWEEP_CAL(bOnOff=%d)", bOnOff);
 }
 
 bool TxSweep::FTM_GET_HDET_FROM_TX_SWEEP_CAL(unsigned short iIndex, unsigned short& iHDETvalue) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_GET_HDET_FROM_TX_SWEEP_CAL( iIndex = %d)", iIndex);
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_GET_HDET_FROM_TX_SWEEP_CAL( iIndex = %d)", iIndex);
     BeginFtm(m_frame, 119).U16(iIndex).U16(iHDETvalue);
-    if (!m_frame.SendFtmCmd())
-        return false;
-    const bool bTaken = TakeValues(m_frame, iHDETvalue);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_GET_HDET_FROM_TX_SWEEP_CAL( iIndex = %d, iHDETvalue = %d)",
-                             iIndex, iHDETvalue);
-    return bTaken;
+    return m_frame.SendFtmCmd() &&
+           TakeLogged(m_frame, "QLIB_FTM_GET_HDET_FROM_TX_SWEEP_CAL( iIndex = %d, iHDETvalue = %d)",
+                      std::tuple(iIndex), iHDETvalue);
 }
 
 bool TxSweep::FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL(unsigned char* piHDETvalues) {
@@ -38,8 +31,5 @@ bool TxSweep::FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL(unsigned char* piHDETvalues) {
 }
 
 bool TxSweep::FTM_SET_HDET_TRACKING(unsigned short iOnOff, unsigned short iHDETvalue) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_HDET_TRACKING(iOnOff=%d, iHDETvalue=%d)", iOnOff,
-                             iHDETvalue);
-    BeginFtm(m_frame, 124).U16(iOnOff).U16(iHDETvalue);
-    return m_frame.SendFtmCmd();
+    return SendFtm(m_frame, 124, "QLIB_FTM_SET_HDET_TRACKING(iOnOff=%d, iHDETvalue=%d)", iOnOff, iHDETvalue);
 }

@@ -46,10 +46,8 @@ private:
         unsigned short iChanCode;
     };
 
-    RequestBuilder& Begin(unsigned short iId) { return BeginTest(m_frame, FTM_MODE_ID_WCDMA_BER, iId); }
     /// BeginSetup logs the entry line of a set-up request and appends what all of them begin with.
     RequestBuilder& BeginSetup(const char* sName, unsigned short iId, const Rmc& rmc);
-    bool Exchange(unsigned char& iStatus) { return ExchangeTest(m_frame, StatusAt::Byte10, iStatus); }
 
     CommandFrame& m_frame;
 };

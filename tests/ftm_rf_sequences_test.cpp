@@ -9,12 +9,18 @@ constexpr std::chrono::milliseconds kSettling(100);
 
 class FtmRfSequencesTest : public FtmRowsTest {
 protected:
+    /// Requests with that beginning come back as they are.
+    void Echo(const std::string& sPrefix) {
+        m_phone.phone.Script(Hex(sPrefix), [](const Bytes& request) { return std::vector<Bytes>{request}; });
+    }
     /// The requests since the last call, forgotten by it.
     std::vector<std::string> Sent() {
         const std::vector<std::string> requests = m_phone.Requests();
         m_phone.phone.ClearRequests();
         return requests;
     }
+    /// The outcome of a call that fails and changes nothing.
+    std::string Untouched() const { return m_preset.Text(false); }
     std::string ModeLine(int iMode) {
         return "QLIB_SetSystemMode(iSystem_Mode = " + std::to_string(iMode) + ")()";
     }
@@ -180,130 +186,81 @@ TEST_F(FtmRfSequencesTest, WcdmaSecondaryChainLeavesItsModeOnlyWhenSwitchedOn) {
 }
 
 // The second CDMA interface: results at fixed places, as many as the path has.
-
-/// The caller's side: count in b[0], values in h (DVGA, LNA) or in bytes, which are printed behind.
-struct Api2Row {
-    const char* sRequest;
-    unsigned char iPath;
-    unsigned char iCapacity;
-    const char* sAnswer; // behind the 10 bytes of the header
+struct Api2Case {
+    unsigned char iCapacity; // b0
+    FtmRow row;              // the answer behind the 10 bytes of its header
     const char* sOutcome;
-    std::string (*call)(Diag_FTM& diag, const Api2Row& row);
+    const char* sEntry = nullptr;
+    const char* sValues = nullptr;
 };
 
-template <class Value>
-std::string Api2Text(bool bResult, int iCount, std::span<const Value> values) {
-    std::ostringstream text;
-    text << (bResult ? "true " : "false ") << iCount << ':';
-    for (const Value iValue : values)
-        text << ' ' << std::hex << int{iValue};
-    return text.str();
-}
-
-std::string Dvga(Diag_FTM& diag, const Api2Row& row) {
-    unsigned short aValues[4] = {0xA, 0xA, 0xA, 0xA};
-    unsigned char iCount = row.iCapacity;
-    const bool bResult = diag.FTM_CDMA_API2_CALIBRATE_DVGA(row.iPath, 0x102, iCount, aValues);
-    return Api2Text<unsigned short>(bResult, iCount, aValues);
-}
-std::string Lna(Diag_FTM& diag, const Api2Row& row) {
-    unsigned short aValues[4] = {0xA, 0xA, 0xA, 0xA};
-    unsigned char iCount = row.iCapacity;
-    const bool bResult = diag.FTM_CDMA_API2_CALIBRATE_LNA(row.iPath, 0x102, 9, iCount, aValues);
-    return Api2Text<unsigned short>(bResult, iCount, aValues);
-}
-std::string Im2(Diag_FTM& diag, const Api2Row& row) {
-    unsigned char aValues[10] = {};
-    unsigned char iCount = row.iCapacity;
-    unsigned short iResult = 0xA;
-    const bool bResult = diag.FTM_CDMA_API2_CALIBRATE_IM2(row.iPath, iResult, iCount, aValues);
-    std::ostringstream result;
-    result << std::hex << iResult << ' ';
-    return result.str() + Api2Text<unsigned char>(bResult, iCount, aValues);
-}
-std::string Intelliceiver(Diag_FTM& diag, const Api2Row& row) {
-    unsigned char aValues[15] = {};
-    unsigned short iInputPower = 0x102;
-    const bool bResult = diag.FTM_CDMA_API2_CALIBRATE_INTELLICEIVER(row.iPath, iInputPower, aValues);
-    return Api2Text<unsigned char>(bResult, row.iCapacity, aValues);
-}
-std::string Commit(Diag_FTM& diag, const Api2Row& row) {
-    return diag.FTM_CDMA_API2_COMMIT_RF_TO_NV(static_cast<unsigned short>(0x100 + row.iPath)) ? "true"
-                                                                                              : "false";
-}
-
 TEST_F(FtmRfSequencesTest, SecondCdmaInterface) {
-    const Api2Row rows[] = {
-        {"00 00 00 00 00 00 05", 5, 0, "", "true", Commit},
-        {"01 00 00 00 00 00 00 02 01", 0, 4, "03 01 02 03 04 05 06", "true 3: 201 403 605 a", Dvga},
-        {"01 00 00 00 00 00 01 02 01", 1, 1, "01 01 02 77", "true 1: 201 a a a", Dvga},
-        // No room, another number of results than the path has, other paths, answers that end early.
-        {"01 00 00 00 00 00 00 02 01", 0, 2, "03 01 02 03 04 05 06", "false 2: a a a a", Dvga},
-        {"01 00 00 00 00 00 00 02 01", 0, 255, "FF 01 02 03 04 05 06", "false 255: a a a a", Dvga},
-        {"01 00 00 00 00 00 01 02 01", 1, 4, "03 01 02 03 04 05 06", "false 4: a a a a", Dvga},
-        {"01 00 00 00 00 00 02 02 01", 2, 4, "03 01 02 03 04 05 06", "false 4: a a a a", Dvga},
-        {"01 00 00 00 00 00 00 02 01", 0, 4, "03 01 02 03 04 05", "false 4: a a a a", Dvga},
-        {"01 00 00 00 00 00 00 02 01", 0, 4, "", "false 4: a a a a", Dvga},
-        {"02 00 00 00 00 00 01 09 02 01", 1, 1, "01 FE FF", "true 1: fffe a a a", Lna},
-        {"02 00 00 00 00 00 01 09 02 01", 1, 0, "01 FE FF", "false 0: a a a a", Lna},
-        {"03 00 00 00 00 00 00", 0, 9, "04 03 03 01 02 03 04 05 06 07 08 09",
-         "304 true 3: 1 2 3 4 5 6 7 8 9 0", Im2},
-        {"03 00 00 00 00 00 01", 1, 3, "04 03 01 01 02 03 04", "304 true 1: 1 2 3 0 0 0 0 0 0 0", Im2},
-        {"03 00 00 00 00 00 00", 0, 8, "04 03 03 01 02 03 04 05 06 07 08 09",
-         "304 false 8: 0 0 0 0 0 0 0 0 0 0", Im2},
-        {"03 00 00 00 00 00 00", 0, 9, "04 03 03 01 02 03 04 05 06 07 08", "304 false 9: 0 0 0 0 0 0 0 0 0 0",
-         Im2},
-        {"03 00 00 00 00 00 00", 0, 9, "04 03", "304 false 9: 0 0 0 0 0 0 0 0 0 0", Im2},
-        {"03 00 00 00 00 00 00", 0, 9, "04", "a false 9: 0 0 0 0 0 0 0 0 0 0", Im2},
-        {"04 00 00 00 00 00 06 02 01", 6, 0, "01 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F",
-         "true 0: 1 2 3 4 5 6 7 8 9 a b c d e 0", Intelliceiver},
-        {"04 00 00 00 00 00 06 02 01", 6, 0, "00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E",
-         "false 0: 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0", Intelliceiver},
-        {"04 00 00 00 00 00 06 02 01", 6, 0, "01 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D",
-         "false 0: 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0", Intelliceiver},
-        {"04 00 00 00 00 00 06 02 01", 6, 0, "", "false 0: 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0", Intelliceiver},
-    };
-    for (const Api2Row& row : rows) {
-        m_phone.Answer("", Hex(std::string("4B 0B 12 00 00 00 00 00 00 00 ") + row.sAnswer));
-        EXPECT_EQ(row.call(m_diag, row), row.sOutcome) << row.sAnswer;
-        EXPECT_EQ(Sent(), std::vector{std::string("4B 0B 12 00 ") + row.sRequest});
-        m_phone.Answer("", Hex(std::string("4B 0B 11 00 00 00 00 00 00 00 ") + row.sAnswer));
-        EXPECT_NE(row.call(m_diag, row).find("false"), std::string::npos) << row.sAnswer;
-        Sent();
-    }
-    m_diag.SetCommandType(FTM_COMMAND_59);
-    m_phone.Answer("", Hex("3B 77 00 00 00 00 00 00 00 00 03 01 02 03 04 05 06"));
-    EXPECT_EQ(Dvga(m_diag, rows[1]), "false 4: a a a a");
-}
-
-TEST_F(FtmRfSequencesTest, SecondCdmaInterfaceLogsItsValues) {
-    const struct {
-        std::string (*call)(Diag_FTM&, const Api2Row&);
-        const char* sAnswer;
-        const char* sEntry;
-        unsigned iCategory;
-        const char* sValues;
-    } cases[] = {
-        {Dvga, "03 01 00 02 00 FF FF", "DVGA iPath=0, iInputPower=258", LOG_RET, "DVGA values:  1 2 65535"},
-        {Lna, "03 01 00 02 00 03 00", "LNA Path=0, \t\t\t\t\t\t\t\t\t\t\t\t\t\tInput Power=258, LNA step",
-         LOG_FN, "LNA values:  1 2 3"},
-        {Im2, "00 00 03 01 02 03 04 05 06 07 08 FF", "IM2 Path=0, Path=0", LOG_RET,
-         "IM2 values:  1 2 3 4 5 6 7 8 255"},
-        {Intelliceiver, "01 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D FF",
-         "INTELLICEIVER Path=0, Input Power=258", LOG_RET,
-         "INTELLICEIVER values:  1 2 3 4 5 6 7 8 9 10 11 12 13 255"},
+    const FtmCall dvga = DO(FTM_CDMA_API2_CALIBRATE_DVGA, 0, 0x102, b0, &h0);
+    const FtmCall dvga1 = DO(FTM_CDMA_API2_CALIBRATE_DVGA, 1, 0x102, b0, &h0);
+    const FtmCall lna = DO(FTM_CDMA_API2_CALIBRATE_LNA, 1, 0x102, 9, b0, &h0);
+    const FtmCall im2 = DO(FTM_CDMA_API2_CALIBRATE_IM2, 0, h0, b0, &b1);
+    const FtmCall intelliceiver = DO(FTM_CDMA_API2_CALIBRATE_INTELLICEIVER, 6, h0, &b1);
+    const Api2Case cases[] = {
+        Api2Case(0xB0, FtmRow("00 00 00 00 00 00 05", DO(FTM_CDMA_API2_COMMIT_RF_TO_NV, 0x105)), "true"),
+        Api2Case(4, FtmRow("01 00 00 00 00 00 00 02 01", dvga, "03 01 02 03 04 05 06"),
+                 "true b0=3 h0=201 h1=403 h2=605", "DVGA iPath=0, iInputPower=258",
+                 "DVGA values:  513 1027 1541"),
+        Api2Case(1, FtmRow("01 00 00 00 00 00 01 02 01", dvga1, "01 01 02"), "true b0=1 h0=201"),
+        // No room, another number of results than the path has, another path.
+        Api2Case(2, FtmRow("01 00 00 00 00 00 00 02 01", dvga, "03 01 02 03 04 05 06"), "false b0=2"),
+        Api2Case(255, FtmRow("01 00 00 00 00 00 00 02 01", dvga, "FF 01 02 03 04 05 06"), "false b0=ff"),
+        Api2Case(4, FtmRow("01 00 00 00 00 00 01 02 01", dvga1, "03 01 02 03 04 05 06"), "false b0=4"),
+        Api2Case(4,
+                 FtmRow("01 00 00 00 00 00 02 02 01", DO(FTM_CDMA_API2_CALIBRATE_DVGA, 2, 0x102, b0, &h0),
+                        "03 01 02 03 04 05 06"),
+                 "false b0=4"),
+        Api2Case(1, FtmRow("02 00 00 00 00 00 01 09 02 01", lna, "01 FE FF"), "true b0=1 h0=fffe",
+                 "LNA Path=1, \t\t\t\t\t\t\t\t\t\t\t\t\t\tInput Power=258, LNA step", "LNA values:  65534"),
+        Api2Case(0, FtmRow("02 00 00 00 00 00 01 09 02 01", lna, "01 FE FF"), "false b0=0"),
+        Api2Case(9, FtmRow("03 00 00 00 00 00 00", im2, "04 03 03 01 02 03 04 05 06 07 08 FF"),
+                 "true b0=3 b1=1 b2=2 b3=3 b4=4 b5=5 b6=6 b7=7 b8=8 b9=ff h0=304", "IM2 Path=0, Path=0",
+                 "IM2 values:  1 2 3 4 5 6 7 8 255"),
+        Api2Case(3,
+                 FtmRow("03 00 00 00 00 00 01", DO(FTM_CDMA_API2_CALIBRATE_IM2, 1, h0, b0, &b1),
+                        "04 03 01 01 02 03"),
+                 "true b0=1 b1=1 b2=2 b3=3 h0=304"),
+        Api2Case(8, FtmRow("03 00 00 00 00 00 00", im2, "04 03 03 01 02 03 04 05 06 07 08 09"),
+                 "false b0=8 h0=304"),
+        Api2Case(0xB0,
+                 FtmRow("04 00 00 00 00 00 06 C0 C0", intelliceiver,
+                        "01 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D FF"),
+                 "true b1=1 b2=2 b3=3 b4=4 b5=5 b6=6 b7=7 b8=8 b9=9 ba=a bb=b bc=c bd=d be=ff",
+                 "INTELLICEIVER Path=6, Input Power=49344",
+                 "INTELLICEIVER values:  1 2 3 4 5 6 7 8 9 10 11 12 13 255"),
+        Api2Case(0xB0,
+                 FtmRow("04 00 00 00 00 00 06 C0 C0", intelliceiver,
+                        "00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E"),
+                 "false"),
     };
     for (const auto& test : cases) {
-        m_log.Clear();
-        m_phone.Answer("", Hex(std::string("4B 0B 12 00 00 00 00 00 00 00 ") + test.sAnswer));
-        test.call(m_diag, {"", 0, 9, "", "", nullptr});
-        std::vector<std::string> operation = {std::string("QLIB_FTM_CDMA_API2_CALIBRATE_") + test.sEntry,
-                                              ModeLine(18)};
-        if (test.iCategory == LOG_FN)
-            operation.push_back(test.sValues);
-        EXPECT_EQ(m_log.Of(LOG_FN), operation);
-        EXPECT_TRUE(m_log.Has(test.iCategory, test.sValues)) << test.sValues;
+        m_preset.b[0] = test.iCapacity;
+        Bytes answer = Hex("4B 0B 12 00 00 00 00 00 00 00 " + test.row.sAnswer);
+        EXPECT_EQ(Run(test.row, answer), test.sOutcome) << test.row.sRequest;
+        EXPECT_EQ(Sent(), std::vector{"4B 0B 12 00 " + test.row.sRequest});
+        if (test.sEntry != nullptr) {
+            const bool bLna = *test.sEntry == 'L';
+            EXPECT_EQ(m_log.Of(LOG_FN).at(0), std::string("QLIB_FTM_CDMA_API2_CALIBRATE_") + test.sEntry);
+            EXPECT_EQ(m_log.Of(LOG_FN).at(1), ModeLine(18));
+            EXPECT_TRUE(m_log.Has(bLna ? LOG_FN : LOG_RET, test.sValues)) << test.sValues;
+        }
+        // Other modes are refused; in an answer that ends early nothing but the word of IM2 is taken.
+        const std::string sNothing = Untouched();
+        answer[2] = 0x11;
+        EXPECT_EQ(Run(test.row, answer), sNothing) << test.row.sRequest;
+        answer[2] = 0x12;
+        while (answer.size() > 10) {
+            answer.pop_back();
+            const bool bWord = test.row.sRequest[1] == '3' && answer.size() >= 12;
+            EXPECT_EQ(Run(test.row, answer), sNothing + (bWord ? " h0=304" : "")) << answer.size();
+        }
     }
+    m_diag.SetCommandType(FTM_COMMAND_59);
+    EXPECT_EQ(Run(cases[1].row, Hex("3B 77 00 00 00 00 00 00 00 00 03 01 02 03 04 05 06")), Untouched());
 }
 
 } // namespace

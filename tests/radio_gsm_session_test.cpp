@@ -3,7 +3,6 @@
 
 namespace {
 
-constexpr TestMode kGsm = TestMode::Gsm;
 constexpr FTM_GSM_BER_LoopbackType_Enum kLoopback{9};
 constexpr FTM_GSM_BER_Channel_Modes_Enum kChannelMode{6};
 
@@ -27,107 +26,96 @@ const Call SrbLoopback = [](Diag_FTM& d) { return d.FTM_EGPRS_BER_Establish_SRB_
 const Call ReleaseAll = [](Diag_FTM& d) { return d.FTM_EGPRS_BER_Release_All_TBF(); };
 const Call ReleaseUplink = [](Diag_FTM& d) { return d.FTM_EGPRS_BER_Release_UL_TBF(); };
 
-const Lines kStarted = Confirmed("GSM", "LOG_FTM2_START_GSM_MODE_CNF", "LOG_FTM2_START_GSM_MODE_CNF)", true);
+Lines Gsm(const std::string& sRecord, bool bCame, const std::string& sEnd = " )") {
+    return Confirmed("GSM", sRecord, sRecord + sEnd, bCame);
+}
 Lines Found(bool bCame) {
-    return Confirmed("GSM", "LOG_FTM2_SELECT_SPECIFIC_BCCH_CNF", "LOG_FTM2_SELECT_SPECIFIC_BCCH_CNF )",
-                     bCame);
+    return Gsm("LOG_FTM2_SELECT_SPECIFIC_BCCH_CNF", bCame);
 }
 Lines Idle(bool bCame) {
-    return Confirmed("GSM", "LOG_FTM2_START_IDLE_MODE_CNF", "LOG_FTM2_START_IDLE_MODE_CNF )", bCame);
+    return Gsm("LOG_FTM2_START_IDLE_MODE_CNF", bCame);
 }
 Lines Assigned(bool bCame) {
-    return Confirmed("GSM", "LOG_FTM2_CHANNEL_ASSIGN_CNF", "LOG_FTM2_CHANNEL_ASSIGN_CNF )", bCame);
+    return Gsm("LOG_FTM2_CHANNEL_ASSIGN_CNF", bCame);
 }
 Lines Loop(int iStatus) {
-    return {"> QLIB_FTM_GSM_ConfigLoopbackType",
-            "FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ = PASS, status = " + std::to_string(iStatus),
-            "FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ status check is disabled"};
+    return Lines{"> QLIB_FTM_GSM_ConfigLoopbackType"} + Sent("FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ", iStatus) +
+           Lines{"FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ status check is disabled"};
 }
-Lines Sent(const std::string& sRequest, int iStatus = 0) {
-    return {sRequest + " = PASS, status = " + std::to_string(iStatus)};
-}
-const Lines kStart = {"> QLIB_FTM_GSM_BER_StartSession", "FTM_GSM_BER_ClearStatus = PASS",
-                      "  DIAG_SetExtendedLogCode = PASS"};
-const Lines kBcch = {"> QLIB_FTM_GSM_BER_AssignBCCH", "FTM_GSM_BER_ClearStatus = PASS"};
-const Lines kStop = {"> FTM_GSM_BER_StopSession"};
 Lines Flow(bool bCame, const std::string& sEvent) {
-    Lines lines = Waited("EGPRS", "FTM_LOG_EGPRS_BER_TBF_IND", bCame);
-    lines.push_back(
-        "WaitForEGPRS_BER_Update( FTM_LOG_EGPRS_TBF_EVENT_ESTABLISHED, FTM_LOG_EGPRS_BER_TBF_DL, "
-        "FTM_LOG_EGPRS_TBF_EVENT_" +
-        sEvent + " ) = " + (bCame ? "PASS" : "FAIL"));
-    return lines;
+    return Waited("EGPRS", "FTM_LOG_EGPRS_BER_TBF_IND", bCame) +
+           Lines{
+               "WaitForEGPRS_BER_Update( FTM_LOG_EGPRS_TBF_EVENT_ESTABLISHED, FTM_LOG_EGPRS_BER_TBF_DL, "
+               "FTM_LOG_EGPRS_TBF_EVENT_" +
+               sEvent + " ) = " + (bCame ? "PASS" : "FAIL")};
 }
-Lines Cleared(const std::string& sEntry) {
-    return {"> " + sEntry, "FTM_EGPRS_BER_ClearStatus = PASS"};
+Lines Cleared(const std::string& sEntry, const std::string& sTest = "EGPRS") {
+    return {"> " + sEntry, "FTM_" + sTest + "_BER_ClearStatus = PASS"};
 }
+const Lines kStart =
+    Cleared("QLIB_FTM_GSM_BER_StartSession", "GSM") + Lines{"  DIAG_SetExtendedLogCode = PASS"};
+const Lines kStarted = Sent("FTM_GSM_START_MODE_REQ") + Gsm("LOG_FTM2_START_GSM_MODE_CNF", true, ")");
+const Lines kBcch = Cleared("QLIB_FTM_GSM_BER_AssignBCCH", "GSM");
+const Lines kStop = {"> FTM_GSM_BER_StopSession"};
+const Lines kSelect = Sent("FTM_GSM_SELECT_SPECIFIC_BCCH_REQ");
 const Lines kIdle = Cleared("QLIB_FTM_EGPRS_BER_StartIdleMode");
+const char* const kNotStarted = " -- Error, session is not started";
+Lines NotStarted(const std::string& sMethod) {
+    return {"> QLIB_" + sMethod, "QLIB_" + sMethod + kNotStarted};
+}
 
 class GsmWithoutSession : public RadioSessionTest {
     void Begin() override {}
 };
 
 TEST_F(GsmWithoutSession, StartsOrRefuses) {
-    const std::string sError = " -- Error, session is not started";
-    Check(
-        {Sequence("start", {}, Start, true, {"13/0"}, "G",
-                  kStart + Sent("FTM_GSM_START_MODE_REQ") + kStarted),
-         Sequence("start refused", {{kGsm, 0, {Refused()}}}, Start, false, {"13/0"}, "G",
-                  kStart + Sent("FTM_GSM_START_MODE_REQ", 5)),
-         Sequence("start not confirmed", {{kGsm, 0, {Silent()}}}, Start, false, {"13/0"}, "G",
-                  kStart + Sent("FTM_GSM_START_MODE_REQ") +
-                      Confirmed("GSM", "LOG_FTM2_START_GSM_MODE_CNF", "LOG_FTM2_START_GSM_MODE_CNF)", false)),
-         Sequence("bcch", {}, Bcch, false, {}, "", kBcch + Lines{"QLIB_FTM_GSM_BER_AssignBCCH" + sError}),
-         Sequence("traffic", {}, Traffic, false, {}, "",
-                  {"> QLIB_FTM_GSM_BER_AssignTraffic", "QLIB_FTM_GSM_BER_AssignTraffic" + sError}),
-         Sequence("handover", {}, Handover, false, {}, "",
-                  {"> QLIB_FTM_GSM_BER_Handover", "QLIB_FTM_GSM_BER_AssignTraffic" + sError}),
-         Sequence("loopback", {}, Loopback, false, {}, "",
-                  {"> QLIB_FTM_GSM_ConfigLoopbackType", "FTM_GSM_ConfigLoopbackType()" + sError}),
-         Sequence("release", {}, Release, false, {"13/5"}, "",
-                  {"> QLIB_FTM_GSM_BER_ReleaseTCH", "FTM_GSM_CHANNEL_RELEASE_REQ = PASS, status = 1"}),
-         Sequence("stop", {}, Stop, false, {"13/6"}, "",
-                  kStop + Sent("FTM_GSM_STOP_MODE_REQ", 1) + Lines{"DIAG_SetPhoneLoggingState = FAIL"}),
-         Sequence("egprs bcch", {}, EgprsBcch, false, {}, "",
-                  {"> QLIB_FTM_EGPRS_BER_AssignBCCH", "> QLIB_FTM_GSM_BER_ClearStatus",
-                   "FTM_GSM_BER_ClearStatus = PASS", "QLIB_FTM_EGPRS_BER_AssignBCCH" + sError}),
-         Sequence(
-             "egprs idle mode", {}, EgprsIdle, false, {}, "E",
-             kIdle +
-                 Lines{"QLIB_FTM_EGPRS_BER_StartIdleMode -- Error, a GSM BER session must be started first"}),
-         Sequence("egprs loopback", {}, SrbLoopback, false, {}, "",
-                  Cleared("QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK") +
-                      Lines{"QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK" + sError}),
-         Sequence("egprs release", {}, ReleaseAll, false, {}, "",
-                  Cleared("QLIB_FTM_EGPRS_BER_Release_All_TBF") +
-                      Lines{"QLIB_FTM_EGPRS_BER_Release_ALL_TBF" + sError})});
+    const Lines egprsBcch =
+        Lines{"> QLIB_FTM_EGPRS_BER_AssignBCCH"} + Cleared("QLIB_FTM_GSM_BER_ClearStatus", "GSM");
+    const std::vector<Sequence> sequences = {
+        Sequence({}, Start, "true G 13/0", kStart + kStarted),
+        Sequence(Refuse(0), Start, "false G 13/0", "GSM_START_MODE_REQ = PASS, status = 5"),
+        Sequence(Silence(0), Start, "false G 13/0", "START_GSM_MODE_CNF) = FAIL"),
+        Sequence({}, Bcch, "false -", "QLIB_FTM_GSM_BER_AssignBCCH -- Error, session is not started"),
+        Sequence({}, Traffic, "false -", NotStarted("FTM_GSM_BER_AssignTraffic")),
+        Sequence({}, Handover, "false -",
+                 Lines{"> QLIB_FTM_GSM_BER_Handover",
+                       std::string("QLIB_FTM_GSM_BER_AssignTraffic") + kNotStarted}),
+        Sequence({}, Loopback, "false -",
+                 Lines{"> QLIB_FTM_GSM_ConfigLoopbackType",
+                       std::string("FTM_GSM_ConfigLoopbackType()") + kNotStarted}),
+        Sequence({}, Release, "false - 13/5", "GSM_CHANNEL_RELEASE_REQ = PASS, status = 1"),
+        Sequence({}, Stop, "false - 13/6",
+                 kStop + Sent("FTM_GSM_STOP_MODE_REQ", 1) + Lines{"DIAG_SetPhoneLoggingState = FAIL"}),
+        Sequence({}, EgprsBcch, "false -",
+                 egprsBcch + Lines{std::string("QLIB_FTM_EGPRS_BER_AssignBCCH") + kNotStarted}),
+        Sequence({}, EgprsIdle, "false E",
+                 "QLIB_FTM_EGPRS_BER_StartIdleMode -- Error, a GSM BER session must be started first"),
+        Sequence({}, SrbLoopback, "false -",
+                 "QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK -- Error, session is not started"),
+        Sequence({}, ReleaseAll, "false -",
+                 "QLIB_FTM_EGPRS_BER_Release_ALL_TBF -- Error, session is not started"),
+    };
+    Check(sequences);
 }
 
 TEST_F(GsmWithoutSession, OpenedPortHasNoSession) {
-    EXPECT_TRUE(Start(m_diag));
-    EXPECT_TRUE(EgprsBcch(m_diag));
+    EXPECT_TRUE(Start(m_diag) && EgprsBcch(m_diag));
     EXPECT_EQ(Active(), "GE");
     m_diag.OpenPort();
     EXPECT_EQ(Active(), "E");
 }
 
-TEST_F(GsmWithoutSession, StartLetsTheRecordsThrough) {
+TEST_F(GsmWithoutSession, StartLetsTheRecordsThroughAndSetsTheWaitTime) {
     m_phone.phone.ClearRequests();
-    EXPECT_TRUE(Start(m_diag));
+    EXPECT_TRUE(m_diag.FTM_GSM_BER_StartSession(2500));
+    EXPECT_EQ(m_diag.GetTimeOut(QMSL_TimeOut_StatisticsWait), 2500u);
     const Lines requests = m_phone.Requests();
     ASSERT_EQ(requests.size(), 6u);
     EXPECT_EQ(requests[0], "4B 0B 09 00 00 00 00 00 00 00 05 10 14 00 00 00 01 00 00 00");
     EXPECT_EQ(requests[4], "73 00 00 00 03 00 00 00 01 00 00 00 E8 02 00 00 " + Times(47, "00") + " 10 " +
                                Times(45, "00"));
-}
-
-TEST_F(GsmWithoutSession, WaitTimeStaysUntilItIsSet) {
-    EXPECT_TRUE(m_diag.FTM_GSM_BER_StartSession(2500));
+    EXPECT_TRUE(Start(m_diag)); // 0 leaves it
     EXPECT_EQ(m_diag.GetTimeOut(QMSL_TimeOut_StatisticsWait), 2500u);
-    Reset();
-    m_diag.ConfigureTimeOut(QMSL_TimeOut_StatisticsWait, 4321);
-    EXPECT_TRUE(m_diag.FTM_GSM_BER_StartSession(0));
-    EXPECT_EQ(m_diag.GetTimeOut(QMSL_TimeOut_StatisticsWait), 4321u);
 }
 
 class GsmStarted : public RadioSessionTest {
@@ -135,56 +123,50 @@ class GsmStarted : public RadioSessionTest {
 };
 
 TEST_F(GsmStarted, Bcch) {
-    const Lines select = kBcch + Sent("FTM_GSM_SELECT_SPECIFIC_BCCH_REQ");
-    const Lines asked = {"13/1 02 01 03"};
-    const Lines both = {"13/1 02 01 03", "13/2"};
-    Check(
-        {Sequence("found", {}, Bcch, true, both, "G",
-                  select + Found(true) + Sent("FTM_GSM_START_IDLE_MODE_REQ") + Idle(true)),
-         Sequence("refused", {{kGsm, 1, {Refused()}}}, Bcch, false, asked, "G",
-                  kBcch + Sent("FTM_GSM_SELECT_SPECIFIC_BCCH_REQ", 5) +
-                      Lines{"FTM_GSM_SELECT_SPECIFIC_BCCH_REQ failed to acquire BCCH"}),
-         Sequence("not found", {{kGsm, 1, {Says({"01 00 07"})}}}, Bcch, false, asked, "G",
-                  select + Found(false)),
-         Sequence("cut record", {{kGsm, 1, {Says({"01 01"})}}}, Bcch, false, asked, "G",
-                  select + Found(false)),
-         Sequence("found at the second record", {{kGsm, 1, {Says({"01 00 07", "01 01 07"})}}}, Bcch, true,
-                  both, "G", select + Found(true) + Sent("FTM_GSM_START_IDLE_MODE_REQ") + Idle(true)),
-         Sequence("idle mode refused", {{kGsm, 2, {Refused()}}}, Bcch, false, both, "G",
-                  select + Found(true) + Sent("FTM_GSM_START_IDLE_MODE_REQ", 5) +
-                      Lines{"FTM_GSM_START_IDLE_MODE_REQ failed recive acquire BCCH message from mobile"}),
-         Sequence("idle mode not confirmed", {{kGsm, 2, {Silent()}}}, Bcch, false, both, "G",
-                  select + Found(true) + Sent("FTM_GSM_START_IDLE_MODE_REQ") + Idle(false)),
-         Sequence("traffic before a channel", {}, Traffic, false, {"13/4 05 06"}, "G",
-                  Lines{"> QLIB_FTM_GSM_BER_AssignTraffic"} + Sent("FTM_GSM_CHANNEL_ASSIGN_REQ", 1)),
-         Sequence("start again", {}, Start, true, {"13/6", "13/0"}, "G",
-                  kStart + Sent("FTM_GSM_STOP_MODE_REQ") + Sent("FTM_GSM_START_MODE_REQ") + kStarted),
-         Sequence("start again, stop refused", {{kGsm, 6, {Refused()}}}, Start, false, {"13/6"}, "G",
-                  kStart + Sent("FTM_GSM_STOP_MODE_REQ", 5)),
-         Sequence("stop", {}, Stop, true, {"13/6"}, "",
-                  kStop + Sent("FTM_GSM_STOP_MODE_REQ") + Waited("GSM", "LOG_FTM2_STOP_GSM_MODE_CNF", true) +
-                      Lines{"DIAG_SetPhoneLoggingState = PASS"}),
-         Sequence("stop not confirmed", {{kGsm, 6, {Silent()}}}, Stop, false, {"13/6"}, "",
-                  kStop + Sent("FTM_GSM_STOP_MODE_REQ") + Waited("GSM", "LOG_FTM2_STOP_GSM_MODE_CNF", false) +
-                      Lines{"DIAG_SetPhoneLoggingState = FAIL"})});
+    const std::string asked = "13/1 02 01 03";
+    const std::string both = "13/1 02 01 03, 13/2";
+    const Lines found = kBcch + kSelect + Found(true) + Sent("FTM_GSM_START_IDLE_MODE_REQ") + Idle(true);
+    const std::vector<Sequence> sequences = {
+        Sequence({}, Bcch, "true G " + both, found),
+        Sequence(Refuse(1), Bcch, "false G " + asked,
+                 kBcch + Sent("FTM_GSM_SELECT_SPECIFIC_BCCH_REQ", 5) +
+                     Lines{"FTM_GSM_SELECT_SPECIFIC_BCCH_REQ failed to acquire BCCH"}),
+
+        // Not found.
+        Sequence(Say(1, {"01 00 07"}), Bcch, "false G " + asked, "SELECT_SPECIFIC_BCCH_CNF ) = FAIL"),
+
+        // Cut record.
+        Sequence(Say(1, {"01 01"}), Bcch, "false G " + asked, "SELECT_SPECIFIC_BCCH_CNF ) = FAIL"),
+
+        // Found at the second record.
+        Sequence(Say(1, {"01 00 07", "01 01 07"}), Bcch, "true G " + both, found),
+        Sequence(Refuse(2), Bcch, "false G " + both,
+                 "FTM_GSM_START_IDLE_MODE_REQ failed recive acquire BCCH message from mobile"),
+        Sequence(Silence(2), Bcch, "false G " + both, "START_IDLE_MODE_CNF ) = FAIL"),
+        Sequence({}, Traffic, "false G 13/4 05 06", "GSM_CHANNEL_ASSIGN_REQ = PASS, status = 1"),
+        Sequence({}, Start, "true G 13/6, 13/0", kStart + Sent("FTM_GSM_STOP_MODE_REQ") + kStarted),
+        Sequence(Refuse(6), Start, "false G 13/6", "GSM_STOP_MODE_REQ = PASS, status = 5"),
+        Sequence({}, Stop, "true - 13/6",
+                 kStop + Sent("FTM_GSM_STOP_MODE_REQ") + Waited("GSM", "LOG_FTM2_STOP_GSM_MODE_CNF", true) +
+                     Lines{"DIAG_SetPhoneLoggingState = PASS"}),
+        Sequence(Silence(6), Stop, "false - 13/6", "DIAG_SetPhoneLoggingState = FAIL"),
+    };
+    Check(sequences);
 }
 
 TEST_F(GsmStarted, EgprsIdleMode) {
-    const Lines bcch = {"> QLIB_FTM_EGPRS_BER_AssignBCCH", "> QLIB_FTM_GSM_BER_ClearStatus",
-                        "FTM_GSM_BER_ClearStatus = PASS"};
+    const Lines bcch =
+        Lines{"> QLIB_FTM_EGPRS_BER_AssignBCCH"} + Cleared("QLIB_FTM_GSM_BER_ClearStatus", "GSM");
     const Lines idle = kIdle + Sent("FTM_EGPRS_START_MODE_REQ");
-    const Lines both = {"13/1 02 01 03", "13/256"};
-    Check({Sequence("bcch", {}, EgprsBcch, true, both, "GE",
-                    bcch + Sent("FTM_GSM_SELECT_SPECIFIC_BCCH_REQ") + Found(true) + idle + Idle(true)),
-           Sequence("bcch refused", {{kGsm, 1, {Refused()}}}, EgprsBcch, true, both, "GE",
-                    bcch + Sent("FTM_GSM_SELECT_SPECIFIC_BCCH_REQ", 5) +
-                        Lines{"FTM_GSM_SELECT_SPECIFIC_BCCH_REQ failed to acquire BCCH"} + idle + Idle(true)),
-           Sequence("bcch not found", {{kGsm, 1, {Silent()}}}, EgprsBcch, true, both, "GE",
-                    bcch + Sent("FTM_GSM_SELECT_SPECIFIC_BCCH_REQ") + Found(false) + idle + Idle(true)),
-           Sequence("refused", {{kGsm, 256, {Refused()}}}, EgprsIdle, false, {"13/256"}, "GE",
-                    kIdle + Sent("FTM_EGPRS_START_MODE_REQ", 5)),
-           Sequence("not confirmed", {{kGsm, 256, {Silent()}}}, EgprsIdle, false, {"13/256"}, "GE",
-                    idle + Idle(false))});
+    const std::string both = "13/1 02 01 03, 13/256";
+    const std::vector<Sequence> sequences = {
+        Sequence({}, EgprsBcch, "true GE " + both, bcch + kSelect + Found(true) + idle + Idle(true)),
+        Sequence(Refuse(1), EgprsBcch, "true GE " + both, "START_IDLE_MODE_CNF ) = PASS"),
+        Sequence(Silence(1), EgprsBcch, "true GE " + both, bcch + kSelect + Found(false) + idle + Idle(true)),
+        Sequence(Refuse(256), EgprsIdle, "false GE 13/256", "EGPRS_START_MODE_REQ = PASS, status = 5"),
+        Sequence(Silence(256), EgprsIdle, "false GE 13/256", "START_IDLE_MODE_CNF ) = FAIL"),
+    };
+    Check(sequences);
 }
 
 class GsmTraffic : public RadioSessionTest {
@@ -193,26 +175,29 @@ protected:
 };
 
 TEST_F(GsmTraffic, Channels) {
-    const Lines traffic = Lines{"> QLIB_FTM_GSM_BER_AssignTraffic"};
-    const Lines assign = traffic + Sent("FTM_GSM_CHANNEL_ASSIGN_REQ");
+    const Lines assigned =
+        Lines{"> QLIB_FTM_GSM_BER_AssignTraffic"} + Sent("FTM_GSM_CHANNEL_ASSIGN_REQ") + Assigned(true);
     const Lines handover = {"> QLIB_FTM_GSM_BER_Handover"};
     const Lines moved = handover + Sent("FTM_GSM_BER_CHANNEL_ASSIGN_V2_REQ");
-    const Lines both = {"13/7 02 01 03 04 05 06 07", "13/3 00", "13/3 09"};
-    Check({Sequence("assigned", {}, Traffic, true, {"13/4 05 06", "13/3 09"}, "G",
-                    assign + Assigned(true) + Loop(0)),
-           Sequence("no channel", {{kGsm, 4, {Says({"03 02"})}}}, Traffic, false, {"13/4 05 06"}, "G",
-                    assign + Assigned(false)),
-           Sequence("loopback refused, which does not count", {{kGsm, 3, {Refused()}}}, Traffic, true,
-                    {"13/4 05 06", "13/3 09"}, "G", assign + Assigned(true) + Loop(5)),
-           Sequence("handover", {}, Handover, true, both, "G", moved + Assigned(true) + Loop(0) + Loop(0)),
-           Sequence("handover refused", {{kGsm, 7, {Refused()}}}, Handover, false, both, "G",
-                    handover + Sent("FTM_GSM_BER_CHANNEL_ASSIGN_V2_REQ", 5) + Loop(0) + Loop(0)),
-           Sequence("handover to no channel", {{kGsm, 7, {Says({"03 01"})}}}, Handover, false, both, "G",
-                    moved + Assigned(false) + Loop(0) + Loop(0)),
-           Sequence("release", {}, Release, true, {"13/5"}, "G",
-                    {"> QLIB_FTM_GSM_BER_ReleaseTCH", "FTM_GSM_CHANNEL_RELEASE_REQ = PASS, status = 0"}),
-           Sequence("release refused", {{kGsm, 5, {Refused()}}}, Release, false, {"13/5"}, "G",
-                    {"> QLIB_FTM_GSM_BER_ReleaseTCH", "FTM_GSM_CHANNEL_RELEASE_REQ = PASS, status = 5"})});
+    const std::string three = "13/7 02 01 03 04 05 06 07, 13/3 00, 13/3 09";
+    const std::vector<Sequence> sequences = {
+        Sequence({}, Traffic, "true G 13/4 05 06, 13/3 09", assigned + Loop(0)),
+
+        // No channel.
+        Sequence(Say(4, {"03 02"}), Traffic, "false G 13/4 05 06", "CHANNEL_ASSIGN_CNF ) = FAIL"),
+        Sequence(Refuse(3), Traffic, "true G 13/4 05 06, 13/3 09", assigned + Loop(5)),
+        Sequence({}, Handover, "true G " + three, moved + Assigned(true) + Loop(0) + Loop(0)),
+        Sequence(Refuse(7), Handover, "false G " + three,
+                 handover + Sent("FTM_GSM_BER_CHANNEL_ASSIGN_V2_REQ", 5) + Loop(0) + Loop(0)),
+
+        // Handover to no channel.
+        Sequence(Say(7, {"03 01"}), Handover, "false G " + three,
+                 moved + Assigned(false) + Loop(0) + Loop(0)),
+        Sequence({}, Release, "true G 13/5",
+                 Lines{"> QLIB_FTM_GSM_BER_ReleaseTCH"} + Sent("FTM_GSM_CHANNEL_RELEASE_REQ")),
+        Sequence(Refuse(5), Release, "false G 13/5", "GSM_CHANNEL_RELEASE_REQ = PASS, status = 5"),
+    };
+    Check(sequences);
 }
 
 TEST_F(GsmTraffic, HandoverFailsWithItsSecondLoopback) {
@@ -258,46 +243,47 @@ class Egprs : public RadioSessionTest {
 };
 
 TEST_F(Egprs, BlockFlows) {
-    const Lines loopback =
-        Cleared("QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK") + Sent("FTM_EGPRS_BER_ESTABLISH_SRB_LOOPBACK");
-    const Lines releaseAll =
-        Cleared("QLIB_FTM_EGPRS_BER_Release_All_TBF") + Sent("FTM_EGPRS_BER_RELEASE_ALL_TBF");
+    const Lines loopback = Cleared("QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK") +
+                           Sent("FTM_EGPRS_BER_ESTABLISH_SRB_LOOPBACK") + Flow(true, "ESTABLISHED") +
+                           Flow(true, "ESTABLISHED");
+    const Lines releaseAll = Cleared("QLIB_FTM_EGPRS_BER_Release_All_TBF") +
+                             Sent("FTM_EGPRS_BER_RELEASE_ALL_TBF") + Flow(true, "RELEASED");
     const Lines released = {"FTM_EGPRS_BER_Release_UL_TBF = PASS "};
-    Check(
-        {Sequence(
-             "downlink", {}, Downlink, true, {"13/258 01 02 04 03 05 06 07 08 09"}, "GE",
-             Cleared(
-                 "QLIB_FTM_EGPRS_BER_Configure_DL_TBF(iDL_TSC = 1, iDL_TFI = 2, iChannel = 772, iBand = 5, "
-                 "bFirstSlotActive = 6, iFirstSlotNum = 7, bSecondSlotActive = 8, iSecondSlotNum = 9)") +
-                 Sent("FTM_EGPRS_BER_CONFIGURE_DL_TBF")),
-         Sequence("uplink refused", {{kGsm, 259, {Refused()}}}, Uplink, false,
-                  {"13/259 01 02 03 04 05 06 07"}, "GE",
-                  Cleared("QLIB_FTM_EGPRS_BER_Configure_UL_TBF( iUL_TSC = 1, iUSF = 2, bFirstSlotActive = 4, "
-                          "iFirstSlotNum = 5, bSecondSlotActive = 6, iSecondSlotNum  = 7)") +
-                      Sent("FTM_EGPRS_BER_CONFIGURE_UL_TBF", 5)),
-         Sequence("loopback", {}, SrbLoopback, true, {"13/257"}, "GE",
-                  loopback + Flow(true, "ESTABLISHED") + Flow(true, "ESTABLISHED")),
-         Sequence("loopback, downlink after uplink", {{kGsm, 257, {Says({"40 01 00", "40 00 00"})}}},
-                  SrbLoopback, true, {"13/257"}, "GE",
-                  loopback + Flow(true, "ESTABLISHED") + Flow(true, "ESTABLISHED")),
-         Sequence("loopback, uplink alone", {{kGsm, 257, {Says({"40 01 00"})}}}, SrbLoopback, false,
-                  {"13/257"}, "GE", loopback + Flow(false, "ESTABLISHED")),
-         Sequence("loopback, downlink released", {{kGsm, 257, {Says({"40 00 01"})}}}, SrbLoopback, false,
-                  {"13/257"}, "GE", loopback + Flow(false, "ESTABLISHED")),
-         Sequence("release", {}, ReleaseAll, true, {"13/260"}, "GE", releaseAll + Flow(true, "RELEASED")),
-         Sequence("release, some flow", {{kGsm, 260, {Says({"40 02 00"})}}}, ReleaseAll, true, {"13/260"},
-                  "GE", releaseAll + Flow(true, "RELEASED")),
-         Sequence("release not confirmed", {{kGsm, 261, {Silent()}}}, ReleaseUplink, false, {"13/261"}, "GE",
-                  Cleared("QLIB_FTM_EGPRS_BER_Release_UL_TBF") + Sent("FTM_EGPRS_BER_RELEASE_UL_TBF") +
-                      Flow(false, "RELEASED")),
-         Sequence("idle mode again", {}, EgprsIdle, true, {"13/260", "13/256"}, "GE",
-                  kIdle + released + Sent("FTM_EGPRS_START_MODE_REQ") + Idle(true)),
-         Sequence(
-             "GSM start", {}, Start, true, {"13/260", "13/6", "13/0"}, "GE",
-             kStart + released + Sent("FTM_GSM_STOP_MODE_REQ") + Sent("FTM_GSM_START_MODE_REQ") + kStarted),
-         Sequence("GSM channel", {}, Bcch, true, {"13/1 02 01 03", "13/2"}, "G",
-                  kBcch + Sent("FTM_GSM_SELECT_SPECIFIC_BCCH_REQ") + Found(true) +
-                      Sent("FTM_GSM_START_IDLE_MODE_REQ") + Idle(true))});
+    const std::vector<Sequence> sequences = {
+        Sequence(
+            {}, Downlink, "true GE 13/258 01 02 04 03 05 06 07 08 09",
+            Cleared(
+                "QLIB_FTM_EGPRS_BER_Configure_DL_TBF(iDL_TSC = 1, iDL_TFI = 2, iChannel = 772, iBand = 5, "
+                "bFirstSlotActive = 6, iFirstSlotNum = 7, bSecondSlotActive = 8, iSecondSlotNum = 9)") +
+                Sent("FTM_EGPRS_BER_CONFIGURE_DL_TBF")),
+        Sequence(Refuse(259), Uplink, "false GE 13/259 01 02 03 04 05 06 07",
+                 Cleared("QLIB_FTM_EGPRS_BER_Configure_UL_TBF( iUL_TSC = 1, iUSF = 2, bFirstSlotActive = 4, "
+                         "iFirstSlotNum = 5, bSecondSlotActive = 6, iSecondSlotNum  = 7)") +
+                     Sent("FTM_EGPRS_BER_CONFIGURE_UL_TBF", 5)),
+        Sequence({}, SrbLoopback, "true GE 13/257", loopback),
+
+        // Loopback, downlink after uplink.
+        Sequence(Say(257, {"40 01 00", "40 00 00"}), SrbLoopback, "true GE 13/257", loopback),
+
+        // Loopback, uplink alone.
+        Sequence(Say(257, {"40 01 00"}), SrbLoopback, "false GE 13/257", "ESTABLISHED ) = FAIL"),
+
+        // Loopback, downlink released.
+        Sequence(Say(257, {"40 00 01"}), SrbLoopback, "false GE 13/257", "ESTABLISHED ) = FAIL"),
+        Sequence({}, ReleaseAll, "true GE 13/260", releaseAll),
+
+        // Release, some flow.
+        Sequence(Say(260, {"40 02 00"}), ReleaseAll, "true GE 13/260", releaseAll),
+        Sequence(Silence(261), ReleaseUplink, "false GE 13/261",
+                 Cleared("QLIB_FTM_EGPRS_BER_Release_UL_TBF") + Sent("FTM_EGPRS_BER_RELEASE_UL_TBF") +
+                     Flow(false, "RELEASED")),
+        Sequence({}, EgprsIdle, "true GE 13/260, 13/256",
+                 kIdle + released + Sent("FTM_EGPRS_START_MODE_REQ") + Idle(true)),
+        Sequence({}, Start, "true GE 13/260, 13/6, 13/0",
+                 kStart + released + Sent("FTM_GSM_STOP_MODE_REQ") + kStarted),
+        Sequence({}, Bcch, "true G 13/1 02 01 03, 13/2", "START_IDLE_MODE_CNF ) = PASS"),
+    };
+    Check(sequences);
 }
 
 TEST_F(Egprs, Metrics) {

@@ -3,8 +3,6 @@
 
 namespace {
 
-constexpr TestMode kWcdma = TestMode::Wcdma;
-
 using Operation = bool (*)(Diag_FTM&);
 const Operation GsmStart = [](Diag_FTM& d) { return d.FTM_GSM_BER_StartSession(0); };
 const Operation Start = [](Diag_FTM& d) { return d.FTM_WCDMA_BER_StartSession(0); };
@@ -21,9 +19,6 @@ const Operation HsStart = [](Diag_FTM& d) { return d.FTM_HSDPA_BER_StartSession(
 const Operation HsStop = [](Diag_FTM& d) { return d.FTM_HSDPA_BER_StopSession(); };
 const Operation Reconfigure = [](Diag_FTM& d) { return d.FTM_HSDPA_BLER_Reconfigure_HS(9); };
 
-Lines Sent(const std::string& sRequest, int iStatus = 0, const char* sKind = "") {
-    return {sKind + sRequest + " = PASS, status = " + std::to_string(iStatus)};
-}
 Lines Wcdma(const std::string& sRecord, bool bCame, const std::string& sLabel = "") {
     return Confirmed("WCDMA", sRecord, sLabel.empty() ? sRecord + " )" : sLabel, bCame);
 }
@@ -65,41 +60,44 @@ class WcdmaWithoutSession : public RadioSessionTest {
 TEST_F(WcdmaWithoutSession, StartsOrRefuses) {
     const std::string sError = " -- Error, session is not started";
     const TestOutcome confirmed = Says({"00"});
-    Check(
-        {Sequence("start", {}, Start, true, {"16/0", "16/2"}, "W", kStart + Started(true) + Idle(true)),
-         Sequence("start refused", {{kWcdma, 0, {Refused()}}}, Start, false, {"16/0"}, "",
-                  kStart + Sent("FTM_WCDMA_START_MODE_REQ", 5)),
-         Sequence("neither start nor stop confirmed",
-                  {{kWcdma, 0, {Silent(), Silent()}}, {kWcdma, 1, {Silent(), Silent()}}}, Start, false,
-                  {"16/0", "16/1", "16/0", "16/1"}, "",
-                  kStart + Started(false) + Stopped(false) + Started(false) + Stopped(false)),
-         Sequence("second start confirmed", {{kWcdma, 0, {Silent(), confirmed}}, {kWcdma, 1, {Silent()}}},
-                  Start, true, {"16/0", "16/1", "16/0", "16/2"}, "W",
-                  kStart + Started(false) + Stopped(false) + Started(true) + Idle(true)),
-         Sequence("stop confirmed instead", {{kWcdma, 0, {Silent()}}, {kWcdma, 2, {Says({"02"})}}}, Start,
-                  true, {"16/0", "16/1", "16/2"}, "W", kStart + Started(false) + Stopped(true) + Idle(true)),
-         Sequence("stop refused", {{kWcdma, 0, {Silent()}}, {kWcdma, 1, {Refused()}}}, Start, false,
-                  {"16/0", "16/1"}, "", kStart + Started(false) + Sent("FTM_WCDMA_STOP_MODE_REQ", 5)),
-         Sequence("idle mode refused", {{kWcdma, 2, {Refused()}}}, Start, false, {"16/0", "16/2"}, "",
-                  kStart + Started(true) + Sent("FTM_WCDMA_START_IDLE_MODE_REQ", 5)),
-         Sequence("idle mode not confirmed", {{kWcdma, 2, {Silent()}}}, Start, false, {"16/0", "16/2"}, "",
-                  kStart + Started(true) + Idle(false)),
-         Sequence("pilot", {}, Acquire, false, {}, "",
-                  kAcquire + Lines{"QLIB_FTM_WCDMA_BER_AcquirePilot" + sError}),
-         Sequence("channel", {}, SetUpChannel, false, {}, "", {"QLIB_FTM_WCDMA_BER_SetupRMC_DCH" + sError}),
-         Sequence("handover", {}, Handover, false, {}, "",
-                  {"> QLIB_FTM_WCDMA_BER_Handover", "QLIB_FTM_WCDMA_BER_Handover" + sError}),
-         Sequence("handover V2B", {}, HandoverV2B, false, {}, "",
-                  {"> QLIB_FTM_WCDMA_BER_Handover_V2B", "FTM_WCDMA_BER_ClearStatus = PASS",
-                   "QLIB_FTM_WCDMA_BER_Handover_V2B" + sError}),
-         Sequence("stop", {}, Stop, false, {"16/1"}, "",
-                  Sent("FTM_WCDMA_STOP_MODE_REQ", 1, "> ") + Lines{"DIAG_SetPhoneLoggingState = FAIL"}),
-         Sequence(
-             "high speed", {}, HsStart, false, {}, "",
-             kHsStart + Lines{"QLIB_FTM_HSDPA_BER_StartSession -- Error, WCDMA BER session is not active"}),
-         Sequence("reconfiguration", {}, Reconfigure, false, {}, "",
-                  {"> QLIB_FTM_HSDPA_BLER_Reconfigure_HS( iReconfigBitmask = 9 )",
-                   "FTM_HSDPA_BER_ClearStatus = PASS", "QLIB_FTM_HSDPA_BLER_Reconfigure_HS" + sError})});
+    const std::vector<Sequence> sequences = {
+        Sequence({}, Start, "true W 16/0, 16/2", kStart + Started(true) + Idle(true)),
+        Sequence(Refuse(0), Start, "false - 16/0", "WCDMA_START_MODE_REQ = PASS, status = 5"),
+
+        // Neither start nor stop confirmed.
+        Sequence({{0, {Silent(), Silent()}}, {1, {Silent(), Silent()}}}, Start,
+                 "false - 16/0, 16/1, 16/0, 16/1",
+                 kStart + Started(false) + Stopped(false) + Started(false) + Stopped(false)),
+
+        // Second start confirmed.
+        Sequence({{0, {Silent(), confirmed}}, {1, {Silent()}}}, Start, "true W 16/0, 16/1, 16/0, 16/2",
+                 kStart + Started(false) + Stopped(false) + Started(true) + Idle(true)),
+
+        // Stop confirmed instead.
+        Sequence({{0, {Silent()}}, {2, {Says({"02"})}}}, Start, "true W 16/0, 16/1, 16/2",
+                 kStart + Started(false) + Stopped(true) + Idle(true)),
+
+        // Stop refused.
+        Sequence({{0, {Silent()}}, {1, {Refused()}}}, Start, "false - 16/0, 16/1",
+                 "WCDMA_STOP_MODE_REQ = PASS, status = 5"),
+        Sequence(Refuse(2), Start, "false - 16/0, 16/2", "WCDMA_START_IDLE_MODE_REQ = PASS, status = 5"),
+        Sequence(Silence(2), Start, "false - 16/0, 16/2", "START_IDLE_MODE_CNF ) = FAIL"),
+        Sequence({}, Acquire, "false -", "QLIB_FTM_WCDMA_BER_AcquirePilot -- Error, session is not started"),
+        Sequence({}, SetUpChannel, "false -",
+                 "QLIB_FTM_WCDMA_BER_SetupRMC_DCH -- Error, session is not started"),
+        Sequence({}, Handover, "false -", "QLIB_FTM_WCDMA_BER_Handover -- Error, session is not started"),
+        Sequence({}, HandoverV2B, "false -",
+                 Lines{"> QLIB_FTM_WCDMA_BER_Handover_V2B", "FTM_WCDMA_BER_ClearStatus = PASS",
+                       "QLIB_FTM_WCDMA_BER_Handover_V2B" + sError}),
+        Sequence({}, Stop, "false - 16/1",
+                 Sent("> FTM_WCDMA_STOP_MODE_REQ", 1) + Lines{"DIAG_SetPhoneLoggingState = FAIL"}),
+        Sequence({}, HsStart, "false -",
+                 "QLIB_FTM_HSDPA_BER_StartSession -- Error, WCDMA BER session is not active"),
+        Sequence({}, Reconfigure, "false -",
+                 Lines{"> QLIB_FTM_HSDPA_BLER_Reconfigure_HS( iReconfigBitmask = 9 )",
+                       "FTM_HSDPA_BER_ClearStatus = PASS", "QLIB_FTM_HSDPA_BLER_Reconfigure_HS" + sError}),
+    };
+    Check(sequences);
 }
 
 TEST_F(WcdmaWithoutSession, OneTechnologyStopsTheOther) {
@@ -107,11 +105,11 @@ TEST_F(WcdmaWithoutSession, OneTechnologyStopsTheOther) {
     m_phone.phone.ClearRequests();
     m_log.Clear();
     EXPECT_TRUE(Start(m_diag));
-    EXPECT_EQ(TestRequests(), (Lines{"13/6", "16/0", "16/2"}));
+    EXPECT_EQ(TestRequests(), " 13/6, 16/0, 16/2");
     EXPECT_EQ(SessionLines(), kStart + Sent("FTM_GSM_STOP_MODE_REQ") + Started(true) + Idle(true));
     m_phone.phone.ClearRequests();
     EXPECT_FALSE(GsmStart(m_diag)); // the phone has no GSM session any more, and says so
-    EXPECT_EQ(TestRequests(), (Lines{"16/1", "13/6"}));
+    EXPECT_EQ(TestRequests(), " 16/1, 13/6");
     EXPECT_EQ(Active(), "GW");
     m_diag.OpenPort();
     EXPECT_EQ(Active(), "");
@@ -122,25 +120,28 @@ class WcdmaStarted : public RadioSessionTest {
 };
 
 TEST_F(WcdmaStarted, PilotAndStop) {
-    const Lines acquire = {"16/2", "16/3 00 01 3B 2A 00 00 00 00 00 00"};
-    const Lines stop = Sent("FTM_WCDMA_STOP_MODE_REQ", 0, "> ");
-    Check({Sequence("pilot", {}, Acquire, true, acquire, "W", kAcquire + Idle(true) + Acquired(true)),
-           Sequence("no pilot", {{kWcdma, 3, {Says({"03 00 00 00 00"})}}}, Acquire, false, acquire, "W",
-                    kAcquire + Idle(true) + Acquired(false)),
-           Sequence("cut record", {{kWcdma, 3, {Says({"03 01 00 00"})}}}, Acquire, false, acquire, "W",
-                    kAcquire + Idle(true) + Acquired(false)),
-           Sequence("pilot refused", {{kWcdma, 3, {Refused()}}}, Acquire, false, acquire, "W",
-                    kAcquire + Idle(true) + Sent("FTM_WCDMA_ACQUIRE_REQ", 5)),
-           Sequence("idle mode not confirmed", {{kWcdma, 2, {Silent()}}}, Acquire, false, {"16/2"}, "W",
-                    kAcquire + Idle(false)),
-           Sequence("start again", {}, Start, true, {"16/1", "16/0", "16/2"}, "W",
-                    kStart + Sent("FTM_WCDMA_STOP_MODE_REQ") + Started(true) + Idle(true)),
-           Sequence("stop", {}, Stop, true, {"16/1"}, "",
-                    stop + Wcdma("LOG_FTM2_WCDMA_STOP_MODE_CNF", true) +
-                        Lines{"DIAG_SetPhoneLoggingState = PASS"}),
-           Sequence("stop not confirmed", {{kWcdma, 1, {Silent()}}}, Stop, false, {"16/1"}, "",
-                    stop + Wcdma("LOG_FTM2_WCDMA_STOP_MODE_CNF", false) +
-                        Lines{"DIAG_SetPhoneLoggingState = FAIL"})});
+    const std::string acquire = "16/2, 16/3 00 01 3B 2A 00 00 00 00 00 00";
+    const Lines stop = Sent("> FTM_WCDMA_STOP_MODE_REQ");
+    const std::vector<Sequence> sequences = {
+        Sequence({}, Acquire, "true W " + acquire, kAcquire + Idle(true) + Acquired(true)),
+
+        // No pilot.
+        Sequence(Say(3, {"03 00 00 00 00"}), Acquire, "false W " + acquire, "ACQUIRE_CNF ) = FAIL"),
+
+        // Cut record.
+        Sequence(Say(3, {"03 01 00 00"}), Acquire, "false W " + acquire, "ACQUIRE_CNF ) = FAIL"),
+        Sequence(Refuse(3), Acquire, "false W " + acquire, "WCDMA_ACQUIRE_REQ = PASS, status = 5"),
+        Sequence(Silence(2), Acquire, "false W 16/2", "START_IDLE_MODE_CNF ) = FAIL"),
+        Sequence({}, Start, "true W 16/1, 16/0, 16/2",
+                 kStart + Sent("FTM_WCDMA_STOP_MODE_REQ") + Started(true) + Idle(true)),
+        Sequence(
+            {}, Stop, "true - 16/1",
+            stop + Wcdma("LOG_FTM2_WCDMA_STOP_MODE_CNF", true) + Lines{"DIAG_SetPhoneLoggingState = PASS"}),
+        Sequence(
+            Silence(1), Stop, "false - 16/1",
+            stop + Wcdma("LOG_FTM2_WCDMA_STOP_MODE_CNF", false) + Lines{"DIAG_SetPhoneLoggingState = FAIL"}),
+    };
+    Check(sequences);
 }
 
 class WcdmaChannel : public RadioSessionTest {
@@ -150,49 +151,61 @@ class WcdmaChannel : public RadioSessionTest {
 TEST_F(WcdmaChannel, SetUpAndHandover) {
     const std::string sRmc = " 01 02 03 00 00 00 04 05 06 00 07 00";
     const Lines setUp = Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ");
-    const Lines request = {"16/4 00 18 00 00 00 00 00 00 00 00 03 00"};
+    const std::string request = "16/4 00 18 00 00 00 00 00 00 00 00 03 00";
     const Lines moving = {"> QLIB_FTM_WCDMA_BER_Handover"};
-    Check({Sequence("default", {}, SetUpChannel, true, request, "W", setUp + Channel(true, true)),
-           Sequence("out of order", {{kWcdma, 4, {Says({"05 01", "04 01"})}}}, SetUpChannel, true, request,
-                    "W", setUp + Channel(true, true)),
-           Sequence("handover", {}, Handover, true, {"16/5" + sRmc + " 08 09 C4 FF 00 04 00 01 03 0A 00"},
-                    "W", moving + Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2") + Channel(true, true)),
-           Sequence("handover, no channel", {{kWcdma, 5, {Says({"04 00", "05 01"})}}}, Handover, false,
-                    {"16/5" + sRmc + " 08 09 C4 FF 00 04 00 01 03 0A 00"}, "W",
-                    moving + Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2") + Channel(false, false)),
-           Sequence("handover V2B, channel does not stand", {{kWcdma, 5, {Says({"04 01", "05 00"})}}},
-                    HandoverV2B, false, {"16/5" + sRmc + " 08 09 0A 00 0B 0C 0D 0E 0F 10 00"}, "W",
-                    Lines{"> QLIB_FTM_WCDMA_BER_Handover_V2B", "FTM_WCDMA_BER_ClearStatus = PASS"} +
-                        Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B") + Channel(true, false)),
-           Sequence("handover refused", {{kWcdma, 5, {Refused()}}}, Handover, false,
-                    {"16/5" + sRmc + " 08 09 C4 FF 00 04 00 01 03 0A 00"}, "W",
-                    moving + Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2", 5))});
+    const std::vector<Sequence> sequences = {
+        Sequence({}, SetUpChannel, "true W " + request, setUp + Channel(true, true)),
+
+        // Out of order.
+        Sequence(Say(4, {"05 01", "04 01"}), SetUpChannel, "true W " + request, setUp + Channel(true, true)),
+        Sequence({}, Handover, "true W 16/5" + sRmc + " 08 09 C4 FF 00 04 00 01 03 0A 00",
+                 moving + Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2") + Channel(true, true)),
+
+        // Handover, no channel.
+        Sequence(Say(5, {"04 00", "05 01"}), Handover,
+                 "false W 16/5" + sRmc + " 08 09 C4 FF 00 04 00 01 03 0A 00", "CPHY_SETUP_CNF ) = FAIL"),
+
+        // Handover V2B, channel does not stand.
+        Sequence(Say(5, {"04 01", "05 00"}), HandoverV2B,
+                 "false W 16/5" + sRmc + " 08 09 0A 00 0B 0C 0D 0E 0F 10 00",
+                 Lines{"> QLIB_FTM_WCDMA_BER_Handover_V2B", "FTM_WCDMA_BER_ClearStatus = PASS"} +
+                     Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B") + Channel(true, false)),
+        Sequence(Refuse(5), Handover, "false W 16/5" + sRmc + " 08 09 C4 FF 00 04 00 01 03 0A 00",
+                 "WCDMA_RMC_DCH_SETUP_REQ_V2 = PASS, status = 5"),
+    };
+    Check(sequences);
 }
 
 TEST_F(WcdmaChannel, HighSpeedStarts) {
     const TestOutcome confirmed = Says({"40 00"}); // whatever its status
     const TestOutcome stopConfirmed = Says({"41 01"});
     const Lines once = kHsStart + HsStarted(false) + kHsStop;
-    Check(
-        {Sequence("start", {}, HsStart, true, {"16/256"}, "WH", kHsStart + HsStarted(true)),
-         Sequence("refused", {{kWcdma, 256, {Refused()}}}, HsStart, false, {"16/256"}, "W",
-                  kHsStart + Sent("FTM_HSDPA_BLER_CMD_START_HS", 5)),
-         Sequence("confirmed at the second attempt",
-                  {{kWcdma, 256, {Silent(), confirmed}}, {kWcdma, 257, {stopConfirmed}}}, HsStart, true,
-                  {"16/256", "16/257", "16/256"}, "WH", once + HsStopped(true) + HsStarted(true)),
-         Sequence("never confirmed",
-                  {{kWcdma, 256, {Silent(), Silent()}}, {kWcdma, 257, {stopConfirmed, stopConfirmed}}},
-                  HsStart, false, {"16/256", "16/257", "16/256", "16/257"}, "W",
-                  once + HsStopped(true) + HsStarted(false) + kHsStop + HsStopped(true)),
-         Sequence("first start confirmed too late",
-                  {{kWcdma, 256, {Silent(), Silent()}}, {kWcdma, 257, {Says({"40 01", "41 01"}), Silent()}}},
-                  HsStart, false, {"16/256", "16/257", "16/256", "16/257"}, "W",
-                  once + HsStopped(true) + HsStarted(false) + kHsStop + HsStopped(false)),
-         Sequence("stop not confirmed", {{kWcdma, 256, {Silent()}}, {kWcdma, 257, {Silent()}}}, HsStart,
-                  false, {"16/256", "16/257"}, "W", once + HsStopped(false)),
-         Sequence("stop refused", {{kWcdma, 256, {Silent()}}, {kWcdma, 257, {Refused()}}}, HsStart, false,
-                  {"16/256", "16/257"}, "W",
-                  kHsStart + HsStarted(false) + Sent("FTM_HSDPA_BLER_CMD_STOP_HS", 5))});
+    const std::vector<Sequence> sequences = {
+        Sequence({}, HsStart, "true WH 16/256", kHsStart + HsStarted(true)),
+        Sequence(Refuse(256), HsStart, "false W 16/256", "HSDPA_BLER_CMD_START_HS = PASS, status = 5"),
+
+        // Confirmed at the second attempt.
+        Sequence({{256, {Silent(), confirmed}}, {257, {stopConfirmed}}}, HsStart,
+                 "true WH 16/256, 16/257, 16/256", once + HsStopped(true) + HsStarted(true)),
+
+        // Never confirmed.
+        Sequence({{256, {Silent(), Silent()}}, {257, {stopConfirmed, stopConfirmed}}}, HsStart,
+                 "false W 16/256, 16/257, 16/256, 16/257",
+                 once + HsStopped(true) + HsStarted(false) + kHsStop + HsStopped(true)),
+
+        // First start confirmed too late.
+        Sequence({{256, {Silent(), Silent()}}, {257, {Says({"40 01", "41 01"}), Silent()}}}, HsStart,
+                 "false W 16/256, 16/257, 16/256, 16/257", "STOP_MODE_CNF ) = FAIL"),
+
+        // Stop not confirmed.
+        Sequence({{256, {Silent()}}, {257, {Silent()}}}, HsStart, "false W 16/256, 16/257",
+                 once + HsStopped(false)),
+
+        // Stop refused.
+        Sequence({{256, {Silent()}}, {257, {Refused()}}}, HsStart, "false W 16/256, 16/257",
+                 "HSDPA_BLER_CMD_STOP_HS = PASS, status = 5"),
+    };
+    Check(sequences);
 }
 
 class Hsdpa : public RadioSessionTest {
@@ -209,19 +222,18 @@ TEST_F(Hsdpa, Session) {
                Confirmed("HSDPA", "LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND",
                          "LOG_FTM2_HSDPA_FTM_CMD_RECONFIG_HS )", bCame);
     };
-    Check({Sequence("reconfigure", {}, Reconfigure, true, {"16/258 09"}, "WH", reconfigured(true)),
-           Sequence("reconfiguration not confirmed", {{kWcdma, 258, {Silent()}}}, Reconfigure, false,
-                    {"16/258 09"}, "WH", reconfigured(false)),
-           Sequence("reconfiguration refused", {{kWcdma, 258, {Refused()}}}, Reconfigure, false,
-                    {"16/258 09"}, "WH", reconfigure + Sent("FTM_HSDPA_BLER_CMD_RECONFIG_HS", 5)),
-           Sequence("start again", {}, HsStart, true, {"16/257", "16/256"}, "WH",
-                    kHsStart + kHsStop + HsStarted(true)),
-           Sequence("stop", {}, HsStop, true, {"16/257"}, "W",
-                    Sent("FTM_HSDPA_STOP_MODE_REQ", 0, "> ") + HsStopped(true)),
-           Sequence("stop not confirmed", {{kWcdma, 257, {Silent()}}}, HsStop, false, {"16/257"}, "W",
-                    Sent("FTM_HSDPA_STOP_MODE_REQ", 0, "> ") + HsStopped(false)),
-           Sequence("stop refused", {{kWcdma, 257, {Refused()}}}, HsStop, false, {"16/257"}, "W",
-                    Sent("FTM_HSDPA_STOP_MODE_REQ", 5, "> "))});
+    const std::vector<Sequence> sequences = {
+        Sequence({}, Reconfigure, "true WH 16/258 09", reconfigured(true)),
+        Sequence(Silence(258), Reconfigure, "false WH 16/258 09", "RECONFIG_HS ) = FAIL"),
+        Sequence(Refuse(258), Reconfigure, "false WH 16/258 09",
+                 "HSDPA_BLER_CMD_RECONFIG_HS = PASS, status = 5"),
+        Sequence({}, HsStart, "true WH 16/257, 16/256", kHsStart + kHsStop + HsStarted(true)),
+        Sequence({}, HsStop, "true W 16/257", Sent("> FTM_HSDPA_STOP_MODE_REQ") + HsStopped(true)),
+        Sequence(Silence(257), HsStop, "false W 16/257",
+                 Sent("> FTM_HSDPA_STOP_MODE_REQ") + HsStopped(false)),
+        Sequence(Refuse(257), HsStop, "false W 16/257", "HSDPA_STOP_MODE_REQ = PASS, status = 5"),
+    };
+    Check(sequences);
 }
 
 TEST_F(Hsdpa, UnknownRecordIsNotWaitedFor) {
