@@ -7,29 +7,16 @@
 
 #include <stdexcept>
 
+#include "bench/yardsticks.h"
+
 namespace {
 
-constexpr uint8_t kFlag = 0x7E;
-constexpr uint8_t kEscape = 0x7D;
+constexpr uint8_t kLogRecord = 0x10;
 constexpr int kTimeOut_ms = 2000;
 
-std::array<uint16_t, 256> MakeTable() {
-    std::array<uint16_t, 256> table{};
-    for (unsigned i = 0; i < table.size(); ++i) {
-        unsigned iValue = i;
-        for (int iBit = 0; iBit < 8; ++iBit)
-            iValue = (iValue & 1) != 0 ? iValue >> 1 ^ 0x8408 : iValue >> 1;
-        table[i] = static_cast<uint16_t>(iValue);
-    }
-    return table;
-}
-
-uint16_t Fcs(const uint8_t* pBytes, size_t iCount) {
-    static const std::array<uint16_t, 256> table = MakeTable();
-    unsigned iFcs = 0xFFFF;
-    for (size_t i = 0; i < iCount; ++i)
-        iFcs = iFcs >> 8 ^ table[(iFcs ^ pBytes[i]) & 0xFF];
-    return static_cast<uint16_t>(~iFcs);
+void WriteAll(int fd, const void* pBytes, size_t iCount) {
+    if (write(fd, pBytes, iCount) != static_cast<ssize_t>(iCount))
+        throw std::runtime_error("the request was not written");
 }
 
 } // namespace
@@ -48,33 +35,40 @@ BareLine::~BareLine() {
 }
 
 void BareLine::Write(const std::vector<uint8_t>& request) {
-    const uint16_t iFcs = Fcs(request.data(), request.size());
-    m_frame.clear();
-    const auto append = [this](uint8_t iByte) {
-        if (iByte == kFlag || iByte == kEscape) {
-            m_frame.push_back(kEscape);
-            iByte ^= 0x20;
-        }
-        m_frame.push_back(iByte);
-    };
-    for (const uint8_t iByte : request)
-        append(iByte);
-    append(static_cast<uint8_t>(iFcs));
-    append(static_cast<uint8_t>(iFcs >> 8));
-    m_frame.push_back(kFlag);
-    if (write(m_fd, m_frame.data(), m_frame.size()) != static_cast<ssize_t>(m_frame.size()))
-        throw std::runtime_error("the request was not written");
+    EncodeByteByByte(request, m_frame);
+    WriteAll(m_fd, m_frame.data(), m_frame.size());
 }
 
-bool BareLine::Decode(const uint8_t* pBytes, size_t iCount) {
-    for (size_t i = 0; i < iCount; ++i) {
-        if (pBytes[i] == kFlag)
+void BareLine::WriteText(const std::string& sText) {
+    WriteAll(m_fd, sText.data(), sText.size());
+}
+
+bool BareLine::TakeInput(int iLimit_ms) {
+    pollfd waiting{m_fd, POLLIN, 0};
+    if (poll(&waiting, 1, iLimit_ms) <= 0)
+        return false;
+    const ssize_t iCount = read(m_fd, m_input.data(), m_input.size());
+    m_iTaken = 0;
+    m_iFilled = iCount > 0 ? static_cast<size_t>(iCount) : 0;
+    return m_iFilled > 0;
+}
+
+bool BareLine::DropInput(int iLimit_ms) {
+    const bool bCame = TakeInput(iLimit_ms);
+    m_iTaken = m_iFilled;
+    return bCame;
+}
+
+bool BareLine::TakePacket() {
+    while (m_iTaken < m_iFilled) {
+        const uint8_t iByte = m_input[m_iTaken++];
+        if (iByte == kFlagByte)
             return true;
-        if (pBytes[i] == kEscape) {
+        if (iByte == kEscapeByte) {
             m_bEscaped = true;
             continue;
         }
-        m_answer.push_back(m_bEscaped ? pBytes[i] ^ 0x20 : pBytes[i]);
+        m_answer.push_back(m_bEscaped ? iByte ^ kEscapeBit : iByte);
         m_bEscaped = false;
     }
     return false;
@@ -82,17 +76,15 @@ bool BareLine::Decode(const uint8_t* pBytes, size_t iCount) {
 
 const std::vector<uint8_t>& BareLine::Exchange(const std::vector<uint8_t>& request) {
     Write(request);
-    m_answer.clear();
-    m_bEscaped = false;
-    std::array<uint8_t, 4096> bytes;
-    ssize_t iCount = 0;
     do {
-        pollfd waiting{m_fd, POLLIN, 0};
-        if (poll(&waiting, 1, kTimeOut_ms) <= 0 || (iCount = read(m_fd, bytes.data(), bytes.size())) <= 0)
-            throw std::runtime_error("no answer");
-    } while (!Decode(bytes.data(), static_cast<size_t>(iCount)));
+        m_answer.clear();
+        while (!TakePacket())
+            if (!TakeInput(kTimeOut_ms))
+                throw std::runtime_error("no answer");
+    } while (!m_answer.empty() && m_answer[0] == kLogRecord);
     const size_t iSize = m_answer.size();
-    if (iSize < 3 || Fcs(m_answer.data(), iSize - 2) != (m_answer[iSize - 2] | m_answer[iSize - 1] << 8))
+    if (iSize < 3 ||
+        CrcByteByByte({m_answer.data(), iSize - 2}) != (m_answer[iSize - 2] | m_answer[iSize - 1] << 8))
         throw std::runtime_error("an answer with a wrong check sequence");
     m_answer.resize(iSize - 2);
     return m_answer;

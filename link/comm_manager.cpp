@@ -10,7 +10,7 @@ namespace {
 constexpr DWORD kReadLimit_ms = 500;
 constexpr Milliseconds kCloseLimit(1000);
 // An idle port wakes the receive thread this often; data and closing wake it at once where the system can.
-constexpr DWORD kIdleWait_ms = 1000;
+constexpr DWORD kIdleWait_ms = 60 * 1000;
 
 } // namespace
 
@@ -78,7 +78,7 @@ void CQLibCommManager::ReceiveLoop() {
 
 void CQLibCommManager::ReceivePass(FrameDecoder& decoder) {
     auto iCount = static_cast<DWORD>(m_aReadBuffer.size());
-    const bool bInTime = m_framing.Receive(m_aReadBuffer.data(), &iCount, kReadLimit_ms);
+    const bool bInTime = m_framing.ReceiveWaiting(m_aReadBuffer.data(), &iCount, kReadLimit_ms);
     if (iCount == 0)
         return;
     if (m_log.Wants(LOG_IO)) {

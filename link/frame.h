@@ -19,6 +19,10 @@ constexpr size_t kSendLimit = 4094;
 /// The escaped packet with its FCS holds at most this many bytes.
 constexpr size_t kMaxEscapedBody = 4096;
 
+/// UnescapedRun tells how many bytes at the beginning of `bytes` are neither flag nor escape: those stand in
+/// a frame as they are.
+size_t UnescapedRun(std::span<const unsigned char> bytes);
+
 /// A frame that is ready to be written: an escaped body and its flags.
 class EncodedFrame {
 public:

@@ -1,5 +1,6 @@
 #include "link/frame_decoder.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "link/crc16.h"
@@ -26,17 +27,35 @@ void FrameDecoder::Decode(std::span<const unsigned char> bytes, ReceiveMode eMod
 }
 
 void FrameDecoder::DecodeFramed(std::span<const unsigned char> bytes) {
-    for (const unsigned char iByte : bytes) {
-        if (iByte == kFrameEscape) {
+    while (!bytes.empty()) {
+        const size_t iRun = UnescapedRun(bytes);
+        AppendRun(bytes.first(iRun));
+        if (iRun == bytes.size())
+            return;
+        // An escape just before a flag stays pending: it applies to the next data byte.
+        if (bytes[iRun] == kFrameEscape)
             m_bEscapePending = true;
-        } else if (iByte == kFrameFlag) {
-            // An escape just before a flag stays pending: it applies to the next data byte.
-            if (m_iCount > 0)
-                EndOfFrame();
-        } else {
-            Append(m_bEscapePending ? iByte ^ kFrameEscapeXor : iByte);
-            m_bEscapePending = false;
-        }
+        else if (m_iCount > 0)
+            EndOfFrame();
+        bytes = bytes.subspan(iRun + 1);
+    }
+}
+
+void FrameDecoder::AppendRun(std::span<const unsigned char> run) {
+    if (m_bEscapePending && !run.empty()) {
+        m_bEscapePending = false;
+        Append(run.front() ^ kFrameEscapeXor);
+        run = run.subspan(1);
+    }
+    while (!run.empty()) {
+        const size_t iFit = std::min(run.size(), m_aAccumulator.size() - m_iCount);
+        std::copy_n(run.begin(), iFit, m_aAccumulator.data() + m_iCount);
+        m_iCount += iFit;
+        run = run.subspan(iFit);
+        if (run.empty())
+            return;
+        Append(run.front());
+        run = run.subspan(1);
     }
 }
 

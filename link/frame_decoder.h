@@ -37,6 +37,7 @@ private:
     void DecodeRawReply(std::span<const unsigned char> bytes);
     void EndOfFrame();
     void Append(unsigned char iByte);
+    void AppendRun(std::span<const unsigned char> run);
     void Deliver(const char* sLogPrefix);
 
     CQLibEventDispatcher& m_dispatcher;

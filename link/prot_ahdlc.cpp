@@ -85,8 +85,12 @@ bool CProtAHDLC::WriteFrame(std::span<const unsigned char> frame) {
 }
 
 bool CProtAHDLC::Receive(unsigned char* pBuffer, DWORD* piCount, DWORD iLimit_ms) {
+    std::memset(pBuffer, 0xFF, *piCount);
+    return ReceiveWaiting(pBuffer, piCount, iLimit_ms);
+}
+
+bool CProtAHDLC::ReceiveWaiting(unsigned char* pBuffer, DWORD* piCount, DWORD iLimit_ms) {
     const DWORD iWanted = *piCount;
-    std::memset(pBuffer, 0xFF, iWanted);
     *piCount = 0;
     if (m_pPort == nullptr)
         return true;
@@ -143,13 +147,14 @@ bool CProtAHDLC::AskForDiagMode() {
     const auto deadline = Clock::now() + kDiagModeLimit;
     unsigned char aAnswer[kDiagModeAnswerSize];
     size_t iRead = 0;
-    while (Clock::now() < deadline) {
+    for (auto now = Clock::now(); now < deadline; now = Clock::now()) {
         iRead += static_cast<size_t>(
             m_pPort->Receive(aAnswer + iRead, static_cast<int>(kDiagModeAnswerSize - iRead)));
         if (std::find(aAnswer, aAnswer + iRead, 'K') != aAnswer + iRead)
             return true;
         if (iRead < kDiagModeAnswerSize)
-            m_pPort->WaitForInput(1);
+            m_pPort->WaitForInput(
+                static_cast<DWORD>(std::chrono::ceil<Milliseconds>(deadline - now).count()));
         else
             std::this_thread::sleep_until(deadline);
     }

@@ -39,6 +39,9 @@ public:
     /// rest of the wanted bytes is 0xFF. False when the read took longer than iLimit_ms.
     virtual bool Receive(unsigned char* pBuffer, DWORD* piCount, DWORD iLimit_ms);
 
+    /// ReceiveWaiting is Receive without the filling, for callers that look at nothing but what was received.
+    bool ReceiveWaiting(unsigned char* pBuffer, DWORD* piCount, DWORD iLimit_ms);
+
     /// SetPort attaches the port; false for null.
     bool SetPort(CSerialPort* pPort);
     /// SetLogHandler attaches the text log, to the port as well.

@@ -1,9 +1,13 @@
 #include "link/radio_test_status.h"
 
 #include "link/crc16.h"
+#include "link/packet_codes.h"
 #include "link/radio_test_records.h"
 
 void RadioTestStatus::Receive(std::span<const unsigned char> packet, DataLogFileHandler* pLog) {
+    // Answers come here too, the blocks of a download among them: they are not worth a check sequence.
+    if (packet.empty() || packet[0] != kLogRecord)
+        return;
     const auto record = FindTestRecord(WithoutFcs(packet));
     if (record.empty())
         return;

@@ -1,6 +1,7 @@
 #include "link/text_log.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <ctime>
@@ -10,7 +11,9 @@
 
 namespace {
 
-constexpr size_t kMaxHexText = 11900;
+constexpr int kMaxHexBytes = 3967;
+constexpr size_t kHexDigits = 3; // of one byte, with the blank
+constexpr size_t kMaxHexText = kMaxHexBytes * kHexDigits;
 constexpr size_t kMaxFileName = 202;
 
 constexpr const char* kCategoryNames[] = {
@@ -34,6 +37,16 @@ size_t IndentOf(unsigned int iCategory) {
         return 2;
     return iCategory >= LOG_IO_DEV && iCategory <= LOG_ERR_DEV ? 4 : 0;
 }
+
+/// "00 " to "FF ", each with the zero that ends a text behind it.
+using HexText = std::array<char, kHexDigits + 1>;
+constexpr std::array<HexText, 256> kHexTexts = [] {
+    constexpr char sDigits[] = "0123456789ABCDEF";
+    std::array<HexText, 256> texts{};
+    for (size_t i = 0; i < texts.size(); ++i)
+        texts[i] = {sDigits[i >> 4], sDigits[i & 0x0F], ' ', '\0'};
+    return texts;
+}();
 
 } // namespace
 
@@ -81,15 +94,17 @@ size_t DataLogFileHandler::BeginText(unsigned int iCategory, const char* sFormat
 }
 
 void DataLogFileHandler::WriteMessage(unsigned int iCategory) {
-    // The record is filled first: the callback may log, and so write over the text.
+    const DWORD iElapsed_ms = Elapsed_ms();
+    WriteLine(m_sText, static_cast<int>(iCategory));
+    if (m_pfnTextLogCallBack == nullptr)
+        return;
+    // A copy: the callback may log, and so write over the text.
     TextLogRecord record{};
     record.iCategory = static_cast<unsigned short>(iCategory);
-    record.iElapsed_ms = Elapsed_ms();
+    record.iElapsed_ms = iElapsed_ms;
     const size_t iCopied = std::min(std::strlen(m_sText), sizeof record.sText - 1);
     std::memcpy(record.sText, m_sText, iCopied);
-    WriteLine(m_sText, static_cast<int>(iCategory));
-    if (m_pfnTextLogCallBack != nullptr)
-        m_pfnTextLogCallBack(sizeof record, reinterpret_cast<unsigned char*>(&record), m_pTextLogUserData);
+    m_pfnTextLogCallBack(sizeof record, reinterpret_cast<unsigned char*>(&record), m_pTextLogUserData);
 }
 
 void DataLogFileHandler::WriteLine(const char* sText, int iCategory) {
@@ -162,12 +177,7 @@ void DataLogFileHandler::SetCallBack(void* pUserData, TextLogCallBack pfnCallBac
 }
 
 void DataLogFileHandler::FormatHexBytes(char* sOut, const unsigned char* pData, int iLength) {
-    constexpr char sDigits[] = "0123456789ABCDEF";
-    char* sEnd = sOut;
-    for (int i = 0; i < iLength && sEnd - sOut < static_cast<ptrdiff_t>(kMaxHexText); ++i) {
-        *sEnd++ = sDigits[pData[i] >> 4];
-        *sEnd++ = sDigits[pData[i] & 0x0F];
-        *sEnd++ = ' ';
-    }
-    *sEnd = '\0';
+    *sOut = '\0';
+    for (int i = 0; i < std::min(iLength, kMaxHexBytes); ++i, sOut += kHexDigits)
+        std::memcpy(sOut, kHexTexts[pData[i]].data(), sizeof(HexText));
 }

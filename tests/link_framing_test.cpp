@@ -28,6 +28,20 @@ TEST(Crc16, MatchesThePublishedValuesAndItsResidue) {
     EXPECT_EQ(ComputeCrc16(digits.data(), 11 * 8), CRC16_GOOD_RESIDUE);
 }
 
+TEST(Crc16, IsTheSameBitByBitForEveryLength) {
+    Bytes bytes;
+    for (unsigned i = 0; i < 40; ++i) {
+        unsigned iRegister = 0xFFFF;
+        for (const unsigned iByte : bytes)
+            for (unsigned iBit = 0; iBit < 8; ++iBit)
+                iRegister = iRegister >> 1 ^ (((iRegister ^ iByte >> iBit) & 1) != 0 ? 0x8408 : 0);
+        EXPECT_EQ(ComputeCrc16(bytes.data(), static_cast<unsigned short>(bytes.size() * 8)),
+                  static_cast<unsigned short>(~iRegister))
+            << i;
+        bytes.push_back(static_cast<unsigned char>(i * 37 + 201));
+    }
+}
+
 TEST(EncodedFrame, PutsPacketsOnTheWire) {
     const std::tuple<Bytes, bool, Bytes> cases[] = {
         {{0x00}, false, {0x00, 0x78, 0xF0, 0x7E}},
@@ -92,6 +106,29 @@ TEST_F(DecoderTest, DeliversEachGoodFrameOnce) {
     EXPECT_EQ(Packets(), (std::vector<Bytes>{{0x00, 0x78, 0xF0}, {0x7E, 0x7D, 0xF1, 0xCD}}));
     EXPECT_EQ(m_lines, (std::vector<std::string>{"SYNC REC (3 bytes): 00 78 F0 ",
                                                  "SYNC REC (4 bytes): 7E 7D F1 CD "}));
+}
+
+/// Bytes are looked at several at a time: no place in a packet, and no place where a read ends, may matter.
+TEST_F(DecoderTest, ReadsWhatTheEncoderMadeWhereverItIsEscapedAndCut) {
+    constexpr size_t kSize = 20;
+    std::vector<Bytes> expected;
+    for (size_t iPlace = 0; iPlace < kSize; ++iPlace)
+        for (const unsigned char iReserved : {kFrameFlag, kFrameEscape}) {
+            Bytes packet(kSize, 0xFD);
+            packet[kSize - 1] = 0x5E;
+            packet[iPlace] = iReserved;
+            EncodedFrame frame;
+            ASSERT_TRUE(frame.Encode(packet, true));
+            const unsigned short iFcs = ComputeCrc16(packet.data(), kSize * 8);
+            packet.insert(packet.end(),
+                          {static_cast<unsigned char>(iFcs), static_cast<unsigned char>(iFcs >> 8)});
+            for (size_t iCut = 0; iCut < frame.Bytes().size(); ++iCut) {
+                Decoder().Decode(frame.Bytes().first(iCut), ReceiveMode::Framed);
+                Decoder().Decode(frame.Bytes().subspan(iCut), ReceiveMode::Framed);
+                expected.push_back(packet);
+            }
+        }
+    EXPECT_EQ(Packets(), expected);
 }
 
 TEST_F(DecoderTest, DropsBadFramesButNotUnsolicitedTraffic) {

@@ -1,0 +1,43 @@
+// One request and its answer.
+#include "bench/bare_files.h"
+#include "bench/measure.h"
+
+namespace {
+
+constexpr size_t kFileSize = 1024;
+
+/// Times every single exchange of a round.
+std::function<void()> Timed(std::vector<double>& times_us, size_t iCount,
+                            const std::function<void()>& exchange) {
+    return [&times_us, iCount, &exchange] {
+        for (size_t i = 0; i < iCount; ++i)
+            times_us.push_back(Measure(exchange).fWall_us);
+    };
+}
+
+void MeasureUnder(Bench& bench, const Condition& condition, const std::string& sFile) {
+    const size_t iCount = condition.iLatency_us == 0 ? 4000 : 400;
+    std::vector<double> bare_us;
+    std::vector<double> client_us;
+    const auto best = bench.Compare(
+        condition, bench.bFull ? 5 : 2,
+        [&](BareLine& line) { Timed(bare_us, iCount, [&] { BareStatus(line, sFile); })(); },
+        [&](Diag_FTM& diag) { Timed(client_us, iCount, [&] { ClientStatus(diag, sFile); })(); });
+    const auto add = [&](const char* sItem, double fBare, double fClient, Goal eGoal) {
+        bench.report.AddTime(
+            {sItem, condition.sName, "us", fBare, fClient, fClient - fBare, kNoFigure, eGoal});
+    };
+    add("median", Percentile(bare_us, 0.5), Percentile(client_us, 0.5), condition.GoalOf());
+    add("99th percentile", Percentile(bare_us, 0.99), Percentile(client_us, 0.99), Goal::None);
+    const auto fCount = static_cast<double>(iCount);
+    add("processor time", best.bare.fCpu_us / fCount, best.client.fCpu_us / fCount, Goal::None);
+}
+
+} // namespace
+
+void MeasureExchanges(Bench& bench) {
+    bench.report.BeginTopic("one exchange (status of a file)");
+    bench.phone.MakeFile(kFileSize);
+    for (const Condition& condition : kConditions)
+        MeasureUnder(bench, condition, "file" + std::to_string(kFileSize));
+}

@@ -1,0 +1,38 @@
+#include "bench/process_figures.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace {
+
+uint64_t StatusValue(const std::filesystem::path& file, const std::string& sName) {
+    std::ifstream status(file);
+    std::string sLine;
+    while (std::getline(status, sLine))
+        if (sLine.starts_with(sName + ":"))
+            return std::strtoull(sLine.c_str() + sName.size() + 1, nullptr, 10);
+    return 0;
+}
+
+} // namespace
+
+uint64_t VoluntarySwitches() {
+    uint64_t iSum = 0;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task"))
+        iSum += StatusValue(task.path() / "status", "voluntary_ctxt_switches");
+    return iSum;
+}
+
+double Resident_MiB() {
+    return static_cast<double>(StatusValue("/proc/self/status", "VmRSS")) / 1024;
+}
+
+double Peak_MiB() {
+    return static_cast<double>(StatusValue("/proc/self/status", "VmHWM")) / 1024;
+}
+
+void ForgetPeak() {
+    std::ofstream("/proc/self/clear_refs") << "5";
+}

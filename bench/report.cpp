@@ -1,0 +1,96 @@
+#include "bench/report.h"
+
+#include <cmath>
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+const char* Text(Goal eGoal) {
+    switch (eGoal) {
+        case Goal::Factor115:
+            return "<= 1.15 x";
+        case Goal::Added100:
+            return "<= 100 us";
+        default:
+            return "";
+    }
+}
+
+bool IsMet(const Row& row) {
+    switch (row.eGoal) {
+        case Goal::Factor115:
+            return row.fFactor <= 1.15;
+        case Goal::Added100:
+            return row.fAdded_us <= 100;
+        default:
+            return true;
+    }
+}
+
+/// Three significant digits as long as there are fewer before the point.
+std::string Number(double fValue) {
+    if (std::isnan(fValue))
+        return "";
+    char sText[40];
+    const double fSize = std::fabs(fValue);
+    std::snprintf(sText, sizeof sText, "%.*f", fSize >= 99.95 ? 0 : fSize >= 9.995 ? 1 : 2, fValue);
+    return sText;
+}
+
+std::string JsonNumber(double fValue) {
+    if (!std::isfinite(fValue))
+        return "null";
+    char sText[40];
+    std::snprintf(sText, sizeof sText, "%.6g", fValue);
+    return sText;
+}
+
+} // namespace
+
+void Report::BeginTopic(const std::string& sTitle) {
+    m_sTopic = sTitle;
+    std::printf("\n%-34s %-16s %-7s %8s %8s %9s %7s  %s\n", sTitle.c_str(), "handset", "unit", "floor",
+                "client", "added us", "factor", "goal");
+}
+
+void Report::Add(const Row& row) {
+    const bool bMet = IsMet(row);
+    m_iMissed += bMet ? 0 : 1;
+    m_entries.push_back({m_sTopic, row, bMet});
+    std::printf("  %-32s %-16s %-7s %8s %8s %9s %7s  %s%s\n", row.sItem.c_str(), row.sCondition.c_str(),
+                row.sUnit.c_str(), Number(row.fFloor).c_str(), Number(row.fClient).c_str(),
+                Number(row.fAdded_us).c_str(), Number(row.fFactor).c_str(), Text(row.eGoal),
+                bMet ? "" : " MISSED");
+    std::fflush(stdout);
+}
+
+void Report::AddTime(Row row) {
+    row.fFactor = row.fClient / row.fFloor;
+    Add(row);
+}
+
+void Report::AddRate(Row row) {
+    row.fFactor = row.fFloor / row.fClient;
+    Add(row);
+}
+
+bool Report::WriteJson(const std::string& sFile) const {
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(sFile.c_str(), "w"), std::fclose);
+    if (!file)
+        return false;
+    const char* sSeparator = "[\n";
+    for (const auto& [sTopic, row, bMet] : m_entries) {
+        std::fprintf(file.get(),
+                     "%s {\"topic\": \"%s\", \"item\": \"%s\", \"handset\": \"%s\", \"unit\": \"%s\", "
+                     "\"floor\": %s, \"client\": %s, \"added_us\": %s, \"factor\": %s, \"goal\": \"%s\", "
+                     "\"met\": %s}",
+                     sSeparator, sTopic.c_str(), row.sItem.c_str(), row.sCondition.c_str(), row.sUnit.c_str(),
+                     JsonNumber(row.fFloor).c_str(), JsonNumber(row.fClient).c_str(),
+                     JsonNumber(row.fAdded_us).c_str(), JsonNumber(row.fFactor).c_str(), Text(row.eGoal),
+                     bMet ? "true" : "false");
+        sSeparator = ",\n";
+    }
+    std::fputs("\n]\n", file.get());
+    return std::ferror(file.get()) == 0;
+}
