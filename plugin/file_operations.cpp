@@ -12,11 +12,12 @@ namespace {
 // Connects and calls `act` with the phone path of sHostPath: 1 when it returned true.
 template <class Act>
 BOOL ActOnPath(char* sHostPath, Act act) {
-    if (!TakeHostPath(sHostPath))
+    char sPhonePath[kMaxPathSize];
+    if (!TakeHostPath(sHostPath, sPhonePath))
         return 0;
     return UsePhone(0, [&](Operation& operation) {
         EnsureConnected(operation);
-        return front.ContextHandle && act(static_cast<const char*>(sHostPath)) ? 1 : 0;
+        return front.ContextHandle && act(static_cast<const char*>(sPhonePath)) ? 1 : 0;
     });
 }
 
@@ -42,7 +43,7 @@ int Rename(const char* sOldPath, const char* sNewPath) {
 
 // What the phone has no operation for.
 BOOL Decline(char* sHostPath) {
-    if (IsUsableHostPath(sHostPath))
+    if (kEntryPointsChangePaths && IsUsableHostPath(sHostPath))
         ToPhonePath(sHostPath);
     return 0;
 }
@@ -69,17 +70,19 @@ BOOL HOST_CALL FsRemoveDir(char* sRemoteName) {
 }
 
 int HOST_CALL FsRenMovFile(char* sOldName, char* sNewName, BOOL bMove, BOOL bOverWrite, RemoteInfoStruct*) {
-    if (!TakeHostPath(sOldName) || !TakeHostPath(sNewName))
+    char sOldPath[kMaxPathSize];
+    char sNewPath[kMaxPathSize];
+    if (!TakeHostPath(sOldName, sOldPath) || !TakeHostPath(sNewName, sNewPath))
         return FS_FILE_WRITEERROR;
     if ((bMove & kHostFlagMask) == 0)
         return FS_FILE_NOTSUPPORTED;
     return UsePhone(FS_FILE_WRITEERROR, [&](Operation&) {
         if ((bOverWrite & kHostFlagMask) == 0) {
-            const int iResult = CheckTargetIsFree(sNewName);
+            const int iResult = CheckTargetIsFree(sNewPath);
             if (iResult != FS_FILE_OK)
                 return iResult;
         }
-        return Rename(sOldName, sNewName);
+        return Rename(sOldPath, sNewPath);
     });
 }
 

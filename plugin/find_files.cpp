@@ -59,11 +59,11 @@ Outcome List(Operation& operation, const char* sPhonePath, Listing& listing) {
     return listing.empty() ? Outcome::Empty : Outcome::Listed;
 }
 
-uintptr_t FindFirst(char* sPath, WIN32_FIND_DATAA& findData) {
+uintptr_t FindFirst(const char* sPhonePath, WIN32_FIND_DATAA& findData) {
     Listing listing;
     TheListings().Begin();
-    const Outcome eOutcome = UsePhone(Outcome::NotConnected,
-                                      [&](Operation& operation) { return List(operation, sPath, listing); });
+    const Outcome eOutcome = UsePhone(
+        Outcome::NotConnected, [&](Operation& operation) { return List(operation, sPhonePath, listing); });
     if (eOutcome == Outcome::Empty)
         SetThreadLastError(kErrorNoMoreFiles);
     if (eOutcome != Outcome::Listed)
@@ -75,10 +75,11 @@ uintptr_t FindFirst(char* sPath, WIN32_FIND_DATAA& findData) {
 } // namespace
 
 HANDLE HOST_CALL FsFindFirst(char* sPath, WIN32_FIND_DATAA* pFindData) {
-    if (!pFindData || !TakeHostPath(sPath))
+    char sPhonePath[kMaxPathSize];
+    if (!pFindData || !TakeHostPath(sPath, sPhonePath))
         return AsHandle(kNoListing);
     try {
-        return AsHandle(FindFirst(sPath, *pFindData));
+        return AsHandle(FindFirst(sPhonePath, *pFindData));
     } catch (const std::exception&) {
         return AsHandle(kNoListing);
     }

@@ -13,14 +13,16 @@ bool CopyHostPath(const char* sHostPath, char* sPhonePath) {
     if (!IsUsableHostPath(sHostPath))
         return false;
     std::memcpy(sPhonePath, sHostPath, std::strlen(sHostPath) + 1);
-    return TakeHostPath(sPhonePath);
+    ToPhonePath(sPhonePath);
+    StripLeadingSeparators(sPhonePath);
+    return true;
 }
 
-bool TakeHostPath(char* sPath) {
-    if (!IsUsableHostPath(sPath))
+bool TakeHostPath(char* sHostPath, char* sPhonePath) {
+    if (!CopyHostPath(sHostPath, sPhonePath))
         return false;
-    ToPhonePath(sPath);
-    StripLeadingSeparators(sPath);
+    if (kEntryPointsChangePaths)
+        std::memcpy(sHostPath, sPhonePath, std::strlen(sPhonePath) + 1);
     return true;
 }
 

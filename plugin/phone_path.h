@@ -6,16 +6,16 @@
 /// A host path with its zero is at most this long.
 constexpr size_t kMaxPathSize = 1024;
 
-/// IsUsableHostPath: not null, and no longer than kMaxPathSize. Everything below but TakeHostPath and
-/// CopyHostPath wants such a path.
+/// IsUsableHostPath: not null, and no longer than kMaxPathSize. Everything below but CopyHostPath and
+/// TakeHostPath wants such a path.
 bool IsUsableHostPath(const char* sPath);
 
-/// TakeHostPath changes a host path in place into the phone path that the library takes: ToPhonePath, then
-/// StripLeadingSeparators. False, with the path as it was, when it is not usable.
-bool TakeHostPath(char* sPath);
-
-/// CopyHostPath does the same to a copy in sPhonePath (kMaxPathSize bytes) and leaves the host's text alone.
+/// CopyHostPath gives in sPhonePath (kMaxPathSize bytes) the phone path that the library takes: a copy, then
+/// ToPhonePath and StripLeadingSeparators. False, with nothing written, when the host path is not usable.
 bool CopyHostPath(const char* sHostPath, char* sPhonePath);
+
+/// TakeHostPath does the same and writes the phone path over the host's text, too, where the host lets it.
+bool TakeHostPath(char* sHostPath, char* sPhonePath);
 
 /// ToPhonePath makes every backslash a slash and every run of slashes one. A path of at least 3 characters
 /// whose second or third one is ':' is a drive path and stays as it is.

@@ -59,17 +59,18 @@ int CheckTargetIsFree(const char* sPhonePath) {
 } // namespace
 
 int HOST_CALL FsGetFile(char* sRemoteName, char* sLocalName, int iCopyFlags, RemoteInfoStruct*) {
+    char sPhonePath[kMaxPathSize];
     if (!sLocalName || !IsUsableHostPath(sRemoteName))
         return FS_FILE_WRITEERROR;
     if ((iCopyFlags == 0 || iCopyFlags == FS_COPYFLAGS_MOVE) && LocalFileExists(sLocalName))
         return FS_FILE_EXISTSRESUMEALLOWED;
-    TakeHostPath(sRemoteName);
+    TakeHostPath(sRemoteName, sPhonePath);
     return UsePhone(FS_FILE_WRITEERROR, [&](Operation& operation) {
         Transfer transfer;
         if (!transfer.IsClaimed())
             return FS_FILE_WRITEERROR;
         EnsureConnected(operation);
-        return Download(transfer, sRemoteName, sLocalName, (iCopyFlags & FS_COPYFLAGS_MOVE) != 0);
+        return Download(transfer, sPhonePath, sLocalName, (iCopyFlags & FS_COPYFLAGS_MOVE) != 0);
     });
 }
 

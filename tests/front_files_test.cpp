@@ -1,4 +1,7 @@
 // Copying, deleting, making and renaming: results for the host, and what is left on both sides.
+#include <cstring>
+#include <functional>
+
 #include "host_fixture.h"
 
 namespace {
@@ -234,6 +237,30 @@ TEST_F(FrontFiles, WithoutPhone) {
     for (const auto pfnAct : {FsDeleteFile, FsMkDir, FsRemoveDir})
         EXPECT_EQ(pfnAct(sPath.data()), 0);
     EXPECT_EQ(m_host.TakeLog().size(), 11u); // "DISCONNECTED", and twice a line for each of the five
+}
+
+// The host here passes texts that it goes on using, its "/" among them.
+TEST_F(FrontFiles, TheHostsTextsStay) {
+    WIN32_FIND_DATAA data;
+    std::string sLocal = m_local.Path("none");
+    std::string sOther = "/other";
+    const std::function<void(char*)> calls[] = {
+        [&](char* sPath) { FsFindClose(FsFindFirst(sPath, &data)); },
+        [&](char* sPath) { FsGetFile(sPath, sLocal.data(), 0, nullptr); },
+        [&](char* sPath) { FsPutFile(sLocal.data(), sPath, 0); },
+        [&](char* sPath) { FsRenMovFile(sPath, sOther.data(), 1, 0, nullptr); },
+        [&](char* sPath) { FsRenMovFile(sOther.data(), sPath, 1, 0, nullptr); },
+        [](char* sPath) { FsDeleteFile(sPath); },
+        [](char* sPath) { FsMkDir(sPath); },
+        [](char* sPath) { FsRemoveDir(sPath); },
+        [](char* sPath) { FsSetAttr(sPath, 0); },
+        [](char* sPath) { FsSetTime(sPath, nullptr, nullptr, nullptr); },
+    };
+    for (const std::function<void(char*)>& call : calls) {
+        std::string sText = "/d\\\\f//g/";
+        call(sText.data());
+        EXPECT_EQ(sText, "/d\\\\f//g/") << &call - calls;
+    }
 }
 
 } // namespace

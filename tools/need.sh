@@ -42,6 +42,12 @@ need_windows_compilers() {
         x86_64-w64-mingw32-g++-posix:g++-mingw-w64-x86-64-posix
 }
 
+need_file_manager() {
+    need doublecmd:doublecmd-gtk openbox:openbox xdotool:xdotool xclip:xclip xprop:x11-utils setpriv:util-linux \
+        /usr/bin/Xvfb:xvfb /usr/bin/import:imagemagick python3:python3 \
+        /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf:fonts-dejavu-core
+}
+
 need_wine() {
     need /usr/lib/wine/wine64:wine64 /usr/bin/Xvfb:xvfb xsetroot:x11-xserver-utils \
         /usr/bin/import:imagemagick /usr/bin/convert:imagemagick python3:python3 unzip:unzip \

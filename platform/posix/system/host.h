@@ -41,5 +41,8 @@ constexpr int kHostFlagMask = 0xFF;
 /// Making a folder that exists: the host takes FALSE for a failure and skips the folder's content.
 constexpr bool kExistingFolderCountsAsMade = true;
 
+/// Paths are texts of the host's own, some of them shared by all of its parts: they stay as they came.
+constexpr bool kEntryPointsChangePaths = false;
+
 /// The host's separator in paths that it sends and expects back.
 constexpr char kHostSeparator = '/';

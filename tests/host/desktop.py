@@ -1,0 +1,88 @@
+"""A screen of our own with a window manager, and a person's hands and eyes on it: keys, clipboard, windows,
+photographs."""
+import os
+import re
+import subprocess
+
+from waiting import PATIENCE, check, until
+
+SIZE = "1100x720"
+
+
+def run(words, text=None):
+    """Runs one of the small X programs; gives what it prints, or "" when it fails or hangs."""
+    try:
+        done = subprocess.run(words, input=text, capture_output=True, text=True, errors="replace", check=False,
+                              timeout=PATIENCE)
+    except subprocess.TimeoutExpired:
+        return ""
+    return done.stdout if done.returncode == 0 else ""
+
+
+class Desktop:
+    def __init__(self, children, photo_folder):
+        self.photo_folder = photo_folder
+        os.makedirs(photo_folder, exist_ok=True)
+        read_end, write_end = os.pipe()
+        children.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", SIZE + "x24", "-nolisten", "tcp",
+                        "-noreset"], pass_fds=[write_end])
+        os.close(write_end)
+        with os.fdopen(read_end) as number:
+            display = number.readline().strip()
+        check(display, "Xvfb does not start")
+        os.environ["DISPLAY"] = ":" + display
+        children.start(["openbox", "--sm-disable", "--config-file", self._window_rules(children.log_folder)])
+        until("openbox is up", lambda: "window id" in run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]))
+
+    @staticmethod
+    def _window_rules(folder):
+        """A window manager that leaves the keyboard to the program: its own key bindings would take some."""
+        path = os.path.join(folder, "openbox.xml")
+        with open(path, "w") as file:
+            file.write('<openbox_config xmlns="http://openbox.org/3.4/rc"><focus><focusNew>yes</focusNew></focus>'
+                       '<theme><name>Clearlooks</name></theme><keyboard/></openbox_config>')
+        return path
+
+    def active(self):
+        """The number of the window that gets the keys; 0 when there is none."""
+        return self._windows("_NET_ACTIVE_WINDOW")[0]
+
+    def windows(self):
+        """The numbers of the window that gets the keys and of all that a person sees."""
+        return self._windows("_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST")
+
+    @staticmethod
+    def _windows(*properties):
+        listed = re.findall("0x[0-9a-f]+", run(["xprop", "-root", *properties]))
+        return [int(number, 16) for number in listed] or [0]
+
+    def title(self, window):
+        """A window's title; "" when it is gone."""
+        return run(["xdotool", "getwindowname", str(window)]).strip() if window else ""
+
+    def keys(self, *names):
+        run(["xdotool", "key", *names])
+
+    def type(self, text):
+        run(["xdotool", "type", text])
+
+    def put_into_clipboard(self, text):
+        # The program that holds the clipboard stays in the background and must not hold our pipes.
+        subprocess.run(["xclip", "-selection", "clipboard"], input=text.encode(), check=True, timeout=PATIENCE,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def clipboard(self):
+        return run(["xclip", "-o", "-selection", "clipboard"])
+
+    def _screen(self):
+        return subprocess.run(["import", "-window", "root", "ppm:-"], capture_output=True, check=False).stdout
+
+    def photograph(self, name):
+        """Photographs the screen, once it has come to rest; some of it never does."""
+        picture = self._screen()
+        for _ in range(3):
+            before, picture = picture, self._screen()
+            if picture == before:
+                break
+        subprocess.run(["convert", "ppm:-", "+dither", "-colors", "64", os.path.join(self.photo_folder, name + ".png")],
+                       input=picture, check=False)
