@@ -185,6 +185,10 @@ inline Lines Confirmed(const std::string& sTest, const std::string& sRecord, con
 inline Lines Sent(const std::string& sRequest, int iStatus = 0) {
     return {sRequest + " = PASS, status = " + std::to_string(iStatus)};
 }
+/// An operation that clears the status of its test.
+inline Lines Cleared(const std::string& sEntry, const std::string& sTest = "EGPRS") {
+    return {"> " + sEntry, "FTM_" + sTest + "_BER_ClearStatus = PASS"};
+}
 /// Parts of expected lines, one after the other.
 inline Lines operator+(Lines first, const Lines& second) {
     first.insert(first.end(), second.begin(), second.end());

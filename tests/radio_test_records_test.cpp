@@ -102,7 +102,8 @@ TEST_F(RadioTestRecords, ChangeTheirBlockAndAreLogged) {
     for (const char* sIgnored :
          {"08 01 01", "3F 01 01", "43 01 01", "FF", "", "01 01", "06 07", "07 41", "03"})
         Report(5, sIgnored);
-    Report(6, "0F 01");
+    for (const char* sIgnored : {"0F 01", "03 01 22 33", "04", "40"})
+        Report(6, sIgnored);
     EXPECT_EQ(Changes(), "");
     EXPECT_EQ(m_log.Of(LOG_ASYNC), Lines{});
     for (int iId = -1; iId <= 8; ++iId) {

@@ -29,17 +29,9 @@ Lines Started(bool bCame) {
 Lines Stopped(bool bCame) {
     return Sent("FTM_WCDMA_STOP_MODE_REQ") + Wcdma("LOG_FTM2_WCDMA_STOP_MODE_CNF", bCame);
 }
-Lines Idle(bool bCame) {
-    return Sent("FTM_WCDMA_START_IDLE_MODE_REQ") +
-           Wcdma("LOG_FTM2_WCDMA_START_IDLE_MODE_REQ", bCame, "LOG_FTM2_START_IDLE_MODE_CNF )");
-}
-Lines Acquired(bool bCame) {
-    return Sent("FTM_WCDMA_ACQUIRE_REQ") +
-           Wcdma("LOG_FTM2_WCDMA_ACQUIRE_CNF ", bCame, "LOG_FTM2_WCDMA_ACQUIRE_CNF )");
-}
-Lines Channel(bool bSetUp, bool bStands) {
-    const Lines setUp = Wcdma("LOG_FTM2_WCDMA_CPHY_SETUP_CNF", bSetUp);
-    return bSetUp ? setUp + Wcdma("LOG_FTM2_WCDMA_PHYCHAN_ESTABLISHED_IND", bStands) : setUp;
+Lines Channel(bool bStands) {
+    return Wcdma("LOG_FTM2_WCDMA_CPHY_SETUP_CNF", true) +
+           Wcdma("LOG_FTM2_WCDMA_PHYCHAN_ESTABLISHED_IND", bStands);
 }
 Lines HsStarted(bool bCame) {
     return Sent("FTM_HSDPA_BLER_CMD_START_HS") +
@@ -48,9 +40,11 @@ Lines HsStarted(bool bCame) {
 Lines HsStopped(bool bCame) {
     return Confirmed("HSDPA", "LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND", "LOG_FTM2_HSDPA_STOP_MODE_CNF )", bCame);
 }
-const Lines kStart = {"> QLIB_FTM_WCDMA_BER_StartSession", "FTM_WCDMA_BER_ClearStatus = PASS"};
-const Lines kAcquire = {"> QLIB_FTM_WCDMA_BER_AcquirePilot", "FTM_WCDMA_BER_ClearStatus = PASS"};
-const Lines kHsStart = {"> QLIB_FTM_HSDPA_BER_StartSession", "FTM_HSDPA_BER_ClearStatus = PASS"};
+const Lines kStart = Cleared("QLIB_FTM_WCDMA_BER_StartSession", "WCDMA");
+const Lines kIdle = Sent("FTM_WCDMA_START_IDLE_MODE_REQ") +
+                    Wcdma("LOG_FTM2_WCDMA_START_IDLE_MODE_REQ", true, "LOG_FTM2_START_IDLE_MODE_CNF )");
+const Lines kAcquire = Cleared("QLIB_FTM_WCDMA_BER_AcquirePilot", "WCDMA");
+const Lines kHsStart = Cleared("QLIB_FTM_HSDPA_BER_StartSession", "HSDPA");
 const Lines kHsStop = Sent("FTM_HSDPA_BLER_CMD_STOP_HS");
 
 class WcdmaWithoutSession : public RadioSessionTest {
@@ -58,10 +52,9 @@ class WcdmaWithoutSession : public RadioSessionTest {
 };
 
 TEST_F(WcdmaWithoutSession, StartsOrRefuses) {
-    const std::string sError = " -- Error, session is not started";
     const TestOutcome confirmed = Says({"00"});
     const std::vector<Sequence> sequences = {
-        Sequence({}, Start, "true W 16/0, 16/2", kStart + Started(true) + Idle(true)),
+        Sequence({}, Start, "true W 16/0, 16/2", kStart + Started(true) + kIdle),
         Sequence(Refuse(0), Start, "false - 16/0", "WCDMA_START_MODE_REQ = PASS, status = 5"),
 
         // Neither start nor stop confirmed.
@@ -71,11 +64,11 @@ TEST_F(WcdmaWithoutSession, StartsOrRefuses) {
 
         // Second start confirmed.
         Sequence({{0, {Silent(), confirmed}}, {1, {Silent()}}}, Start, "true W 16/0, 16/1, 16/0, 16/2",
-                 kStart + Started(false) + Stopped(false) + Started(true) + Idle(true)),
+                 kStart + Started(false) + Stopped(false) + Started(true) + kIdle),
 
         // Stop confirmed instead.
         Sequence({{0, {Silent()}}, {2, {Says({"02"})}}}, Start, "true W 16/0, 16/1, 16/2",
-                 kStart + Started(false) + Stopped(true) + Idle(true)),
+                 kStart + Started(false) + Stopped(true) + kIdle),
 
         // Stop refused.
         Sequence({{0, {Silent()}}, {1, {Refused()}}}, Start, "false - 16/0, 16/1",
@@ -87,15 +80,12 @@ TEST_F(WcdmaWithoutSession, StartsOrRefuses) {
                  "QLIB_FTM_WCDMA_BER_SetupRMC_DCH -- Error, session is not started"),
         Sequence({}, Handover, "false -", "QLIB_FTM_WCDMA_BER_Handover -- Error, session is not started"),
         Sequence({}, HandoverV2B, "false -",
-                 Lines{"> QLIB_FTM_WCDMA_BER_Handover_V2B", "FTM_WCDMA_BER_ClearStatus = PASS",
-                       "QLIB_FTM_WCDMA_BER_Handover_V2B" + sError}),
-        Sequence({}, Stop, "false - 16/1",
-                 Sent("> FTM_WCDMA_STOP_MODE_REQ", 1) + Lines{"DIAG_SetPhoneLoggingState = FAIL"}),
+                 "QLIB_FTM_WCDMA_BER_Handover_V2B -- Error, session is not started"),
+        Sequence({}, Stop, "false - 16/1", "DIAG_SetPhoneLoggingState = FAIL"),
         Sequence({}, HsStart, "false -",
                  "QLIB_FTM_HSDPA_BER_StartSession -- Error, WCDMA BER session is not active"),
         Sequence({}, Reconfigure, "false -",
-                 Lines{"> QLIB_FTM_HSDPA_BLER_Reconfigure_HS( iReconfigBitmask = 9 )",
-                       "FTM_HSDPA_BER_ClearStatus = PASS", "QLIB_FTM_HSDPA_BLER_Reconfigure_HS" + sError}),
+                 "QLIB_FTM_HSDPA_BLER_Reconfigure_HS -- Error, session is not started"),
     };
     Check(sequences);
 }
@@ -106,7 +96,7 @@ TEST_F(WcdmaWithoutSession, OneTechnologyStopsTheOther) {
     m_log.Clear();
     EXPECT_TRUE(Start(m_diag));
     EXPECT_EQ(TestRequests(), " 13/6, 16/0, 16/2");
-    EXPECT_EQ(SessionLines(), kStart + Sent("FTM_GSM_STOP_MODE_REQ") + Started(true) + Idle(true));
+    EXPECT_EQ(SessionLines(), kStart + Sent("FTM_GSM_STOP_MODE_REQ") + Started(true) + kIdle);
     m_phone.phone.ClearRequests();
     EXPECT_FALSE(GsmStart(m_diag)); // the phone has no GSM session any more, and says so
     EXPECT_EQ(TestRequests(), " 16/1, 13/6");
@@ -121,25 +111,22 @@ class WcdmaStarted : public RadioSessionTest {
 
 TEST_F(WcdmaStarted, PilotAndStop) {
     const std::string acquire = "16/2, 16/3 00 01 3B 2A 00 00 00 00 00 00";
-    const Lines stop = Sent("> FTM_WCDMA_STOP_MODE_REQ");
     const std::vector<Sequence> sequences = {
-        Sequence({}, Acquire, "true W " + acquire, kAcquire + Idle(true) + Acquired(true)),
+        Sequence({}, Acquire, "true W " + acquire,
+                 kAcquire + kIdle + Sent("FTM_WCDMA_ACQUIRE_REQ") +
+                     Wcdma("LOG_FTM2_WCDMA_ACQUIRE_CNF ", true, "LOG_FTM2_WCDMA_ACQUIRE_CNF )")),
 
         // No pilot.
         Sequence(Say(3, {"03 00 00 00 00"}), Acquire, "false W " + acquire, "ACQUIRE_CNF ) = FAIL"),
 
-        // Cut record.
-        Sequence(Say(3, {"03 01 00 00"}), Acquire, "false W " + acquire, "ACQUIRE_CNF ) = FAIL"),
         Sequence(Refuse(3), Acquire, "false W " + acquire, "WCDMA_ACQUIRE_REQ = PASS, status = 5"),
         Sequence(Silence(2), Acquire, "false W 16/2", "START_IDLE_MODE_CNF ) = FAIL"),
         Sequence({}, Start, "true W 16/1, 16/0, 16/2",
-                 kStart + Sent("FTM_WCDMA_STOP_MODE_REQ") + Started(true) + Idle(true)),
-        Sequence(
-            {}, Stop, "true - 16/1",
-            stop + Wcdma("LOG_FTM2_WCDMA_STOP_MODE_CNF", true) + Lines{"DIAG_SetPhoneLoggingState = PASS"}),
-        Sequence(
-            Silence(1), Stop, "false - 16/1",
-            stop + Wcdma("LOG_FTM2_WCDMA_STOP_MODE_CNF", false) + Lines{"DIAG_SetPhoneLoggingState = FAIL"}),
+                 kStart + Sent("FTM_WCDMA_STOP_MODE_REQ") + Started(true) + kIdle),
+        Sequence({}, Stop, "true - 16/1",
+                 Sent("> FTM_WCDMA_STOP_MODE_REQ") + Wcdma("LOG_FTM2_WCDMA_STOP_MODE_CNF", true) +
+                     Lines{"DIAG_SetPhoneLoggingState = PASS"}),
+        Sequence(Silence(1), Stop, "false - 16/1", "DIAG_SetPhoneLoggingState = FAIL"),
     };
     Check(sequences);
 }
@@ -154,12 +141,12 @@ TEST_F(WcdmaChannel, SetUpAndHandover) {
     const std::string request = "16/4 00 18 00 00 00 00 00 00 00 00 03 00";
     const Lines moving = {"> QLIB_FTM_WCDMA_BER_Handover"};
     const std::vector<Sequence> sequences = {
-        Sequence({}, SetUpChannel, "true W " + request, setUp + Channel(true, true)),
+        Sequence({}, SetUpChannel, "true W " + request, setUp + Channel(true)),
 
         // Out of order.
-        Sequence(Say(4, {"05 01", "04 01"}), SetUpChannel, "true W " + request, setUp + Channel(true, true)),
+        Sequence(Say(4, {"05 01", "04 01"}), SetUpChannel, "true W " + request, setUp + Channel(true)),
         Sequence({}, Handover, "true W 16/5" + sRmc + " 08 09 C4 FF 00 04 00 01 03 0A 00",
-                 moving + Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2") + Channel(true, true)),
+                 moving + Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2") + Channel(true)),
 
         // Handover, no channel.
         Sequence(Say(5, {"04 00", "05 01"}), Handover,
@@ -168,8 +155,8 @@ TEST_F(WcdmaChannel, SetUpAndHandover) {
         // Handover V2B, channel does not stand.
         Sequence(Say(5, {"04 01", "05 00"}), HandoverV2B,
                  "false W 16/5" + sRmc + " 08 09 0A 00 0B 0C 0D 0E 0F 10 00",
-                 Lines{"> QLIB_FTM_WCDMA_BER_Handover_V2B", "FTM_WCDMA_BER_ClearStatus = PASS"} +
-                     Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B") + Channel(true, false)),
+                 Cleared("QLIB_FTM_WCDMA_BER_Handover_V2B", "WCDMA") +
+                     Sent("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B") + Channel(false)),
         Sequence(Refuse(5), Handover, "false W 16/5" + sRmc + " 08 09 C4 FF 00 04 00 01 03 0A 00",
                  "WCDMA_RMC_DCH_SETUP_REQ_V2 = PASS, status = 5"),
     };
@@ -199,7 +186,7 @@ TEST_F(WcdmaChannel, HighSpeedStarts) {
 
         // Stop not confirmed.
         Sequence({{256, {Silent()}}, {257, {Silent()}}}, HsStart, "false W 16/256, 16/257",
-                 once + HsStopped(false)),
+                 "STOP_MODE_CNF ) = FAIL"),
 
         // Stop refused.
         Sequence({{256, {Silent()}}, {257, {Refused()}}}, HsStart, "false W 16/256, 16/257",
@@ -215,22 +202,19 @@ class Hsdpa : public RadioSessionTest {
 };
 
 TEST_F(Hsdpa, Session) {
-    const Lines reconfigure = {"> QLIB_FTM_HSDPA_BLER_Reconfigure_HS( iReconfigBitmask = 9 )",
-                               "FTM_HSDPA_BER_ClearStatus = PASS"};
-    const auto reconfigured = [&](bool bCame) {
-        return reconfigure + Sent("FTM_HSDPA_BLER_CMD_RECONFIG_HS") +
-               Confirmed("HSDPA", "LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND",
-                         "LOG_FTM2_HSDPA_FTM_CMD_RECONFIG_HS )", bCame);
-    };
+    const Lines reconfigured =
+        Cleared("QLIB_FTM_HSDPA_BLER_Reconfigure_HS( iReconfigBitmask = 9 )", "HSDPA") +
+        Sent("FTM_HSDPA_BLER_CMD_RECONFIG_HS") +
+        Confirmed("HSDPA", "LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND", "LOG_FTM2_HSDPA_FTM_CMD_RECONFIG_HS )",
+                  true);
     const std::vector<Sequence> sequences = {
-        Sequence({}, Reconfigure, "true WH 16/258 09", reconfigured(true)),
+        Sequence({}, Reconfigure, "true WH 16/258 09", reconfigured),
         Sequence(Silence(258), Reconfigure, "false WH 16/258 09", "RECONFIG_HS ) = FAIL"),
         Sequence(Refuse(258), Reconfigure, "false WH 16/258 09",
                  "HSDPA_BLER_CMD_RECONFIG_HS = PASS, status = 5"),
         Sequence({}, HsStart, "true WH 16/257, 16/256", kHsStart + kHsStop + HsStarted(true)),
         Sequence({}, HsStop, "true W 16/257", Sent("> FTM_HSDPA_STOP_MODE_REQ") + HsStopped(true)),
-        Sequence(Silence(257), HsStop, "false W 16/257",
-                 Sent("> FTM_HSDPA_STOP_MODE_REQ") + HsStopped(false)),
+        Sequence(Silence(257), HsStop, "false W 16/257", "STOP_MODE_CNF ) = FAIL"),
         Sequence(Refuse(257), HsStop, "false W 16/257", "HSDPA_STOP_MODE_REQ = PASS, status = 5"),
     };
     Check(sequences);
