@@ -21,7 +21,7 @@ Parameter HandOn(Argument* pArgument) {
 // method ran out of memory.
 template <class Class, class... Parameters, class... Arguments>
 bool Forward(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
-    if (((pArguments == nullptr) || ...))
+    if (!(pArguments && ...))
         return false;
     try {
         Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);

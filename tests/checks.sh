@@ -69,7 +69,7 @@ done
 if command -v clang-format >/dev/null 2>&1; then
     # shellcheck disable=SC2046
     clang-format --dry-run -Werror quillet.h \
-        $(for folder in platform $product handset tools tests bench; do sources_of "$folder"; done) ||
+        $(for folder in platform $product handset tools tests bench fuzz; do sources_of "$folder"; done) ||
         breach "not formatted as .clang-format says"
 fi
 

@@ -1,0 +1,41 @@
+// A handset whose answers are the fuzzer's bytes.
+#pragma once
+
+#include <vector>
+
+#include "input.h"
+#include "link/packet_codes.h"
+
+// How a packet is made of the input: its first byte. Its low bits count the bytes of the request that come
+// first, so that headers are right.
+constexpr unsigned kEchoedMask = 0x0F;
+constexpr unsigned kFilledUp = 0x20; // to its size, when the input ends before
+constexpr unsigned kSilent = 0x40;   // no packet
+constexpr unsigned kByItself = 0x80; // not an answer: that comes behind it
+
+/// TakeAnswer takes the answer to a request from the input; false when there is none. What comes before it by
+/// itself goes, with its FCS, to `deliver`. Where the input ends the phone falls silent; a loopback it always
+/// returns.
+template <class Deliver>
+bool TakeAnswer(Input& input, std::span<const unsigned char> request, std::vector<unsigned char>& packet,
+                Deliver deliver) {
+    packet.assign(request.begin(), request.end());
+    if (request[0] == kLoopbackRequest)
+        return true;
+    for (;;) {
+        const unsigned iHow = input.IsEmpty() ? kSilent : input.Byte();
+        if ((iHow & kSilent) != 0)
+            return false;
+        const auto echoed = request.first(std::min<size_t>(iHow & kEchoedMask, request.size()));
+        const size_t iSize = input.Count();
+        const auto bytes = input.Bytes(iSize);
+        packet.assign(echoed.begin(), echoed.end());
+        packet.insert(packet.end(), bytes.begin(), bytes.end());
+        if ((iHow & kFilledUp) != 0)
+            packet.resize(echoed.size() + iSize, input.Byte());
+        if ((iHow & kByItself) == 0)
+            return true;
+        packet.resize(packet.size() + 2);
+        deliver(packet);
+    }
+}
