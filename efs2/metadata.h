@@ -47,7 +47,7 @@ public:
     bool EFS2_DIAG_RENAME(const char* sOldFilePath, const char* sNewFilePath, DWORD& iErrorNo);
 
     /// EFS2_DIAG_STAT tells of an entry, links followed: POSIX mode bits, size in bytes, link count, times as
-    /// the phone counts them (seconds).
+    /// the phone counts them (seconds). An answer that lacks one of the seven values changes none.
     bool EFS2_DIAG_STAT(const char* sFilePath, DWORD& iErrorNo, DWORD& iMode, DWORD& iSize, DWORD& iNlink,
                         DWORD& iAtime, DWORD& iMtime, DWORD& iCtime);
 

@@ -4,6 +4,7 @@
 
 namespace {
 
+constexpr size_t kStatSize = 32;
 constexpr size_t kStatfsSize = 48;
 constexpr size_t kShortTypeStatfsSize = 44;
 
@@ -20,8 +21,11 @@ bool Efs2Metadata::EFS2_DIAG_STAT(const char* sFilePath, DWORD& iErrorNo, DWORD&
     if (!SendPath(EFS2_CMD_STAT, sFilePath))
         return false;
     ResponseReader response = m_frame.Response();
-    for (DWORD* piValue : {&iCtime, &iMtime, &iAtime, &iNlink, &iSize, &iMode, &iErrorNo})
-        response.Take(*piValue);
+    // Of an answer that ends early the header would be taken for an error number: an entry that is there
+    // would pass for one that is not.
+    if (response.Size() >= kStatSize)
+        for (DWORD* piValue : {&iCtime, &iMtime, &iAtime, &iNlink, &iSize, &iMode, &iErrorNo})
+            response.Take(*piValue);
     m_frame.Log().LogMessage(
         LOG_RET,
         "QLIB_EFS2_DIAG_STAT( \t\t\tsFilePath = %s, iErrorNo = 0x%X, iMode = 0x%X, "

@@ -132,6 +132,8 @@ TEST_F(Efs2MetadataTest, AnswersOfUnexpectedLength) {
         {Mkdir, Packet("4B 13 09 00"), "false"},
         // The last fields stay where they are, seen from the end.
         {Stat, Packet(handset::ToHex(kStatAnswer), {0x54}), "true 81a4 300 1 51 52 53 54"},
+        // One that lacks a field says nothing, least of all that there is no such entry.
+        {Stat, Packet("4B 13 0F 00", {0, 0x81A4, 300, 1, 0x51, 0x52}), "true f0 f1 f2 f3 f4 f5 f6"},
         {Rename, Packet("4B"), "true f0"},
         {Rename, Packet("4B 13 0E 00", {1, 2}), "true 2"},
         // A status with a type of 4 bytes, one that goes on, one that ends early, one that says nothing.
