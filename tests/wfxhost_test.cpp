@@ -71,6 +71,8 @@ TEST_F(WfxhostPhoneTest, CopiesBothWays) {
 TEST_F(WfxhostPhoneTest, ChangesFoldersAndNames) {
     m_phone.AddFile("a.txt", {1});
     m_phone.AddFile("b.txt", {2});
+    m_phone.AddFile("kept/file", {3});
+    m_phone.AddFile("kept\\file", {4});
     Expect({
         {"mkdir new", 0, ""},
         {"mkdir new", 1, "exists already"},
@@ -84,7 +86,9 @@ TEST_F(WfxhostPhoneTest, ChangesFoldersAndNames) {
         {"rm a.txt", 1, "no file or folder \"/a.txt\""},
         {"rm b.txt", 0, ""},
         {"rmdir /", 1, "root folder"},
+        {"rm 'kept\\file'", 1, "a name with a backslash cannot be told to a plug-in"},
     });
+    EXPECT_TRUE(m_phone.Exists("kept/file")); // which some other name must not lead to
     EXPECT_FALSE(m_phone.Exists("new"));
     EXPECT_FALSE(m_phone.Exists("b.txt"));
 }

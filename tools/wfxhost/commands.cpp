@@ -10,6 +10,14 @@ void RequireNotRoot(const PhonePath& path) {
         throw Failure("that is the root folder of the phone");
 }
 
+/// Removal's result tells only that the phone answered; the listing tells whether the entry is gone.
+void RequireGone(Session& session, const PhonePath& path, bool result, const std::string& ifRefused) {
+    if (!result)
+        RequireAnswer(session, "deleting");
+    if (!result || session.Find(path))
+        throw Failure("the phone did not delete " + Quoted(path.Text()) + ifRefused);
+}
+
 } // namespace
 
 void ListCommand(Session& session, const Job& job) {
@@ -41,18 +49,6 @@ void MakeFolderCommand(Session& session, const Job& job) {
     RequireAnswer(session, "making the folder");
     throw Failure("the phone refused to make the folder " + Quoted(path.Text()));
 }
-
-namespace {
-
-/// Removal's result tells only that the phone answered; the listing tells whether the entry is gone.
-void RequireGone(Session& session, const PhonePath& path, bool result, const std::string& ifRefused) {
-    if (!result)
-        RequireAnswer(session, "deleting");
-    if (!result || session.Find(path))
-        throw Failure("the phone did not delete " + Quoted(path.Text()) + ifRefused);
-}
-
-} // namespace
 
 void RemoveFolderCommand(Session& session, const Job& job) {
     const PhonePath path(job.arguments[0]);

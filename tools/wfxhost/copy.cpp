@@ -105,13 +105,6 @@ ProgressFunction StoppedByInterrupt(const PercentFunction& report) {
     };
 }
 
-/// In the interface a backslash separates folders: such a path would lead to another file.
-std::string UnnameableReason(const PhonePath& path) {
-    return path.Text().find('\\') == std::string::npos
-               ? ""
-               : "names with a backslash cannot be told to a plug-in: " + Quoted(path.Text());
-}
-
 /// Removes what a failed copy left of a new file, or tells what has become of the file that stood there.
 void CleanUp(CopyResult& failure, const std::string& localFile, bool existed) {
     std::error_code error;
@@ -126,8 +119,8 @@ void CleanUp(CopyResult& failure, const std::string& localFile, bool existed) {
 
 CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, const std::string& localFile,
                   bool force, const PercentFunction& report) {
-    if (const std::string reason = UnnameableReason(path); !reason.empty())
-        return Failed(reason);
+    if (!path.IsTellable())
+        return Failed(UntellableReason(path));
     const bool existed = LocalExists(localFile);
     const int code =
         session.Get(path, entry, localFile, force ? FS_COPYFLAGS_OVERWRITE : 0, StoppedByInterrupt(report));
@@ -147,8 +140,8 @@ CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, c
 
 CopyResult TryPut(Session& session, const std::string& localFile, const PhonePath& path, bool force,
                   const PercentFunction& report) {
-    if (const std::string reason = UnnameableReason(path); !reason.empty())
-        return Failed(reason);
+    if (!path.IsTellable())
+        return Failed(UntellableReason(path));
     const uint64_t size = LocalSize(localFile);
     const int code =
         session.Put(localFile, path, force ? FS_COPYFLAGS_OVERWRITE : 0, StoppedByInterrupt(report));

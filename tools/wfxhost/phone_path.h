@@ -23,6 +23,9 @@ public:
     /// Folder gives the path of the folder that holds this entry; the root's is the root.
     PhonePath Folder() const;
     PhonePath Child(const std::string& name) const;
+    /// IsTellable is false for a path with a backslash: plug-ins take that for a separator, and would work on
+    /// another file.
+    bool IsTellable() const { return m_text.find('\\') == std::string::npos; }
 
 private:
     std::string m_text = "/";

@@ -23,6 +23,10 @@ public:
         std::replace(m_bytes.begin(), m_bytes.end(), '/', kHostSeparator);
         m_bytes.resize(m_bytes.size() + kPathRoom);
     }
+    explicit HostPath(const PhonePath& path, bool asFolder = false) : HostPath(path.Text(), asFolder) {
+        if (!path.IsTellable())
+            throw Failure(UntellableReason(path));
+    }
     char* Bytes() { return m_bytes.data(); }
 
 private:
@@ -46,6 +50,10 @@ RemoteInfoStruct RemoteInfo(const Entry& entry) {
 }
 
 } // namespace
+
+std::string UntellableReason(const PhonePath& path) {
+    return "a name with a backslash cannot be told to a plug-in: " + Quoted(path.Text());
+}
 
 Session* Session::s_current = nullptr;
 
@@ -89,7 +97,7 @@ Session::Batch::~Batch() {
 }
 
 Session::Walk::Walk(Session& session, const PhonePath& folder, bool withSlash) : m_plugin(session.m_plugin) {
-    HostPath path(folder.Text(), withSlash);
+    HostPath path(folder, withSlash);
     ClearLastError();
     m_handle = m_plugin.FindFirst(path.Bytes(), m_record.Empty());
     // -1 is what the interface's INVALID_HANDLE_VALUE stands for.
@@ -183,7 +191,7 @@ int Session::Get(const PhonePath& path, const Entry& entry, const std::string& l
                  const ProgressFunction& progress) {
     auto* function = Offered(m_plugin.GetFile, "copy files from the phone");
     const Announced announced(*this, FS_STATUS_OP_GET_SINGLE, path.Folder());
-    HostPath phone(path.Text());
+    HostPath phone(path);
     std::string local = localFile;
     RemoteInfoStruct info = RemoteInfo(entry);
     m_progress = &progress;
@@ -196,7 +204,7 @@ int Session::Put(const std::string& localFile, const PhonePath& path, int flags,
                  const ProgressFunction& progress) {
     auto* function = Offered(m_plugin.PutFile, "copy files to the phone");
     const Announced announced(*this, FS_STATUS_OP_PUT_SINGLE, path.Folder());
-    HostPath phone(path.Text());
+    HostPath phone(path);
     std::string local = localFile;
     m_progress = &progress;
     const int result = function(local.data(), phone.Bytes(), flags);
@@ -207,8 +215,8 @@ int Session::Put(const std::string& localFile, const PhonePath& path, int flags,
 int Session::Move(const PhonePath& from, const PhonePath& to, const Entry& entry, bool overwrite) {
     auto* function = Offered(m_plugin.RenMovFile, "rename");
     const Announced announced(*this, FS_STATUS_OP_RENMOV_SINGLE, from.Folder());
-    HostPath oldPath(from.Text());
-    HostPath newPath(to.Text());
+    HostPath oldPath(from);
+    HostPath newPath(to);
     RemoteInfoStruct info = RemoteInfo(entry);
     return function(oldPath.Bytes(), newPath.Bytes(), 1, overwrite, &info);
 }
@@ -216,19 +224,19 @@ int Session::Move(const PhonePath& from, const PhonePath& to, const Entry& entry
 bool Session::MakeFolder(const PhonePath& path) {
     auto* function = Offered(m_plugin.MkDir, "make folders");
     const Announced announced(*this, FS_STATUS_OP_MKDIR, path.Folder());
-    return function(HostPath(path.Text()).Bytes()) != 0;
+    return function(HostPath(path).Bytes()) != 0;
 }
 
 bool Session::RemoveFolder(const PhonePath& path) {
     auto* function = Offered(m_plugin.RemoveDir, "remove folders");
     const Announced announced(*this, FS_STATUS_OP_DELETE, path.Folder());
-    return function(HostPath(path.Text()).Bytes()) != 0;
+    return function(HostPath(path).Bytes()) != 0;
 }
 
 bool Session::RemoveFile(const PhonePath& path) {
     auto* function = Offered(m_plugin.RemoveFile, "delete files");
     const Announced announced(*this, FS_STATUS_OP_DELETE, path.Folder());
-    return function(HostPath(path.Text()).Bytes()) != 0;
+    return function(HostPath(path).Bytes()) != 0;
 }
 
 int Session::TypedCommand(const std::string& command, std::string& newPath) {
@@ -245,7 +253,7 @@ int Session::TypedCommand(const std::string& command, std::string& newPath) {
 std::string Session::ShowProperties(const PhonePath& path) {
     auto* function = Offered(m_plugin.ExecuteFile, "show properties");
     const Announced announced(*this, FS_STATUS_OP_EXEC, path.Folder());
-    HostPath name(path.Text());
+    HostPath name(path);
     std::string verb = "properties";
     std::string text;
     m_message = &text;

@@ -14,6 +14,9 @@
 
 namespace tools::wfxhost {
 
+/// UntellableReason puts in words why nothing can be done with a path that is not tellable.
+std::string UntellableReason(const PhonePath& path);
+
 /// Is told the percentage of a running transfer; true asks the plug-in to stop it.
 using ProgressFunction = std::function<bool(int percent)>;
 
@@ -22,7 +25,7 @@ using ProgressFunction = std::function<bool(int percent)>;
 /// and messages may come from any.
 ///
 /// The operations give the plug-in's own result, and announce themselves with FsStatusInfo. They throw
-/// Failure where the plug-in does not offer the operation.
+/// Failure where the plug-in does not offer the operation, or the path is not tellable.
 class Session {
 public:
     explicit Session(PluginFile& plugin);

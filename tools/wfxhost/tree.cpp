@@ -72,8 +72,8 @@ private:
             Add(m_tree, {phone, local, entry});
         else if (depth == kDeepest)
             m_tree.failures.push_back(Quoted(phone.Text()) + ": its folders are nested too deep");
-        else if (phone.Text().find('\\') != std::string::npos)
-            m_tree.failures.push_back(Quoted(phone.Text()) + ": a plug-in cannot be told that name");
+        else if (!phone.IsTellable())
+            m_tree.failures.push_back(UntellableReason(phone));
         else
             Folder(phone, local, depth + 1);
     }

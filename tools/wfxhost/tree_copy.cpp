@@ -63,8 +63,9 @@ protected:
 
 private:
     std::string Missing() const {
-        return std::to_string(m_tree.files - m_files - m_links) + " of " + Count(m_tree.files, "file") +
-               " not copied";
+        // What the scan had to leave out counts as one file each.
+        const size_t all = m_tree.files + m_tree.failures.size();
+        return std::to_string(all - m_files - m_links) + " of " + Count(all, "file") + " not copied";
     }
 
     void Note(const std::string& text) {
@@ -156,7 +157,7 @@ private:
 
     bool IsFolderLink(const TreeItem& item) override {
         Entry entry;
-        return Session::Walk(m_session, item.phone).Next(entry);
+        return item.phone.IsTellable() && Session::Walk(m_session, item.phone).Next(entry);
     }
 };
 
