@@ -23,14 +23,15 @@ void MeasureUnder(Bench& bench, const Condition& condition, const std::string& s
         condition, bench.bFull ? 5 : 2,
         [&](BareLine& line) { Timed(bare_us, iCount, [&] { BareStatus(line, sFile); })(); },
         [&](Diag_FTM& diag) { Timed(client_us, iCount, [&] { ClientStatus(diag, sFile); })(); });
-    const auto add = [&](const char* sItem, double fBare, double fClient, Goal eGoal) {
-        bench.report.AddTime(
-            {sItem, condition.sName, "us", fBare, fClient, fClient - fBare, kNoFigure, eGoal});
-    };
-    add("median", Percentile(bare_us, 0.5), Percentile(client_us, 0.5), condition.GoalOf());
-    add("99th percentile", Percentile(bare_us, 0.99), Percentile(client_us, 0.99), Goal::None);
     const auto fCount = static_cast<double>(iCount);
-    add("processor time", best.bare.fCpu_us / fCount, best.client.fCpu_us / fCount, Goal::None);
+    const auto add = [&](const char* sItem, double fPart, Goal eGoal) {
+        const double fBare_us = Percentile(bare_us, fPart);
+        const double fClient_us = Percentile(client_us, fPart);
+        bench.report.AddTime({sItem, condition.sName, "us", fBare_us, fClient_us, fClient_us - fBare_us,
+                              kNoFigure, eGoal, best.bare.fCpu_us / fCount, best.client.fCpu_us / fCount});
+    };
+    add("median", 0.5, condition.GoalOf());
+    add("99th percentile", 0.99, Goal::None);
 }
 
 } // namespace

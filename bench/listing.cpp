@@ -20,10 +20,12 @@ void MeasureFolder(Bench& bench, const Condition& condition, size_t iEntries) {
         [&](BareLine& line) { BareListing(line, sFolder, iEntries); },
         [&](Diag_FTM& diag) { ClientListing(diag, sFolder, iEntries); });
     const auto fEntries = static_cast<double>(iEntries);
+    const auto fExchanges = static_cast<double>(iExchanges);
     bench.report.AddTime({"one of " + std::to_string(iEntries) + " entries", condition.sName, "us",
                           best.bare.fWall_us / fEntries, best.client.fWall_us / fEntries,
-                          (best.client.fWall_us - best.bare.fWall_us) / static_cast<double>(iExchanges),
-                          kNoFigure, condition.GoalOf()});
+                          (best.client.fWall_us - best.bare.fWall_us) / fExchanges, kNoFigure,
+                          condition.GoalOf(), best.bare.fCpu_us / fExchanges,
+                          best.client.fCpu_us / fExchanges});
 }
 
 } // namespace

@@ -50,17 +50,18 @@ std::string JsonNumber(double fValue) {
 
 void Report::BeginTopic(const std::string& sTitle) {
     m_sTopic = sTitle;
-    std::printf("\n%-34s %-16s %-7s %8s %8s %9s %7s  %s\n", sTitle.c_str(), "handset", "unit", "floor",
-                "client", "added us", "factor", "goal");
+    std::printf("\n%-34s %-15s %-5s %7s %7s %8s %6s %9s %6s  %s\n", sTitle.c_str(), "handset", "unit",
+                "floor", "client", "added us", "factor", "cpu floor", "client", "goal");
 }
 
 void Report::Add(const Row& row) {
     const bool bMet = IsMet(row);
     m_iMissed += bMet ? 0 : 1;
     m_entries.push_back({m_sTopic, row, bMet});
-    std::printf("  %-32s %-16s %-7s %8s %8s %9s %7s  %s%s\n", row.sItem.c_str(), row.sCondition.c_str(),
-                row.sUnit.c_str(), Number(row.fFloor).c_str(), Number(row.fClient).c_str(),
-                Number(row.fAdded_us).c_str(), Number(row.fFactor).c_str(), Text(row.eGoal),
+    std::printf("  %-32s %-15s %-5s %7s %7s %8s %6s %9s %6s  %s%s\n", row.sItem.c_str(),
+                row.sCondition.c_str(), row.sUnit.c_str(), Number(row.fFloor).c_str(),
+                Number(row.fClient).c_str(), Number(row.fAdded_us).c_str(), Number(row.fFactor).c_str(),
+                Number(row.fFloorCpu_us).c_str(), Number(row.fClientCpu_us).c_str(), Text(row.eGoal),
                 bMet ? "" : " MISSED");
     std::fflush(stdout);
 }
@@ -83,12 +84,14 @@ bool Report::WriteJson(const std::string& sFile) const {
     for (const auto& [sTopic, row, bMet] : m_entries) {
         std::fprintf(file.get(),
                      "%s {\"topic\": \"%s\", \"item\": \"%s\", \"handset\": \"%s\", \"unit\": \"%s\", "
-                     "\"floor\": %s, \"client\": %s, \"added_us\": %s, \"factor\": %s, \"goal\": \"%s\", "
+                     "\"floor\": %s, \"client\": %s, \"added_us\": %s, \"factor\": %s, \"floor_cpu_us\": %s, "
+                     "\"client_cpu_us\": %s, \"goal\": \"%s\", "
                      "\"met\": %s}",
                      sSeparator, sTopic.c_str(), row.sItem.c_str(), row.sCondition.c_str(), row.sUnit.c_str(),
                      JsonNumber(row.fFloor).c_str(), JsonNumber(row.fClient).c_str(),
-                     JsonNumber(row.fAdded_us).c_str(), JsonNumber(row.fFactor).c_str(), Text(row.eGoal),
-                     bMet ? "true" : "false");
+                     JsonNumber(row.fAdded_us).c_str(), JsonNumber(row.fFactor).c_str(),
+                     JsonNumber(row.fFloorCpu_us).c_str(), JsonNumber(row.fClientCpu_us).c_str(),
+                     Text(row.eGoal), bMet ? "true" : "false");
         sSeparator = ",\n";
     }
     std::fputs("\n]\n", file.get());

@@ -25,6 +25,10 @@ struct Row {
     double fAdded_us = kNoFigure; // what the client adds to one exchange
     double fFactor = kNoFigure;   // cost of the client / cost of the floor
     Goal eGoal = Goal::None;
+    // Processor time of one exchange, all threads of this process together: it hardly depends on what else
+    // the machine does.
+    double fFloorCpu_us = kNoFigure;
+    double fClientCpu_us = kNoFigure;
 };
 
 /// Report prints every row as soon as it is added.

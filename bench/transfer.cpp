@@ -43,7 +43,8 @@ void Add(Bench& bench, const Condition& condition, const Direction& direction, s
     bench.report.AddRate({std::string(direction.sName) + " of " + SizeText(iSize), condition.sName, "MB/s",
                           fSize / best.bare.fWall_us, fSize / best.client.fWall_us,
                           (best.client.fWall_us - best.bare.fWall_us) / fExchanges, kNoFigure,
-                          condition.GoalOf()});
+                          condition.GoalOf(), best.bare.fCpu_us / fExchanges,
+                          best.client.fCpu_us / fExchanges});
 }
 
 /// A fast transfer of wrong bytes is no transfer.
