@@ -14,14 +14,16 @@ export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 cmake --preset fuzz
 cmake --build --preset fuzz
 
+# The fuzzers write files where they are started; best in memory.
+files=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
+trap 'rm -rf "$files"' EXIT
 status=0
 for source in fuzz/fuzz_*.cpp; do
     name=$(basename "$source" .cpp)
     name=${name#fuzz_}
     work=$root/build-fuzz/fuzz/$name
-    mkdir -p "$work/found" "$work/files"
-    # A fuzzer writes files where it is started.
-    if (cd "$work/files" && "$root/build-fuzz/fuzz_$name" -max_total_time="$seconds" -timeout=10 -close_fd_mask=1 \
+    mkdir -p "$work/found"
+    if (cd "$files" && "$root/build-fuzz/fuzz_$name" -max_total_time="$seconds" -timeout=10 -close_fd_mask=1 \
         -print_final_stats=1 -artifact_prefix="$work/" "$work/found" "$root/fuzz/corpus/$name") \
         >"$work/log.txt" 2>&1; then
         echo "$name: $(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log.txt") executions, nothing found"
