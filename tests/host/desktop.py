@@ -61,7 +61,13 @@ class Desktop:
         return run(["xdotool", "getwindowname", str(window)]).strip() if window else ""
 
     def keys(self, *names):
-        run(["xdotool", "key", *names])
+        """Presses keys one after the other. Alt is held for a while: a program that has much to do asks too late
+        whether it is down, and takes the key for a bare one."""
+        words = []
+        for name in names:
+            key = name.removeprefix("alt+")
+            words += ["key", name] if key == name else ["keydown", "alt", "key", key, "sleep", "0.5", "keyup", "alt"]
+        run(["xdotool", *words])
 
     def type(self, text):
         run(["xdotool", "type", text])

@@ -32,11 +32,11 @@ class Stage:
         until(lambda: f"{folder} on the computer: " + trees.differences(self.local(folder), expected),
               lambda: self.local(folder) == expected)
 
-    def answer(self, title, key, text=""):
-        """Waits for a window, types the text into it, presses the key, and waits until it has closed."""
+    def answer(self, title, *keys, text=""):
+        """Waits for a window, types the text into it, presses the keys, and waits until it has closed."""
         window = self.commander.wait_for_window(title)
         self.desktop.type(text)
-        self.commander.answer(window, key)
+        self.commander.answer(window, *keys)
 
     def start_copying(self, here, there, *names, command="Copy", latency=0):
         """Marks entries in one folder and starts to copy (or to move) them to another. `latency`: microseconds

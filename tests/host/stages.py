@@ -43,11 +43,11 @@ def copy_a_tree_onto_folders_that_exist(stage):
 
 def overwrite_on_the_phone(stage):
     stage.start_copying(stage.path("out/conflict"), PHONE + "/conflict up", "a.txt", "b.txt")
-    stage.answer(MESSAGE, "alt+s")
+    stage.answer(MESSAGE, "Tab", "Return")  # skips
     stage.commander.wait_for_window(MESSAGE)
     stage.photograph("question")
     check(stage.phone.tree("/conflict up") == {"a.txt": OLD, "b.txt": OLD}, "something was overwritten unasked")
-    stage.answer(MESSAGE, "alt+o")
+    stage.answer(MESSAGE, "Return")  # overwrites
     stage.wait_for_phone("/conflict up", {"a.txt": OLD, "b.txt": NEW})
 
 
@@ -55,7 +55,7 @@ def overwrite_on_the_computer(stage):
     stage.start_copying(PHONE + "/conflict down", stage.path("in/conflict"), "a.txt")
     stage.commander.wait_for_window(MESSAGE)
     check(stage.local("in/conflict") == {"a.txt": OLD}, "the file was overwritten unasked")
-    stage.answer(MESSAGE, "alt+o")
+    stage.answer(MESSAGE, "Return")  # overwrites
     stage.wait_for_local("in/conflict", {"a.txt": NEW})
 
 
@@ -152,8 +152,7 @@ def abort_a_copy_to_the_phone(stage):
 def abort_a_copy_from_the_phone(stage):
     stage.start_copying(PHONE + "/slow down", stage.path("in/slow"), "long.bin", latency=20000)
     abort_half_way(stage)
-    left = stage.local("in/slow").get("long.bin", b"")
-    check(len(left) < len(LONG) and LONG.startswith(left), "what is left on the computer is no beginning of the file")
+    check(stage.local("in/slow") == {}, "a partial file stays on the computer")
     check(stage.phone.tree("/slow down") == {"long.bin": LONG}, "the file on the phone has suffered")
 
 
