@@ -158,6 +158,8 @@ bool Soak::Misbehave(const Bytes& request, Action eAction) {
     using enum handset::Misbehaviour::Action;
     handset::Misbehaviour rule{.action = eAction, .prefix = request};
     rule.value = eAction == Refuse ? OneOf<uint32_t>({2, 13, 17, 28}) : 1 + Dice(eAction == Delay ? 3 : 40);
+    if (eAction == Cut && Dice(3) == 0)
+        rule.value = Dice(1600); // in the middle of a block
     if (eAction == ProtocolError)
         rule.value = 0x13;
     if (eAction == Before)
