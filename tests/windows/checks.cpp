@@ -43,6 +43,10 @@ void Fail(const char* sFile, int iLine, const std::string& sWhat) {
     Print(std::string(sFile) + ":" + std::to_string(iLine) + ": " + sWhat);
 }
 
+void Inform(const std::string& sWhat) {
+    Print(sWhat);
+}
+
 std::string Ask(const std::string& sRequest) {
     static std::mutex askLock;
     const std::lock_guard lock(askLock);

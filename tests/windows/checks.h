@@ -20,6 +20,9 @@ int RunChecks(const std::vector<Check>& checks);
 /// Fail prints what is wrong and lets the running check fail; the check goes on. Any thread.
 void Fail(const char* sFile, int iLine, const std::string& sWhat);
 
+/// Inform prints a line of information. Any thread.
+void Inform(const std::string& sWhat);
+
 /// Ask has the script that started the program (session.py) do something outside of Windows, and returns its
 /// answer, without the line ends: such as "handset unplug".
 std::string Ask(const std::string& sRequest);
