@@ -1,9 +1,8 @@
-// Checking one command at a time: its request, what it makes of an answer, its log lines.
+// Checking one command at a time: its request, and what it makes of an answer.
 #pragma once
 
 #include <functional>
 #include <sstream>
-#include <utility>
 
 #include "eventually.h"
 #include "handset/state.h"
@@ -21,8 +20,6 @@ std::string Outcome(bool bResult, const Values&... values) {
 
 /// Makes one call and gives its Outcome. Its out-values are parameters, preset by their defaults.
 using Call = std::function<std::string(Diag_FTM& diag)>;
-
-using Lines = std::vector<std::string>;
 
 class DiagTest : public PhoneTest {
 protected:
@@ -44,16 +41,14 @@ protected:
         return sOutcome;
     }
 
-    /// One request, its answer, what comes out, the log lines of the operation and its result, and what comes
-    /// out when the phone does not answer.
-    void Check(const Call& call, const std::string& sRequest, const Bytes& answer,
-               const std::string& sOutcome, const std::string& sUnanswered, const Lines& operation,
-               const Lines& result = {}) {
-        EXPECT_EQ(Answered(call, answer), sOutcome) << sRequest;
+    /// One request, its answer, what comes out, and the log line of the operation; without an answer it
+    /// fails.
+    void Check(const Call& call, const std::string& sRequest, const std::string& sAnswer,
+               const std::string& sOutcome, const std::string& sOperation) {
+        EXPECT_EQ(Answered(call, Hex(sAnswer)), sOutcome) << sRequest;
         EXPECT_EQ(m_phone.Requests(), Lines{sRequest});
-        EXPECT_EQ(m_log.Of(LOG_FN), operation);
-        EXPECT_EQ(m_log.Of(LOG_RET), result);
-        EXPECT_EQ(Unanswered(call), sUnanswered) << sRequest;
+        EXPECT_TRUE(sOperation.empty() || m_log.Has(LOG_FN, sOperation)) << sOperation;
+        EXPECT_TRUE(Unanswered(call).starts_with("false")) << sRequest;
         EXPECT_EQ(m_log.Of(LOG_ERR).size(), 1u) << sRequest;
     }
 
@@ -65,23 +60,6 @@ protected:
     void CheckAnswers(const std::vector<AnswerRow>& rows) {
         for (const AnswerRow& row : rows)
             EXPECT_EQ(Answered(row.call, Hex(row.sAnswer)), row.sOutcome) << row.sAnswer;
-    }
-
-    /// Calls that the phone answers by itself.
-    void CheckCalls(const std::vector<std::pair<Call, std::string>>& steps) {
-        for (size_t i = 0; i < steps.size(); ++i)
-            EXPECT_EQ(steps[i].first(m_diag), steps[i].second) << i;
-    }
-
-    /// The packets that wait in the phone-log queue.
-    DWORD Waiting() {
-        DWORD iSize = 0;
-        m_diag.DIAG_GetPhoneLogQueueSize(iSize);
-        return iSize;
-    }
-    /// Waits until that many packets wait.
-    bool WaitFor(DWORD iPackets) {
-        return Eventually([&] { return Waiting() >= iPackets; });
     }
 };
 

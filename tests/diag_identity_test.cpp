@@ -1,6 +1,4 @@
 // Who the phone is, what state it is in, and the service operations.
-#include <cstring>
-
 #include "diag_fixture.h"
 
 namespace {
@@ -48,85 +46,52 @@ const Call CallEnd = [](Diag_FTM& d) { return Outcome(d.DIAG_GSM_CALL_END_F()); 
 class DiagIdentity : public DiagTest {};
 
 TEST_F(DiagIdentity, RequestsAnswersAndLog) {
-    Check(ExtBuildId, "7C", Packet("7C 00 00 00", {0xE1, 0xFF0}, std::string("S %s\0M\0", 7)),
-          "true e1 ff0 S %s M", "false e1 e2 s m", {"QLIB_DIAG_EXT_BUILD_ID_F()"},
-          {"QLIB_DIAG_EXT_BUILD_ID_F( iMSM_HW_Version = 225, iMobModel = 4080, sMobSwRev = S %s, "
-           "sModelStr  = M)"});
-    Check(Status, "4B 04 0E 00", Hex("4B 04 0E 00 01 02 05"), "true 5", "false ee", {"QLIB_DIAG_STATUS_F()"});
-    const Bytes errors = Hex("2A 66 " + Times(262, "55") + " 77");
-    Check(ErrRead, "2A", errors, "true 66 77", "false 0 0", {"QLIB_DIAG_ERR_READ_F()"});
-    Check(ErrClear, "2B 07", Hex("2B 07"), "true", "false", {"QLIB_DIAG_ERR_CLEAR_F()"});
-    Check(Control, "29 05 01", Hex("29 05 01"), "true", "false", {"QLIB_DIAG_CONTROL_F(eMode=261)"});
-    Check(Dload, "3A", Hex("3A"), "true", "false", {"QLIB_DIAG_DLOAD_F()"});
-    Check(Freeze, "FF", Hex("FF"), "true", "false", {"QLIB_DIAG_SECURITY_FREEZE_F()"});
-    Check(Spc, "41 31 32 33 34 35 36", Hex("41 01"), "true 1", "false ee", {"QLIB_SPC( iSPC[6] = 123456)"});
-    Check(GetDip, "2F 34 12", Hex("2F 78 56"), "true 5678", "false 1234", {"QLIB_DIAG_GET_DIPSW_F -- Start"},
-          {"QLIB_DIAG_GET_DIPSW_F -- completed ( iSwitchValues = 0x5678)"});
-    Check(SetDip, "2F CD AB", Hex("2F"), "true", "false", {"QLIB_DIAG_SET_DIPSW_F( iSwitchValues = 0xABCD)"});
-    Check(Key, "20 01 50", Hex("20 01 50"), "true", "false", {"QLIB_DIAG_HS_KEY_F(iKey=80, iHold=1)"});
-}
-
-TEST_F(DiagIdentity, StateRequestsAnswersAndLog) {
-    Check(Display, "4B 10 00 00", Hex("4B 10 00 00 07 40 01 F0 00 10 02"), "true 140 f0 10 2",
-          "false e1 e2 e3 e4", {"QLIB_DIAG_HS_DISPLAY_GET_PARAMS_CMD( iDisplayID = 9 )"},
-          {"QLIB_DIAG_HS_DISPLAY_GET_PARAMS_CMD( iDisplayID = 7, iDisplayHeight = 320, iDisplayWidth = 240, "
-           "iPixelDepth = 16, iPanelOrientation = 2)"});
-    const Lines gsmStatus = {"QLIB_DIAG_GSM_GSM_STATUS_F( )"};
-    const std::string sNothing = "false e1 0 0 e2 0 e3 0 e4 e5 e6 e7";
+    Check(ExtBuildId, "7C", "7C 00 00 00 E1 00 00 00 F0 0F 00 00 53 20 25 73 00 4D 00", "true e1 ff0 S %s M",
+          "QLIB_DIAG_EXT_BUILD_ID_F()");
+    Check(Status, "4B 04 0E 00", "4B 04 0E 00 01 02 05", "true 5", "QLIB_DIAG_STATUS_F()");
+    Check(ErrRead, "2A", "2A 66 " + Times(262, "55") + " 77", "true 66 77", "QLIB_DIAG_ERR_READ_F()");
+    Check(ErrClear, "2B 07", "2B 07", "true", "QLIB_DIAG_ERR_CLEAR_F()");
+    Check(Control, "29 05 01", "29 05 01", "true", "QLIB_DIAG_CONTROL_F(eMode=261)");
+    Check(Dload, "3A", "3A", "true", "QLIB_DIAG_DLOAD_F()");
+    Check(Freeze, "FF", "FF", "true", "QLIB_DIAG_SECURITY_FREEZE_F()");
+    Check(Spc, "41 31 32 33 34 35 36", "41 01", "true 1", "QLIB_SPC( iSPC[6] = 123456)");
+    Check(GetDip, "2F 34 12", "2F 78 56", "true 5678", "QLIB_DIAG_GET_DIPSW_F -- Start");
+    Check(SetDip, "2F CD AB", "2F", "true", "QLIB_DIAG_SET_DIPSW_F( iSwitchValues = 0xABCD)");
+    Check(Key, "20 01 50", "20 01 50", "true", "QLIB_DIAG_HS_KEY_F(iKey=80, iHold=1)");
+    Check(Display, "4B 10 00 00", "4B 10 00 00 07 40 01 F0 00 10 02", "true 140 f0 10 2",
+          "QLIB_DIAG_HS_DISPLAY_GET_PARAMS_CMD( iDisplayID = 9 )");
     Check(GsmStatus, "4B 08 01 00",
-          Hex("4B 08 01 00 01 00 00 00 05 21 00 00 00 00 00 00 00 29 31 00 00 00 00 00 00 00 39 E1 0C 41 42 "
-              "43"),
-          "true 1 5 0 21 29 31 39 ce1 41 42 43", sNothing, gsmStatus,
-          {"QLIB_DIAG_TMC_STATE_RETRIEVAL_F(iIMEI[0] = 0x1, iIMSI[0] = 0x21, iLAI[0] = 0x31,  "
-           "iCellID = 0xCE1, iCM_CallState = 0x41, iCM_OperationalMode = 0x42, iCM_SystemMode = 0x43)"});
-    Check(GsmStatus, "4B 08 01 00", Hex("4B 08 01 00 E1 0C 41 42 43"), sNothing, sNothing, gsmStatus,
-          {"QLIB_DIAG_TMC_STATE_RETRIEVAL_F() -- response packet size is not valid"});
-    Check(CallOrig, "4B 08 03 00 03 31 31 32 " + Times(29, "00"), Hex("4B 08 03 00"), "true", "false",
-          {"QLIB_DIAG_GSM_CALL_ORIG_F( iNumDigits = 3 )"});
-    const Lines callEnd = {"QLIB_DIAG_GSM_CALL_END_F( )"};
-    Check(CallEnd, "4B 08 04 00", Hex("4B 08 04 00"), "true", "false", callEnd);
-    m_diag.SetCommandType(FTM_COMMAND_59);
-    Check(CallEnd, "3B 08 04 00", Hex("3B 08 04 00"), "true", "false", callEnd);
+          "4B 08 01 00 01 00 00 00 05 21 00 00 00 00 00 00 00 29 31 00 00 00 00 00 00 00 39 E1 0C 41 42 43",
+          "true 1 5 0 21 29 31 39 ce1 41 42 43", "QLIB_DIAG_GSM_GSM_STATUS_F( )");
+    Check(CallOrig, "4B 08 03 00 03 31 31 32 " + Times(29, "00"), "4B 08 03 00", "true",
+          "QLIB_DIAG_GSM_CALL_ORIG_F( iNumDigits = 3 )");
+    Check(CallEnd, "4B 08 04 00", "4B 08 04 00", "true", "QLIB_DIAG_GSM_CALL_END_F( )");
+    Check(ReadEsn, "26 00 00", "26 00 00 78 56 34 80 " + Times(124, "00") + " 00 00", "true 80345678",
+          "DIAG_READ_ESN_F() -- Start");
 }
 
-TEST_F(DiagIdentity, ShortAnswersLeaveValuesAlone) {
+TEST_F(DiagIdentity, ShortAnswersAndRefusalsLeaveValuesAlone) {
     CheckAnswers({
-        {ExtBuildId, "7C", "true e1 e2  "},
         {ExtBuildId, "7C 00 00 00 01 00 00 00 02 00 00", "true 1 e2  "},
         {ExtBuildId, "7C 00 00 00 01 00 00 00 02 00 00 00 53 57", "true 1 2 SW "},
         {Status, "4B 04 0E 00", "true ee"},
-        {ErrRead, "2A 00 00", "true 0 0"},
         {GetDip, "2F 05", "true 1234"},
         {Display, "4B 10 00 00 40 01 F0 00 10 02", "true e1 e2 e3 e4"},
-        {GsmStatus, "4B", "false e1 0 0 e2 0 e3 0 e4 e5 e6 e7"},
+        {GsmStatus, "4B 08 01 00 E1 0C 41 42 43", "false e1 0 0 e2 0 e3 0 e4 e5 e6 e7"},
     });
+    const std::string sNoSuchItem = "26 00 00 78 56 34 80 " + Times(124, "00") + " 05 00";
+    EXPECT_EQ(Answered(ReadEsn, Hex(sNoSuchItem)), "false ee");
 }
 
 TEST_F(DiagIdentity, VersionNeedsAWholeRecord) {
-    Bytes answer(60, 'x');
-    answer[0] = 0;
-    for (const size_t iSize : {1u, 53u, 54u, 60u}) {
-        const bool bWhole = iSize >= 54;
-        QLIB_PhoneResp_Version aRecords[2];
-        std::memset(aRecords, 0xEE, sizeof aRecords);
-        m_phone.Answer("", {answer.begin(), answer.begin() + static_cast<ptrdiff_t>(iSize)});
-        EXPECT_EQ(m_diag.DIAG_VERNO_F(aRecords), bWhole) << iSize;
-        EXPECT_EQ(aRecords[0].iHardwareVersion, bWhole ? 'x' : 0xEE) << iSize;
-        EXPECT_EQ(aRecords[1].iCmdCode, 0xEE) << iSize;
-    }
+    const Call version = [](Diag_FTM& d) {
+        QLIB_PhoneResp_Version aRecords[2] = {};
+        return Outcome(d.DIAG_VERNO_F(aRecords), aRecords[0].iHardwareVersion, aRecords[1].iCmdCode);
+    };
+    for (const size_t iSize : {1u, 53u, 54u, 60u})
+        EXPECT_EQ(Answered(version, Hex("00 " + Times(iSize - 1, "78"))),
+                  iSize < 54 ? "false 0 0" : "true 78 0");
     EXPECT_FALSE(m_diag.DIAG_VERNO_F(nullptr));
-    EXPECT_EQ(m_phone.CountOf("00"), 5);
-    EXPECT_TRUE(m_log.Has(LOG_FN, "QLIB_DIAG_VERNO_F()"));
-}
-
-TEST_F(DiagIdentity, SerialNumberIsAnNvItem) {
-    const std::string sItem = "26 00 00 78 56 34 80 " + Times(124, "00");
-    const Lines start = {"DIAG_READ_ESN_F() -- Start"};
-    Check(ReadEsn, "26 00 00", Hex(sItem + " 00 00"), "true 80345678", "false ee", start,
-          {"DIAG_READ_ESN_F() -- completed ( iESN = 0x80345678)"});
-    Check(ReadEsn, "26 00 00", Hex(sItem + " 05 00"), "false ee", "false ee", start,
-          {"DIAG_READ_ESN_F() -- failed NV Read, status 5"});
-    EXPECT_EQ(m_log.Of(LOG_RET), Lines{"DIAG_READ_ESN_F() -- failed NV Read"}); // unanswered
 }
 
 } // namespace
