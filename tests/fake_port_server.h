@@ -1,48 +1,30 @@
-// A port server in the process: it talks to a simulated handset with the handset's own framing, and does
-// what a test tells it.
+// A port server in the process that does what a test tells it. Its phone repeats each request, with four
+// zeros behind it.
 #pragma once
-
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <poll.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <condition_variable>
-#include <functional>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <set>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "handset/framing.h"
-#include "handset/handset.h"
+#include "handset/bytes.h"
 #include "portserver/port_server.h"
 
 /// FakeProgram is the server program that all views of it share. It is attached while it lives.
 class FakeProgram {
 public:
-    /// What a function of the server does instead of its work.
-    enum class Trouble { None, Refuse, ComError, Exception, OddThrow, Hang };
+    /// What a function of the server does instead of its work. It hangs until this changes.
+    enum class Trouble { None, Refuse, ComError, OddThrow, Hang };
 
     FakeProgram();
-    ~FakeProgram() {
-        AttachPortServer(nullptr);
-        Release();
-    }
+    ~FakeProgram() { AttachPortServer(nullptr); }
 
     void Set(const std::string& sFunction, Trouble eTrouble) {
         const std::lock_guard lock(m_lock);
         m_troubles[sFunction] = eTrouble;
-    }
-    /// Lets go of the calls that hang.
-    void Release() {
-        const std::lock_guard lock(m_lock);
-        m_bReleased = true;
-        m_released.notify_all();
+        m_changed.notify_all();
     }
     /// The calls since the last time, such as "selectPort COM5".
     std::vector<std::string> TakeCalls() {
@@ -57,10 +39,6 @@ public:
     int Views() const { return m_iViews; }
 
     // Set up by a test before it uses the server.
-    handset::Handset phone;
-    std::vector<std::string> portNames = {"COM5", "COM300"};
-    std::vector<PhoneEntry> phones = {{"COM300", "b", "c", "d"}, {"COM7", "", "", ""}};
-    ResetOutcome eReset = ResetOutcome::Done;
     std::function<void(TaskEvents&)> task = [](TaskEvents& events) { events.finished(true); };
     /// Whoever attached last and wanted the packets that the phone sends by itself.
     std::shared_ptr<PacketEvents> pPacketEvents;
@@ -73,19 +51,13 @@ private:
         std::unique_lock lock(m_lock);
         m_threads.insert(std::this_thread::get_id());
         m_calls.push_back(sFunction + (sArguments.empty() ? "" : " " + sArguments));
-        switch (m_troubles[sFunction]) {
-            case Trouble::ComError:
-                throw ComException("the server is gone");
-            case Trouble::Exception:
-                throw std::runtime_error("something else");
-            case Trouble::OddThrow:
-                throw 42;
-            case Trouble::Hang:
-                m_released.wait(lock, [this] { return m_bReleased; });
-                return true;
-            default:
-                return m_troubles[sFunction] != Trouble::Refuse;
-        }
+        const Trouble& eTrouble = m_troubles[sFunction];
+        m_changed.wait(lock, [&] { return eTrouble != Trouble::Hang; });
+        if (eTrouble == Trouble::ComError)
+            throw ComException("the server is gone");
+        if (eTrouble == Trouble::OddThrow)
+            throw 42;
+        return eTrouble != Trouble::Refuse;
     }
     void CountView(int iChange) {
         const std::lock_guard lock(m_lock);
@@ -94,8 +66,7 @@ private:
     }
 
     std::mutex m_lock;
-    std::condition_variable m_released;
-    bool m_bReleased = false;
+    std::condition_variable m_changed;
     std::map<std::string, Trouble> m_troubles;
     std::vector<std::string> m_calls;
     std::set<std::thread::id> m_threads;
@@ -117,34 +88,20 @@ public:
         return m_program.Enter("selectPort", sPortName);
     }
     std::vector<std::string> portNames() override {
-        return m_program.Enter("portNames") ? m_program.portNames : std::vector<std::string>();
+        m_program.Enter("portNames");
+        return {"COM5", "COM300"};
     }
     std::vector<PhoneEntry> phones() override {
-        return m_program.Enter("phones") ? m_program.phones : std::vector<PhoneEntry>();
+        m_program.Enter("phones");
+        return {{"COM300", "b", "c", "d"}, {"COM7", "", "", ""}};
     }
 
-    bool sendSync(std::span<const unsigned char> request, DWORD iTimeOut_ms,
+    bool sendSync(std::span<const unsigned char> request, DWORD,
                   std::vector<unsigned char>& response) override {
-        if (!m_program.Enter("sendSync"))
-            return false;
-        const int fd = open(m_program.phone.TtyPath().c_str(), O_RDWR | O_NOCTTY);
-        if (fd < 0)
-            throw ComException("the port is gone");
-        const std::shared_ptr<void> closing(nullptr, [fd](void*) { close(fd); });
-        const handset::Bytes frame = handset::Frame({request.begin(), request.end()});
-        EXPECT_EQ(write(fd, frame.data(), frame.size()), static_cast<ssize_t>(frame.size()));
-        handset::Deframer deframer;
-        uint8_t iByte = 0;
-        size_t iUsed = 0;
-        for (pollfd line{fd, POLLIN, 0}; poll(&line, 1, static_cast<int>(iTimeOut_ms)) > 0;) {
-            if (read(fd, &iByte, 1) != 1)
-                throw ComException("the port is gone");
-            if (const auto packet = deframer.Take(&iByte, 1, iUsed)) {
-                response = *packet;
-                return true;
-            }
-        }
-        return false;
+        response.assign(request.begin(), request.end());
+        const std::string sRequest = handset::ToHex(response);
+        response.resize(response.size() + 4);
+        return m_program.Enter("sendSync", sRequest);
     }
     bool readNv(unsigned short iItem, std::vector<unsigned char>& data) override {
         data = {1, 2, 3};
@@ -159,8 +116,7 @@ public:
         return m_program.Enter("control", std::to_string(static_cast<int>(eControl)) + sText);
     }
     ResetOutcome reset(DWORD) override {
-        m_program.Enter("reset");
-        return m_program.eReset;
+        return m_program.Enter("reset") ? ResetOutcome::Done : ResetOutcome::NeverReset;
     }
 
     bool begin(ServerTask eTask, const std::vector<std::string>& arguments,
