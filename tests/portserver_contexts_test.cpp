@@ -61,6 +61,21 @@ TEST_F(ServerMode, WhatNeedsTheSerialLinkIsRefused) {
           m_diag.SetStartFlag(true), m_diag.SetPacketMode(1), m_diag.SetDTR_State(true),
           m_diag.SetRTS_State(true), m_diag.FlushRxBuffer()})
         EXPECT_FALSE(bDone);
+    EXPECT_EQ(m_log.Of(LOG_RET),
+              (Texts{"QLIB_SendASync() : FAIL in QPST mode", "QLIB_SendRAW() : FAIL in QPST mode",
+                     "QLIB_SetStartFlag() : FAIL in QPST mode", "QLIB_SetPacketMode() : FAIL in QPST mode"}));
+}
+
+TEST_F(ServerMode, ReconnectingTriesAsOftenAsAsked) {
+    ASSERT_TRUE(m_diag.OpenPort());
+    m_program.TakeCalls();
+    m_program.Set("selectPort", Trouble::Refuse);
+    EXPECT_FALSE(m_diag.DisconnectAndWaitForReconnection(3));
+    EXPECT_EQ(m_program.TakeCalls(), Texts(3, "selectPort COM5"));
+    m_program.Set("selectPort", Trouble::None);
+    EXPECT_FALSE(m_diag.DisconnectAndWaitForReconnection(0));
+    EXPECT_TRUE(m_diag.DisconnectAndWaitForReconnection(3));
+    EXPECT_EQ(m_program.TakeCalls(), Texts{"selectPort COM5"});
 }
 
 TEST_F(ServerMode, PacketsOfThePhoneArriveWhileThePortIsOpen) {
@@ -150,6 +165,12 @@ TEST_F(ServerContexts, WhatLivesKeepsItsModeWhenTheModeChanges) {
     ExpectNoObjects(hServer);
     EXPECT_EQ(Manager::GetDiag_FTM(hServer), pThroughServer);
     EXPECT_TRUE(pThroughServer->IsPhoneConnected());
+    void* const hDirect = Manager::CreateContext(6);
+    Diag_FTM* const pDirect = Manager::GetDiag_FTM(hDirect);
+    ASSERT_NE(pDirect, nullptr);
+    QLIB_SetQpstMode(1);
+    EXPECT_EQ(Manager::GetDiag_FTM(hDirect), pDirect);
+    EXPECT_TRUE(pDirect->SetDTR_State(true)); // has a link of its own
 }
 
 } // namespace
