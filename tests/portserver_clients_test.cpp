@@ -136,6 +136,13 @@ TEST_F(ServerClients, AListingArrivesWholeOrNotAtAll) {
     EXPECT_EQ(names, Texts{std::string(131, 'n') + ":71"});
 }
 
+struct Watcher : SoftwareDownloadListener {
+    void downloadProgressed(DWORD iDone, DWORD iInAll) override {
+        sSeen += std::to_string(iDone) + "/" + std::to_string(iInAll) + " ";
+    }
+    std::string sSeen;
+};
+
 TEST_F(ServerClients, ProgressSilenceAndAbort) {
     bool bEnds = true;
     m_program.task = [&](TaskEvents& events) {
@@ -144,7 +151,12 @@ TEST_F(ServerClients, ProgressSilenceAndAbort) {
             events.finished(true);
     };
     m_download.ConfigureCallBacks([](void* pSeen) { return ++*static_cast<int*>(pSeen) > 0; }, nullptr);
+    Watcher watcher;
+    m_download.addListener(&watcher);
     EXPECT_TRUE(m_download.uploadHexFile("f"));
+    m_download.removeListener(&watcher);
+    EXPECT_TRUE(m_download.uploadHexFile("f"));
+    EXPECT_EQ(watcher.sSeen, "3/10 ");
     EXPECT_GT(m_iContext, 0);
     bEnds = false;
     m_program.TakeCalls();
