@@ -87,6 +87,16 @@ TEST_F(GsmSession, Channels) {
     Check({Start, Bcch, Traffic}, sequences);
 }
 
+TEST_F(GsmSession, HandoverFailsWithItsSecondLoopback) {
+    Begin({Start, Bcch, Traffic});
+    m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 1000);
+    m_phone.Misbehave(Action::Ignore, "4B 0B 0D 00 03 00", 1, 0, 1);
+    m_log.Clear();
+    EXPECT_FALSE(Handover(m_diag));
+    EXPECT_TRUE(m_log.Has(LOG_RET, "    FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ = PASS, status = 0"));
+    EXPECT_TRUE(m_log.Has(LOG_RET, "    FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ = FAIL, status = 1"));
+}
+
 TEST_F(GsmSession, Metrics) {
     Begin({Start, Bcch, Traffic});
     unsigned char iLevel = 0xEE;
@@ -127,6 +137,58 @@ TEST_F(GsmSession, BlockFlows) {
         {{}, Bcch, "true G 13/1 02 01 03, 13/2", "START_IDLE_MODE_CNF ) = PASS"},
     };
     Check({Start, EgprsBcch}, sequences);
+}
+
+TEST_F(GsmSession, EveryStepIsLogged) {
+    Begin({Start});
+    EXPECT_EQ(LogOf({Bcch, Traffic, Handover, Release, Stop}), R"(0x0002     QLIB_FTM_GSM_BER_AssignBCCH
+0x0004     FTM_GSM_BER_ClearStatus = PASS
+0x0002 QLIB_FTM_GSM_SELECT_SPECIFIC_BCCH_REQ( iChannel = 258, iBand = 3)
+0x0004     FTM_GSM_SELECT_SPECIFIC_BCCH_REQ = PASS, status = 0
+0x0004  Starting wait for GSM BER message LOG_FTM2_SELECT_SPECIFIC_BCCH_CNF...
+0x0004  Wait for GSM BER message LOG_FTM2_SELECT_SPECIFIC_BCCH_CNF took N ms, status = 1
+0x0004     WaitForGSM_BER_Update( LOG_FTM2_SELECT_SPECIFIC_BCCH_CNF ) = PASS
+0x0002 QLIB_FTM_GSM_START_IDLE_MODE_REQ()
+0x0004     FTM_GSM_START_IDLE_MODE_REQ = PASS, status = 0
+0x0004  Starting wait for GSM BER message LOG_FTM2_START_IDLE_MODE_CNF...
+0x0004  Wait for GSM BER message LOG_FTM2_START_IDLE_MODE_CNF took N ms, status = 1
+0x0004     WaitForGSM_BER_Update( LOG_FTM2_START_IDLE_MODE_CNF ) = PASS
+0x0002     QLIB_FTM_GSM_BER_AssignTraffic
+0x0002 QLIB_FTM_GSM_CHANNEL_ASSIGN_REQ( iSlot = 5, eMode = 6)
+0x0004     FTM_GSM_CHANNEL_ASSIGN_REQ = PASS, status = 0
+0x0004  Starting wait for GSM BER message LOG_FTM2_CHANNEL_ASSIGN_CNF...
+0x0004  Wait for GSM BER message LOG_FTM2_CHANNEL_ASSIGN_CNF took N ms, status = 1
+0x0004     WaitForGSM_BER_Update( LOG_FTM2_CHANNEL_ASSIGN_CNF ) = PASS
+0x0002     QLIB_FTM_GSM_ConfigLoopbackType
+0x0002 QLIB_FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ( iLoopbackType = 9)
+0x0004     FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ = PASS, status = 0
+0x0004     FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ status check is disabled
+0x0002     QLIB_FTM_GSM_BER_Handover
+0x0002 QLIB_FTM_GSM_BER_CHANNEL_ASSIGN_V2_REQ( iChannel = 258, iBand = 3, iTSC = 4, iSlot = 5, eMode = 6, iPowerLevel = 7 )
+0x0004     FTM_GSM_BER_CHANNEL_ASSIGN_V2_REQ = PASS, status = 0
+0x0004  Starting wait for GSM BER message LOG_FTM2_CHANNEL_ASSIGN_CNF...
+0x0004  Wait for GSM BER message LOG_FTM2_CHANNEL_ASSIGN_CNF took N ms, status = 1
+0x0004     WaitForGSM_BER_Update( LOG_FTM2_CHANNEL_ASSIGN_CNF ) = PASS
+0x0002     QLIB_FTM_GSM_ConfigLoopbackType
+0x0002 QLIB_FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ( iLoopbackType = 0)
+0x0004     FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ = PASS, status = 0
+0x0004     FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ status check is disabled
+0x0002     QLIB_FTM_GSM_ConfigLoopbackType
+0x0002 QLIB_FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ( iLoopbackType = 9)
+0x0004     FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ = PASS, status = 0
+0x0004     FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ status check is disabled
+0x0002     QLIB_FTM_GSM_BER_ReleaseTCH
+0x0002 QLIB_FTM_GSM_CHANNEL_RELEASE_REQ()
+0x0004     FTM_GSM_CHANNEL_RELEASE_REQ = PASS, status = 0
+0x0002     FTM_GSM_BER_StopSession
+0x0002 QLIB_FTM_GSM_STOP_GSM_MODE_REQ()
+0x0004     FTM_GSM_STOP_MODE_REQ = PASS, status = 0
+0x0004  Starting wait for GSM BER message LOG_FTM2_STOP_GSM_MODE_CNF...
+0x0004  Wait for GSM BER message LOG_FTM2_STOP_GSM_MODE_CNF took N ms, status = 1
+0x0002 QLIB_DIAG_SetPhoneLoggingState(bEnableLogging=0)
+0x0002 QLIB_DIAG_SetPhoneLoggingState(bEnableLogging=1)
+0x0004     DIAG_SetPhoneLoggingState = PASS
+)");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <map>
+#include <regex>
 #include <thread>
 
 #include "diag_fixture.h"
@@ -58,6 +59,15 @@ protected:
     void Begin(const std::vector<Operation>& before) {
         for (const Operation call : before)
             EXPECT_TRUE(call(m_diag));
+    }
+    /// What operations that succeed write to the log, a line each, without the times.
+    std::string LogOf(const std::vector<Operation>& calls) {
+        m_log.Clear();
+        Begin(calls);
+        std::string text;
+        for (const std::string& sLine : m_log.Lines())
+            text += sLine + "\n";
+        return std::regex_replace(text, std::regex("took [0-9]+ ms"), "took N ms");
     }
     /// Each sequence on its own, behind the operations that come before.
     void Check(const std::vector<Operation>& before, const Sequences& sequences) {

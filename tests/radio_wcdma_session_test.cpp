@@ -117,4 +117,44 @@ TEST_F(WcdmaSession, HighSpeedChangesAndStops) {
     Check({Start, Acquire, SetUpChannel, HsStart}, sequences);
 }
 
+TEST_F(WcdmaSession, EveryStepIsLogged) {
+    Begin({Start});
+    EXPECT_EQ(LogOf({Acquire, SetUpChannel, HsStart, Stop}), R"(0x0002     QLIB_FTM_WCDMA_BER_AcquirePilot
+0x0004     FTM_WCDMA_BER_ClearStatus = PASS
+0x0002 QLIB_FTM_WCDMA_START_IDLE_MODE_REQ()
+0x0004     FTM_WCDMA_START_IDLE_MODE_REQ = PASS, status = 0
+0x0004  Starting wait for WCDMA BER message LOG_FTM2_WCDMA_START_IDLE_MODE_REQ...
+0x0004  Wait for WCDMA BER message LOG_FTM2_WCDMA_START_IDLE_MODE_REQ took N ms, status = 1
+0x0004     WaitForWCDMA_BER_Update( LOG_FTM2_START_IDLE_MODE_CNF ) = PASS
+0x0002 QLIB_FTM_WCDMA_ACQUIRE_REQ( 0, 1, 10811, 0, 0 )
+0x0004     FTM_WCDMA_ACQUIRE_REQ = PASS, status = 0
+0x0004  Starting wait for WCDMA BER message LOG_FTM2_WCDMA_ACQUIRE_CNF ...
+0x0004  Wait for WCDMA BER message LOG_FTM2_WCDMA_ACQUIRE_CNF  took N ms, status = 1
+0x0004     WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_ACQUIRE_CNF ) = PASS
+0x0002 QLIB_FTM_WCDMA_RMC_DCH_SETUP_REQ( iRMC_Type = 0, iUL_MaxTxPwr = 24, iUL_DPCH_ScrCode = 0, iUL_PCA = 0, iUL_TPC_StepSize = 0, iDL_PriCPICH_Scr_Code = 0, iDL_ChanCode = 3 )
+0x0004     FTM_WCDMA_RMC_DCH_SETUP_REQ = PASS, status = 0
+0x0004  Starting wait for WCDMA BER message LOG_FTM2_WCDMA_CPHY_SETUP_CNF...
+0x0004  Wait for WCDMA BER message LOG_FTM2_WCDMA_CPHY_SETUP_CNF took N ms, status = 1
+0x0004     WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_CPHY_SETUP_CNF ) = PASS
+0x0004  Starting wait for WCDMA BER message LOG_FTM2_WCDMA_PHYCHAN_ESTABLISHED_IND...
+0x0004  Wait for WCDMA BER message LOG_FTM2_WCDMA_PHYCHAN_ESTABLISHED_IND took N ms, status = 1
+0x0004     WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_PHYCHAN_ESTABLISHED_IND ) = PASS
+0x0002     QLIB_FTM_HSDPA_BER_StartSession
+0x0004     FTM_HSDPA_BER_ClearStatus = PASS
+0x0002 QLIB_FTM_HSDPA_BLER_CMD_START_HS()
+0x0004     FTM_HSDPA_BLER_CMD_START_HS = PASS, status = 0
+0x0004  Starting wait for HSDPA BER message LOG_FTM2_HSDPA_HS_CHANNEL_START_IND...
+0x0004  Wait for HSDPA BER message LOG_FTM2_HSDPA_HS_CHANNEL_START_IND took N ms, status = 1
+0x0004     WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_START_MODE_CNF) = PASS
+0x0002 QLIB_FTM_WCDMA_STOP_MODE_REQ()
+0x0002     FTM_WCDMA_STOP_MODE_REQ = PASS, status = 0
+0x0004  Starting wait for WCDMA BER message LOG_FTM2_WCDMA_STOP_MODE_CNF...
+0x0004  Wait for WCDMA BER message LOG_FTM2_WCDMA_STOP_MODE_CNF took N ms, status = 1
+0x0004     WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_STOP_MODE_CNF ) = PASS
+0x0002 QLIB_DIAG_SetPhoneLoggingState(bEnableLogging=0)
+0x0002 QLIB_DIAG_SetPhoneLoggingState(bEnableLogging=1)
+0x0004 DIAG_SetPhoneLoggingState = PASS
+)");
+}
+
 } // namespace
