@@ -6,6 +6,10 @@
 
 namespace {
 
+uint64_t AsNumber(const FILETIME& time) {
+    return static_cast<uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+}
+
 class FrontListing : public HostTest {
 protected:
     void AddFiles(const std::string& sFolder, int iCount) {
@@ -17,61 +21,48 @@ protected:
 TEST_F(FrontListing, RecordsOfEntries) {
     constexpr uint64_t k1970 = 116444736000000000;
     constexpr uint64_t kSecond = 10000000;
-    // Dates, and the names of which each is as odd as the phone lets it be.
+    // Odd names, and dates.
     const std::tuple<std::string, uint32_t, uint64_t> files[] = {
-        {"with blank\t\"quoted\"", 0, k1970},
-        {"%s%n%d", 951782400, k1970 + 951782400 * kSecond},
-        {"\xC3\xA4\xFF\x80", 0x7FFFFFFF, k1970 + 0x7FFFFFFF * kSecond},
-        {"a\\b", 0x80000000, k1970},
-        {std::string(120, 'x'), 0xFFFFFFFF, k1970},
+        {"blank\t%s%n\"quoted\"\xC3\xA4\xFF\x80", 0x7FFFFFFF, k1970 + 0x7FFFFFFF * kSecond},
+        {std::string(120, 'x'), 0x80000000, k1970},
     };
     for (const auto& [sName, iDate, iTime] : files) {
         m_phone.AddFile(sName, Pattern(300));
         m_phone.phone.WithFiles([&, sName = sName, iDate = iDate](handset::FileSystem& fs) {
             fs.SetTimes(sName, {1, 2, iDate});
         });
+        WIN32_FIND_DATAA data;
+        std::memset(&data, 0xEE, sizeof data); // no field keeps what was there
+        const HANDLE hListing = FindFirst("/", data);
+        EXPECT_EQ(data.cFileName, sName);
+        EXPECT_EQ(data.nFileSizeLow, 300u);
+        EXPECT_EQ(AsNumber(data.ftLastWriteTime), iTime) << sName;
+        EXPECT_EQ(AsNumber(data.ftCreationTime), iTime) << sName;
+        EXPECT_EQ(data.dwFileAttributes | data.nFileSizeHigh | data.dwReserved0 | data.dwReserved1, 0u);
+        FsFindClose(hListing);
+        m_phone.phone.WithFiles([](handset::FileSystem& fs) { fs.Clear(); });
     }
-    const std::vector<HostEntry> entries = List("/");
-    ASSERT_EQ(entries.size(), std::size(files));
-    for (size_t i = 0; i < entries.size(); ++i) {
-        EXPECT_EQ(std::tuple(entries[i].sName, entries[i].iSize, entries[i].iAttributes),
-                  std::tuple(std::get<0>(files[i]), 300u, 0u));
-        EXPECT_EQ(entries[i].iTime, std::get<2>(files[i])) << entries[i].sName;
-    }
-}
-
-TEST_F(FrontListing, WholeRecordIsWritten) {
-    m_phone.AddFolder("folder/inside");
+    m_phone.AddFolder("folder");
     m_phone.AddLink("link", "folder");
-    WIN32_FIND_DATAA data;
-    std::memset(&data, 0xEE, sizeof data);
-    const HANDLE hListing = FindFirst("/", data);
-    ASSERT_NE(hListing, kNoListing);
-    EXPECT_STREQ(data.cFileName, "folder");
-    EXPECT_EQ(data.dwFileAttributes, FILE_ATTRIBUTE_DIRECTORY);
-    EXPECT_EQ(data.nFileSizeHigh, 0u);
-    EXPECT_EQ(data.dwReserved0 | data.dwReserved1, 0u);
-    EXPECT_STREQ(data.cAlternateFileName, "");
-    EXPECT_NE(AsNumber(data.ftCreationTime), 0u);
-    EXPECT_EQ(AsNumber(data.ftCreationTime), AsNumber(data.ftLastAccessTime));
-    ASSERT_EQ(FsFindNext(hListing, &data), 1);
-    EXPECT_STREQ(data.cFileName, "link");
-    EXPECT_EQ(data.dwFileAttributes, 0u);
-    FsFindClose(hListing);
+    EXPECT_EQ(List("/").at(0).iAttributes, FILE_ATTRIBUTE_DIRECTORY);
+    EXPECT_EQ(List("/").at(1).iAttributes, 0u);
 }
 
 TEST_F(FrontListing, PathsThatThePhoneIsAsked) {
     Connect();
-    for (const char* sRow :
-         {"\\ > /", "/ > /", " > /", "\\brew > brew", "/brew/ > brew/", "\\a\\\\b > a/b",
-          "//a///b//// > a/b/", "\\/\\a > a", "C:\\x > C:\\x", "\\C:\\x > C:\\x", "/a:b > a:b",
-          "/ab:\\c > ab:/c", "a: > a:", "/nvm/ > nvm/", "\\nvm\\sub > nvm/sub", "/NVM > NVM",
-          "/a b\"%s%n > a b\"%s%n", "/\xC3\xA4\xFF > \xC3\xA4\xFF"}) {
-        const auto [sHost, sPhone] = Sides(sRow);
+    const std::pair<std::string, std::string> paths[] = {
+        {"", "/"},
+        {"//a///b////", "a/b/"},
+        {"\\/\\a\\\\b", "a/b"},
+        {"C:\\x", "C:\\x"},
+        {"/ab:\\c", "ab:/c"},
+        {"\\nvm\\s", "nvm/s"},
+        {"/b\"%s%n\xFF", "b\"%s%n\xFF"},
+    };
+    for (const auto& [sHost, sPhone] : paths) {
         m_phone.phone.ClearRequests();
         List(sHost);
-        EXPECT_GE(m_phone.CountOf(handset::ToHex(Packet(kOpenFolder, {}, sPhone + '\0'))), 1)
-            << sRow << ": " << ::testing::PrintToString(m_phone.Requests());
+        EXPECT_GE(m_phone.CountOf(handset::ToHex(Packet(kOpenFolder, {}, sPhone + '\0'))), 1) << sHost;
     }
 }
 
@@ -80,7 +71,7 @@ TEST_F(FrontListing, EmptyAndNotConnectedDiffer) {
     m_phone.AddFile("nvm/item", {});
     Connect();
     WIN32_FIND_DATAA data;
-    for (const char* sPath : {"/empty", "/missing", "/nvm", "\\nvm"}) {
+    for (const char* sPath : {"/empty", "/missing", "/nvm"}) {
         errno = 0;
         EXPECT_EQ(FindFirst(sPath, data), kNoListing) << sPath;
         EXPECT_EQ(errno, ENODATA) << sPath;
@@ -90,44 +81,21 @@ TEST_F(FrontListing, EmptyAndNotConnectedDiffer) {
     errno = 0;
     EXPECT_EQ(FindFirst("/", data), kNoListing);
     EXPECT_NE(errno, ENODATA);
-    EXPECT_EQ(FsFindNext(kNoListing, &data), 0);
-}
-
-TEST_F(FrontListing, FailedEnumerationIsNotAShortListing) {
-    AddFiles("d", 5);
-    Connect();
-    m_phone.Misbehave(Action::Refuse, kReadFolder, -1, 5, 3);
-    EXPECT_EQ(NamesIn("/d"), Lines{});
-    m_phone.phone.Behave();
-    EXPECT_EQ(NamesIn("/d").size(), 5u);
-    EXPECT_EQ(m_phone.OpenCount(), 0u);
 }
 
 TEST_F(FrontListing, NestedListingsWalkOn) {
-    AddFiles("outer", 4);
+    AddFiles("outer", 3);
     AddFiles("inner", 3);
     WIN32_FIND_DATAA data;
     const HANDLE hOuter = FindFirst("/outer", data);
     ASSERT_EQ(FsFindNext(hOuter, &data), 1);
     EXPECT_EQ(NamesIn("/inner"), (Lines{"f0", "f1", "f2"}));
-    ASSERT_EQ(FsFindNext(hOuter, &data), 1);
-    EXPECT_STREQ(data.cFileName, "f2");
-    const HANDLE hInner = FindFirst("/inner", data);
-    EXPECT_NE(hInner, hOuter);
     // The connection may go meanwhile: a listing is whole in memory.
     FsDisconnect(nullptr);
     ASSERT_EQ(FsFindNext(hOuter, &data), 1);
-    EXPECT_STREQ(data.cFileName, "f3");
+    EXPECT_STREQ(data.cFileName, "f2");
     EXPECT_EQ(FsFindNext(hOuter, &data), 0);
     FsFindClose(hOuter);
-    FsFindClose(hInner);
-    // Handles that are not known walk the last listing.
-    for (const char* sExpected : {"f1", "f2"}) {
-        ASSERT_EQ(FsFindNext(hInner, &data), 1);
-        EXPECT_STREQ(data.cFileName, sExpected);
-    }
-    EXPECT_EQ(FsFindNext(nullptr, &data), 0);
-    EXPECT_EQ(FsFindClose(nullptr), 0);
 }
 
 TEST_F(FrontListing, ListingsThatAreNeverClosedAreBounded) {
@@ -144,20 +112,15 @@ TEST_F(FrontListing, ListingsThatAreNeverClosedAreBounded) {
     EXPECT_EQ(FsFindNext(handles[0], &data), 0);
 }
 
-TEST_F(FrontListing, UnusableArgumentsSendNothing) {
-    m_phone.AddFile("a", {});
-    Connect();
-    m_phone.phone.ClearRequests();
-    WIN32_FIND_DATAA data;
-    EXPECT_EQ(FsFindFirst(nullptr, &data), kNoListing);
-    EXPECT_EQ(FindFirst("/" + std::string(1023, 'a'), data), kNoListing);
-    EXPECT_EQ(FindFirst(std::string(100000, '/'), data), kNoListing);
-    char sRoot[] = "/";
-    EXPECT_EQ(FsFindFirst(sRoot, nullptr), kNoListing);
-    EXPECT_EQ(FsFindNext(nullptr, nullptr), 0);
-    EXPECT_TRUE(m_phone.Requests().empty());
-    FindFirst("/" + std::string(1022, 'a'), data);
-    EXPECT_FALSE(m_phone.Requests().empty());
+TEST_F(FrontListing, TenThousandEntries) {
+    AddFiles("d", 10000);
+    m_phone.AddFile("d/f4711", Pattern(4711));
+    const std::vector<HostEntry> entries = List("/d");
+    ASSERT_EQ(entries.size(), 10000u);
+    for (const size_t i : {0, 4711, 9999}) {
+        EXPECT_EQ(entries[i].sName, "f" + std::to_string(i));
+        EXPECT_EQ(entries[i].iSize, i == 4711 ? 4711u : 0u);
+    }
 }
 
 } // namespace

@@ -15,13 +15,11 @@
 constexpr int kPluginNumber = 7;
 const HANDLE kNoListing = reinterpret_cast<HANDLE>(UINTPTR_MAX);
 
-/// FakeHost records what the plug-in reports. The hooks run inside the callbacks, on the calling thread.
+/// FakeHost records what the plug-in reports. The hook runs inside the callback, on the calling thread.
 struct FakeHost {
     std::function<int(int iPercent)> onProgress;
-    std::function<void(const std::string& sLine)> onLog;
 
     FakeHost() { s_pCurrent = this; }
-    ~FakeHost() { s_pCurrent = nullptr; }
 
     /// The log lines since the last call, each with its type in front.
     Lines TakeLog() {
@@ -43,12 +41,8 @@ struct FakeHost {
     }
     static void HOST_CALL Log(int iNumber, int iType, char* sText) {
         EXPECT_EQ(iNumber, kPluginNumber);
-        const std::string sLine = std::to_string(iType) + " " + sText;
-        std::unique_lock lock(s_pCurrent->m_lock);
-        s_pCurrent->m_log.push_back(sLine);
-        lock.unlock();
-        if (s_pCurrent->onLog)
-            s_pCurrent->onLog(sLine);
+        std::lock_guard lock(s_pCurrent->m_lock);
+        s_pCurrent->m_log.push_back(std::to_string(iType) + " " + sText);
     }
 
 private:
@@ -64,12 +58,7 @@ struct HostEntry {
     std::string sName;
     DWORD iAttributes;
     DWORD iSize;
-    uint64_t iTime;
 };
-
-inline uint64_t AsNumber(const FILETIME& time) {
-    return static_cast<uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
-}
 
 /// Calls of the entry points with the texts that they change; results are theirs.
 inline HANDLE FindFirst(std::string sPath, WIN32_FIND_DATAA& data) {
@@ -85,6 +74,13 @@ inline int Move(std::string sOld, std::string sNew, BOOL bMove, BOOL bOverWrite)
     return FsRenMovFile(sOld.data(), sNew.data(), bMove, bOverWrite, nullptr);
 }
 
+/// What FsExecuteFile returned, and what then stands in the host's buffer for names.
+inline std::pair<int, std::string> Execute(std::string sName, std::string sVerb) {
+    sName.resize(std::max<size_t>(MAX_PATH - 1, sName.size()));
+    const int iResult = FsExecuteFile(nullptr, sName.data(), sVerb.data());
+    return {iResult, sName.c_str()};
+}
+
 /// The entries of a folder, walked to the end and closed; nothing when FsFindFirst gave no handle.
 inline std::vector<HostEntry> List(const std::string& sPath) {
     std::vector<HostEntry> entries;
@@ -93,10 +89,8 @@ inline std::vector<HostEntry> List(const std::string& sPath) {
     if (hListing == kNoListing)
         return entries;
     do
-        entries.push_back(
-            {data.cFileName, data.dwFileAttributes, data.nFileSizeLow, AsNumber(data.ftLastWriteTime)});
+        entries.push_back({data.cFileName, data.dwFileAttributes, data.nFileSizeLow});
     while (FsFindNext(hListing, &data));
-    EXPECT_EQ(FsFindNext(hListing, &data), 0);
     EXPECT_EQ(FsFindClose(hListing), 0);
     return entries;
 }
@@ -106,12 +100,6 @@ inline Lines NamesIn(const std::string& sPath) {
     for (const HostEntry& entry : List(sPath))
         names.push_back(entry.sName);
     return names;
-}
-
-/// The two sides of "left > right".
-inline std::pair<std::string, std::string> Sides(const std::string& sRow) {
-    const size_t iArrow = sRow.find(" > ");
-    return {sRow.substr(0, iArrow), sRow.substr(iArrow + 3)};
 }
 
 /// HostTest is a host after FsInit's work, without its waiting time: callbacks are there, nothing is open

@@ -40,3 +40,9 @@ public:
 private:
     std::filesystem::path m_path;
 };
+
+/// How many entries a folder has.
+inline size_t CountIn(const char* sFolder) {
+    const std::filesystem::directory_iterator entries(sFolder);
+    return static_cast<size_t>(std::distance(begin(entries), end(entries)));
+}
