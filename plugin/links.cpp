@@ -42,7 +42,7 @@ std::string LinkTarget(const char* sPhonePath) {
 }
 
 std::string LinkedFolder(const char* sPhonePath) {
-    const std::string sTarget = LinkTarget(sPhonePath);
+    std::string sTarget = LinkTarget(sPhonePath);
     if (sTarget.empty() || !IsReadableFolder(sPhonePath))
         return "";
     if (sTarget.front() == '/')

@@ -92,7 +92,7 @@ void ParseTwoArgs(std::string sText, std::string& sFirst, std::string& sSecond) 
 bool WriteBack(const std::string& sPhonePath, char cSeparator, char* sHostName) {
     if (sPhonePath.size() >= MAX_PATH)
         return false;
-    std::strcpy(sHostName, sPhonePath.c_str());
+    std::memcpy(sHostName, sPhonePath.c_str(), sPhonePath.size() + 1);
     ToHostPath(sHostName, cSeparator);
     return true;
 }

@@ -105,7 +105,7 @@ private:
         for (const auto& [name, value] : m_job.options) {
             const auto option = std::ranges::find(m_program.options, name, &Option::name);
             if (!option->isForAll && std::ranges::find(taken, name) == taken.end())
-                Misused(who + " has no option " + name);
+                Misused(std::string(who).append(" has no option ").append(name));
         }
     }
 

@@ -42,7 +42,7 @@ fs::path LocalTreeTarget(const std::string& typed, const std::string& name) {
                       Status::Usage);
     const fs::path target = typed;
     const fs::path whole = IsLocalFolder(target) ? target / name : target;
-    const fs::path folder = (whole.has_filename() ? whole : whole.parent_path()).lexically_normal();
+    fs::path folder = (whole.has_filename() ? whole : whole.parent_path()).lexically_normal();
     RequireParent(folder);
     return folder;
 }
