@@ -33,7 +33,7 @@ struct Options {
 void PrintUsage(FILE* file) {
     std::fputs(
         "usage: quillet-bench [--quick | --full] [--json FILE] [--only TOPIC] [--profile BYTES [--log]]\n\n"
-        "--quick: less than two minutes (the default); --full: less than ten, with large files and folders\n"
+        "--quick: about two minutes (the default); --full: about eleven, with large files and folders\n"
         "--json FILE: writes the rows to FILE\n"
         "--only TOPIC: exchange, listing, transfer, framing, idle, memory or ports\n"
         "--profile BYTES: nothing but one download by the client, to run under a profiler; --log: with the "
