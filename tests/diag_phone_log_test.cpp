@@ -133,6 +133,28 @@ TEST_F(DiagPhoneLog, Queues) {
 
 // --- Waiting ----------------------------------------------------------------------------------------
 
+TEST_F(DiagPhoneLog, AFloodKeepsTheNewestAndTheRequestIsAnswered) {
+    constexpr uint32_t kRecords = 100000;
+    constexpr uint32_t kKept = 4096;
+    m_diag.DIAG_SetPhoneLoggingState(true);
+    m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 120000);
+    m_phone.phone.Script(Hex("2B"), [](const Bytes& request) {
+        std::vector<Bytes> packets;
+        for (uint32_t i = 0; i < kRecords; ++i)
+            packets.push_back(handset::LogPacket(0x1009, i, {}));
+        packets.push_back(request);
+        return packets;
+    });
+    EXPECT_TRUE(m_diag.DIAG_ERR_CLEAR_F(1));
+    unsigned short iSize = 0;
+    unsigned char aBuffer[4096];
+    for (uint32_t i = kRecords - kKept; i < kRecords; ++i) {
+        ASSERT_TRUE(m_diag.DIAG_GetNextPhoneLog(&iSize, aBuffer, 0));
+        ASSERT_EQ(aBuffer[8] | aBuffer[9] << 8 | aBuffer[10] << 16, static_cast<int>(i));
+    }
+    EXPECT_FALSE(m_diag.DIAG_GetNextPhoneLog(&iSize, aBuffer, 0));
+}
+
 TEST_F(DiagPhoneLog, LogsAreWaitedFor) {
     unsigned char aBuffers[3][4096];
     unsigned char* apBuffers[] = {aBuffers[0], aBuffers[1], aBuffers[2]};
