@@ -5,8 +5,8 @@
 //
 // Paths are zero-terminated, in the host's encoding, shorter than 1024 bytes, with '/' or '\' as separator
 // and the plug-in's root as "/" or "\"; the phone sees the same bytes. A phone path that is null or longer
-// fails the call before anything is sent. Phone paths that are `char*` are
-// changed in place where the host lets them be (kEntryPointsChangePaths).
+// fails the call before anything is sent. Phone paths that are `char*` are changed in place
+// where the host lets them be (kEntryPointsChangePaths).
 #pragma once
 
 #include "platform/export.h"

@@ -1,5 +1,6 @@
 #include "wfxhost/tree_copy.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 
@@ -80,7 +81,8 @@ private:
     }
 
     void Report(const TreeItem& item, int percent) {
-        const uint64_t done = m_listedBytes + item.entry.size * static_cast<uint64_t>(percent) / 100;
+        const auto part = static_cast<uint64_t>(std::clamp(percent, 0, 100)); // a plug-in may say anything
+        const uint64_t done = m_listedBytes + item.entry.size * part / 100;
         const uint64_t share = m_tree.bytes ? done * 100 / m_tree.bytes : m_files * 100 / m_tree.files;
         m_progress.ReportBytes(static_cast<int>(share), m_tree.bytes,
                                std::to_string(m_files) + " of " + Count(m_tree.files, "file"));
