@@ -29,6 +29,19 @@ struct Holdings {
     }
 };
 
+/// Fifty handsets on COM1 to COM50 that talk by themselves.
+struct TalkingPhones {
+    TalkingPhones() {
+        for (size_t i = 0; i < 50; ++i) {
+            aPhones[i].SetRecordLimit(0);
+            aPhones[i].SetChatter(3);
+            folder.Link("dev/ttyUSB" + std::to_string(i), aPhones[i].TtyPath());
+        }
+    }
+    DeviceFolder folder;
+    handset::Handset aPhones[50];
+};
+
 /// Makes, uses, closes and destroys as many contexts as there may be, in random order, iTimes in all.
 void ComeAndGo(int iTimes, std::mt19937& random) {
     void* aContexts[50] = {};
@@ -48,18 +61,47 @@ void ComeAndGo(int iTimes, std::mt19937& random) {
 }
 
 TEST(Lifetime, ContextsInAnyOrder) {
-    DeviceFolder folder;
-    handset::Handset aPhones[50];
-    for (size_t i = 0; i < 50; ++i) {
-        aPhones[i].SetRecordLimit(0);
-        aPhones[i].SetChatter(3);
-        folder.Link("dev/ttyUSB" + std::to_string(i), aPhones[i].TtyPath());
-    }
+    TalkingPhones phones;
     std::mt19937 random(1);
     for (int i = 0; i < 2; ++i)
         ComeAndGo(2000, random); // what is made once is made now
     const Holdings before;
     ComeAndGo(3000, random);
+    before.ExpectAgain();
+}
+
+/// Five threads do the same with connections, each with ten phones of its own.
+void ComeAndGoInThreads(int iTimes, unsigned iSeed) {
+    const auto useTen = [&](unsigned iThread) {
+        std::mt19937 random(iSeed + iThread);
+        std::unique_ptr<Diag_FTM> aConnections[10];
+        for (int i = 0; i < iTimes; ++i) {
+            const unsigned iWhich = random() % 10;
+            auto& pConnection = aConnections[iWhich];
+            if (!pConnection)
+                pConnection =
+                    std::make_unique<Diag_FTM>(static_cast<unsigned short>(iThread * 10 + iWhich + 1));
+            else if (random() % 3 == 0)
+                pConnection.reset();
+            else if (random() % 2 == 0)
+                pConnection->ClosePort();
+            else
+                EXPECT_TRUE(pConnection->EFS2_DIAG_UNLINK("f")) << "a stop reached another";
+        }
+    };
+    std::vector<std::thread> threads;
+    for (unsigned i = 0; i < 5; ++i)
+        threads.emplace_back(useTen, i);
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST(Lifetime, ConnectionsInManyThreads) {
+    TalkingPhones phones;
+    for (unsigned i = 0; i < 2; ++i)
+        ComeAndGoInThreads(400, i);
+    const Holdings before;
+    ComeAndGoInThreads(3000, 2);
     before.ExpectAgain();
 }
 
