@@ -108,8 +108,7 @@ using Caller = void (*)(Diag_FTM& diag, Input& input);
 template <Kind kind, auto... aMethods>
 constexpr std::array kCalls = {&Call<kind, aMethods>...};
 
-// Methods that only tell whether the handset answered are one to it: some stand for all of them. The corpus
-// names methods by their places: new ones go to the ends of their groups, new groups to the end.
+// The corpus names methods by their places: new ones go to the ends of their groups, new groups to the end.
 
 constexpr auto& kGeneral =
     kCalls<kPlain, &D::SendFtmCmd, &D::SendFtmCmd59, &D::SendEVDO, &D::SendCDMA2000, &D::SetCommandType,
@@ -153,6 +152,63 @@ constexpr auto& kSessions =
            &D::FTM_HSDPA_BER_StopSession, &D::FTM_HSDPA_BLER_Reconfigure_HS,
            &D::FTM_HSDPA_BLER_Configure_HS_DSCH_HSET>;
 
+// What the phone only has to answer.
+constexpr auto& kGeneralReceipts =
+    kCalls<kPlain, &D::DOWNLOAD_Ping, &D::DIAG_KeyPress_StopCapture, &D::DIAG_KeyPress_ClearQueue,
+           &D::DIAG_KeyPress_ClearMap, &D::DIAG_KeyPress_GetQueueSize, &D::DIAG_ClearAllLogCodes,
+           &D::DIAG_SetMessageLevel, &D::DIAG_SetMessageFilter, &D::DIAG_EventReportControl,
+           &D::DIAG_ClearPhoneLogQueue, &D::DIAG_ClearCommandResponseQueue, &D::DIAG_GetPhoneLogQueueSize,
+           &D::DIAG_GetCommandResponseQueueSize, &D::DIAG_GSM_CALL_END_F, &D::DIAG_ERR_CLEAR_F,
+           &D::DIAG_CONTROL_F, &D::DIAG_DLOAD_F, &D::DIAG_SECURITY_FREEZE_F, &D::DIAG_SET_DIPSW_F,
+           &D::EFS2_DIAG_RMDIR, &D::EFS2_DIAG_UNLINK>;
+
+constexpr auto& kFactoryReceipts =
+    kCalls<kPlain, &D::FTM_AUDIO_SET_PATH, &D::FTM_AUDIO_SET_VOLUME, &D::FTM_AUDIO_DSP_LOOPBACK,
+           &D::FTM_AUDIO_PCM_LOOPBACK, &D::FTM_AUDIO_TONES_STOP, &D::FTM_AUDIO_NS_CONTROL,
+           &D::FTM_AUDIO_SET_CODECTXGAIN_ADJUST, &D::FTM_AUDIO_PCM_CAPTURE_STOP, &D::FTM_BT_SetCW,
+           &D::MFLO_ACTIVATE_FLOW, &D::MFLO_DEACTIVATE_FLOW, &D::MFLO_START_FLO, &D::MFLO_SET_RF_CHNL,
+           &D::MFLO_ENABLE_FTAP_PLP_DATA, &D::MFLO_ENABLE_FTAP_OIS, &D::MFLO_ENABLE_WIC_LIC,
+           &D::FTM_MF_TUNE_PLL, &D::FTM_MF_LNA_SELECT, &D::FTM_MF_RF_SWITCH_CONFIG, &D::FTM_MF_SET_GAIN_STATE,
+           &D::FTM_MF_WRITE_CAL_DATA, &D::MFLO_RST_PLP_STATS, &D::MFLO_RST_MLC_PLP_STATS,
+           &D::MFLO_RST_OIS_PLP_STAT, &D::FTM_CAMERA_START, &D::FTM_CAMERA_STOP,
+           &D::FTM_CAMERA_SET_DIMENSIONS, &D::FTM_CAMERA_SET_SENSOR_ID, &D::FTM_CAMERA_START_PREVIEW,
+           &D::FTM_CAMERA_STOP_PREVIEW, &D::FTM_CDMA_API2_COMMIT_RF_TO_NV, &D::FTM_LOG_ENABLE,
+           &D::FTM_LOG_DISABLE, &D::FTM_AGPS_SET_TEST_MODE, &D::FTM_AGPS_IDLE_MODE,
+           &D::FTM_AGPS_STANDALONE_TEST_MODE, &D::FTM_AGPS_SV_TRACKING, &D::FTM_AGPS_IQ_CAPTURE,
+           &D::FTM_SET_TRANSMIT_CONT, &D::FTM_SET_TRANSMIT_BURST, &D::FTM_SET_RX_BURST,
+           &D::FTM_SET_RX_CONTINUOUS, &D::FTM_SET_TX_POWER_LEVEL, &D::FTM_SET_PA_DAC_INPUT,
+           &D::FTM_SET_TX_CAL_SWEEP, &D::FTM_SET_TX_FRAME_MATRIX, &D::FTM_ENABLE_POLAR_REF_CAL,
+           &D::FTM_SET_TWOTONE_FREQ_OFFSET, &D::FTM_SET_OPLL_BW, &D::FTM_BASEBAND_BW_CAL,
+           &D::FTM_PMIC_CHG_SET_SWITCH_STATE, &D::FTM_PMIC_CONFIG_WALL_PULSE_CHGR,
+           &D::FTM_PMIC_CONFIG_WALL_PULSE_CHGR_VBAT_DET, &D::FTM_PMIC_CONFIG_WALL_CHGR_TRANSISTOR_LIMITS,
+           &D::FTM_PMIC_CONFIG_TRICKLE_CHARGER, &D::FTM_PMIC_CONFIG_COIN_CELL_CHGR,
+           &D::FTM_PMIC_CONFIG_BATT_ALARM, &D::FTM_PMIC_CONFIG_USB_TRANSISTOR_LIMITS,
+           &D::FTM_PMIC_CONFIG_PWR_CTRL_LIMIT, &D::FTM_PMIC_RTC_STOP, &D::FTM_PMIC_RTC_DISABLE_ALARM,
+           &D::FTM_PMIC_VREG_CONTROL, &D::FTM_PMIC_VREG_SET_LEVEL, &D::FTM_PMIC_VREG_CONFIG_SMPS_MODE,
+           &D::FTM_PMIC_VREG_CONFIG_LDO_PD_SW, &D::FTM_PMIC_VREG_CONFIG_LP_MODE_CONTROL,
+           &D::FTM_PMIC_VREG_SMPS_CLK_CONFIG, &D::FTM_PMIC_AMUX_CONFIG, &D::FTM_PMIC_INT_IRQ_CLR,
+           &D::FTM_SET_PMIC_DRIVE_LEVEL, &D::FTM_PMIC_SPKR_CONFIG, &D::FTM_SET_PDM, &D::FTM_SET_TX_ON,
+           &D::FTM_SET_TX_OFF, &D::FTM_CDMA_CW_WAVEFORM, &D::FTM_SET_PA_RANGE, &D::FTM_SET_LNA_RANGE,
+           &D::FTM_SET_RF_POWER_MODE, &D::FTM_SET_SECONDARY_CHAIN, &D::FTM_SECOND_CHAIN_TEST_CALL,
+           &D::FTM_SET_WCDMA_SECONDARY_CHAIN, &D::FTM_SET_LNA_OFFSET, &D::FTM_SET_DVGA_OFFSET,
+           &D::FTM_SET_FREQ_SENSE_GAIN, &D::FTM_CONFIGURE_TX_SWEEP_CAL, &D::FTM_SET_HDET_TRACKING>;
+
+constexpr auto& kTestRequests = kCalls<
+    kPlain, &D::FTM_EGPRS_BER_START_GPRS_IDLE_MODE_REQ, &D::FTM_EGPRS_BER_ESTABLISH_SRB_LOOPBACK,
+    &D::FTM_EGPRS_BER_CONFIGURE_DL_TBF, &D::FTM_EGPRS_BER_CONFIGURE_UL_TBF, &D::FTM_EGPRS_BER_RELEASE_ALL_TBF,
+    &D::FTM_EGPRS_BER_RELEASE_UL_TBF, &D::FTM_EGPRS_BER_Release_UL_TBF, &D::FTM_EGPRS_BER_ClearStatus,
+    &D::FTM_EGPRS_BER_GetStatus, &D::FTM_GSM_START_MODE_REQ, &D::FTM_GSM_SELECT_SPECIFIC_BCCH_REQ,
+    &D::FTM_GSM_START_IDLE_MODE_REQ, &D::FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ, &D::FTM_GSM_CHANNEL_ASSIGN_REQ,
+    &D::FTM_GSM_CHANNEL_RELEASE_REQ, &D::FTM_GSM_STOP_GSM_MODE_REQ, &D::FTM_GSM_BER_CHANNEL_ASSIGN_V2_REQ,
+    &D::FTM_GSM_ConfigLoopbackType, &D::FTM_GSM_BER_ClearStatus, &D::FTM_HSDPA_BLER_CMD_START_HS,
+    &D::FTM_HSDPA_BLER_CMD_STOP_HS, &D::FTM_HSDPA_BLER_CMD_RECONFIG_HS,
+    &D::FTM_HSDPA_BLER_CMD_CONFIG_HS_PDSCH, &D::FTM_HSDPA_BLER_CMD_CONFIG_HS_DPCCH,
+    &D::FTM_HSDPA_BLER_Configure_PDSCH, &D::FTM_HSDPA_BLER_Configure_HS_DPCCH, &D::FTM_HSDPA_BER_ClearStatus,
+    &D::FTM_HSDPA_BER_GetStatus, &D::FTM_WCDMA_START_MODE_REQ, &D::FTM_WCDMA_STOP_MODE_REQ,
+    &D::FTM_WCDMA_START_IDLE_MODE_REQ, &D::FTM_WCDMA_ACQUIRE_REQ, &D::FTM_WCDMA_RMC_DCH_SETUP_REQ,
+    &D::FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B, &D::FTM_WCDMA_RMC_DCH_SETUP_REQ_V2, &D::FTM_WCDMA_BER_SetupRMC_DCH,
+    &D::FTM_WCDMA_BER_Handover_V2B, &D::FTM_WCDMA_BER_ClearStatus>;
+
 constexpr auto& kArrays =
     kCalls<kCounted, &D::DIAG_SetExtendedLogMask, &D::DIAG_AddExtendedLogCodes, &D::DIAG_NV_READ_F,
            &D::DIAG_NV_READ_ARRAY_F, &D::DIAG_NV_WRITE_F, &D::DIAG_NV_WRITE_ARRAY_F,
@@ -179,7 +235,11 @@ constexpr Caller kFixed[] = {Call<Kind{8}, &D::FTM_HSDPA_BLER_Configure_HS_DSCH>
                              Call<Kind{4096}, &D::DOWNLOAD_Hello>,
                              Call<Kind{4096}, &D::DIAG_GetNextPhoneLog>,
                              Call<Kind{4096}, &D::DIAG_GetNextCommandResponse>,
-                             Call<Kind{4096, false, true}, &D::DIAG_GetSingleLog>};
+                             Call<Kind{4096, false, true}, &D::DIAG_GetSingleLog>,
+                             Call<Kind{8}, &D::FTM_HSDPA_BLER_CMD_CONFIG_HS_DSCH>,
+                             Call<Kind{6}, &D::FTM_BT_SetAddr>,
+                             Call<Kind{4}, &D::FTM_HSDPA_BLER_CMD_CONFIG_HS_SCCH>,
+                             Call<Kind{4}, &D::FTM_HSDPA_BLER_Configure_HS_SCCH>};
 
 template <class Item>
 void PeekAndPoke(Diag_FTM& diag, Input& input) {
@@ -231,8 +291,9 @@ constexpr Caller kSequences[] = {PeekAndPoke<unsigned char>,
                                  MultipleLogs,
                                  TransferFile};
 
-constexpr std::span<const Caller> kGroups[] = {kGeneral, kFactory, kSessions, kArrays,
-                                               kWaits,   kFixed,   kSequences};
+constexpr std::span<const Caller> kGroups[] = {kGeneral,         kFactory,     kSessions,  kArrays,
+                                               kWaits,           kFixed,       kSequences, kGeneralReceipts,
+                                               kFactoryReceipts, kTestRequests};
 
 void Configure(Diag_FTM& diag, unsigned iFlags) {
     for (int i = 0; i < kTimeOutCount; ++i)
