@@ -1,5 +1,6 @@
 // Writing NV items in batches: several items in one request, each with a verdict of its own in the answer.
 #include <algorithm>
+#include <utility>
 
 #include "diag/command_codes.h"
 #include "diag/nv_items.h"
@@ -55,13 +56,13 @@ void NvItems::DIAG_NV_ClearWriteQueue() {
     m_writeQueue.clear();
 }
 
-std::vector<NvItems::NV_WriteQueueItem> NvItems::TakeBatch(unsigned& iPayloadSize) {
+std::vector<NvItems::NV_WriteQueueItem> NvItems::TakeBatch(std::deque<NV_WriteQueueItem>& queue,
+                                                           unsigned& iPayloadSize) {
     std::vector<NV_WriteQueueItem> batch;
     iPayloadSize = 0;
-    while (!m_writeQueue.empty() &&
-           iPayloadSize + m_writeQueue.front().iItemLength + kItemHead < kPayloadLimit) {
-        batch.push_back(m_writeQueue.front());
-        m_writeQueue.pop_front();
+    while (!queue.empty() && iPayloadSize + queue.front().iItemLength + kItemHead < kPayloadLimit) {
+        batch.push_back(queue.front());
+        queue.pop_front();
         iPayloadSize += batch.back().iItemLength + kItemHead;
     }
     return batch;
@@ -131,15 +132,18 @@ bool NvItems::DIAG_NV_WRITE_FlushBatchQueue(unsigned short& iLastItemID, unsigne
     iLastItemID = kNoItem;
     m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_NV_WRITE_FlushBatchQueue( ) -- Queue size = %d",
                              static_cast<int>(m_writeQueue.size()));
+    // The first request may open the port, and that empties the member.
+    std::deque<NV_WriteQueueItem> queue = std::exchange(m_writeQueue, {});
     size_t iWritten = 0;
     bool bDone = false;
     do {
         unsigned iPayloadSize = 0;
-        const std::vector<NV_WriteQueueItem> batch = TakeBatch(iPayloadSize);
+        const std::vector<NV_WriteQueueItem> batch = TakeBatch(queue, iPayloadSize);
         iWritten += batch.size();
         bDone =
             SendBatch(batch, iPayloadSize) && ReadBatchAnswer({iLastItemID, iBatchStatus, iLastItemStatus});
-    } while (bDone && !m_writeQueue.empty());
+    } while (bDone && !queue.empty());
+    m_writeQueue = std::move(queue);
     DIAG_NV_WRITE_SetBatchMode(false);
     m_frame.Log().LogMessage(LOG_RET, "QLIB_DIAG_NV_WRITE_FlushBatchQueue( ) -- Number Items Written = %d",
                              static_cast<int>(iWritten));

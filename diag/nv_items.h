@@ -77,7 +77,8 @@ private:
     bool Read(size_t iDataOffset, unsigned char* pItemData, int iLength, unsigned short& iStatus);
     bool DIAG_NV_Add_WRITE_QueueItem(unsigned short iItemID, const unsigned char* pItemData, int iLength);
     void DIAG_NV_ClearWriteQueue();
-    std::vector<NV_WriteQueueItem> TakeBatch(unsigned& iPayloadSize);
+    static std::vector<NV_WriteQueueItem> TakeBatch(std::deque<NV_WriteQueueItem>& queue,
+                                                    unsigned& iPayloadSize);
     bool SendBatch(const std::vector<NV_WriteQueueItem>& batch, unsigned iPayloadSize);
     bool ReadBatchAnswer(BatchResult result);
     bool IsItemWritten(BatchResult result);

@@ -92,6 +92,14 @@ TEST_F(DiagNv, BatchesStayBelowTheirLimit) {
     EXPECT_EQ(ValueAt(requests[1], 4), 0x02D80007u);
 }
 
+TEST_F(DiagNv, AFlushThatOpensThePortSendsAllBatches) {
+    m_diag.ClosePort();
+    m_diag.DIAG_NV_WRITE_SetBatchMode(true);
+    Queue(20, 100);
+    EXPECT_EQ(Flush(m_diag), "true 77 0 0");
+    EXPECT_EQ(m_phone.CountOf("4B 30"), 2);
+}
+
 TEST_F(DiagNv, ReadOnlyItemsInBatches) {
     const unsigned short aReadOnly[] = {5, 0};
     EXPECT_TRUE(m_diag.DIAG_NV_WRITE_BatchQueue_SetRO_List(aReadOnly, 2));
