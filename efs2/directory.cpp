@@ -136,8 +136,8 @@ bool Efs2Directory::EFS2_DIAG_ENUM_DIR(const char* sFolderPath) {
         m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s ) - Failed", sFolderPath);
         return false;
     }
-    if (m_callbacks.m_pfnEfsDirCallBack != nullptr)
-        for (Efs2DirItem& item : list)
+    for (Efs2DirItem& item : list)
+        if (m_callbacks.m_pfnEfsDirCallBack != nullptr) // a call may have switched it off
             Deliver(item);
     return true;
 }

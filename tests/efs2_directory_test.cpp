@@ -65,6 +65,22 @@ TEST_F(Efs2DirectoryTest, WireCallbacksAndLog) {
     EXPECT_EQ(m_phone.Requests()[0], "4B 13 0B 00 2F 00");
 }
 
+TEST_F(Efs2DirectoryTest, ACallbackMaySwitchItselfOff) {
+    static int s_iCalls;
+    s_iCalls = 0;
+    m_diag.ConfigureEfsCallbacks(&m_diag, nullptr,
+                                 [](char* const, unsigned char, unsigned short, unsigned char, unsigned char,
+                                    DWORD, DWORD, void* pDiag) -> unsigned char {
+                                     ++s_iCalls;
+                                     static_cast<Diag_FTM*>(pDiag)->ConfigureEfsCallbacks(nullptr, nullptr,
+                                                                                          nullptr);
+                                     return 0;
+                                 });
+    ScriptEntries({Entry("a"), Entry("b")});
+    EXPECT_EQ(List("dir")[0], "true");
+    EXPECT_EQ(s_iCalls, 1);
+}
+
 TEST_F(Efs2DirectoryTest, AgainstThePhonesFileSystem) {
     m_phone.phone.WithFiles([](handset::FileSystem& files) {
         for (int i = 0; i < 300; ++i)
