@@ -119,7 +119,7 @@ void KeyPresses::DIAG_KeyPress_ProcessResponseBuffer() {
     QueueItem item;
     ExtendedMessage message;
     while (m_frame.Connection().PhoneLogQueue().Pop(&item)) {
-        if (item.length < kMaxPacketSize && ParseExtendedMessage(WithoutFcs(item), message))
+        if (item.length < kMaxPacketSize && ParseExtendedMessage(PacketOf(item), message))
             ProcessMessage(message.sFormat);
     }
 }

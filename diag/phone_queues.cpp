@@ -137,7 +137,7 @@ bool PhoneQueues::DIAG_FindDebugMessage(const char* sSearchString, bool& bFound,
     QueueItem item;
     ExtendedMessage message;
     while (!bFound && m_frame.Connection().PhoneLogQueue().Pop(&item)) {
-        bFound = ParseExtendedMessage(WithoutFcs(item), message) &&
+        bFound = ParseExtendedMessage(PacketOf(item), message) &&
                  std::string_view(message.sFormat) == sSearchString;
     }
     if (!bFound)

@@ -9,8 +9,9 @@ class LogMasks;
 
 /// PhoneQueues: received packets wait in two queues, of which each keeps the newest 4096: the phone's unasked
 /// log records, messages and event reports (while phone logging is on), and all other packets (the next
-/// request drops those). Packets are handed out with their two FCS bytes, at most 4096 bytes in all, which is
-/// what every buffer must hold. Caller's thread. The frame and the log masks must outlive it.
+/// request over a serial port drops those). Packets are handed out with their two FCS bytes, unless they are
+/// replayed ones that have lost them; at most 4096 bytes in all, which is what every buffer must hold.
+/// Caller's thread. The frame and the log masks must outlive it.
 class QUILLET_API PhoneQueues {
 public:
     PhoneQueues(CommandFrame& frame, LogMasks& masks) : m_frame(frame), m_masks(masks) {}
