@@ -27,6 +27,13 @@ FILE* OpenReadable(const char* sFileName) {
     return nullptr;
 }
 
+/// SizeOf tells how many bytes a file has now; negative when it cannot tell.
+long SizeOf(FILE* pFile) {
+    const long iSize = fseek(pFile, 0, SEEK_END) == 0 ? ftell(pFile) : -1;
+    rewind(pFile);
+    return iSize;
+}
+
 /// ReadLine reads a line without its end, keeping at most kMaxLine characters of it; false at the end of
 /// the file.
 bool ReadLine(FILE* pFile, std::string& line) {
@@ -99,7 +106,9 @@ bool LogPlayback::StartLogFilePlaybackMode(const char* sFileName, unsigned char 
     const size_t iLeftOut = bKeepLastTwo != 0 ? 0 : kFcsSize;
     std::string line;
     QueueItem packet;
-    while (ReadLine(pFile, line))
+    // No further: when it is the log that is being written, each replayed packet appends a line.
+    const long iEnd = SizeOf(pFile);
+    while ((iEnd < 0 || ftell(pFile) < iEnd) && ReadLine(pFile, line))
         if (ParseHex(HexTextOf(line), packet) && packet.length > iLeftOut)
             m_connection.ReplayPacket({packet.data, packet.length - iLeftOut});
     fclose(pFile);

@@ -134,6 +134,7 @@ Lines Session(Diag_FTM& diag, const LocalFolder& folder) {
         EXPECT_TRUE(diag.EFS2_DIAG_STAT(sPath, iError, iMode, iSize, iTimes, iTimes, iTimes, iTimes));
         seen.push_back(std::to_string(iError) + " " + std::to_string(iSize));
     }
+    seen.push_back(std::to_string(diag.DIAG_NV_CNV_DIAG_BACKUP_F())); // answered in two stages
     const std::string sLocal = folder.Path("copy");
     seen.push_back(std::to_string(diag.EFS2_DIAG_READ_FILE(sLocal.c_str(), "brew/a.bin")));
     seen.push_back(handset::ToHex(folder.Read("copy")));
@@ -164,6 +165,20 @@ TEST_F(PlaybackTest, ARecordedSessionReplaysWithoutThePhone) {
     ASSERT_TRUE(m_diag.StartLogFilePlaybackMode(sLog.c_str(), 1));
     EXPECT_EQ(Take(m_connection.PhoneLogQueue()), records);
     EXPECT_FALSE(records.empty());
+}
+
+TEST_F(PlaybackTest, TheLogThatIsBeingWrittenEndsWhereItEnded) {
+    const std::string sLog = m_folder.Path("own.txt");
+    Diag_FTM diag(1);
+    ASSERT_TRUE(diag.OpenPort());
+    diag.SetLogFlags(LOG_IO);
+    diag.StartLogging(sLog.c_str());
+    DWORD iError = 0, iValue = 0;
+    ASSERT_TRUE(diag.EFS2_DIAG_STAT("none", iError, iValue, iValue, iValue, iValue, iValue, iValue));
+    ASSERT_TRUE(diag.StartLogFilePlaybackMode(sLog.c_str(), 1));
+    DWORD iWaiting = 0;
+    static_cast<DiagConnection&>(diag).CommandResponseQueue().GetCount(iWaiting);
+    EXPECT_EQ(iWaiting, 1u);
 }
 
 } // namespace
