@@ -2,6 +2,15 @@
 
 #include <algorithm>
 
+namespace {
+
+// Who decodes a packet without knowing its length finds zeros behind it: as far as the most arguments that an
+// extended debug message can announce, and at least the end of two texts.
+constexpr size_t kLeastRoom = 20 + 255 * 4 + 2;
+constexpr size_t kZerosBehind = 2;
+
+} // namespace
+
 CQLibEvents_Listener::~CQLibEvents_Listener() = default;
 CQLibEvents_Filter::~CQLibEvents_Filter() = default;
 
@@ -52,7 +61,8 @@ bool CQLibEventDispatcher::OnThreadExit() {
 
 int CQLibEventDispatcher::PostEvent(DWORD iLength, const unsigned char* pData, unsigned int iValue3,
                                     LONG iValue4, short iValue5, DWORD iValue6) {
-    CQLibEvent event{iLength, std::make_unique<unsigned char[]>(iLength), iValue3, iValue4, iValue5, iValue6};
+    const size_t iRoom = std::max<size_t>(iLength + kZerosBehind, kLeastRoom);
+    CQLibEvent event{iLength, std::make_unique<unsigned char[]>(iRoom), iValue3, iValue4, iValue5, iValue6};
     std::copy_n(pData, iLength, event.pData.get());
     {
         const std::lock_guard lock(m_queueLock);

@@ -29,9 +29,10 @@ static_assert(sizeof(ExtendedMessage) == 232);
 /// `message` unchanged, when the packet is no extended debug message.
 bool ParseExtendedMessage(std::span<const unsigned char> packet, ExtendedMessage& message);
 
-/// ParseExtendedMessage for a packet whose length is not known: its texts must be zero-terminated, or it
-/// must stand in a buffer of at least 4096 readable bytes (as the items of the queues do). Nothing behind
-/// the second text's zero is read, and nothing from the 4097th byte on.
+/// ParseExtendedMessage for a packet whose length is not known: it must be one that this library handed out
+/// (to a listener or a callback, or from a queue), or stand in a buffer of at least 4096 readable bytes. Its
+/// argument count is believed: when it is right, nothing behind the second text's zero is read, and in no
+/// case anything from the 4097th byte on.
 bool ParseExtendedMessage(const unsigned char* pPacket, ExtendedMessage& message);
 
 /// Room for the description of any extended debug message.

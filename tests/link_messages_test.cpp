@@ -164,6 +164,22 @@ TEST(ExtendedMessages, APacketCutAnywhereReadsNothingBehindItsEnd) {
     EXPECT_FALSE(ParseExtendedMessage(pExact.get(), message));
 }
 
+TEST(ExtendedMessages, AFalseCountFindsZerosBehindADeliveredPacket) {
+    struct Reader : CQLibEvents_Listener {
+        void messageReceived(LONG, unsigned char* pPacket, unsigned int, LONG, short, DWORD) override {
+            bParsed = ParseExtendedMessage(pPacket, message) && message.sFormat[0] == '\0';
+        }
+        ExtendedMessage message;
+        std::atomic<bool> bParsed{false};
+    } reader;
+    const Bytes packet = Message(255, {1, 2, 3}, "fmt\0file.c\0"s);
+    CQLibEventDispatcher dispatcher;
+    dispatcher.AddListener(&reader, nullptr);
+    dispatcher.PostEvent(static_cast<DWORD>(packet.size()), packet.data(), 0, 0, 0, 0);
+    EXPECT_TRUE(Eventually([&] { return reader.bParsed.load(); }));
+    dispatcher.Stop();
+}
+
 /// A connection whose listener and families are given packets directly.
 class MessagesTest : public PhoneTest {
 protected:
