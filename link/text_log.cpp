@@ -6,6 +6,8 @@
 #include <cstring>
 #include <ctime>
 #include <iterator>
+#include <mutex>
+#include <string>
 
 #include "link/clock.h"
 
@@ -47,6 +49,18 @@ constexpr std::array<HexText, 256> kHexTexts = [] {
         texts[i] = {sDigits[i >> 4], sDigits[i & 0x0F], ' ', '\0'};
     return texts;
 }();
+
+/// DateAndTime is now, local time. The C library keeps one record of it for all logs of the process.
+std::string DateAndTime() {
+    static std::mutex recordLock;
+    const std::lock_guard lock(recordLock);
+    const std::time_t now = std::time(nullptr);
+    char sText[32];
+    const std::tm* const pLocal = std::localtime(&now);
+    const size_t iLength =
+        pLocal == nullptr ? 0 : std::strftime(sText, sizeof sText, "%m/%d/%y, %H:%M:%S", pLocal);
+    return iLength == 0 ? ", " : std::string(sText, iLength);
+}
 
 } // namespace
 
@@ -140,14 +154,7 @@ bool DataLogFileHandler::RestartLog() {
     WriteLine("Start Log", LOG_IO);
     if (m_hLogFile == nullptr)
         return true;
-    const std::time_t now = std::time(nullptr);
-    char sDate[16] = "";
-    char sTime[16] = "";
-    if (const std::tm* pLocal = std::localtime(&now); pLocal != nullptr) {
-        std::strftime(sDate, sizeof sDate, "%m/%d/%y", pLocal);
-        std::strftime(sTime, sizeof sTime, "%H:%M:%S", pLocal);
-    }
-    LogMessage(LOG_FN, "%s, %s", sDate, sTime);
+    LogMessage(LOG_FN, "%s", DateAndTime().c_str());
     return true;
 }
 
