@@ -17,16 +17,13 @@ DWORD Remaining_ms(ULONGLONG iStart_ms, DWORD iLimit_ms) {
 }
 
 // The request to end the thread's own message loop is kept for that loop.
-void DispatchMessages(std::optional<int>& exitCode) {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-        if (message.message == WM_QUIT) {
-            exitCode = static_cast<int>(message.wParam);
-            continue;
-        }
-        TranslateMessage(&message);
-        DispatchMessageA(&message);
+void Dispatch(const MSG& message, std::optional<int>& exitCode) {
+    if (message.message == WM_QUIT) {
+        exitCode = static_cast<int>(message.wParam);
+        return;
     }
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
 }
 
 } // namespace
@@ -59,7 +56,12 @@ DWORD WaitWithMessages(std::span<void* const> handles, DWORD iLimit_ms) {
                                                     Remaining_ms(iStart_ms, iLimit_ms), QS_ALLINPUT);
         if (bLast || iResult != WAIT_OBJECT_0 + iCount)
             break;
-        DispatchMessages(exitCode);
+        MSG message;
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+            Dispatch(message, exitCode);
+            if (Remaining_ms(iStart_ms, iLimit_ms) == 0)
+                break;
+        }
     }
     if (exitCode)
         PostQuitMessage(*exitCode);
