@@ -39,8 +39,14 @@ void ServerClient::Carry(const DispatcherPointer& pDispatcher, const std::shared
 void ServerClient::Initialize(const std::shared_ptr<PacketEvents>& pEvents) {
     if (m_pServer)
         return;
-    const auto pCall = std::make_shared<StartCall>(StartCall{m_sClass, m_sClientName, pEvents});
-    Execute("initialize", &ServerClient::initializeImpl, pCall, kCallLimit_ms);
+    auto pCall = std::make_shared<StartCall>(StartCall{m_sClass, m_sClientName, pEvents});
+    try {
+        Execute("initialize", &ServerClient::initializeImpl, pCall, kCallLimit_ms);
+    } catch (...) {
+        // A view that was made too late must go where it was made.
+        m_pComThread->ReleaseOnThread(std::move(pCall));
+        throw;
+    }
     m_pServer = std::move(pCall->pServer);
 }
 

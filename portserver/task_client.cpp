@@ -1,6 +1,7 @@
 #include "portserver/task_client.h"
 
 #include <array>
+#include <atomic>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -14,7 +15,8 @@ class TaskRun : public TaskEvents {
 public:
     void entryListed(const EfsDirItem& item) override {
         const std::lock_guard lock(m_lock);
-        m_state.entries.push_back(item);
+        if (!m_state.bEnded)
+            m_state.entries.push_back(item);
         m_news.Set();
     }
     void progressed(DWORD iDone, DWORD iInAll) override {
@@ -24,8 +26,9 @@ public:
     }
     void finished(bool bSucceeded) override {
         const std::lock_guard lock(m_lock);
-        m_state.bSucceeded = bSucceeded && !m_state.bEnded;
-        m_state.bEnded = true;
+        if (std::exchange(m_state.bEnded, true))
+            return;
+        m_state.bSucceeded = bSucceeded;
         m_news.Set();
     }
 
@@ -56,16 +59,18 @@ private:
     State m_state;
 };
 
-namespace {
+/// What has become of a task: whoever comes second, the server that begins it or the caller whose patience
+/// ends, sees what the other one did.
+enum class TaskClient::Beginning { Asked, Begun, GivenUp };
 
-struct BeginCall {
-    ServerTask eTask;
+struct TaskClient::BeginCall {
+    explicit BeginCall(ServerTask eOne) : eTask(eOne) {}
+
+    const ServerTask eTask;
     std::vector<std::string> arguments;
-    std::shared_ptr<TaskRun> pRun;
-    bool bBegun = false; // out
+    const std::shared_ptr<TaskRun> pRun = std::make_shared<TaskRun>();
+    std::atomic<Beginning> eState = Beginning::Asked;
 };
-
-} // namespace
 
 void TaskClient::Error(const std::string& sText) {
     m_bError = !sText.empty();
@@ -91,21 +96,34 @@ bool TaskClient::RunTask(ServerTask eTask, const char* sName, std::initializer_l
     return Attempt(sName, [&] {
         OnBegin(sName);
         RequireConnection(sName);
-        const auto pCall = std::make_shared<BeginCall>(BeginCall{eTask, {}, std::make_shared<TaskRun>()});
+        const auto pCall = std::make_shared<BeginCall>(eTask);
         for (const char* sArgument : arguments) {
             if (!sArgument)
                 throw ServerException(Operation(sName) + " - an argument is missing");
             pCall->arguments.emplace_back(sArgument);
         }
-        Execute(sName, &TaskClient::beginImpl, pCall, kCallLimit_ms);
-        if ((!pCall->bBegun || !WaitForEnd(*pCall->pRun)) && !HasError())
+        SetRun(pCall->pRun);
+        Begin(sName, pCall);
+        if ((pCall->eState != Beginning::Begun || !WaitForEnd(*pCall->pRun)) && !HasError())
             throw ServerException(Operation(sName) + " - " + sFailure);
     });
 }
 
+void TaskClient::Begin(const char* sName, const std::shared_ptr<BeginCall>& pCall) {
+    try {
+        Execute(sName, &TaskClient::beginImpl, pCall, kCallLimit_ms);
+    } catch (const ComThreadManager::TimeoutException&) {
+        if (pCall->eState.exchange(Beginning::GivenUp) == Beginning::Begun)
+            Abort();
+        throw;
+    }
+}
+
 void TaskClient::beginImpl(void* pArgument) {
     BeginCall& call = *static_cast<BeginCall*>(pArgument);
-    call.bBegun = Server().begin(call.eTask, call.arguments, call.pRun);
+    if (Server().begin(call.eTask, call.arguments, call.pRun) &&
+        call.eState.exchange(Beginning::Begun) == Beginning::GivenUp)
+        Server().abort();
 }
 
 bool TaskClient::WaitForEnd(TaskRun& run) {
@@ -130,10 +148,23 @@ bool TaskClient::Abort() {
     try {
         RequireConnection("abort");
         Execute("abort", &TaskClient::abortImpl, kCallLimit_ms);
+        // The server reports nothing more, so this is what ends the wait.
+        if (const std::shared_ptr<TaskRun> pRun = Run())
+            pRun->finished(false);
         return true;
     } catch (const std::exception&) {
         return false;
     }
+}
+
+void TaskClient::SetRun(const std::shared_ptr<TaskRun>& pRun) {
+    const std::lock_guard lock(m_runLock);
+    m_pRun = pRun;
+}
+
+std::shared_ptr<TaskRun> TaskClient::Run() {
+    const std::lock_guard lock(m_runLock);
+    return m_pRun;
 }
 
 void TaskClient::abortImpl() {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <initializer_list>
+#include <memory>
+#include <mutex>
 #include <string>
 
 #include "portserver/server_client.h"
@@ -64,10 +66,18 @@ protected:
     virtual DWORD SilenceLimit_ms() const;
 
 private:
+    enum class Beginning;
+    struct BeginCall;
+
+    void Begin(const char* sName, const std::shared_ptr<BeginCall>& pCall);
     void beginImpl(void* pCall);
     void abortImpl();
     bool WaitForEnd(TaskRun& run);
+    void SetRun(const std::shared_ptr<TaskRun>& pRun);
+    std::shared_ptr<TaskRun> Run();
 
     bool m_bError = false;
     std::string m_sError;
+    std::mutex m_runLock;
+    std::shared_ptr<TaskRun> m_pRun; // the newest task
 };

@@ -127,18 +127,12 @@ public:
         if (!m_program.Enter("begin", sText))
             return false;
         m_program.task(*pEvents);
-        m_pEvents = pEvents;
         return true;
     }
-    void abort() override {
-        m_program.Enter("abort");
-        if (m_pEvents)
-            m_pEvents->finished(false);
-    }
+    void abort() override { m_program.Enter("abort"); }
 
 private:
     FakeProgram& m_program;
-    std::shared_ptr<TaskEvents> m_pEvents;
 };
 
 inline FakeProgram::FakeProgram() {

@@ -168,6 +168,13 @@ TEST_F(ServerClients, ProgressSilenceAndAbort) {
     EXPECT_FALSE(m_download.uploadQcnFile("f"));
     helper.join();
 
+    m_program.task = [](TaskEvents& events) {
+        events.finished(true);
+        events.finished(false); // does no harm
+    };
+    EXPECT_TRUE(m_download.uploadHexFile("f"));
+
+    m_program.task = [](TaskEvents&) {};
     EXPECT_TRUE(m_download.ConfigureTimeOut(QMSL_TimeOut_MultipleResponse, 20));
     m_program.TakeCalls();
     EXPECT_FALSE(m_download.uploadHexFile("f"));
