@@ -44,7 +44,8 @@ void* QLIB_ConnectPort(unsigned short iComPort) {
 }
 
 void QLIB_DisconnectPort(void* hContext) {
-    Forward(hContext, &Diag_FTM::ClosePort);
+    if (QLib_ResourceManager::HasDiag_FTM(hContext))
+        Forward(hContext, &Diag_FTM::ClosePort);
     QLib_ResourceManager::DestroyContext(hContext, false);
 }
 

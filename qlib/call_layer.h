@@ -49,8 +49,7 @@ QUILLET_C_API bool QLIB_EfsDirectory(void* hContext, const char* sFolderPath);
 QUILLET_C_API bool QLIB_EfsRead(void* hContext, const char* sEFS_File, const char* sLocalFile);
 QUILLET_C_API bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File);
 
-/// QLIB_EfsWriteOpenedTarget tells whether the connection's last write got as far as opening (and so
-/// emptying) its phone file. When it did not, whatever stood there still does.
+/// QLIB_EfsWriteOpenedTarget is Efs2Transfer::EFS2_LastWriteOpenedTarget.
 QUILLET_C_API bool QLIB_EfsWriteOpenedTarget(void* hContext);
 
 QUILLET_C_API bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath);

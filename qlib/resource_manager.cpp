@@ -114,6 +114,11 @@ Diag_FTM* QLib_ResourceManager::GetDiag_FTM(void* hContext) {
     return pEntry->pDiag_FTM;
 }
 
+bool QLib_ResourceManager::HasDiag_FTM(void* hContext) {
+    const QLib_ResourceContext* const pEntry = GetResourceEntry(hContext);
+    return pEntry && pEntry->pDiag_FTM;
+}
+
 bool QLib_ResourceManager::GetComPortNumber(void* hContext, unsigned short* piComPort) {
     const QLib_ResourceContext* const pEntry = GetResourceEntry(hContext);
     if (!pEntry || !piComPort)

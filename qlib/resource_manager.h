@@ -72,6 +72,8 @@ public:
     /// GetDiag_FTM returns the connection of a context, which stays its owner. The first call makes it,
     /// without opening the port; null when that fails, and the next call tries again.
     static Diag_FTM* GetDiag_FTM(void* hContext);
+    /// HasDiag_FTM tells whether a context's connection was made already.
+    static bool HasDiag_FTM(void* hContext);
     /// GetComPortNumber writes the port of a context; false, with *piComPort unchanged, without one.
     static bool GetComPortNumber(void* hContext, unsigned short* piComPort);
 

@@ -122,6 +122,16 @@ TEST_F(PortLists, ConnectingToTheFirstPhoneOrToAPort) {
     EXPECT_FALSE(QLIB_IsPhoneConnected(hContext));
 }
 
+TEST_F(PortLists, DisconnectingMakesNoConnection) {
+    void* const hContext = Manager::CreateContext(1);
+    Manager::CreateContext(1);
+    QLIB_DisconnectPort(hContext);
+    EXPECT_FALSE(Manager::HasDiag_FTM(hContext));
+    EXPECT_NE(Manager::GetDiag_FTM(hContext), nullptr);
+    EXPECT_TRUE(Manager::HasDiag_FTM(hContext));
+    QLIB_DisconnectPort(hContext);
+}
+
 TEST_F(PortLists, CallLayerRefusesWhatItCannotUse) {
     DWORD e = 9;
     void* const h = QLIB_ConnectPort(1);
