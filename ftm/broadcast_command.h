@@ -14,6 +14,13 @@ inline RequestBuilder& BeginBroadcast(CommandFrame& frame, unsigned char iComman
     return frame.FormatSubsystemDiagHeader(kBroadcastSubsystem, iCommandId);
 }
 
+/// TakeBroadcast is TakeLogged for values that have to lie behind the header: all are written or none.
+template <class... Values>
+bool TakeBroadcast(CommandFrame& frame, TextFor<Values...> result, Values&... values) {
+    return frame.Response().Size() >= kBroadcastHeader + (sizeof values + ... + 0) &&
+           TakeLogged(frame, result, values...);
+}
+
 /// SendBroadcast exchanges a command whose fields are what its entry line shows. True when it was answered.
 template <class... Fields>
 bool SendBroadcast(CommandFrame& frame, unsigned char iCommandId, TextFor<Fields...> entry,

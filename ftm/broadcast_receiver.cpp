@@ -10,12 +10,12 @@ bool BroadcastReceiver::MFLO_START_FLO() {
 
 bool BroadcastReceiver::MFLO_GET_FLO_STATE(unsigned char eSystem, unsigned char& eSystemState) {
     return SendBroadcast(m_frame, 1, "QLIB_MFLO_GET_FLO_STATE( eSystem = %d )", eSystem) &&
-           TakeLogged(m_frame, "QLIB_MFLO_GET_FLO_STATE( peSystemState = %d )", eSystemState);
+           TakeBroadcast(m_frame, "QLIB_MFLO_GET_FLO_STATE( peSystemState = %d )", eSystemState);
 }
 
 bool BroadcastReceiver::MFLO_GET_FLO_SUBSTATE(unsigned char eSystem, unsigned char& eSubstate) {
     return SendBroadcast(m_frame, 39, "QLIB_MFLO_GET_FLO_SUBSTATE( eSystem = %d )", eSystem) &&
-           TakeLogged(m_frame, "QLIB_MFLO_GET_FLO_SUBSTATE(eSubstate = %d)", eSubstate);
+           TakeBroadcast(m_frame, "QLIB_MFLO_GET_FLO_SUBSTATE(eSubstate = %d)", eSubstate);
 }
 
 bool BroadcastReceiver::MFLO_GET_FLO_VERSION_INFO(unsigned char& pHWmajor, unsigned char& pHWminor,
@@ -23,10 +23,10 @@ bool BroadcastReceiver::MFLO_GET_FLO_VERSION_INFO(unsigned char& pHWmajor, unsig
                                                   unsigned char& pSWminor, unsigned char& pSWpatch,
                                                   unsigned char& pSWbuild) {
     return SendBroadcast(m_frame, 6, "QLIB_MFLO_GET_FLO_VERSION_INFO( )") &&
-           TakeLogged(m_frame,
-                      "QLIB_MFLO_GET_FLO_VERSION_INFO( pHWmajor = %d, pHWminor = %d, pHWpatch = %d, "
-                      "pSWmajor = %d, pSWminor = %d, pSWpatch = %d, pSWbuild = %d )",
-                      pHWmajor, pHWminor, pHWpatch, pSWmajor, pSWminor, pSWpatch, pSWbuild);
+           TakeBroadcast(m_frame,
+                         "QLIB_MFLO_GET_FLO_VERSION_INFO( pHWmajor = %d, pHWminor = %d, pHWpatch = %d, "
+                         "pSWmajor = %d, pSWminor = %d, pSWpatch = %d, pSWbuild = %d )",
+                         pHWmajor, pHWminor, pHWpatch, pSWmajor, pSWminor, pSWpatch, pSWbuild);
 }
 
 bool BroadcastReceiver::MFLO_SET_RF_CHNL(unsigned char iChannel) {
@@ -35,7 +35,7 @@ bool BroadcastReceiver::MFLO_SET_RF_CHNL(unsigned char iChannel) {
 
 bool BroadcastReceiver::MFLO_GET_RF_CHNL(unsigned char& piChannel) {
     return SendBroadcast(m_frame, 16, "QLIB_MFLO_GET_RF_CHNL( )") &&
-           TakeLogged(m_frame, "MFLO_GET_RF_CHNL( piChannel = %d )", piChannel);
+           TakeBroadcast(m_frame, "MFLO_GET_RF_CHNL( piChannel = %d )", piChannel);
 }
 
 bool BroadcastReceiver::MFLO_GET_RSSI_VALUE(double& pdRSSI) {

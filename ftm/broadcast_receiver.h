@@ -5,8 +5,8 @@
 #include "platform/export.h"
 
 /// BroadcastReceiver: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true
-/// means that the handset answered, with all values. Out-values are taken from the end of the answer; those
-/// for which it has too few bytes stay as they were. Values are the handset's. Caller's thread. The frame
+/// means that the handset answered, with all values. Out-values are taken from the end of the answer; when it
+/// ends before them, they all stay as they were. Values are the handset's. Caller's thread. The frame
 /// must outlive it.
 class QUILLET_API BroadcastReceiver {
 public:

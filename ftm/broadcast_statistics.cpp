@@ -50,9 +50,9 @@ bool BroadcastStatistics::MFLO_GET_MLC_DYN_PARAMS(unsigned char iMlcID, unsigned
 bool BroadcastStatistics::MFLO_GET_OIS_PLP_STAT(unsigned char eOIStype, DWORD& iFirst, DWORD& iSecond,
                                                 DWORD& iThird, DWORD& iFourth) {
     return SendBroadcast(m_frame, 21, "QLIB_MFLO_GET_OIS_PLP_STAT( eOIStype = %d )", eOIStype) &&
-           TakeLogged(m_frame,
-                      "QLIB_MFLO_GET_OIS_PLP_STAT( iFirst = %d, iSecond = %d, iThird = %d, iFourth = %d )",
-                      iFirst, iSecond, iThird, iFourth);
+           TakeBroadcast(m_frame,
+                         "QLIB_MFLO_GET_OIS_PLP_STAT( iFirst = %d, iSecond = %d, iThird = %d, iFourth = %d )",
+                         iFirst, iSecond, iThird, iFourth);
 }
 
 bool BroadcastStatistics::MFLO_RST_OIS_PLP_STAT(unsigned char eOIStype) {

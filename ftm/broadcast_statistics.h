@@ -26,8 +26,8 @@ public:
     bool MFLO_GET_MLC_DYN_PARAMS(unsigned char iMlcID, unsigned char eSystem,
                                  mftypes_mlc_dyn_params_type* pDynParams);
 
-    /// MFLO_GET_OIS_PLP_STAT takes four counters from the end of the answer, in this order there; those for
-    /// which it has too few bytes stay as they were.
+    /// MFLO_GET_OIS_PLP_STAT takes four counters from the end of the answer, in this order there; all are
+    /// written or none.
     bool MFLO_GET_OIS_PLP_STAT(unsigned char eOIStype, DWORD& iFirst, DWORD& iSecond, DWORD& iThird,
                                DWORD& iFourth);
     bool MFLO_RST_OIS_PLP_STAT(unsigned char eOIStype);
