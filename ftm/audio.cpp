@@ -8,7 +8,8 @@
 
 namespace {
 
-constexpr unsigned short kStatusAnswer = 12; // length of an answer that carries a status alone
+constexpr unsigned short kStatusAnswer = 12;      // length of an answer that carries a status alone
+constexpr int kPieceHead = kPeripheralHeader + 6; // of an answer with a piece of the recording
 
 /// Send exchanges a command whose fields are what its entry line shows, for a status. iSize: the second value
 /// of its header.
@@ -73,7 +74,6 @@ bool FtmAudio::FTM_AUDIO_SET_CODECTXGAIN_ADJUST(unsigned short iCodecTxGainAdjus
 
 bool FtmAudio::FTM_AUDIO_GET_PCM_CAPTURE_DATA(DWORD iDataOffset, unsigned short& iDataSize,
                                               unsigned char* piData) {
-    constexpr int kPieceHead = kPeripheralHeader + 6;
     m_frame.Log().LogMessage(LOG_FN,
                              "QLIB_FTM_AUDIO_GET_PCM_CAPTURE_DATA( iDataOffset = %d, iDataSize = %d )",
                              AsInt(iDataOffset), iDataSize);
@@ -84,10 +84,11 @@ bool FtmAudio::FTM_AUDIO_GET_PCM_CAPTURE_DATA(DWORD iDataOffset, unsigned short&
 }
 
 bool FtmAudio::ReadCapture(unsigned short iTransferSize, unsigned char* piData, DWORD& iDataSize) {
+    const DWORD iPieceSize = std::min<unsigned short>(iTransferSize, kLongestAnswer - kPieceHead);
     const DWORD iRoom = iDataSize;
     iDataSize = 0;
     while (iDataSize < iRoom) {
-        const auto iAsked = static_cast<unsigned short>(std::min<DWORD>(iTransferSize, iRoom - iDataSize));
+        const auto iAsked = static_cast<unsigned short>(std::min(iPieceSize, iRoom - iDataSize));
         unsigned short iPiece = iAsked;
         if (!FTM_AUDIO_GET_PCM_CAPTURE_DATA(iDataSize, iPiece, piData + iDataSize))
             return false;

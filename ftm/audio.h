@@ -30,8 +30,9 @@ public:
     /// size again, then the data, and no status: true when they fit what was asked for.
     ///   iDataSize  in: how much to read and the room in piData; out: how much came, less at the end
     bool FTM_AUDIO_GET_PCM_CAPTURE_DATA(DWORD iDataOffset, unsigned short& iDataSize, unsigned char* piData);
-    /// FTM_AUDIO_CapturePCMandTransferData records, reads the recording in pieces of iTransferSize until a
-    /// piece is not full, and stops the recording, also when a piece fails.
+    /// FTM_AUDIO_CapturePCMandTransferData records, reads the recording in pieces of iTransferSize (at most
+    /// what fits into an answer, 4078 bytes) until a piece is not full, and stops the recording, also when a
+    /// piece fails.
     ///   iDataSize  in: the room in piData; a longer recording is read that far; out: how much was read
     /// True when all three parts worked.
     bool FTM_AUDIO_CapturePCMandTransferData(unsigned short iNumBuffers, unsigned short iDelay_ms,

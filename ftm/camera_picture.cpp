@@ -8,8 +8,6 @@ namespace {
 
 /// Of an answer with a piece of the picture, what is not picture: header, offset, size, status.
 constexpr unsigned short kPieceFrame = kPeripheralHeader + 8;
-/// The longest answer, without its FCS.
-constexpr unsigned short kLongestAnswer = 4094;
 
 } // namespace
 

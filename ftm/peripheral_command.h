@@ -7,6 +7,8 @@
 
 /// The header of their requests and answers, in bytes.
 constexpr size_t kPeripheralHeader = 10;
+/// The longest answer, without its FCS.
+constexpr unsigned short kLongestAnswer = 4094;
 
 /// TakeBehindHeader takes values from the end of the answer, as TakeValues does, but all or none: false, with
 /// all of them as they were, when they do not lie behind the header.

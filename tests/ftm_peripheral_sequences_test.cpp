@@ -111,6 +111,7 @@ TEST_F(FtmPeripheralSequencesTest, RecordingIsFetchedInPieces) {
     EXPECT_EQ(record(6000, 1024), std::tuple(true, 5000u, 5));
     EXPECT_EQ(m_phone.CountOf("4B 0B 0E 00 08 00 06 00 10 04 00 04 00 00 00 04"), 1);
     EXPECT_EQ(record(1500, 1000), std::tuple(true, 1500u, 2));
+    EXPECT_EQ(record(6000, 6000), std::tuple(true, 5000u, 2)); // an answer holds 4078 bytes of it
     EXPECT_EQ(record(6000, 0), std::tuple(false, 0u, 0));
     // The recording is stopped although a piece of it is broken.
     m_phone.Answer("4B 0B 0E 00 08 00 06 00 10 04 00 08",
