@@ -36,7 +36,7 @@ bool WcdmaTestSession::FTM_WCDMA_BER_StartSession(DWORD iWaitTime_ms) {
     m_steps.Enter("    QLIB_FTM_WCDMA_BER_StartSession");
     m_steps.Enter("QLIB_FTM_WCDMA_AGC_Stop_Log()");
     const bool bAgcStopped = m_ftmLog.FTM_LOG_StopFTM_Log(kAgcLogType);
-    m_steps.Log().LogMessage(LOG_FN, "QLIB_FTM_LOG_StopFTM_Log() - FTM_LOG_DISABLE() = %d",
+    m_steps.Log().LogMessage(LOG_RET, "QLIB_FTM_LOG_StopFTM_Log() - FTM_LOG_DISABLE() = %d",
                              bAgcStopped ? 1 : 0);
     ClearWcdmaStatus();
     m_steps.SetWaitTime(iWaitTime_ms);
