@@ -15,8 +15,9 @@ class UploadSource;
 /// 2000 ms per block; what opens, closes and writes is tried five times. After each block the transfer
 /// callback is called. Caller's thread. Frame, callbacks and metadata must outlive it.
 ///
-/// True means that the copy is whole, or that EFS2_DIAG_ABORT ended it: then the partial copy has been
-/// removed, and whoever asked for the abort remembers that. A file of more than 4 GiB - 1 byte fails.
+/// True means that the copy is whole, or that EFS2_DIAG_ABORT ended it: then the removal of the partial copy
+/// was asked for (whether it worked is not looked at), and whoever asked for the abort remembers that. A file
+/// of more than 4 GiB - 1 byte fails.
 ///
 /// Phone paths have at most 243 characters. A local path names a file as the C library takes it.
 class QUILLET_API Efs2Transfer {
@@ -37,9 +38,9 @@ public:
     /// EFS2_DIAG_WRITE_FILE_MEM writes iSize bytes of memory to the phone file sEFS_File.
     bool EFS2_DIAG_WRITE_FILE_MEM(const char* pLocalFile, DWORD iSize, const char* sEFS_File);
 
-    /// EFS2_LastWriteOpenedTarget tells whether the last write operation got the phone file open, which
-    /// empties it. When false, the phone granted nothing, and a file that stood there is not the write's to
-    /// delete.
+    /// EFS2_LastWriteOpenedTarget tells whether the phone granted the last write operation its file, which
+    /// empties it. When false, a file that stood there is not the write's to delete: the phone refused, or
+    /// all its five answers were lost. In that case the file may have been emptied all the same.
     bool EFS2_LastWriteOpenedTarget() const { return m_bLastWriteOpenedTarget; }
 
 private:

@@ -8,13 +8,14 @@
 
 /// A factory-test command is a few lines: it logs its entry line, begins a request (with BeginFtm, or with
 /// one of CommandFrame's Format functions where the family has a header of its own), appends its fields,
-/// sends, and takes its values. What a command takes out of an answer it has also sent as placeholders,
+/// sends, and takes its values. What a command takes out of an answer it has mostly sent as placeholders too,
 /// filled with the caller's values, because the handset answers in the request's layout.
 ///
 /// Out-values change only when an answer came that its send variant accepts. They are taken from the answer's
 /// end; how far it reaches back into its header is not looked at, so in an answer that stops early the last
-/// bytes that there are pass for the values. A value for which there are too few bytes stays as it was and
-/// makes the result false; the result line is logged all the same.
+/// bytes that there are pass for the values. A value for which there are some bytes but too few stays as
+/// it was and makes the result false; where none are left, taking begins at the answer's end once more. The
+/// result line is logged all the same.
 
 /// LogText is the format of a log line that shows these values, each with a %d of its own. A text with
 /// another number of them, or with any other %, does not compile.

@@ -6,8 +6,8 @@
 
 /// PmicClock: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that
 /// the handset answered, in whatever system mode. Values are the chip's and are passed on unchanged. The
-/// caller's values are always sent. With iReadWrite 1 they are then replaced by the handset's; the first one
-/// for which the answer has too few bytes, and those in front of it in the request, stay as they were. With
+/// caller's values are always sent. With iReadWrite 1 they are then replaced by the handset's, taken from the
+/// answer's end: of an answer that ends early the bytes that there are pass for values. With
 /// any other iReadWrite nothing is changed. Caller's thread. The frame must outlive it.
 class QUILLET_API PmicClock {
 public:

@@ -5,8 +5,8 @@
 
 /// ShownSplash is the banner with the version text on the screen, for as long as it lives. It is painted once
 /// and needs no message loop: the thread that made it may sleep. On Linux there is none, and nothing is shown
-/// where the system refuses a window or the module has no picture. Made and destroyed by one thread; several
-/// at a time are allowed, but only the newest one is sure to be painted.
+/// where the system refuses a window or the module has no picture. Made and destroyed by one thread. While
+/// one shows, a further one is not shown.
 class ShownSplash {
 public:
     ShownSplash();

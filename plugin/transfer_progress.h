@@ -28,7 +28,7 @@ private:
     const bool m_bClaimed;
 };
 
-/// TransferProgress is the library's transfer callback: it reports the percentage to the host and passes the
-/// user's abort on to the library. Always 0.
+/// TransferProgress is the library's transfer callback: it reports the percentage (at most 100) to the host
+/// and passes the user's abort on to the library. Always 0.
 unsigned char TransferProgress(char* const sFirstName, char* const sSecondName, int iOperation, int iSubCode,
                                DWORD iBytesDone, DWORD iBytesInAll, void* pUserData);

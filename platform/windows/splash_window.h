@@ -4,7 +4,7 @@
 #include "system/serial.h"
 
 /// SplashWindow shows a bitmap that it owns. The window is painted once, when it is shown; it has no message
-/// loop. One thread uses an object; of several objects that show at a time the newest one's window is served.
+/// loop. One thread uses an object. While one shows, Show of another is refused.
 class SplashWindow {
 public:
     SplashWindow();
