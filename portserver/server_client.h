@@ -1,6 +1,7 @@
 // What every client of a port server has: its name, the thread that carries its calls, the server itself.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <utility>
@@ -83,7 +84,8 @@ private:
     const std::string m_sClientName;
     std::shared_ptr<ComThreadManager> m_pComThread; // null in a copy
     std::shared_ptr<PortServer> m_pServer;          // null until it is started; given up on the thread
-    bool m_bConnected = false;
+    std::atomic<bool> m_bConnected =
+        false; // read by Abort, from any thread; before it is true m_pServer is set
 };
 
 /// Dispatched completes a client: it makes the calls of the members of Client, which derives from it.

@@ -67,7 +67,7 @@ public:
     /// downloadQcnFile makes an NV backup.
     bool downloadQcnFile(const char* sFile, const char* sSpc);
 
-    /// abort ends the running operation, which then fails. Any thread. True when the server was told.
+    /// abort ends the running operation, which then fails. Any thread. False when the server cannot be told.
     bool abort() { return Abort(); }
 
 private:

@@ -43,6 +43,10 @@ public:
         bool bSucceeded = false;
     };
 
+    bool HasEnded() {
+        const std::lock_guard lock(m_lock);
+        return m_state.bEnded;
+    }
     /// Set after each report. It may be set once more than there is news.
     const WaitEvent& News() const { return m_news; }
     /// Takes the newest progress, and, at the end, everything.
@@ -121,7 +125,7 @@ void TaskClient::Begin(const char* sName, const std::shared_ptr<BeginCall>& pCal
 
 void TaskClient::beginImpl(void* pArgument) {
     BeginCall& call = *static_cast<BeginCall*>(pArgument);
-    if (Server().begin(call.eTask, call.arguments, call.pRun) &&
+    if (!call.pRun->HasEnded() && Server().begin(call.eTask, call.arguments, call.pRun) &&
         call.eState.exchange(Beginning::Begun) == Beginning::GivenUp)
         Server().abort();
 }
@@ -147,10 +151,7 @@ bool TaskClient::WaitForEnd(TaskRun& run) {
 bool TaskClient::Abort() {
     try {
         RequireConnection("abort");
-        Execute("abort", &TaskClient::abortImpl, kCallLimit_ms);
-        // The server reports nothing more, so this is what ends the wait.
-        if (const std::shared_ptr<TaskRun> pRun = Run())
-            pRun->finished(false);
+        Execute("abort", &TaskClient::abortImpl, Run(), kCallLimit_ms);
         return true;
     } catch (const std::exception&) {
         return false;
@@ -167,8 +168,12 @@ std::shared_ptr<TaskRun> TaskClient::Run() {
     return m_pRun;
 }
 
-void TaskClient::abortImpl() {
+void TaskClient::abortImpl(void* pArgument) {
+    auto* const pRun = static_cast<TaskRun*>(pArgument);
+    if (!pRun || pRun->HasEnded())
+        return;
     Server().abort();
+    pRun->finished(false); // the server reports nothing more
 }
 
 void TaskClient::OnBegin(const char*) {}

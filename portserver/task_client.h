@@ -42,7 +42,8 @@ protected:
     /// among the arguments fails.
     bool RunTask(ServerTask eTask, const char* sName, std::initializer_list<const char*> arguments,
                  const char* sFailure = "failed");
-    /// Abort ends the running task. Any thread.
+    /// Abort ends the task that runs or is about to begin when it is called. False when the server cannot be
+    /// told. Any thread.
     bool Abort();
     /// Attempt runs an operation that throws; false with the error text when it did.
     template <class Body>
@@ -71,7 +72,7 @@ private:
 
     void Begin(const char* sName, const std::shared_ptr<BeginCall>& pCall);
     void beginImpl(void* pCall);
-    void abortImpl();
+    void abortImpl(void* pRun);
     bool WaitForEnd(TaskRun& run);
     void SetRun(const std::shared_ptr<TaskRun>& pRun);
     std::shared_ptr<TaskRun> Run();

@@ -167,6 +167,7 @@ TEST_F(ServerClients, ProgressSilenceAndAbort) {
     });
     EXPECT_FALSE(m_download.uploadQcnFile("f"));
     helper.join();
+    EXPECT_STREQ(m_download.GetErrorInfo(), "SoftwareDownload::uploadQcnFile - failed");
 
     m_program.task = [](TaskEvents& events) {
         events.finished(true);
