@@ -165,7 +165,8 @@ public:
     void RemoveEventListener(CQLibEvents_Listener* pListener);
 
     /// ConfigureAsyncMessageCallBack registers a function that sees every received packet of at least two
-    /// bytes, on the delivery thread; null switches it off.
+    /// bytes, on the delivery thread; null switches it off. In server mode that is the server's thread, and
+    /// the function must not open or close the port.
     void ConfigureAsyncMessageCallBack(void* pUserData, AsyncMessageCallBack pfnCallBack);
 
     // --- Text log -----------------------------------------------------------------------------------

@@ -2,14 +2,7 @@
 
 #include <algorithm>
 
-namespace {
-
-// Who decodes a packet without knowing its length finds zeros behind it: as far as the most arguments that an
-// extended debug message can announce, and at least the end of two texts.
-constexpr size_t kLeastRoom = 20 + 255 * 4 + 2;
-constexpr size_t kZerosBehind = 2;
-
-} // namespace
+#include "link/delivered_packet.h"
 
 CQLibEvents_Listener::~CQLibEvents_Listener() = default;
 CQLibEvents_Filter::~CQLibEvents_Filter() = default;
@@ -61,9 +54,7 @@ bool CQLibEventDispatcher::OnThreadExit() {
 
 int CQLibEventDispatcher::PostEvent(DWORD iLength, const unsigned char* pData, unsigned int iValue3,
                                     LONG iValue4, short iValue5, DWORD iValue6) {
-    const size_t iRoom = std::max<size_t>(iLength + kZerosBehind, kLeastRoom);
-    CQLibEvent event{iLength, std::make_unique<unsigned char[]>(iRoom), iValue3, iValue4, iValue5, iValue6};
-    std::copy_n(pData, iLength, event.pData.get());
+    CQLibEvent event{iLength, CopyForDelivery({pData, iLength}), iValue3, iValue4, iValue5, iValue6};
     {
         const std::lock_guard lock(m_queueLock);
         m_events.push_back(std::move(event));

@@ -22,7 +22,7 @@ public:
     /// AddUserAsyncLogMessageToTextLog describes one packet. Always true: an unknown kind is described as
     /// such. The packet's length is not known here, so it must stand in a buffer of at least 4096 readable
     /// bytes (as the items of the queues do) or be complete: 20 bytes of a log record, 79 of a debug
-    /// message, an extended debug message with both its texts terminated.
+    /// message, an extended debug message as for ParseExtendedMessage.
     bool AddUserAsyncLogMessageToTextLog(unsigned int iCategory, unsigned char* pPacket, bool bToTextLog,
                                          bool bToStdout);
 
@@ -30,9 +30,8 @@ public:
     /// its bytes come first, in hex. Always false, also when everything went well.
     bool DumpAsyncMessageToTextLog(unsigned int iCategory, bool bToStdout, bool bToTextLog, bool bRaw);
 
-    /// DIAG_ParseExtendedMessage decodes an extended debug message, which must stand in a buffer of at least
-    /// 4096 readable bytes or have both its texts terminated. False, with *pMessage unchanged, for another
-    /// packet and for null.
+    /// DIAG_ParseExtendedMessage decodes an extended debug message, of whose buffer ParseExtendedMessage
+    /// tells. False, with *pMessage unchanged, for another packet and for null.
     bool DIAG_ParseExtendedMessage(unsigned char* pPacket, ExtendedMessage* pMessage);
 
 private:

@@ -4,13 +4,16 @@
 #include <mutex>
 #include <utility>
 
+#include "link/delivered_packet.h"
+
 /// PacketListeners hands the server's packets to the listeners, under its lock.
 class PacketListeners : public PacketEvents {
 public:
     void packetReceived(std::span<unsigned char> packet) override {
+        const auto pCopy = CopyForDelivery(packet);
         const std::lock_guard lock(m_lock);
         for (CQLibEvents_Listener* const pListener : m_listeners)
-            pListener->messageReceived(static_cast<LONG>(packet.size()), packet.data(), 0, 0, 0, 0);
+            pListener->messageReceived(static_cast<LONG>(packet.size()), pCopy.get(), 0, 0, 0, 0);
     }
     void Add(CQLibEvents_Listener* pListener) {
         const std::lock_guard lock(m_lock);
