@@ -40,7 +40,8 @@ bool BroadcastReceiver::MFLO_GET_RF_CHNL(unsigned char& piChannel) {
 
 bool BroadcastReceiver::MFLO_GET_RSSI_VALUE(double& pdRSSI) {
     std::array<unsigned char, 4> aParts{};
-    if (!SendBroadcast(m_frame, 13, "QLIB_MFLO_GET_RSSI_VALUE( )") || !m_frame.Response().Take(aParts))
+    if (!SendBroadcast(m_frame, 13, "QLIB_MFLO_GET_RSSI_VALUE( )") ||
+        m_frame.Response().Size() < kBroadcastHeader + aParts.size() || !m_frame.Response().Take(aParts))
         return false;
     const auto [iPositive, iFirst, iSecond, iHundredths] = aParts;
     const double dSize = (iFirst + iSecond) + iHundredths * 0.01;

@@ -117,6 +117,10 @@ TEST_F(FtmBroadcastTest, SignalStrengthHasASignAndHundredths) {
         EXPECT_TRUE(m_diag.MFLO_GET_RSSI_VALUE(dRssi));
         EXPECT_DOUBLE_EQ(dRssi, dValue);
     }
+    m_phone.Answer("", Hex("4B 2B 0D 00 00 50 00"));
+    double dRssi = 5;
+    EXPECT_FALSE(m_diag.MFLO_GET_RSSI_VALUE(dRssi));
+    EXPECT_EQ(dRssi, 5);
     EXPECT_TRUE(m_log.Has(LOG_RET, "QLIB_MFLO_GET_RSSI_VALUE( pdRSSI = -80.25 )"));
 }
 
