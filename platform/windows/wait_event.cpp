@@ -50,18 +50,22 @@ DWORD WaitWithMessages(std::span<void* const> handles, DWORD iLimit_ms) {
     std::optional<int> exitCode;
     DWORD iResult = kWaitFailed;
     for (bool bLast = false;; bLast = Remaining_ms(iStart_ms, iLimit_ms) == 0) {
-        // A thread whose messages never end still comes back at its limit.
         iResult = bLast ? WaitForMultipleObjects(iCount, handles.data(), FALSE, 0)
                         : MsgWaitForMultipleObjects(iCount, handles.data(), FALSE,
                                                     Remaining_ms(iStart_ms, iLimit_ms), QS_ALLINPUT);
         if (bLast || iResult != WAIT_OBJECT_0 + iCount)
             break;
+        // A window that posts to itself never leaves the queue empty: the handles are looked at in between.
         MSG message;
-        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        iResult = WAIT_TIMEOUT;
+        while (iResult == WAIT_TIMEOUT && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
             Dispatch(message, exitCode);
+            iResult = WaitForMultipleObjects(iCount, handles.data(), FALSE, 0);
             if (Remaining_ms(iStart_ms, iLimit_ms) == 0)
                 break;
         }
+        if (iResult != WAIT_TIMEOUT)
+            break;
     }
     if (exitCode)
         PostQuitMessage(*exitCode);
