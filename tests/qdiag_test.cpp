@@ -157,6 +157,9 @@ TEST_F(QdiagPhoneTest, ARestoreTellsWhatThePhoneDidNotTake) {
 }
 
 TEST_F(QdiagPhoneTest, ABackupTellsWhatItLacks) {
+    m_local.Write("taken.part", {'x'});
+    Expect({{"nv backup taken --items 71", 1, "exists already"}});
+    EXPECT_EQ(m_local.Read("taken.part"), Bytes{'x'});
     m_phone.Misbehave(Action::Ignore, "264700", -1);
     Expect({{"nv backup items.txt --items 70-72 --timeout 100", 1,
              "lacks 1 items for which the handset gave no answer, the first of them 71"}});

@@ -106,6 +106,23 @@ TEST_F(WfxhostPhoneTest, RefusalsOfThePhoneAreFailures) {
     });
 }
 
+TEST_F(WfxhostPhoneTest, AListingThatBreaksOffProvesNothing) {
+    m_phone.AddFile("dir/kept.txt", Pattern(10));
+    m_phone.AddFile("kept.txt", Pattern(10));
+    m_phone.Misbehave(Action::Refuse, "4B130800", -1, 13);
+    m_phone.Misbehave(Action::Unplug, "4B130B00", 1, 0, 2); // the folder is looked through before and after
+    Expect({{"rm kept.txt", 1, "is not known"}});
+    m_phone.phone.Behave();
+    m_phone.phone.Replug();
+    m_phone.Misbehave(Action::Unplug, "4B130B00", 1, 0, 1);
+    Expect({{"get -r dir", 1, "the handset stopped answering: nothing was copied"}});
+}
+
+TEST_F(WfxhostPhoneTest, OutputThatCannotBeWrittenIsNoSuccess) {
+    m_phone.AddFile("kept.txt", Pattern(10));
+    Expect({{"ls --json / > /dev/full", 1, "the output could not be written"}});
+}
+
 TEST_F(WfxhostPhoneTest, AHandsetThatVanishesDuringACopyFailsIt) {
     m_phone.AddFile("photo.bin", Pattern(100000));
     m_phone.Misbehave(Action::Unplug, "4B130400", 1, 0, 10);

@@ -172,7 +172,10 @@ int RunProgram(const Program& program, int count, char** words) {
         status = Status::Failed;
         reason = error.what();
     }
-    std::fflush(stdout);
+    if ((std::fflush(stdout) != 0 || std::ferror(stdout) != 0) && status == Status::Success) {
+        status = Status::Failed;
+        reason = "the output could not be written";
+    }
     if (status != Status::Success)
         std::fprintf(stderr, "%s: %s\n", program.name, reason.c_str());
     return static_cast<int>(status);

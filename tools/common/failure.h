@@ -26,4 +26,15 @@ private:
     Status m_status;
 };
 
+/// AfterTheBeginning does work before which something may have been done already: a handset that does not
+/// answer is a failure like others now.
+template <class Work>
+auto AfterTheBeginning(Work work) {
+    try {
+        return work();
+    } catch (const Failure& failure) {
+        throw Failure(failure.what());
+    }
+}
+
 } // namespace tools

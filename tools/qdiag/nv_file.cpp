@@ -39,7 +39,10 @@ bool ParseLine(std::string_view line, unsigned short& item, NvValue& value) {
 } // namespace
 
 NvFileWriter::NvFileWriter(const std::string& path, const std::string& comment)
-    : m_path(path), m_partPath(path + ".part"), m_file(m_partPath, std::ios::binary | std::ios::trunc) {
+    : m_path(path), m_partPath(path + ".part") {
+    if (fs::exists(m_partPath))
+        throw Failure(Quoted(m_partPath) + " exists already; it is what the backup is written to at first");
+    m_file.open(m_partPath, std::ios::binary | std::ios::trunc);
     if (!m_file)
         throw Failure("the file " + Quoted(m_partPath) + " cannot be made");
     AddComment(comment);

@@ -1,5 +1,7 @@
 #include "wfxhost/commands.h"
 
+#include <algorithm>
+
 #include "common/text.h"
 
 namespace tools::wfxhost {
@@ -8,14 +10,6 @@ namespace {
 void RequireNotRoot(const PhonePath& path) {
     if (path.IsRoot())
         throw Failure("that is the root folder of the phone");
-}
-
-/// Removal's result tells only that the phone answered; the listing tells whether the entry is gone.
-void RequireGone(Session& session, const PhonePath& path, bool result, const std::string& ifRefused) {
-    if (!result)
-        RequireAnswer(session, "deleting");
-    if (!result || session.Find(path))
-        throw Failure("the phone did not delete " + Quoted(path.Text()) + ifRefused);
 }
 
 } // namespace
@@ -58,14 +52,14 @@ void RemoveFolderCommand(Session& session, const Job& job) {
     std::vector<Entry> entries;
     if (session.List(path, entries) == Session::ListResult::Entries)
         throw Failure("the folder " + Quoted(path.Text()) + " is not empty");
-    RequireGone(session, path, session.RemoveFolder(path), "; perhaps it is not empty");
+    Remove(session, path, &Session::RemoveFolder, "; perhaps it is not empty");
 }
 
 void RemoveFileCommand(Session& session, const Job& job) {
     const PhonePath path(job.arguments[0]);
     if (Existing(session, path).isFolder)
         throw Failure(Quoted(path.Text()) + " is a folder; rmdir removes empty folders");
-    RequireGone(session, path, session.RemoveFile(path), "");
+    Remove(session, path, &Session::RemoveFile, "");
 }
 
 void MoveCommand(Session& session, const Job& job) {
@@ -98,6 +92,26 @@ Entry Existing(Session& session, const PhonePath& path) {
 void RequireAnswer(Session& session, const std::string& what) {
     if (!session.Answers())
         throw Failure(what + " failed: the handset stopped answering");
+}
+
+void Remove(Session& session, const PhonePath& path, bool (Session::*remove)(const PhonePath&),
+            const std::string& ifRefused) {
+    using enum Session::ListResult;
+    std::vector<Entry> entries;
+    session.List(path.Folder(), entries);
+    const bool isAlone = entries.size() == 1;
+    const bool result = (session.*remove)(path);
+    // A listing that broke off looks empty, too.
+    Session::ListResult seen = session.List(path.Folder(), entries);
+    if (seen != Entries)
+        seen = session.List(path.Folder(), entries);
+    if (!result)
+        RequireAnswer(session, "deleting");
+    if (!result || std::ranges::count(entries, path.Name(), &Entry::name) != 0)
+        throw Failure("the phone did not delete " + Quoted(path.Text()) + ifRefused);
+    if (seen != Entries && !(seen == Empty && isAlone && session.Answers()))
+        throw Failure("the handset stopped answering: whether " + Quoted(path.Text()) +
+                      " was deleted is not known");
 }
 
 PhonePath IntoFolder(Session& session, const PhonePath& typed, const std::string& name) {

@@ -30,6 +30,12 @@ Entry Existing(Session& session, const PhonePath& path);
 /// RequireAnswer throws when the handset no longer answers, with `what` failed on the way ("the copy").
 void RequireAnswer(Session& session, const std::string& what);
 
+/// Remove has the phone remove an entry, and looks whether it is gone: the plug-in's result tells only that
+/// the phone answered. Throws when it is still there, with `ifRefused` behind the reason, and when nothing
+/// tells.
+void Remove(Session& session, const PhonePath& path, bool (Session::*remove)(const PhonePath&),
+            const std::string& ifRefused);
+
 /// IntoFolder gives the path that a copy or move to `typed` really means: inside it, under `name`, when it
 /// is a folder (or was typed as one), else `typed` itself.
 PhonePath IntoFolder(Session& session, const PhonePath& typed, const std::string& name);

@@ -49,6 +49,11 @@ private:
     fs::path m_path;
 };
 
+void Say(const std::string& text) {
+    std::printf("%s\n", text.c_str());
+    std::fflush(stdout);
+}
+
 /// Deletes the demonstration's file on the phone when the demonstration ends before it did that itself.
 class PhoneFileGuard {
 public:
@@ -56,9 +61,9 @@ public:
     ~PhoneFileGuard() {
         try {
             if (m_armed)
-                m_session.RemoveFile(m_path);
-        } catch (const std::exception&) {
-            // The failure that ends the demonstration is the one to tell.
+                Remove(m_session, m_path, &Session::RemoveFile, "");
+        } catch (const std::exception& failure) {
+            Say(std::string(failure.what()) + "; please look yourself");
         }
     }
     PhoneFileGuard(const PhoneFileGuard&) = delete;
@@ -70,11 +75,6 @@ private:
     PhonePath m_path;
     bool m_armed = true;
 };
-
-void Say(const std::string& text) {
-    std::printf("%s\n", text.c_str());
-    std::fflush(stdout);
-}
 
 void StopIfInterrupted() {
     if (Interrupted())
@@ -157,7 +157,7 @@ void CopyOneThere(Session& session, const TemporaryFolder& local) {
     CopyToPhone(session, local.File("upload"), path, false);
     Show(session, PhonePath());
     Say("\nReading it back:");
-    const std::optional<Entry> entry = session.Find(path);
+    const std::optional<Entry> entry = AfterTheBeginning([&] { return session.Find(path); });
     if (!entry)
         throw Failure("the copied file is not in the listing");
     CopyFromPhone(session, path, *entry, local.File("back"), false);
@@ -165,8 +165,7 @@ void CopyOneThere(Session& session, const TemporaryFolder& local) {
         throw Failure("the file that was read back differs from the one that was copied to the handset");
     Say("Compared: all " + std::to_string(content.size()) + " bytes are the same.");
     guard.Disarm();
-    if (!session.RemoveFile(path) || session.Find(path))
-        throw Failure("the handset did not delete " + path.Text() + "; please delete it yourself");
+    Remove(session, path, &Session::RemoveFile, "; please delete it yourself");
     Say("Deleted " + path.Text() + " from the handset again.");
 }
 

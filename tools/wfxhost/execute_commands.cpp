@@ -33,7 +33,7 @@ void LinkCommand(Session& session, const Job& job) {
     const int result =
         session.TypedCommand("ln \"" + Argument(target.Text()) + "\" \"" + Argument(name) + "\"", unused);
     // The phone's refusal does not show in the result; the listing tells whether the link is there.
-    if (result == FS_EXEC_OK && session.Find(link))
+    if (result == FS_EXEC_OK && AfterTheBeginning([&] { return session.Find(link); }))
         return;
     RequireAnswer(session, "making the link");
     throw Failure("the phone did not make the link " + Quoted(link.Text()));

@@ -58,6 +58,8 @@ public:
             else
                 Take(phone.Child(entry.name), local / entry.name, entry, depth);
         }
+        if (keys.empty() && !m_session.Answers())
+            throw Failure("the handset stopped answering: nothing was copied");
         if (keys.empty())
             m_tree.notes.push_back(Quoted(phone.Text()) + " is empty, or the phone did not let it be read");
     }

@@ -182,16 +182,6 @@ private:
     bool IsFolderLink(const TreeItem&) override { return false; }
 };
 
-/// By now something may have been done: a handset that does not answer is a failure like others.
-template <class Work>
-void AfterTheBeginning(Work work) {
-    try {
-        work();
-    } catch (const Failure& failure) {
-        throw Failure(failure.what());
-    }
-}
-
 } // namespace
 
 void CopyTreeFromPhone(Session& session, const PhonePath& phone, const fs::path& local, bool force) {
