@@ -1,5 +1,6 @@
 // quillet-bench: what the client adds to a bare request and answer over the same pseudo-terminal with the
 // same handset in the same run.
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <optional>
@@ -66,7 +67,10 @@ std::optional<Options> Parse(int iCount, char** psArguments) {
             return {};
         ++i;
     }
-    return options;
+    const bool bKnown = options.sOnly.empty() || std::ranges::any_of(kTopics, [&](const Topic& topic) {
+                            return options.sOnly == topic.sName;
+                        });
+    return bKnown ? std::optional(options) : std::nullopt;
 }
 
 void Profile(Bench& bench, size_t iBytes, bool bLog) {
