@@ -4,8 +4,8 @@
 // A FileSystem has no lock: the handset uses its own under its lock and hands it out with
 // Handset::WithFiles. Paths are separated by '/', with or without one at the beginning, repeated ones count
 // once, "." and ".." are understood; the empty path is the root. A name has 1 to 255 bytes, any but '/' and
-// 0. Links may be relative or absolute and are followed everywhere but in the last name of UNLINK, RMDIR,
-// RENAME, READLINK and SYMLINK.
+// 0. Links may be relative or absolute and are followed everywhere but in the last name of what is removed,
+// renamed, read as a link or newly made.
 //
 // Permissions are obeyed where a file or folder is opened, by the owner's bits; nothing else asks them. A
 // change time moves with content, name and permissions.

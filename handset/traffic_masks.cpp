@@ -25,7 +25,8 @@ void AnswerMask(TrafficMasks& masks, MaskOperation operation, RequestReader& in,
     in.Take(equipment);
     in.Take(items);
     in.Take(mask);
-    if (!in.Good() || equipment >= TrafficMasks::kEquipments) {
+    constexpr uint32_t kMostItems = 4096;
+    if (!in.Good() || equipment >= TrafficMasks::kEquipments || items > kMostItems) {
         answer.U32(kRefused).U32(equipment).U32(items).Data(mask);
         return;
     }
