@@ -2,11 +2,21 @@
 # get-wine32.sh FOLDER: unpacks the 32-bit Wine of Debian 12 into FOLDER/root; nothing to do when it is there.
 #
 # The packages are fetched by a package state of its own, so that the machine's stays as it is: no foreign
-# architecture, no mounts.
+# architecture, no mounts. Outside of FOLDER there is one link, /lib/ld-linux.so.2, where the machine has none.
 set -eu
 root=$1/root
 state=$1/root.apt
-[ ! -e "$root/.done" ] || exit 0
+# The loader has one place, outside of FOLDER.
+link_loader() {
+    [ ! -e /lib/ld-linux.so.2 ] || return 0
+    as_root=
+    [ "$(id -u)" -eq 0 ] || as_root=sudo
+    $as_root ln -sfn "$root/lib/i386-linux-gnu/ld-linux.so.2" /lib/ld-linux.so.2
+}
+if [ -e "$root/.done" ]; then
+    link_loader
+    exit 0
+fi
 rm -rf "$root" "$state"
 mkdir -p "$root" "$state/lists/partial" "$state/archives/partial"
 : > "$state/status"
@@ -35,7 +45,5 @@ zlib=$root/usr/i686-w64-mingw32/lib/zlib1.dll
     tail -c +97 "$zlib"
 } > "$root/usr/lib/i386-linux-gnu/wine/i386-windows/zlib1.dll"
 rm -rf "$state"
-if [ ! -e /lib/ld-linux.so.2 ]; then
-    ln -sfn "$root/lib/i386-linux-gnu/ld-linux.so.2" /lib/ld-linux.so.2
-fi
+link_loader
 touch "$root/.done"

@@ -26,7 +26,7 @@ if tests/windows/get-wine32.sh "$wine"; then
     widths="32 64"
 else
     echo '*******************************************************************************' >&2
-    echo '** The 32-bit Wine cannot be installed from the packages today.              **' >&2
+    echo '** The 32-bit Wine cannot be set up; the reason stands above.                **' >&2
     echo '** THE 32-BIT LIBRARY IS BUILT BUT NOT RUN; the 64-bit one is tested alone.  **' >&2
     echo '*******************************************************************************' >&2
 fi
