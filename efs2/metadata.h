@@ -26,8 +26,9 @@ enum EFS2_EXT_Kind_Enum : int {
 ///
 /// True means that the phone answered. Whether it granted the request shows in iErrorNo (0: yes) where there
 /// is one; RMDIR, UNLINK, READ_LINK and CREATE_LINK do not tell. Without an answer the result is false and
-/// no out-value changes. An answer that is too short for a value leaves that value as it was. The answers
-/// to RENAME, STAT, CHMOD and ACCESS are read from their end backward.
+/// no out-value changes. The answers to RENAME, CHMOD and ACCESS are read from their end: the last four bytes
+/// are the error number, and it stays as it was when there are fewer. Other answers that are too short for a
+/// value leave it as it was.
 ///
 /// Texts that are handed out take up to kEfs2TextSize bytes of the caller's buffer, the zero included; longer
 /// ones are cut, missing ones are empty.
