@@ -34,23 +34,6 @@ TEST_F(FtmBroadcastTest, FlowListIsWholeOrUntouched) {
     }
 }
 
-TEST_F(FtmBroadcastTest, CountersAreAllThereOrUntouched) {
-    for (const auto& [sAnswer, sOutcome] : std::map<std::string, std::string>{
-             {"4B 2B 15 00 01 00 00 00 02 00 00 00 03 00 00 00 04 00 00 00", "true 1 2 3 4"},
-             {"4B 2B 15 00 01 00 00 00 02 00 00 00 03 00 00 00 04 00 00", "false 9 9 9 9"},
-             {"4B 2B 15 00", "false 9 9 9 9"}}) {
-        m_phone.Answer("4B 2B 15 00", Hex(sAnswer));
-        DWORD aCounts[] = {9, 9, 9, 9};
-        std::ostringstream outcome;
-        outcome << (m_diag.MFLO_GET_OIS_PLP_STAT(1, aCounts[0], aCounts[1], aCounts[2], aCounts[3])
-                        ? "true"
-                        : "false");
-        for (const DWORD iCount : aCounts)
-            outcome << ' ' << iCount;
-        EXPECT_EQ(outcome.str(), sOutcome);
-    }
-}
-
 /// A channel's bytes and statistics: six, then sixteen counters that count up from iFirst.
 std::string ChannelBytes(unsigned char iFirst) {
     std::string sBytes = " 02 01 03 04 06 05";

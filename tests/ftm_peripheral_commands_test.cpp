@@ -182,6 +182,9 @@ TEST_F(FtmPeripheralCommandsTest, ShortAnswers) {
     EXPECT_EQ(Run(clock, Hex("4B 01 02 03")), "true b3=1 b4=2 b5=3"); // no failure here
     const FtmCall place = DO(MFLO_GET_FLO_PLP_DYN_PARAMS, 0x12345678, h0, h1, h2, h3);
     EXPECT_EQ(Run(place, Hex("4B 2B 2B 00 01 02 03 04 05 06 07")), "false");
+    const FtmCall counters = DO(MFLO_GET_OIS_PLP_STAT, 4, w0, w1, w2, w3);
+    EXPECT_EQ(Run(counters, Hex("4B 2B 15 00 01 00 00 00 02 00 00 00 03 00 00 00 04 00 00")), "false");
+    EXPECT_EQ(Run(counters, Hex("4B 2B 15 00")), "false");
 }
 
 } // namespace

@@ -42,56 +42,48 @@ struct TalkingPhones {
     handset::Handset aPhones[50];
 };
 
-/// Makes, uses, closes and destroys as many contexts as there may be, in random order, iTimes in all.
-void ComeAndGo(int iTimes, std::mt19937& random) {
-    void* aContexts[50] = {};
+using Connection = std::shared_ptr<Diag_FTM>;
+
+Connection Directly(unsigned short iPort) {
+    return std::make_shared<Diag_FTM>(iPort);
+}
+
+Connection ThroughAContext(unsigned short iPort) {
+    void* const hContext = QLIB_ConnectPort(iPort);
+    return {QLib_ResourceManager::GetDiag_FTM(hContext), [=](Diag_FTM*) { QLIB_DisconnectPort(hContext); }};
+}
+
+/// Makes, uses, closes and destroys connections to some ports in random order, iTimes in all.
+void ComeAndGo(decltype(&Directly) pfnConnect, unsigned iFirst, unsigned iPorts, int iTimes, unsigned iSeed) {
+    std::mt19937 random(iSeed);
+    std::vector<Connection> connections(iPorts);
     for (int i = 0; i < iTimes; ++i) {
-        const size_t iWhich = random() % 50;
-        void*& hContext = aContexts[iWhich];
-        if (!hContext)
-            hContext = QLIB_ConnectPort(static_cast<unsigned short>(iWhich + 1));
+        const unsigned iWhich = random() % iPorts;
+        Connection& pConnection = connections[iWhich];
+        if (!pConnection)
+            pConnection = pfnConnect(static_cast<unsigned short>(iFirst + iWhich));
         else if (random() % 3 == 0)
-            QLIB_DisconnectPort(std::exchange(hContext, nullptr));
+            pConnection.reset();
         else if (random() % 2 == 0)
-            QLib_ResourceManager::GetDiag_FTM(hContext)->ClosePort();
+            pConnection->ClosePort();
         else
-            ASSERT_TRUE(QLIB_EFS2_DIAG_UNLINK(hContext, "f")) << "a stop reached another";
+            EXPECT_TRUE(pConnection->EFS2_DIAG_UNLINK("f")) << "a stop reached another";
     }
-    QLib_ResourceManager::DestroyAll();
 }
 
 TEST(Lifetime, ContextsInAnyOrder) {
     TalkingPhones phones;
-    std::mt19937 random(1);
-    for (int i = 0; i < 2; ++i)
-        ComeAndGo(2000, random); // what is made once is made now
+    ComeAndGo(ThroughAContext, 1, 50, 4000, 1); // what is made once is made now
     const Holdings before;
-    ComeAndGo(3000, random);
+    ComeAndGo(ThroughAContext, 1, 50, 3000, 2);
     before.ExpectAgain();
 }
 
-/// Five threads do the same with connections, each with ten phones of its own.
+/// Five threads, each with ten phones of its own.
 void ComeAndGoInThreads(int iTimes, unsigned iSeed) {
-    const auto useTen = [&](unsigned iThread) {
-        std::mt19937 random(iSeed + iThread);
-        std::unique_ptr<Diag_FTM> aConnections[10];
-        for (int i = 0; i < iTimes; ++i) {
-            const unsigned iWhich = random() % 10;
-            auto& pConnection = aConnections[iWhich];
-            if (!pConnection)
-                pConnection =
-                    std::make_unique<Diag_FTM>(static_cast<unsigned short>(iThread * 10 + iWhich + 1));
-            else if (random() % 3 == 0)
-                pConnection.reset();
-            else if (random() % 2 == 0)
-                pConnection->ClosePort();
-            else
-                EXPECT_TRUE(pConnection->EFS2_DIAG_UNLINK("f")) << "a stop reached another";
-        }
-    };
     std::vector<std::thread> threads;
     for (unsigned i = 0; i < 5; ++i)
-        threads.emplace_back(useTen, i);
+        threads.emplace_back(ComeAndGo, Directly, i * 10 + 1, 10u, iTimes, iSeed + i);
     for (std::thread& thread : threads)
         thread.join();
 }

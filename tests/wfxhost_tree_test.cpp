@@ -12,14 +12,8 @@ protected:
         m_phone.AddFile("tree/sub/deep/none", {});
         m_phone.AddFile("tree/sub/g\xC3\xBCn, \x1B[1m.txt", Pattern(1536));
         m_phone.AddFile("tree/sub/\xFF\xFE", Pattern(7));
-        WithFiles([](handset::FileSystem& files) {
-            files.AddFolder("tree/empty");
-            files.MakeLink("tree/loop.lnk", "/tree");
-        });
-    }
-    template <class Work>
-    void WithFiles(Work work) {
-        m_phone.phone.WithFiles(work);
+        m_phone.AddFolder("tree/empty");
+        m_phone.AddLink("tree/loop.lnk", "/tree");
     }
     /// Refuses requests for good.
     void Refuse(const Bytes& prefix) {
@@ -75,7 +69,7 @@ TEST_F(WfxhostTreeTest, WhatFailsIsToldAndTheRestIsCopied) {
     EXPECT_EQ(m_local.Read("tree/sub/\xFF\xFE"), Pattern(7));
 
     Refuse(Packet("4B130900 FF01", {}, "tree2/tree/sub"));
-    WithFiles([](handset::FileSystem& files) { files.AddFile("tree2/tree/empty", "no folder"); });
+    m_phone.AddFile("tree2/tree/empty", {1});
     const ProgramOutcome put = Shell("cd '" + m_local.Path() +
                                      "/tree' && mkfifo pipe && ln -s .. up && ln -s b b &&"
                                      " touch 'a\\b' z.txt && " +
@@ -100,12 +94,10 @@ TEST_F(WfxhostTreeTest, ATreeWithoutAHandsetStops) {
 TEST_F(WfxhostTreeTest, ListsForPrograms) {
     const std::string kNames[] = {"\"q\\\" \x1B\x7F", "\xC2\x85\xF0\x9F\x98\x80", "\xC0\xAF", "\xED\xA0\x80x",
                                   "z"};
-    WithFiles([&](handset::FileSystem& files) {
-        for (const std::string& name : kNames)
-            files.AddFile("dir/" + name, "abc");
-        files.AddFolder("dir/folder");
-        files.AddFolder("none");
-    });
+    for (const std::string& name : kNames)
+        m_phone.AddFile("dir/" + name, Pattern(3));
+    m_phone.AddFolder("dir/folder");
+    m_phone.AddFolder("none");
     std::ofstream(m_local.Path("check.py")) << R"(
 import json, re, sys
 entries = json.loads(sys.stdin.buffer.read().decode("utf-8"))
