@@ -2,16 +2,22 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <span>
 
-/// CopyForDelivery copies a packet, with zeros behind it: who decodes a packet without knowing its length
-/// finds them as far as the most arguments that an extended debug message can announce, and at least the end
-/// of two texts.
+#include "link/packet_codes.h"
+
+/// CopyForDelivery copies a packet, with zeros behind it for those who decode it without knowing its length:
+/// the ends of two texts, and of an extended debug message all arguments that it announces, truly or not.
 inline std::unique_ptr<unsigned char[]> CopyForDelivery(std::span<const unsigned char> packet) {
-    constexpr size_t kLeastRoom = 20 + 255 * 4 + 2;
-    constexpr size_t kZerosBehind = 2;
-    auto pCopy = std::make_unique<unsigned char[]>(std::max(packet.size() + kZerosBehind, kLeastRoom));
+    constexpr size_t kTwoEnds = 2;
+    constexpr size_t kCountOffset = 2;
+    constexpr size_t kMessageHead = 20;
+    size_t iUsed = packet.size();
+    if (iUsed > kCountOffset && packet[0] == kExtendedMessage)
+        iUsed = std::max(iUsed, kMessageHead + packet[kCountOffset] * sizeof(uint32_t));
+    auto pCopy = std::make_unique<unsigned char[]>(iUsed + kTwoEnds);
     std::copy(packet.begin(), packet.end(), pCopy.get());
     return pCopy;
 }
