@@ -23,9 +23,9 @@ public:
     void ConfigureEfsCallbacks(void* pUserData, EfsTransferCallBack pfnTransfer,
                                EfsDirectoryCallBack pfnDirectory);
 
-    /// EFS2_DIAG_ABORT makes the running transfer end before its next block, and asks for the removal
-    /// of its partial copy. It
-    /// sends nothing; without a running transfer it is forgotten at the next one's start. Always true.
+    /// EFS2_DIAG_ABORT makes the running transfer end before its next block and ask for the removal of its
+    /// partial copy. It sends nothing itself; without a running transfer it is forgotten at the next one's
+    /// start. Always true.
     bool EFS2_DIAG_ABORT();
 
 protected:

@@ -40,7 +40,7 @@ public:
 
     /// EFS2_LastWriteOpenedTarget tells whether the phone granted the last write operation its file, which
     /// empties it. When false, a file that stood there is not the write's to delete: the phone refused, or
-    /// all its five answers were lost. In that case the file may have been emptied all the same.
+    /// all its five answers were lost, and then the file may have been emptied all the same.
     bool EFS2_LastWriteOpenedTarget() const { return m_bLastWriteOpenedTarget; }
 
 private:
