@@ -84,7 +84,7 @@ private:
     const std::string m_sClientName;
     std::shared_ptr<ComThreadManager> m_pComThread; // null in a copy
     std::shared_ptr<PortServer> m_pServer;          // null until it is started; given up on the thread
-    std::atomic<bool> m_bConnected = false; // any thread reads it; m_pServer is set before
+    std::atomic<bool> m_bConnected = false;         // any thread reads it; m_pServer is set before
 };
 
 /// Dispatched completes a client: it makes the calls of the members of Client, which derives from it.
