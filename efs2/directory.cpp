@@ -3,61 +3,30 @@
 #include <cstdio>
 #include <new>
 
+#include "efs2/directory_entry.h"
 #include "efs2/exchange.h"
 
 namespace {
 
-constexpr size_t kEntryAnswer = 256;
-constexpr size_t kNameOffset = 40;
-constexpr size_t kLongestName = kEntryAnswer - kNameOffset;
 constexpr unsigned char kEveryKind = 255;
 
-enum EntryType : DWORD { kTypeFile = 0, kTypeDirectory = 1, kTypeLink = 2 };
-
-/// What one answer tells of an entry.
-struct Entry {
-    DWORD iType = 0;
-    DWORD iSize = 0;
-    DWORD iChangeTime = 0;
-    char sName[kLongestName + 1] = {};
-    bool bNameIsCut = false;
-};
-
-/// ReadEntry takes an entry from an answer that grants it: with a directory handle, without an error number,
-/// and with a name that ends, unless the largest answer there is could not hold its end.
-bool ReadEntry(const ResponseReader& answer, Entry& entry) {
-    DWORD iDirectory = 0;
-    DWORD iErrnum = 0;
-    if (answer.Size() <= kNameOffset || !answer.U32At(4, iDirectory) || !answer.U32At(12, iErrnum))
-        return false;
-    if (iDirectory == 0 || iErrnum != 0)
-        return false;
-    answer.U32At(16, entry.iType);
-    answer.U32At(24, entry.iSize);
-    answer.U32At(36, entry.iChangeTime);
-    const size_t iLength = answer.TextAt(kNameOffset, entry.sName, sizeof entry.sName);
-    const bool bEnds = kNameOffset + iLength < answer.Size();
-    entry.bNameIsCut = !bEnds && answer.Size() == kEntryAnswer;
-    return bEnds || entry.bNameIsCut;
-}
-
 bool PassesFilter(DWORD iType, unsigned char iKindFilter) {
-    return iKindFilter == kEveryKind || (iKindFilter <= kTypeLink && iType == iKindFilter);
+    return iKindFilter == kEveryKind || (iKindFilter <= EFS2_ENTRY_LINK && iType == iKindFilter);
 }
 
 DWORD KindOf(DWORD iType) {
-    return iType == kTypeFile ? 1 : iType == kTypeLink ? 2 : 0;
+    return iType == EFS2_ENTRY_FILE ? 1 : iType == EFS2_ENTRY_LINK ? 2 : 0;
 }
 
 /// FillItem makes the record of an entry; false when its path does not fit in there.
-bool FillItem(const char* sPath, const Entry& entry, Efs2DirItem& item) {
+bool FillItem(const char* sPath, const Efs2DirEntry& entry, Efs2DirItem& item) {
     const char* sSeparator = entry.sName[0] == '/' ? "" : "/";
     const int iLength =
         std::snprintf(item.sName, sizeof item.sName, "%s%s%s", sPath, sSeparator, entry.sName);
     if (entry.bNameIsCut || iLength < 0 || static_cast<size_t>(iLength) >= sizeof item.sName)
         return false;
     item.isFile = KindOf(entry.iType);
-    item.Date = entry.iChangeTime;
+    item.Date = entry.iCtime;
     item.FileSize = entry.iSize;
     return true;
 }
@@ -82,11 +51,12 @@ bool Efs2Directory::OpenDirectory(const char* sPath, DWORD& iDirectory) {
 bool Efs2Directory::ReadEntries(const char* sPath, DWORD iDirectory, unsigned char iKindFilter,
                                 std::vector<Efs2DirItem>& list) {
     for (DWORD iSequence = 1;; ++iSequence) {
-        Entry entry;
-        Efs2Frame<kEntryAnswer> frame(m_frame, EFS2_CMD_READDIR);
+        Efs2DirEntry entry;
+        Efs2Frame<kEfs2EntryAnswer> frame(m_frame, EFS2_CMD_READDIR);
         frame.Request().U32(iDirectory).U32(iSequence);
-        if (!frame.ExchangeUntil(kEfs2Attempts,
-                                 [&](const ResponseReader& answer) { return ReadEntry(answer, entry); }))
+        if (!frame.ExchangeUntil(kEfs2Attempts, [&](const ResponseReader& answer) {
+                return ReadDirectoryEntry(answer, entry);
+            }))
             return false;
         if (entry.sName[0] == '\0')
             return true;

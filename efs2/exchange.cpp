@@ -19,10 +19,18 @@ bool Efs2Exchange::Exchange() {
 }
 
 bool Efs2Exchange::ExchangeUntilGranted(int iAttempts, size_t iErrnumOffset) {
-    return ExchangeUntil(iAttempts, [iErrnumOffset](const ResponseReader& response) {
-        DWORD iErrnum = 0;
-        return response.U32At(iErrnumOffset, iErrnum) && iErrnum == 0;
+    DWORD iErrnum = 0;
+    return ExchangeForVerdict(iAttempts, iErrnumOffset, iErrnum) && iErrnum == 0;
+}
+
+bool Efs2Exchange::ExchangeForVerdict(int iAttempts, size_t iErrnumOffset, DWORD& iErrorNo) {
+    bool bAnswered = false;
+    ExchangeUntil(iAttempts, [&](const ResponseReader& response) {
+        const bool bCarriesIt = response.U32At(iErrnumOffset, iErrorNo);
+        bAnswered = bAnswered || bCarriesIt;
+        return bCarriesIt && iErrorNo == 0;
     });
+    return bAnswered;
 }
 
 RequestBuilder& BeginEfs2Request(CommandFrame& frame, EFS2_Cmd_Enum eCommand) {

@@ -47,6 +47,10 @@ public:
     /// ExchangeUntilGranted resends the request until an answer carries the error number 0 at iErrnumOffset.
     bool ExchangeUntilGranted(int iAttempts, size_t iErrnumOffset);
 
+    /// ExchangeForVerdict does the same for callers that want to know why not: true when an answer carried an
+    /// error number, and then iErrorNo is that of the last such answer. With 0, Response() is that answer.
+    bool ExchangeForVerdict(int iAttempts, size_t iErrnumOffset, DWORD& iErrorNo);
+
     /// The last answer; empty before the first.
     ResponseReader Response() { return {m_response.first(m_iResponseLength), m_iReadPosition}; }
 

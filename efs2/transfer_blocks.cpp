@@ -1,34 +1,16 @@
 // The blocks of a transfer: reading a phone file to its end, writing a source to its end.
 #include <array>
-#include <cstdint>
 #include <cstdio>
 
-#include "efs2/exchange.h"
+#include "efs2/block_exchanges.h"
+#include "efs2/commands.h"
 #include "efs2/local_files.h"
 #include "efs2/transfer.h"
 
-namespace {
-
-constexpr size_t kReadBlock = 1536;
-constexpr size_t kWriteBlock = 512;
-constexpr size_t kReadHeader = 20;
-constexpr size_t kWriteHeader = 12;
-constexpr DWORD kNoCount = 0xFFFFFFFF;
-
-} // namespace
-
 bool Efs2Transfer::ReadBlock(LONG iDescriptor, DWORD iOffset, std::span<unsigned char> area,
                              DWORD& iBytesRead) {
-    Efs2Frame<kReadHeader + kReadBlock> frame(m_frame, EFS2_CMD_READ);
-    frame.Request().S32(iDescriptor).U32(static_cast<DWORD>(area.size())).U32(iOffset);
-    if (!frame.ExchangeUntilGranted(1, 16))
-        return false;
-    ResponseReader response = frame.Response();
-    if (!response.U32At(12, iBytesRead) || iBytesRead > area.size() ||
-        response.Size() < kReadHeader + iBytesRead || iBytesRead > UINT32_MAX - iOffset)
-        return false;
-    response.SetPosition(kReadHeader + iBytesRead);
-    return response.Take(area.first(iBytesRead));
+    DWORD iErrnum = 0;
+    return ReadOneBlock(m_frame, iDescriptor, iOffset, area, iBytesRead, iErrnum) && iErrnum == 0;
 }
 
 bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, const char* sGivenLocalFile,
@@ -36,10 +18,10 @@ bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, cons
     DownloadTarget target(sLocalFile);
     if (!target.IsOpen())
         return false;
-    std::array<unsigned char, kReadBlock> aBlock;
+    std::array<unsigned char, kEfs2ReadBlock> aBlock;
     DWORD iPosition = 0;
-    DWORD iBytesRead = kReadBlock;
-    while (iBytesRead == kReadBlock && !IsAborted()) {
+    DWORD iBytesRead = kEfs2ReadBlock;
+    while (iBytesRead == kEfs2ReadBlock && !IsAborted()) {
         if (!ReadBlock(iDescriptor, iPosition, aBlock, iBytesRead))
             return false;
         if (!target.Append(std::span(aBlock).first(iBytesRead)))
@@ -62,16 +44,9 @@ bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, cons
 
 bool Efs2Transfer::WriteBlock(LONG iDescriptor, DWORD iOffset, std::span<const unsigned char> block) {
     while (!block.empty()) {
-        Efs2Frame<20, kWriteHeader + kWriteBlock> frame(m_frame, EFS2_CMD_WRITE);
-        frame.Request().S32(iDescriptor).U32(iOffset).Bytes(block);
-        DWORD iWritten = kNoCount;
-        const bool bWritten = frame.ExchangeUntil(kEfs2Attempts, [&](const ResponseReader& response) {
-            DWORD iErrnum = 0;
-            iWritten = kNoCount;
-            response.U32At(12, iWritten);
-            return response.U32At(16, iErrnum) && iErrnum == 0 && iWritten != 0 && iWritten <= block.size();
-        });
-        if (!bWritten)
+        DWORD iWritten = 0;
+        DWORD iErrnum = 0;
+        if (!WriteOneBlock(m_frame, iDescriptor, iOffset, block, iWritten, iErrnum) || iErrnum != 0)
             return false;
         iOffset += iWritten;
         block = block.subspan(iWritten);
@@ -82,7 +57,7 @@ bool Efs2Transfer::WriteBlock(LONG iDescriptor, DWORD iOffset, std::span<const u
 bool Efs2Transfer::EFS2WriteEntireFile(LONG iDescriptor, UploadSource& source, const char* sEFS_File) {
     if (!source.Open())
         return false;
-    std::array<unsigned char, kWriteBlock> aBlock;
+    std::array<unsigned char, kEfs2WriteBlock> aBlock;
     while (!IsAborted()) {
         const DWORD iOffset = source.Taken();
         const auto block = source.Next(aBlock);

@@ -291,9 +291,19 @@ constexpr Caller kSequences[] = {PeekAndPoke<unsigned char>,
                                  MultipleLogs,
                                  TransferFile};
 
-constexpr std::span<const Caller> kGroups[] = {kGeneral,         kFactory,     kSessions,  kArrays,
-                                               kWaits,           kFixed,       kSequences, kGeneralReceipts,
-                                               kFactoryReceipts, kTestRequests};
+// Files, directories and names of the phone, one by one.
+constexpr Caller kOpenObjects[] = {
+    Call<kPlain, &D::EFS2_DIAG_OPEN>,        Call<Kind{1536}, &D::EFS2_DIAG_READ>,
+    Call<Kind{1536}, &D::EFS2_DIAG_WRITE>,   Call<kPlain, &D::EFS2_DIAG_CLOSE>,
+    Call<kPlain, &D::EFS2_DIAG_OPENDIR>,     Call<kPlain, &D::EFS2_DIAG_READDIR>,
+    Call<kPlain, &D::EFS2_DIAG_CLOSEDIR>,    Call<kPlain, &D::EFS2_DIAG_MAKE_DIRECTORY>,
+    Call<kPlain, &D::EFS2_DIAG_REMOVE_FILE>, Call<kPlain, &D::EFS2_DIAG_REMOVE_DIRECTORY>,
+    Call<kPlain, &D::EFS2_DIAG_MAKE_LINK>,   Call<Kind{512}, &D::EFS2_DIAG_LINK_TARGET>,
+};
+
+constexpr std::span<const Caller> kGroups[] = {kGeneral,         kFactory,      kSessions,   kArrays,
+                                               kWaits,           kFixed,        kSequences,  kGeneralReceipts,
+                                               kFactoryReceipts, kTestRequests, kOpenObjects};
 
 void Configure(Diag_FTM& diag, unsigned iFlags) {
     for (int i = 0; i < kTimeOutCount; ++i)

@@ -8,13 +8,13 @@
 
 namespace {
 
-// Hands an argument on in the form in which the method takes it: out-values as pointer or by reference.
+// Hands an argument on in the form in which the method takes it: as pointer, by reference, or its value.
 template <class Parameter, class Argument>
 Parameter HandOn(Argument* pArgument) {
-    if constexpr (std::is_reference_v<Parameter>)
-        return *pArgument;
-    else
+    if constexpr (std::is_pointer_v<Parameter>)
         return pArgument;
+    else
+        return *pArgument;
 }
 
 // Calls a method of the context's connection. False without a connection, with a null argument, or when the
@@ -134,4 +134,60 @@ bool QLIB_EFS2_DIAG_STATFS(void* hContext, const char* sFilePath, DWORD* piError
     return Forward(hContext, &Diag_FTM::EFS2_DIAG_STATFS, sFilePath, piErrorNo, piFS_ID, piFS_Type,
                    piBlockSize, piTotalBlocks, piAvailBlocks, piFreeBlocks, piMaxFileSize, piNfiles,
                    piMaxNfiles);
+}
+
+bool QLIB_EFS2_DIAG_OPEN(void* hContext, const char* sFilePath, DWORD iFlags, DWORD iMode, LONG* piDescriptor,
+                         DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_OPEN, sFilePath, &iFlags, &iMode, piDescriptor, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_READ(void* hContext, LONG iDescriptor, DWORD iOffset, unsigned char* pData, DWORD iSize,
+                         DWORD* piBytesRead, DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_READ, &iDescriptor, &iOffset, pData, &iSize, piBytesRead,
+                   piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_WRITE(void* hContext, LONG iDescriptor, DWORD iOffset, const unsigned char* pData,
+                          DWORD iSize, DWORD* piBytesWritten, DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_WRITE, &iDescriptor, &iOffset, pData, &iSize,
+                   piBytesWritten, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_CLOSE(void* hContext, LONG iDescriptor, DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_CLOSE, &iDescriptor, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_OPENDIR(void* hContext, const char* sFolderPath, DWORD* piDirectory, DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_OPENDIR, sFolderPath, piDirectory, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_READDIR(void* hContext, DWORD iDirectory, DWORD iSequence, Efs2DirEntry* pEntry,
+                            DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_READDIR, &iDirectory, &iSequence, pEntry, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_CLOSEDIR(void* hContext, DWORD iDirectory, DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_CLOSEDIR, &iDirectory, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_MAKE_DIRECTORY(void* hContext, const char* sFolderPath, DWORD iMode, DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_MAKE_DIRECTORY, sFolderPath, &iMode, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_REMOVE_DIRECTORY(void* hContext, const char* sFolderPath, DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_REMOVE_DIRECTORY, sFolderPath, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_REMOVE_FILE(void* hContext, const char* sFilePath, DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_REMOVE_FILE, sFilePath, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_MAKE_LINK(void* hContext, const char* sFilePath, const char* sPointedFilePath,
+                              DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_MAKE_LINK, sFilePath, sPointedFilePath, piErrorNo);
+}
+
+bool QLIB_EFS2_DIAG_LINK_TARGET(void* hContext, const char* sFilePath, char* sPointedFilePath,
+                                DWORD* piErrorNo) {
+    return Forward(hContext, &Diag_FTM::EFS2_DIAG_LINK_TARGET, sFilePath, sPointedFilePath, piErrorNo);
 }

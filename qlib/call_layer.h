@@ -6,6 +6,7 @@
 #pragma once
 
 #include "efs2/callbacks.h"
+#include "efs2/directory_entry.h"
 #include "link/event_listener.h"
 #include "platform/export.h"
 #include "platform/types.h"
@@ -74,3 +75,28 @@ QUILLET_C_API bool QLIB_EFS2_DIAG_STATFS(void* hContext, const char* sFilePath, 
                                          DWORD* piFS_ID, DWORD* piFS_Type, DWORD* piBlockSize,
                                          DWORD* piTotalBlocks, DWORD* piAvailBlocks, DWORD* piFreeBlocks,
                                          DWORD* piMaxFileSize, DWORD* piNfiles, DWORD* piMaxNfiles);
+
+// Files and directories as open objects (Efs2OpenFiles, Efs2OpenDirectories).
+QUILLET_C_API bool QLIB_EFS2_DIAG_OPEN(void* hContext, const char* sFilePath, DWORD iFlags, DWORD iMode,
+                                       LONG* piDescriptor, DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_READ(void* hContext, LONG iDescriptor, DWORD iOffset, unsigned char* pData,
+                                       DWORD iSize, DWORD* piBytesRead, DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_WRITE(void* hContext, LONG iDescriptor, DWORD iOffset,
+                                        const unsigned char* pData, DWORD iSize, DWORD* piBytesWritten,
+                                        DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_CLOSE(void* hContext, LONG iDescriptor, DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_OPENDIR(void* hContext, const char* sFolderPath, DWORD* piDirectory,
+                                          DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_READDIR(void* hContext, DWORD iDirectory, DWORD iSequence,
+                                          Efs2DirEntry* pEntry, DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_CLOSEDIR(void* hContext, DWORD iDirectory, DWORD* piErrorNo);
+
+// Names made and removed, with the phone's verdict (Efs2Names).
+QUILLET_C_API bool QLIB_EFS2_DIAG_MAKE_DIRECTORY(void* hContext, const char* sFolderPath, DWORD iMode,
+                                                 DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_REMOVE_DIRECTORY(void* hContext, const char* sFolderPath, DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_REMOVE_FILE(void* hContext, const char* sFilePath, DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_MAKE_LINK(void* hContext, const char* sFilePath,
+                                            const char* sPointedFilePath, DWORD* piErrorNo);
+QUILLET_C_API bool QLIB_EFS2_DIAG_LINK_TARGET(void* hContext, const char* sFilePath, char* sPointedFilePath,
+                                              DWORD* piErrorNo);

@@ -16,6 +16,9 @@
 #include "efs2/directory.h"
 #include "efs2/file_attributes.h"
 #include "efs2/metadata.h"
+#include "efs2/names.h"
+#include "efs2/open_directories.h"
+#include "efs2/open_files.h"
 #include "efs2/transfer.h"
 #include "ftm/audio.h"
 #include "ftm/bluetooth.h"
@@ -75,6 +78,9 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public Efs2Metadata,
                              public Efs2Directory,
                              public Efs2Transfer,
+                             public Efs2Names,
+                             public Efs2OpenDirectories,
+                             public Efs2OpenFiles,
                              public RfControl,
                              public RfReceiver,
                              public TxSweep,
