@@ -28,3 +28,22 @@ if(NOT WIN32)
     set_target_properties(qdiag PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
         INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
 endif()
+
+# quillet-mount uses the library in the same way, and libfuse 3, which nothing else depends on.
+if(NOT WIN32)
+    find_package(PkgConfig)
+    if(PKG_CONFIG_FOUND)
+        pkg_check_modules(FUSE3 IMPORTED_TARGET fuse3>=3.12)
+    endif()
+    if(FUSE3_FOUND)
+        file(GLOB mount_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/mount/*.cpp)
+        add_executable(quillet-mount ${mount_sources})
+        target_include_directories(quillet-mount PRIVATE ${PROJECT_SOURCE_DIR})
+        target_compile_definitions(quillet-mount PRIVATE QUILLET_VERSION="${PROJECT_VERSION}")
+        target_link_libraries(quillet-mount PRIVATE tools_common quillet quillet_options PkgConfig::FUSE3)
+        set_target_properties(quillet-mount PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
+            INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+    else()
+        message(STATUS "quillet-mount is not built: it needs libfuse 3.12 or newer (Debian: libfuse3-dev, pkg-config)")
+    endif()
+endif()

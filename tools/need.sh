@@ -33,6 +33,11 @@ need_build_tools() {
     need cmake:cmake ninja:ninja-build g++:g++
 }
 
+# quillet-mount is built where these are; nothing else needs them.
+need_mount_library() {
+    need /usr/include/fuse3/fuse.h:libfuse3-dev pkg-config:pkg-config
+}
+
 need_test_libraries() {
     need /usr/include/gtest/gtest.h:libgtest-dev /usr/include/gmock/gmock.h:libgmock-dev
 }

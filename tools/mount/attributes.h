@@ -1,0 +1,56 @@
+// What is known of the phone's entries.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tools::mount {
+
+using Clock = std::chrono::steady_clock;
+
+/// Attributes of an entry; of a link its own. Times in seconds, as the phone counts them.
+struct Attributes {
+    uint32_t mode = 0; // with the kind
+    uint32_t size = 0;
+    uint32_t links = 1;
+    uint32_t accessed = 0;
+    uint32_t modified = 0;
+    uint32_t changed = 0;
+
+    bool IsLink() const { return S_ISLNK(mode); }
+    bool IsFolder() const { return S_ISDIR(mode); }
+    /// True when content and identity are taken to be the same.
+    bool IsSameVersion(const Attributes& other) const {
+        return mode == other.mode && size == other.size && modified == other.modified &&
+               changed == other.changed;
+    }
+};
+
+struct Entry {
+    std::string name;
+    Attributes attributes;
+    bool isSound = false; // false: the phone contradicts itself about it, so only the name is good
+};
+
+/// A folder as it was read.
+struct Listing {
+    std::vector<Entry> entries; // in the phone's order
+    std::vector<uint32_t> byName;
+    Clock::time_point validUntil;
+
+    /// Sort makes Find work.
+    void Sort();
+    const Entry* Find(const std::string& name) const;
+};
+
+/// The folder of a path ("/" for what lies in the root), and the name in it.
+std::string FolderOf(const std::string& path);
+std::string NameOf(const std::string& path);
+/// True for the path itself and all below it.
+bool IsWithin(const std::string& path, const std::string& folder);
+
+} // namespace tools::mount
