@@ -26,6 +26,7 @@ layers_below() {
     tools/common) echo "common" ;;
     tools/wfxhost) echo "platform system common wfxhost" ;;
     tools/qdiag) echo "common qdiag" ;;
+    tools/mount) echo "common mount" ;;
     esac
 }
 
@@ -33,12 +34,12 @@ sources_of() {
     [ ! -d "$1" ] || find "$1" -name '*.cpp' -o -name '*.h'
 }
 
-for folder in platform $product handset tools/common tools/wfxhost tools/qdiag; do
+for folder in platform $product handset tools/common tools/wfxhost tools/qdiag tools/mount; do
     allowed=$(layers_below "$folder" | tr ' ' '|')
     for file in $(sources_of "$folder"); do
         case $file in
         platform/posix/*) own='|[a-z_]*\.h' ;;
-        tools/qdiag/*) own='|quillet\.h"' ;;
+        tools/qdiag/* | tools/mount/*) own='|quillet\.h"' ;;
         *) own= ;;
         esac
         if found=$(grep -nE '^ *# *include *"' "$file" | grep -vE "\"(($allowed)/$own)"); then

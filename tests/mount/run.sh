@@ -28,6 +28,7 @@ end() {
     rm -rf "$work"
 }
 trap end EXIT
+trap 'exit 1' INT TERM
 
 # ask COMMAND...: a command for the handset; prints its answer.
 ask() {
@@ -68,7 +69,7 @@ use_rsync() {
         rsync -a --checksum "$1/" "$work/rsync-back/"
 }
 check_rsync() {
-    diff -r "$work/tree" "$work/rsync-back"
+    diff -r --no-dereference "$work/tree" "$work/rsync-back"
 }
 
 use_tar() {
@@ -77,7 +78,7 @@ use_tar() {
         mkdir -p "$work/tar-back" && tar -C "$1" -cf - . | tar -C "$work/tar-back" -xf -
 }
 check_tar() {
-    diff -r "$work/tree" "$work/tar-back"
+    diff -r --no-dereference "$work/tree" "$work/tar-back"
 }
 
 use_git() {
@@ -86,16 +87,16 @@ use_git() {
         git -C "$1/repository" add . &&
         git -C "$1/repository" -c user.name=t -c user.email=t@example.org commit -q -m first &&
         git -C "$1/repository" repack -q -a -d &&
-        git clone -q "$1/repository" "$1/clone" &&
+        git clone -q --no-local "$1/repository" "$1/clone" &&
         git -C "$1/clone" fsck --strict
 }
 check_git() {
     git -C "$1/repository" fsck --strict && [ -z "$(git -C "$1/clone" status --porcelain)" ] &&
-        diff -r -x .git "$work/tree" "$1/clone"
+        diff -r --no-dereference -x .git -x empty "$work/tree" "$1/clone"
 }
 
 use_bonnie() {
-    /usr/sbin/bonnie++ -q -d "$1" -s 2 -r 1 -n 1:2000:10:4 -u "$(id -u):$(id -g)"
+    /usr/sbin/bonnie++ -f -q -d "$1" -s 2 -r 1 -n 1:2000:10:4 -u "$(id -u):$(id -g)"
 }
 check_bonnie() {
     [ -z "$(find "$1" -type f)" ]
@@ -125,7 +126,7 @@ use_lookers() {
         du -s "$1" && df "$1"
 }
 check_lookers() {
-    (cd "$work/tree" && find . -printf '%y %P\n') | sort | diff - "$work/found" && diff -r "$work/tree" "$1/tree"
+    (cd "$work/tree" && find . -printf '%y %P\n') | sort | diff - "$work/found" && diff -r --no-dereference "$work/tree" "$1/tree"
 }
 
 programs="fio rsync tar git bonnie editors sqlite lookers"

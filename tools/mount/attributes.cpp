@@ -27,7 +27,8 @@ std::string NameOf(const std::string& path) {
 }
 
 bool IsWithin(const std::string& path, const std::string& folder) {
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+    return folder == "/" ||
+           (path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/'));
 }
 
 } // namespace tools::mount

@@ -1,0 +1,285 @@
+// The mounted folder's operations on the phone, below libfuse: requests on the wire, errno values, what is
+// kept for how long, and what an unplugged or idle handset does to open files.
+#include <future>
+
+#include "mount/link_targets.h"
+#include "mount/works.h"
+#include "phone_fixture.h"
+
+namespace {
+
+using namespace tools::mount;
+
+constexpr DWORD kRead = 0;
+constexpr DWORD kReadWrite = 2;
+
+class MountTest : public testing::Test {
+protected:
+    MountTest() {
+        m_phone.AddFile("dir/file", Pattern(1536));
+        m_phone.AddLink("dir/link", "file");
+    }
+
+    /// The errno value that a piece of work fails with; 0: it does not.
+    template <class Work>
+    int ErrnoOf(Work work) {
+        try {
+            work();
+            return 0;
+        } catch (const PosixError& error) {
+            return error.number;
+        }
+    }
+    template <class Work>
+    void Finish(Work& work) {
+        while (!work.Step()) {
+        }
+    }
+    OpenFilePtr Open(const std::string& sPath, DWORD iAccess) {
+        return m_folder.Open(sPath, iAccess, m_isUnchanged);
+    }
+    Bytes ReadAll(const OpenFilePtr& file, size_t iSize) {
+        ReadWork work(Parts(), file, 0, iSize);
+        Finish(work);
+        return {work.Data().begin(), work.Data().end()};
+    }
+    int WriteErrno(const OpenFilePtr& file, uint64_t iOffset, const Bytes& data) {
+        return ErrnoOf([&] {
+            WriteWork work(Parts(), file, iOffset, data);
+            Finish(work);
+        });
+    }
+    int ResizeErrno(const std::string& sPath, uint64_t iLength) {
+        return ErrnoOf([&] {
+            ResizeWork work(Parts(), sPath, iLength);
+            Finish(work);
+        });
+    }
+    Phone Parts() { return {m_session, m_folder, *m_thread}; }
+    /// Works that were posted are done.
+    void Settle() {
+        m_thread->Run([] { return true; }, [] { return false; });
+    }
+    size_t EntriesOf(const std::string& sFolder) {
+        size_t iCount = 0;
+        m_phone.phone.WithFiles([&](handset::FileSystem& files) { iCount = files.List(sFolder).size(); });
+        return iCount;
+    }
+
+    PluggedPhone m_phone;
+    PhoneSession m_session{1};
+    PhoneFolder m_folder{m_session, "/mnt/phone"};
+    std::unique_ptr<PhoneThread> m_thread =
+        std::make_unique<PhoneThread>(std::chrono::hours(1), [this] { m_folder.Idle(); });
+    bool m_isUnchanged = false;
+};
+
+TEST_F(MountTest, OneBlockIsReadWithFourRequests) {
+    const OpenFilePtr file = Open("/dir/file", kRead);
+    EXPECT_EQ(ReadAll(file, 4096), Pattern(1536));
+    const std::string sPath = " 2F 64 69 72 2F 66 69 6C 65 00";
+    EXPECT_EQ(m_phone.Requests(),
+              (Lines{kReadLink + sPath, kStat + sPath, kOpenFile + " 00 00 00 00 00 00 00 00" + sPath,
+                     "4B 13 04 00 00 00 00 00 00 06 00 00 00 00 00 00"}));
+    m_folder.Files().Release(*file);
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
+}
+
+TEST_F(MountTest, AListingAnswersForAMoment) {
+    ListWork work(Parts(), "/dir");
+    Finish(work);
+    ASSERT_EQ(work.Result()->entries.size(), 2u);
+    m_phone.phone.ClearRequests();
+    EXPECT_EQ(m_folder.Look("/dir/file").size, 1536u);
+    EXPECT_TRUE(m_folder.Look("/dir/link").IsLink());
+    EXPECT_EQ(ErrnoOf([&] { m_folder.Look("/dir/none"); }), ENOENT);
+    EXPECT_TRUE(m_phone.Requests().empty());
+    m_folder.MakeFolder("/dir/none", 0700); // it speaks no longer of what changes
+    EXPECT_TRUE(m_folder.Look("/dir/none").IsFolder());
+    EXPECT_EQ(m_folder.Look("/dir/file").size, 1536u);
+    EXPECT_EQ(m_phone.CountOf(kReadLink), 1);
+    m_folder.Rename("/dir", "/other", true);
+    EXPECT_EQ(ErrnoOf([&] { m_folder.Look("/dir/file"); }), ENOENT);
+}
+
+TEST_F(MountTest, EntriesThatThePhoneContradictsItselfAbout) {
+    const auto entry = [](const std::string& sName, uint32_t iType, uint32_t iMode) {
+        return Packet(kReadFolder, {5, 1, 0, iType, iMode, 7, 1, 2, 3}, sName + std::string(1, '\0'));
+    };
+    const Bytes entries[] = {
+        entry("file", 0, S_IFREG | 0644), entry("odd", 3, 0644), entry("two", 0, S_IFDIR | 0755),
+        entry("/slash", 1, 0755),         entry("..", 1, 0755),  entry("", 0, 0)};
+    m_phone.Answer(kOpenFolder, Packet(kOpenFolder, {5, 0}));
+    m_phone.Answer(kCloseFolder, Packet(kCloseFolder, {0}));
+    m_phone.phone.Script(Hex(kReadFolder), [&](const Bytes& request) -> std::vector<Bytes> {
+        return {entries[std::min<size_t>(ValueAt(request, 8), std::size(entries)) - 1]};
+    });
+    ListWork work(Parts(), "/x");
+    Finish(work);
+    std::string sAll;
+    for (const Entry& found : work.Result()->entries)
+        sAll += found.name + (found.isSound ? "+ " : "- ");
+    EXPECT_EQ(sAll, "file+ odd- two- slash+ ");
+}
+
+TEST_F(MountTest, ContentIsKeptWhileVersionsAreTheSame) {
+    const auto open = [&] { m_folder.Files().Release(*Open("/dir/file", kRead)); };
+    open();
+    EXPECT_FALSE(m_isUnchanged);
+    open();
+    EXPECT_TRUE(m_isUnchanged);
+    EXPECT_EQ(WriteErrno(Open("/dir/file", kReadWrite), 0, {'x'}), 0);
+    open();
+    EXPECT_FALSE(m_isUnchanged); // though size and second may be what they were
+
+    AttributeCache cache;
+    const Attributes versions[] = {{0644, 7, 1, 1, 2, 3},
+                                   {0644, 8, 1, 1, 2, 3},
+                                   {0644, 8, 1, 1, 3, 3},
+                                   {0644, 8, 1, 1, 3, 4},
+                                   {0600, 8, 1, 1, 3, 4}};
+    for (Attributes version : versions) {
+        EXPECT_FALSE(cache.OpenedVersion("/f", version));
+        version.accessed = 99; // reading changes nothing
+        EXPECT_TRUE(cache.OpenedVersion("/f", version));
+    }
+}
+
+TEST_F(MountTest, RefusalsBecomeErrnoValues) {
+    const std::pair<DWORD, int> rows[] = {{2, ENOENT},        {9, EIO},        {13, EACCES}, {17, EEXIST},
+                                          {24, ENFILE},       {27, EFBIG},     {28, ENOSPC}, {30, EROFS},
+                                          {36, ENAMETOOLONG}, {39, ENOTEMPTY}, {40, ELOOP},  {4711, EIO}};
+    for (const auto& [iPhone, iHost] : rows) {
+        m_phone.Misbehave(Action::Refuse, kUnlink, 1, iPhone);
+        EXPECT_EQ(ErrnoOf([&] { m_folder.RemoveFile("/dir/file"); }), iHost) << iPhone;
+    }
+    EXPECT_EQ(ErrnoOf([&] { m_folder.RemoveFolder("/dir"); }), ENOTEMPTY);
+    EXPECT_EQ(ErrnoOf([&] { m_folder.MakeFolder("/dir", 0777); }), EEXIST);
+    EXPECT_EQ(ErrnoOf([&] { m_folder.Rename("/dir/link", "/dir/file", false); }), EEXIST);
+    EXPECT_EQ(ErrnoOf([&] { m_folder.RemoveFile("/dir/" + std::string(216, 'n')); }), ENAMETOOLONG);
+    EXPECT_EQ(ErrnoOf([&] { Open("/" + std::string(100, 'a') + "/" + std::string(143, 'b'), kRead); }),
+              ENAMETOOLONG);
+    EXPECT_EQ(WriteErrno(Open("/dir/file", kReadWrite), 0xFFFFFFFF, {'x'}), EFBIG);
+}
+
+TEST_F(MountTest, LinksLeadToTheSameBelowTheMountPoint) {
+    const std::tuple<const char*, const char*, const char*> shown[] = {
+        {"/l", "a/b", "a/b"}, {"/l", "/a", "a"}, {"/d/e/l", "/a/b", "../../a/b"}, {"/l", "/", "."}};
+    for (const auto& [sLink, sTarget, sShown] : shown)
+        EXPECT_EQ(ShownTarget(sLink, sTarget), sShown) << sLink << sTarget;
+    EXPECT_EQ(StoredTarget("../x", "/mnt/phone"), "../x");
+    EXPECT_EQ(StoredTarget("/mnt/phone/x", "/mnt/phone"), "/x");
+    for (const char* sElsewhere : {"/etc", "/mnt/phone2", "/"})
+        EXPECT_EQ(ErrnoOf([&] { StoredTarget(sElsewhere, "/mnt/phone"); }), EPERM) << sElsewhere;
+    EXPECT_EQ(m_folder.LinkTarget("/dir/link"), "file");
+}
+
+// --- What was acknowledged ------------------------------------------------------------------------------
+
+TEST_F(MountTest, WhatIsNotOnThePhoneIsNotReportedAsWritten) {
+    const OpenFilePtr file = Open("/dir/file", kReadWrite);
+    m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(2); });
+    WriteWork work(Parts(), file, 0, Pattern(4096));
+    Finish(work);
+    EXPECT_EQ(work.Done(), 1536u + 1024);
+    EXPECT_EQ(m_phone.Content("dir/file"), Pattern(2560));
+    EXPECT_EQ(WriteErrno(file, 2560, {'x'}), ENOSPC);
+    m_phone.Misbehave(Action::Refuse, kCloseFile, 5, 5);
+    EXPECT_EQ(ErrnoOf([&] { m_folder.Files().Settle(*file); }), EIO);
+}
+
+TEST_F(MountTest, OtherLengths) {
+    for (const size_t iLength : {1536u, 3000u, 700u, 0u, 1u}) {
+        const OpenFilePtr other = Open("/dir/file", kReadWrite);
+        EXPECT_EQ(ResizeErrno("/dir/file", iLength), 0) << iLength;
+        EXPECT_EQ(m_phone.Content("dir/file").size(), iLength);
+        EXPECT_EQ(WriteErrno(other, 0, {'x'}), 0); // an open file follows
+        EXPECT_EQ(m_phone.Content("dir/file")[0], 'x');
+        Settle();
+        m_folder.Files().Release(*other);
+    }
+    EXPECT_EQ(EntriesOf("dir"), 2u);
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
+}
+
+TEST_F(MountTest, ALengthThatCannotBeHadLeavesTheFileAlone) {
+    for (const std::string& sRequest : {kWrite, kCloseFile, std::string("4B 13 0E 00")}) {
+        m_phone.Misbehave(Action::Refuse, sRequest, 5, 28);
+        EXPECT_EQ(ResizeErrno("/dir/file", 700), ENOSPC) << sRequest;
+        m_phone.phone.Behave();
+        Settle();
+        EXPECT_EQ(m_phone.Content("dir/file"), Pattern(1536));
+        EXPECT_EQ(EntriesOf("dir"), 2u) << sRequest;
+    }
+    EXPECT_EQ(ResizeErrno("/dir/file", 0x100000000), EFBIG);
+}
+
+// --- Without the handset --------------------------------------------------------------------------------
+
+TEST_F(MountTest, UnpluggedAndBack) {
+    const OpenFilePtr file = Open("/dir/file", kReadWrite);
+    EXPECT_EQ(WriteErrno(file, 0, {'x'}), 0);
+    m_phone.phone.Unplug();
+    EXPECT_EQ(ErrnoOf([&] { m_folder.MakeFolder("/new", 0777); }), EIO);
+    EXPECT_EQ(ErrnoOf([&] { ReadAll(file, 100); }), EIO);
+    m_phone.phone.Replug();
+    EXPECT_TRUE(m_folder.Look("/dir").IsFolder());
+    EXPECT_EQ(ErrnoOf([&] { ReadAll(file, 100); }), EIO); // its descriptor may be somebody else's now
+    EXPECT_EQ(ErrnoOf([&] { m_folder.Files().Settle(*file); }), EIO);
+    EXPECT_EQ(ReadAll(Open("/dir/file", kRead), 1)[0], 'x');
+    // Away and back between two requests: the first that may be asked twice meets the handset again.
+    m_phone.phone.Unplug();
+    m_phone.phone.Replug();
+    EXPECT_TRUE(m_folder.GetSpace().totalBlocks > 0);
+}
+
+TEST_F(MountTest, ThePortIsGivenBackAndFilesAreOpenedAgain) {
+    const OpenFilePtr file = Open("/dir/file", kReadWrite);
+    EXPECT_EQ(WriteErrno(file, 0, {'x'}), 0);
+    m_folder.Idle();
+    EXPECT_EQ(m_phone.OpenCount(), 0u);
+    {
+        Diag_FTM other(1);
+        EXPECT_TRUE(other.OpenPort());
+        EXPECT_EQ(ErrnoOf([&] { ReadAll(file, 1); }), EIO); // held by another program
+    }
+    EXPECT_EQ(ReadAll(file, 1)[0], 'x');
+    m_folder.Idle();
+    m_phone.AddFile("dir/file", Pattern(99)); // replaced meanwhile
+    EXPECT_EQ(WriteErrno(file, 0, {'y'}), ESTALE);
+    EXPECT_EQ(m_phone.Content("dir/file"), Pattern(99));
+}
+
+TEST_F(MountTest, WorksTakeTurnsAndCallersMayGiveUp) {
+    std::string sSteps;
+    const auto steps = [&](char cName, size_t iCount) {
+        return [&sSteps, cName, iCount, i = size_t{0}]() mutable {
+            sSteps += cName;
+            return ++i == iCount;
+        };
+    };
+    std::promise<void> done;
+    m_thread->Post([&] {
+        m_thread->Post(steps('a', 4));
+        m_thread->Post(steps('b', 2));
+        m_thread->Post([&, last = steps('c', 5)]() mutable {
+            const bool isLast = last();
+            if (isLast)
+                done.set_value();
+            return isLast;
+        });
+        return true;
+    });
+    done.get_future().wait();
+    EXPECT_EQ(sSteps, "abcabcacacc");
+
+    m_phone.Misbehave(Action::Ignore, kOpenFolder, -1);
+    const auto begin = Clock::now();
+    const auto work = std::make_shared<ListWork>(Parts(), "/dir");
+    EXPECT_EQ(ErrnoOf([&] { m_thread->Run([work] { return work->Step(); }, [] { return true; }); }), EINTR);
+    EXPECT_LT(Clock::now() - begin, std::chrono::seconds(5)); // not the five attempts
+    m_phone.phone.Unplug();
+    m_thread.reset();
+}
+
+} // namespace
