@@ -9,6 +9,7 @@ fi
 cd "$(dirname "$0")"
 . tools/need.sh
 need_build_tools
+need_mount_library
 need_windows_compilers
 need zip:zip
 
@@ -40,10 +41,11 @@ done
 zip=$PWD/dist/quillet-$version.zip
 (cd "$work/windows" && zip -q -X -9 "$zip" pluginst.inf readme.txt quillet.wfx quillet.wfx64)
 
-for program in quillet.wfx wfxhost; do
+for program in quillet.wfx wfxhost quillet-mount; do
     strip --strip-unneeded -o "$work/$linux/$program" build/$program
 done
 fill INSTALL "$work/$linux/INSTALL"
 packaging/udev-rules.sh > "$work/$linux/70-quillet.rules"
+cp packaging/quillet-mount.service docs/man/quillet-mount.1 "$work/$linux/"
 tar -C "$work" --owner=0 --group=0 --sort=name -czf "dist/$linux.tar.gz" "$linux"
 ls -l dist

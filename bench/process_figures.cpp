@@ -36,3 +36,7 @@ double Peak_MiB() {
 void ForgetPeak() {
     std::ofstream("/proc/self/clear_refs") << "5";
 }
+
+double PeakOf_MiB(int iProcess) {
+    return static_cast<double>(StatusValue("/proc/" + std::to_string(iProcess) + "/status", "VmHWM")) / 1024;
+}

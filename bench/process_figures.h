@@ -9,3 +9,5 @@ uint64_t VoluntarySwitches();
 double Resident_MiB();
 double Peak_MiB();
 void ForgetPeak();
+/// The most memory that another process has had in use, in MiB.
+double PeakOf_MiB(int iProcess);

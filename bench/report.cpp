@@ -12,6 +12,8 @@ const char* Text(Goal eGoal) {
             return "<= 1.15 x";
         case Goal::Added100:
             return "<= 100 us";
+        case Goal::NotMore:
+            return "<= floor";
         default:
             return "";
     }
@@ -23,6 +25,8 @@ bool IsMet(const Row& row) {
             return row.fFactor <= 1.15;
         case Goal::Added100:
             return row.fAdded_us <= 100;
+        case Goal::NotMore:
+            return row.fClient <= row.fFloor;
         default:
             return true;
     }

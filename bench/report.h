@@ -13,6 +13,7 @@ enum class Goal {
     None,
     Factor115, // the client costs at most 1.15 times what the floor costs
     Added100,  // it adds at most 100 microseconds per exchange
+    NotMore,   // its figure is not above the floor's, which is a limit
 };
 
 /// One measurement, the client's beside its floor's of the same run.

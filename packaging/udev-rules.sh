@@ -3,13 +3,15 @@
 set -eu
 cat <<'TEXT'
 # The ports of handsets that quillet accepts: usable for whoever is logged in, and not for ModemManager, which
-# would talk to them first. The number of this file has to stay below 73, where access is given.
+# would talk to them first. The number of this file has to stay below 73, where access is given. The diagnostic port
+# starts the user's quillet-mount.service, if there is one.
 ACTION=="remove", GOTO="quillet_end"
 TEXT
 "$(dirname "$0")/accepted-ids.sh" | while IFS=: read -r vendor product; do
     cat <<TEXT
 SUBSYSTEM=="usb", ENV{DEVTYPE}=="usb_device", ATTR{idVendor}=="$vendor", ATTR{idProduct}=="$product", ENV{ID_MM_DEVICE_IGNORE}="1"
 SUBSYSTEM=="tty", SUBSYSTEMS=="usb", ATTRS{idVendor}=="$vendor", ATTRS{idProduct}=="$product", ENV{ID_MM_DEVICE_IGNORE}="1", TAG+="uaccess"
+SUBSYSTEM=="tty", SUBSYSTEMS=="usb", ATTRS{idVendor}=="$vendor", ATTRS{idProduct}=="$product", ENV{ID_USB_INTERFACE_NUM}=="01", TAG+="systemd", ENV{SYSTEMD_USER_WANTS}+="quillet-mount.service"
 TEXT
 done
 echo 'LABEL="quillet_end"'

@@ -35,7 +35,7 @@ expect_text "$windows/pluginst.inf" '^type=wfx.$'
 expect_text "$windows/pluginst.inf" '^file=quillet\.wfx.$'
 tests/windows/product_checks.sh "$windows/quillet.wfx" "$windows/quillet.wfx64" "$version" || fail "Windows editions"
 
-expect_files "$linux" 70-quillet.rules INSTALL quillet.wfx wfxhost
+expect_files "$linux" 70-quillet.rules INSTALL quillet-mount quillet-mount.1 quillet-mount.service quillet.wfx wfxhost
 rules=$linux/70-quillet.rules
 for id in 05c6:3197 05c6:9002 4b56:0001 4b56:0002; do
     same="idVendor\}==\"${id%:*}\", ATTRS?\{idProduct\}==\"${id#*:}\", ENV\{ID_MM_DEVICE_IGNORE\}=\"1\""
