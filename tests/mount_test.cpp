@@ -4,7 +4,7 @@
 
 #include "mount/link_targets.h"
 #include "mount/works.h"
-#include "phone_fixture.h"
+#include "program_fixture.h"
 
 namespace {
 
@@ -281,5 +281,36 @@ TEST_F(MountTest, WorksTakeTurnsAndCallersMayGiveUp) {
     m_phone.phone.Unplug();
     m_thread.reset();
 }
+
+#ifdef QUILLET_MOUNT // built where libfuse is
+
+class MountProgramTest : public ProgramTest {
+protected:
+    MountProgramTest() : ProgramTest(QUILLET_MOUNT) {}
+};
+
+TEST_F(MountProgramTest, WhatKeepsAHandsetFromBeingMounted) {
+    PluggedPhone phone;
+    m_local.Write("file", {});
+    std::filesystem::create_directory(m_local.Path("empty"));
+    Expect({
+        {"--help", 0, "usage: quillet-mount"},
+        {"--version", 0, "quillet-mount "},
+        {"", 2, "which folder?"},
+        {"--loud empty", 2, "--loud"},
+        {"-o loud empty", 2, "loud"},
+        {"--port 1x empty", 2, "--port"},
+        {".", 1, "is not empty"},
+        {"file", 1, "is no folder"},
+        {"missing", 1, "No such file"},
+        {"empty file", 2, "see quillet-mount --help"},
+        {"--port 9 empty", 3, "there is no port COM9"},
+    });
+    phone.Misbehave(Action::Ignore, "", -1);
+    Expect(
+        {{"empty", 3, "no handset answers"}, {"--port 1 empty", 3, "the handset on COM1 does not answer"}});
+}
+
+#endif
 
 } // namespace

@@ -54,6 +54,7 @@ build/simulated-handset --device-root "$device_root" > "$work/output" < /dev/nul
 handset=$!
 read -r ready < "$work/output" || fail "the simulated handset does not start"
 QUILLET_DEVICE_ROOT=$device_root "$linux/wfxhost" ls > "$work/listing" || fail "the unpacked wfxhost: ${ready-}"
+[ "$("$linux/quillet-mount" --version)" = "quillet-mount $version" ] || fail "the unpacked quillet-mount"
 [ -s "$work/listing" ] || fail "the unpacked plug-in lists nothing"
 
 [ "$failures" -eq 0 ]

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "common/command_line.h"
@@ -43,7 +44,20 @@ constexpr const char* kHelp =
 struct Options {
     char* port = nullptr;
     char* idle = nullptr;
+    char* folder = nullptr;
 };
+
+/// The folder is not left to libfuse, which takes one that is not there for wrong usage.
+int TakeFolder(void* options, const char* word, int key, fuse_args*) {
+    constexpr int kKeep = 1;
+    if (key != FUSE_OPT_KEY_NONOPT)
+        return kKeep;
+    char*& folder = static_cast<Options*>(options)->folder;
+    const bool isSecond = folder != nullptr;
+    if (!isSecond)
+        folder = strdup(word);
+    return isSecond ? -1 : 0;
+}
 
 constexpr fuse_opt kOptions[] = {
     {"--port %s", offsetof(Options, port), 0},
@@ -116,9 +130,9 @@ void Run(int count, char** words) {
     Arguments arguments{FUSE_ARGS_INIT(count, words)};
     Options options;
     fuse_cmdline_opts command{};
-    const bool isUnderstood = fuse_opt_parse(&arguments.args, &options, kOptions, nullptr) == 0 &&
+    const bool isUnderstood = fuse_opt_parse(&arguments.args, &options, kOptions, TakeFolder) == 0 &&
                               fuse_parse_cmdline(&arguments.args, &command) == 0;
-    const Text port(options.port), idle(options.idle), folder(command.mountpoint);
+    const Text port(options.port), idle(options.idle), folder(options.folder);
     if (!isUnderstood)
         throw Failure("see quillet-mount --help", Status::Usage);
     if (command.show_help || command.show_version) {
@@ -134,6 +148,7 @@ void Run(int count, char** words) {
     Mount mount{};
     MakeFuse(arguments, "-odefault_permissions", mount); // what the command line has wrong is said first
     mount.mountPoint = RequireMountPoint(folder.get());
+    mount.wantedPort = wanted;
     mount.port = FindHandset(wanted);
     mount.idle = std::chrono::seconds(idle_s);
     const MountedOnce once(mount.port);

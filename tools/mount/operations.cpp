@@ -384,7 +384,7 @@ void* Begin(fuse_conn_info* connection, fuse_config* settings) {
     settings->attr_timeout = kMoment_s;
     settings->negative_timeout = 0;
     connection->time_gran = 1000000000;
-    mount.session = std::make_unique<PhoneSession>(mount.port);
+    mount.session = std::make_unique<PhoneSession>(mount.wantedPort, mount.port);
     mount.folder = std::make_unique<PhoneFolder>(*mount.session, mount.mountPoint);
     mount.thread = std::make_unique<PhoneThread>(mount.idle, [&mount] { mount.folder->Idle(); });
     return &mount;

@@ -13,7 +13,8 @@ namespace tools::mount {
 
 /// What is mounted. It is the private data of the fuse object.
 struct Mount {
-    unsigned short port;
+    unsigned short wantedPort; // kAnyPort: whichever
+    unsigned short port;       // on which a handset answered
     std::string mountPoint;
     std::chrono::milliseconds idle;
 

@@ -16,7 +16,10 @@ namespace tools::mount {
 class PhoneSession {
 public:
     /// A session on a port, or on the first on which a handset answers (kAnyPort). Nothing is opened yet.
-    explicit PhoneSession(unsigned short port) : m_wantedPort(port), m_port(port) {}
+    explicit PhoneSession(unsigned short port) : PhoneSession(port, port) {}
+    /// A session on `port`; with `wanted` kAnyPort a handset is looked for on others once there is no such
+    /// port any more: one that is attached again may come back under another number.
+    PhoneSession(unsigned short wanted, unsigned short port) : m_wantedPort(wanted), m_port(port) {}
 
     /// RequireHandset takes the port and asks whether a handset answers. Throws Failure (no handset).
     void RequireHandset();
