@@ -1,6 +1,7 @@
 #include "mount/phone_thread.h"
 
 #include <cerrno>
+#include <new>
 
 #include "mount/posix_error.h"
 
@@ -50,8 +51,8 @@ void PhoneThread::Run(Steps steps, const std::function<bool()>& mayGiveUp) {
         work->isGivenUp = true;
         throw PosixError{EINTR};
     }
-    if (work->failure)
-        std::rethrow_exception(work->failure);
+    if (work->failure != 0)
+        throw PosixError{work->failure};
 }
 
 void PhoneThread::WaitForWork(std::unique_lock<std::mutex>& lock) {
@@ -73,11 +74,13 @@ void PhoneThread::DoStep(std::unique_lock<std::mutex>& lock) {
     bool isDone = true;
     if (!work->isGivenUp) {
         lock.unlock();
-        std::exception_ptr failure;
+        int failure = 0;
         try {
             isDone = work->steps();
-        } catch (...) {
-            failure = std::current_exception();
+        } catch (const PosixError& error) {
+            failure = error.number;
+        } catch (const std::bad_alloc&) {
+            failure = ENOMEM;
         }
         lock.lock();
         work->failure = failure;

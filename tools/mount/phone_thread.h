@@ -4,7 +4,6 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
-#include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -13,7 +12,7 @@
 namespace tools::mount {
 
 /// One piece of work in steps: each call does one step, such as one block of a file; true: that was the last.
-/// It may throw, which ends the work.
+/// It may throw PosixError, which ends the work.
 using Steps = std::function<bool()>;
 
 /// PhoneThread does the works of all callers on one thread, by turns: after each step of a work the next work
@@ -40,7 +39,7 @@ private:
         Steps steps;
         bool isDone = false;
         bool isGivenUp = false;
-        std::exception_ptr failure;
+        int failure = 0; // errno value
         std::condition_variable done;
     };
 
