@@ -32,7 +32,7 @@ constexpr size_t kGsdiDataSize = 16;
 bool CommandFrame::Exchange(unsigned char iExpected, DWORD iReadDelay_ms) {
     return m_connection.SendSync(m_buffer.RequestLength(), m_buffer.RequestBytes(),
                                  &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
-                                 m_connection.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
+                                 m_access.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
 }
 
 bool CommandFrame::SendExpectingCommandType() {
@@ -50,9 +50,9 @@ bool CommandFrame::Send(DWORD iReadDelay_ms) {
 }
 
 bool CommandFrame::SendWithDifferentResponseCmd(unsigned char iExpected, DWORD iReadDelay_ms) {
-    return m_connection.SendSyncExpecting(m_buffer.RequestLength(), m_buffer.RequestBytes(),
-                                          &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
-                                          m_connection.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
+    return m_access.SendSyncExpecting(m_buffer.RequestLength(), m_buffer.RequestBytes(),
+                                      &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
+                                      m_access.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
 }
 
 bool CommandFrame::SendFtmCmd() {

@@ -1,5 +1,6 @@
 #include "diag/delayed_responses.h"
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/received_packet.h"
 #include "diag/simple_command.h"
@@ -63,7 +64,7 @@ bool DelayedResponses::HS_DISPLAY_CAPTURE_DELAYED_CMD(unsigned char iDisplayID, 
 
 bool DelayedResponses::SendDiag2WithMultipleResponse(int iNumResponses, DWORD) {
     m_frame.Log().LogMessage(LOG_FN, "QLIB_SendDiag2WithMultipleResponse()");
-    m_frame.Connection().DelayedResponseQueue().Clear();
+    m_frame.Access().DelayedResponseQueue().Clear();
     unsigned short iResponseId = 0;
     if (!m_frame.Send(0) || !IsAnnounced(iResponseId))
         return false;
@@ -87,7 +88,7 @@ bool DelayedResponses::IsAnnounced(unsigned short& iResponseId) {
 }
 
 bool DelayedResponses::WaitForOne(unsigned short iResponseId) {
-    DiagConnection& connection = m_frame.Connection();
+    const ConnectionAccess& connection = m_frame.Access();
     const DWORD iTimeOut_ms = connection.TimeOut_ms(QMSL_TimeOut_MultipleResponse);
     const DWORD iStart_ms = TickCount_ms();
     QueueItem item;

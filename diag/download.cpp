@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 
 bool DownloadGreeting::DOWNLOAD_Hello(unsigned char iVersionNumber, unsigned char iCompatibleVersion,

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/nv_items.h"
 #include "diag/simple_command.h"

@@ -3,10 +3,10 @@
 
 #include <cstddef>
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
+class CommandFrame;
 class NvItems;
 
 #pragma pack(push, 1)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "diag/command.h"
 #include "diag/log_masks.h"
 #include "diag/received_packet.h"
 #include "link/extended_message.h"
@@ -75,7 +76,7 @@ bool KeyPresses::DIAG_KeyPress_StopCapture() {
 }
 
 bool KeyPresses::DIAG_KeyPress_ClearQueue() {
-    m_frame.Connection().PhoneLogQueue().Clear();
+    m_frame.Access().PhoneLogQueue().Clear();
     m_keyEvents.clear();
     return true;
 }
@@ -118,7 +119,7 @@ bool KeyPresses::DIAG_KeyPress_GetNextKeyEvent(unsigned short& iKeyPressID, unsi
 void KeyPresses::DIAG_KeyPress_ProcessResponseBuffer() {
     QueueItem item;
     ExtendedMessage message;
-    while (m_frame.Connection().PhoneLogQueue().Pop(&item)) {
+    while (m_frame.Access().PhoneLogQueue().Pop(&item)) {
         if (item.length < kMaxPacketSize && ParseExtendedMessage(PacketOf(item), message))
             ProcessMessage(message.sFormat);
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 
 namespace {
@@ -42,7 +43,7 @@ private:
 bool LogMasks::DIAG_SetPhoneLoggingState(bool bEnableLogging) {
     m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_SetPhoneLoggingState(bEnableLogging=%d)",
                              bEnableLogging ? 1 : 0);
-    m_frame.Connection().SetPhoneLogging(bEnableLogging);
+    m_frame.Access().SetPhoneLogging(bEnableLogging);
     return true;
 }
 

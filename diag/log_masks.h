@@ -4,9 +4,10 @@
 #include <cstddef>
 #include <span>
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// What DIAG_SetExtendedLogMask asks for; other values are passed on.
 enum LogMaskOperation : DWORD {

@@ -4,6 +4,7 @@
 #include <array>
 #include <span>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 
 namespace {

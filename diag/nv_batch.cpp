@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/nv_items.h"
 

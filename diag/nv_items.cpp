@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/simple_command.h"
 

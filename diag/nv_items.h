@@ -5,8 +5,9 @@
 #include <deque>
 #include <vector>
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// NvItems: an NV item is up to 128 bytes that the phone keeps without power, known by its number. Lengths
 /// are bytes. Each request waits within QMSL_TimeOut_SyncRequest. Caller's thread. The frame must outlive it.
@@ -56,6 +57,7 @@ public:
     bool DIAG_NV_WRITE_FlushBatchQueue(unsigned short& iLastItemID, unsigned short& iBatchStatus,
                                        unsigned char& iLastItemStatus);
 
+protected:
 protected:
     /// ResetBatch switches batch mode off and drops what was queued.
     void ResetBatch();

@@ -5,13 +5,12 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/export.h"
 #include "platform/types.h"
 
 /// RequestBuilder appends fields, little-endian and without gaps, to a buffer that somebody else owns. A
 /// field that does not fit is left out whole, and Complete() is false from then on; whoever sends something
 /// that must not lose a field (a path, say) looks at it first.
-class QUILLET_API RequestBuilder {
+class RequestBuilder {
 public:
     /// Builds into `area`, all of which may be used, behind the iLength bytes that it already holds.
     RequestBuilder(std::span<unsigned char> area, unsigned short& iLength)
@@ -51,7 +50,7 @@ private:
 /// took; a failed one (fewer bytes before the position than asked for) changes neither its out-value nor the
 /// position, and later ones may succeed. A position of 0 counts as "not started" and stands for the end.
 /// The At functions read at fixed offsets from the begin and leave the position alone.
-class QUILLET_API ResponseReader {
+class ResponseReader {
 public:
     /// Reads `response`; iPosition (0: the end) belongs to the caller, so that a later reader goes on.
     ResponseReader(std::span<const unsigned char> response, unsigned short& iPosition)

@@ -4,11 +4,10 @@
 #include <array>
 
 #include "diag/packet.h"
-#include "platform/export.h"
 
 /// PacketBuffer holds the request that is being built and the last response. One command at a time uses it,
 /// on the caller's thread, and begins by clearing it; between commands it holds the last exchange.
-class QUILLET_API PacketBuffer {
+class PacketBuffer {
 public:
     static constexpr unsigned short kSize = 4096;
     /// A request stays below the buffer's size.

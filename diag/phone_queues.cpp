@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/log_masks.h"
 #include "diag/received_packet.h"
@@ -38,8 +39,11 @@ bool IsLogRecord(const QueueItem& item, unsigned short iLogCode) {
 /// stops sending does not keep its caller.
 class TimedTaking {
 public:
-    TimedTaking(DiagConnection& connection, DWORD iTimeOut_ms)
-        : m_connection(connection), m_iTimer(connection.StartTimer()), m_iTimeOut_ms(iTimeOut_ms) {}
+    TimedTaking(CommandFrame& frame, DWORD iTimeOut_ms)
+        : m_connection(frame.Connection()),
+          m_queue(frame.Access().PhoneLogQueue()),
+          m_iTimer(m_connection.StartTimer()),
+          m_iTimeOut_ms(iTimeOut_ms) {}
     ~TimedTaking() {
         m_connection.PrintTimer(m_iTimer, "Wait for Multiple Logs took (ms):");
         m_connection.StopTimer(m_iTimer);
@@ -48,18 +52,18 @@ public:
     TimedTaking& operator=(const TimedTaking&) = delete;
 
     bool Next(QueueItem& item) {
-        CQLibMessageQueue& queue = m_connection.PhoneLogQueue();
         const DWORD iElapsed_ms = m_connection.GetTimerElapsed(m_iTimer);
-        if (iElapsed_ms < m_iTimeOut_ms && queue.WaitPop(&item, m_iTimeOut_ms - iElapsed_ms))
+        if (iElapsed_ms < m_iTimeOut_ms && m_queue.WaitPop(&item, m_iTimeOut_ms - iElapsed_ms))
             return true;
         if (!m_bIsOver)
-            queue.GetCount(m_iLeft);
+            m_queue.GetCount(m_iLeft);
         m_bIsOver = true;
-        return m_iLeft > 0 && m_iLeft-- > 0 && queue.Pop(&item);
+        return m_iLeft > 0 && m_iLeft-- > 0 && m_queue.Pop(&item);
     }
 
 private:
     DiagConnection& m_connection;
+    CQLibMessageQueue& m_queue;
     const DWORD m_iTimer;
     const DWORD m_iTimeOut_ms;
     bool m_bIsOver = false;
@@ -69,28 +73,28 @@ private:
 } // namespace
 
 bool PhoneQueues::DIAG_ClearPhoneLogQueue() {
-    return m_frame.Connection().PhoneLogQueue().Clear();
+    return m_frame.Access().PhoneLogQueue().Clear();
 }
 
 bool PhoneQueues::DIAG_ClearCommandResponseQueue() {
-    return m_frame.Connection().CommandResponseQueue().Clear();
+    return m_frame.Access().CommandResponseQueue().Clear();
 }
 
 bool PhoneQueues::DIAG_GetPhoneLogQueueSize(DWORD& iQueueSize) {
-    return Size(m_frame.Connection().PhoneLogQueue(), iQueueSize);
+    return Size(m_frame.Access().PhoneLogQueue(), iQueueSize);
 }
 
 bool PhoneQueues::DIAG_GetCommandResponseQueueSize(DWORD& iQueueSize) {
-    return Size(m_frame.Connection().CommandResponseQueue(), iQueueSize);
+    return Size(m_frame.Access().CommandResponseQueue(), iQueueSize);
 }
 
 bool PhoneQueues::DIAG_GetNextPhoneLog(unsigned short* piSize, unsigned char* piBuffer, DWORD) {
-    return TakeNext(m_frame.Connection().PhoneLogQueue(), piSize, piBuffer);
+    return TakeNext(m_frame.Access().PhoneLogQueue(), piSize, piBuffer);
 }
 
 bool PhoneQueues::DIAG_GetNextCommandResponse(unsigned short* piSize, unsigned char* piBuffer,
                                               DWORD iTimeout) {
-    if (!TakeNext(m_frame.Connection().CommandResponseQueue(), piSize, piBuffer))
+    if (!TakeNext(m_frame.Access().CommandResponseQueue(), piSize, piBuffer))
         return false;
     m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_GetNextCommandResponse(iTimeout=%d)", AsInt(iTimeout));
     m_frame.Log().LogHex(LOG_RET, piBuffer, *piSize, "SYNC_RESPONSE DATA: ");
@@ -106,7 +110,7 @@ bool PhoneQueues::DIAG_GetMultipleLogs(unsigned char iEquipmentID, unsigned shor
                              iEquipmentID, iLogCode, iNumLogs, AsInt(iTimeOut_ms));
     if (!m_masks.DIAG_AddExtendedLogCode(iEquipmentID, iLogCode))
         return false;
-    TimedTaking taking(m_frame.Connection(), iTimeOut_ms);
+    TimedTaking taking(m_frame, iTimeOut_ms);
     unsigned short iFound = 0;
     for (QueueItem item; iFound < iNumLogs && taking.Next(item);) {
         if (!IsLogRecord(item, iLogCode))
@@ -136,7 +140,7 @@ bool PhoneQueues::DIAG_FindDebugMessage(const char* sSearchString, bool& bFound,
     m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_FindDebugMessage(sSearchString=%s )", sSearchString);
     QueueItem item;
     ExtendedMessage message;
-    while (!bFound && m_frame.Connection().PhoneLogQueue().Pop(&item)) {
+    while (!bFound && m_frame.Access().PhoneLogQueue().Pop(&item)) {
         bFound = ParseExtendedMessage(PacketOf(item), message) &&
                  std::string_view(message.sFormat) == sSearchString;
     }

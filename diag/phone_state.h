@@ -1,8 +1,9 @@
 // What state the phone is in: status, display, GSM registration and calls.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// PhoneState: each operation is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that
 /// the phone answered. Without an answer no out-value changes. Caller's thread. The frame must outlive it.

@@ -1,5 +1,6 @@
 #include "diag/service.h"
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/simple_command.h"
 

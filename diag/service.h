@@ -1,9 +1,10 @@
 // Service operations: error log, operating mode, service code, DIP switches, key injection.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "diag/key_press_id.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// The operating mode that DIAG_CONTROL_F asks for: passed to the phone unchanged, every value is allowed.
 enum mode_enum_type : int {};

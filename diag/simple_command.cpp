@@ -1,5 +1,7 @@
 #include "diag/simple_command.h"
 
+#include "diag/command.h"
+
 bool SimpleCommand(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request) {
     frame.Log().LogMessage(LOG_FN, "%s", sEntry);
     frame.BeginRequest().Bytes({request.begin(), request.size()});

@@ -1,5 +1,7 @@
 #include "efs2/callbacks.h"
 
+#include "diag/command.h"
+
 void Efs2Callbacks::ConfigureEfsCallbacks(void* pUserData, EfsTransferCallBack pfnTransfer,
                                           EfsDirectoryCallBack pfnDirectory) {
     m_pEfsCallBackUserData = pUserData;

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <new>
 
+#include "diag/command.h"
 #include "efs2/exchange.h"
 
 namespace {

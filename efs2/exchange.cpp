@@ -1,5 +1,7 @@
 #include "efs2/exchange.h"
 
+#include "diag/command.h"
+
 namespace {
 
 constexpr DWORD kTimeOut_ms = 2000;

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "diag/command.h"
 #include "efs2/exchange.h"
 
 namespace {

@@ -1,6 +1,7 @@
 // The operations on names: make, remove, rename, permissions, links.
 #include "efs2/metadata.h"
 
+#include "diag/command.h"
 #include "efs2/exchange.h"
 
 namespace {

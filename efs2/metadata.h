@@ -3,10 +3,11 @@
 
 #include <string>
 
-#include "diag/command_frame.h"
 #include "efs2/commands.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// What EFS2_DIAG_EXTENDED_INFO asks for: passed to the phone unchanged, every value is allowed.
 enum EFS2_EXT_QueryType_Enum : int {};

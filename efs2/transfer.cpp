@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "diag/command.h"
 #include "efs2/exchange.h"
 #include "efs2/local_files.h"
 

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <thread>
 
+#include "ftm/ftm_command.h"
 #include "ftm/peripheral_command.h"
 
 namespace {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 
+#include "ftm/ftm_command.h"
 #include "ftm/ftm_log.h"
 
 namespace {
@@ -42,7 +43,7 @@ bool FtmBluetooth::FTM_BT_HCI_USER_CMD_WithEventResponse(const unsigned char* pi
     iEventLength = 0;
     if (!m_ftmLog.FTM_LOG_StartFTM_Log(kBluetoothLogType))
         return false;
-    const bool bCleared = m_frame.Connection().PhoneLogQueue().Clear();
+    const bool bCleared = m_frame.Access().PhoneLogQueue().Clear();
     m_frame.Log().LogMessage(LOG_FN, "    DIAG_ClearPhoneLogQueue = %s", PassOrFail(bCleared));
     bool bPassed = FTM_BT_HCI_USER_CMD(piHCI_Command, iLength);
     m_frame.Log().LogMessage(LOG_FN, "    FTM_BT_HCI_USER_CMD = %s", PassOrFail(bPassed));

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "ftm/broadcast_command.h"
+#include "ftm/ftm_command.h"
 
 bool BroadcastReceiver::MFLO_START_FLO() {
     return SendBroadcast(m_frame, 2, "QLIB_MFLO_START_FLO( )");

@@ -3,6 +3,8 @@
 #include <span>
 #include <string>
 
+#include "ftm/ftm_command.h"
+
 namespace {
 
 /// Answers begin with the request's 10 bytes.

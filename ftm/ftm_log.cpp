@@ -4,6 +4,7 @@
 
 #include "diag/log_masks.h"
 #include "diag/received_packet.h"
+#include "ftm/ftm_command.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
 
@@ -38,7 +39,7 @@ bool FtmLog::FTM_LOG_StartFTM_Log(unsigned short iLogCode) {
     if (!FTM_LOG_ENABLE(iLogCode, 20, 1) || !m_masks.DIAG_AddExtendedLogCodes(kEquipmentId, &kFtmLogCode, 1))
         return false;
     m_masks.DIAG_SetPhoneLoggingState(true);
-    return m_frame.Connection().PhoneLogQueue().Clear();
+    return m_frame.Access().PhoneLogQueue().Clear();
 }
 
 bool FtmLog::FTM_LOG_StopFTM_Log(unsigned short iLogCode) {
@@ -46,12 +47,12 @@ bool FtmLog::FTM_LOG_StopFTM_Log(unsigned short iLogCode) {
     if (!FTM_LOG_DISABLE(iLogCode))
         return false;
     m_masks.DIAG_SetPhoneLoggingState(true);
-    return m_frame.Connection().PhoneLogQueue().Clear();
+    return m_frame.Access().PhoneLogQueue().Clear();
 }
 
 bool FtmLog::TakeWaiting(unsigned short iLogCode, FTM2LogMessage* pMessage, unsigned short& iSize,
                          DWORD iLimit_ms) {
-    CQLibMessageQueue& queue = m_frame.Connection().PhoneLogQueue();
+    CQLibMessageQueue& queue = m_frame.Access().PhoneLogQueue();
     QueueItem item;
     DWORD iWaiting = 0;
     bool bFound = false;

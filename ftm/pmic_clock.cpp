@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <initializer_list>
 
+#include "ftm/ftm_command.h"
 #include "ftm/pmic_command.h"
 
 namespace {

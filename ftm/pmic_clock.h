@@ -1,8 +1,9 @@
 // The real-time clock of the power-management chip, and its alarms.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// PmicClock: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that
 /// the handset answered, in whatever system mode. Values are the chip's and are passed on unchanged. The

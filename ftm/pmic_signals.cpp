@@ -1,5 +1,6 @@
 #include "ftm/pmic_signals.h"
 
+#include "ftm/ftm_command.h"
 #include "ftm/pmic_command.h"
 
 bool PmicSignals::FTM_PMIC_AMUX_CONFIG(unsigned char iMuxSelect, unsigned char iMuxScale) {

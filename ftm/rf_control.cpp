@@ -5,6 +5,8 @@
 #include <optional>
 #include <thread>
 
+#include "ftm/ftm_command.h"
+
 namespace {
 
 constexpr FTM_Mode_Id_Enum kFactoryVariant{3};

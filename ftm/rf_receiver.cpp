@@ -1,5 +1,7 @@
 #include "ftm/rf_receiver.h"
 
+#include "ftm/ftm_command.h"
+
 bool RfReceiver::FTM_GET_RX_AGC(unsigned short& iRX_AGC) {
     LogLine(m_frame, LOG_FN, "QLIB_FTM_GET_RX_AGC( )");
     BeginFtm(m_frame, 53).U16(0);

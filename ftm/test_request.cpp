@@ -1,5 +1,7 @@
 #include "ftm/test_request.h"
 
+#include "ftm/ftm_command.h"
+
 RequestBuilder& BeginTest(CommandFrame& frame, const TestForm& form, unsigned short iId) {
     return frame.FormatExtendedFTMHeader(static_cast<unsigned short>(form.eMode), iId, 0, 0);
 }

@@ -18,7 +18,7 @@ bool TestSteps::Wait(const char* sTest, const char* sRecord, WaitClock eClock,
     if (eClock == WaitClock::Timer)
         Connection().StartTimer();
     Log().LogMessage(LOG_RET, " Starting wait for %s BER message %s...", sTest, sRecord);
-    const DWORD iLimit_ms = Connection().TimeOut_ms(QMSL_TimeOut_StatisticsWait);
+    const DWORD iLimit_ms = Access().TimeOut_ms(QMSL_TimeOut_StatisticsWait);
     const bool bLooks = iLimit_ms != 0 || eClock == WaitClock::Timer;
     const bool bDone =
         bLooks && Listener().RadioTests().WaitUntil(begin + Milliseconds(iLimit_ms), condition);
@@ -30,7 +30,7 @@ bool TestSteps::Wait(const char* sTest, const char* sRecord, WaitClock eClock,
 
 void TestSteps::SetWaitTime(DWORD iWaitTime_ms) {
     if (iWaitTime_ms != 0)
-        Connection().StoreTimeOut(QMSL_TimeOut_StatisticsWait, iWaitTime_ms);
+        Access().StoreTimeOut(QMSL_TimeOut_StatisticsWait, iWaitTime_ms);
 }
 
 bool TestSteps::EndSession(const char* sLine, bool bOutcome) {

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "diag/command.h"
 #include "diag/log_masks.h"
 #include "link/event_listener.h"
 #include "link/text_log.h"
@@ -29,7 +30,8 @@ public:
 
     DataLogFileHandler& Log() { return m_frame.Log(); }
     DiagConnection& Connection() { return m_frame.Connection(); }
-    CQLibEventListener& Listener() { return Connection().Listener(); }
+    const ConnectionAccess& Access() { return m_frame.Access(); }
+    CQLibEventListener& Listener() { return Access().Listener(); }
 
     /// Enter logs an operation's entry line.
     void Enter(const char* sLine) { Log().LogMessage(LOG_FN, "%s", sLine); }

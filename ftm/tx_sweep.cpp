@@ -1,5 +1,7 @@
 #include "ftm/tx_sweep.h"
 
+#include "ftm/ftm_command.h"
+
 bool TxSweep::FTM_CONFIGURE_TX_SWEEP_CAL(unsigned short iTimeInterval,
                                          unsigned short iNumofHDETReadingsPerStep) {
     return SendFtm(m_frame, 125,

@@ -1,5 +1,7 @@
 #include "ftm/wcdma_test_requests.h"
 
+#include "ftm/test_request.h"
+
 bool WcdmaTestRequests::FTM_WCDMA_START_MODE_REQ(unsigned char& iStatus) {
     return SendTest(m_frame, kWcdmaTest, 0, iStatus, "QLIB_FTM_WCDMA_START_MODE_REQ()");
 }

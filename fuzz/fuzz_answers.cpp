@@ -5,35 +5,9 @@
 #include <type_traits>
 
 #include "hostile_phone.h"
-#include "portserver/qpst_server.h"
 #include "qlib/diag_ftm.h"
 
 namespace {
-
-/// The phone, behind a port server in the calling thread, so that nothing waits.
-class Phone : public QpstServer {
-public:
-    Phone() : QpstServer("fuzz") {}
-    void Use(Input& input) { m_pInput = &input; }
-
-    bool ConnectPort(int, DWORD, std::string&) noexcept override { return true; }
-    bool Exchange(std::span<const unsigned char> request, DWORD, QueueItem& response,
-                  std::string&) noexcept override {
-        std::vector<unsigned char> packet;
-        const bool bAnswered = TakeAnswer(*m_pInput, request, packet, [this](std::span<unsigned char> bytes) {
-            m_pListener->messageReceived(static_cast<LONG>(bytes.size()), bytes.data(), 0, 0, 0, 0);
-        });
-        response.length = static_cast<unsigned short>(std::min<size_t>(packet.size(), kMaxPacketSize));
-        std::copy_n(packet.begin(), response.length, response.data);
-        return bAnswered;
-    }
-    void Listen(CQLibEvents_Listener* pListener) noexcept override { m_pListener = pListener; }
-    void StopListening(CQLibEvents_Listener*) noexcept override {}
-
-private:
-    Input* m_pInput = nullptr;
-    CQLibEvents_Listener* m_pListener = nullptr;
-};
 
 /// What a kind of methods asks of its arguments.
 struct Kind {
@@ -313,9 +287,8 @@ void Configure(Diag_FTM& diag, unsigned iFlags) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t iSize) {
     Input input(pData, iSize);
-    static Phone phone;
-    phone.Use(input);
-    Diag_FTM diag(&phone, 1);
+    ReplaceLines([&input](int) { return std::make_unique<HostileLine>(input); });
+    Diag_FTM diag(1);
     Configure(diag, input.Byte());
     for (int i = 0; i < 8 && !input.IsEmpty(); ++i) {
         const auto group = kGroups[input.Byte() % std::size(kGroups)];

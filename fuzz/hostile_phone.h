@@ -1,10 +1,14 @@
 // A handset whose answers are the fuzzer's bytes.
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <vector>
 
 #include "input.h"
+#include "link/event_listener.h"
 #include "link/packet_codes.h"
+#include "link/serial_line.h"
 
 // How a packet is made of the input: its first byte. Its low bits count the bytes of the request that come
 // first, so that headers are right.
@@ -39,3 +43,34 @@ bool TakeAnswer(Input& input, std::span<const unsigned char> request, std::vecto
         deliver(packet);
     }
 }
+
+/// HostileLine is a line to that phone, in the calling thread, so that nothing waits.
+class HostileLine : public Transport {
+public:
+    explicit HostileLine(Input& input) : m_input(input) {}
+
+    void Start(const LineOwner& owner) override { m_owner.emplace(owner); }
+    void Stop() override {}
+    bool Open(DWORD) override { return true; }
+    void Close() override {}
+    int LastError() const override { return 0; }
+    bool OpensOnDemand() const override { return false; }
+    bool Exchange(const LineRequest& request, LineResponse& response) override {
+        std::vector<unsigned char> packet;
+        const bool bAnswered =
+            TakeAnswer(m_input, request.bytes, packet,
+                       [this](std::span<unsigned char> bytes) { m_owner->listener.ReceivePacket(bytes); });
+        response.iLength = static_cast<unsigned short>(std::min<size_t>(packet.size(), kMaxPacketSize));
+        response.item.length = response.iLength;
+        std::copy_n(packet.begin(), response.iLength, response.item.data);
+        return bAnswered && !packet.empty() && packet[0] == request.iExpectedCode;
+    }
+    bool SwitchToDiagMode() override { return false; }
+    bool AddListener(CQLibEvents_Listener*, CQLibEvents_Filter*) override { return false; }
+    void RemoveListener(CQLibEvents_Listener*) override {}
+    SerialControls* Serial() override { return nullptr; }
+
+private:
+    Input& m_input;
+    std::optional<LineOwner> m_owner;
+};

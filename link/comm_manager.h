@@ -33,6 +33,9 @@ public:
     /// Close closes the port and asks the receive thread to end. False when that takes more than 1000 ms.
     bool Close();
 
+    /// LastError is the port's library code for the last Open.
+    int LastError() const { return m_port.ErrorCode(); }
+
     /// Sending and switching, as CProtAHDLC does it.
     bool Send(const unsigned char* pPacket, DWORD iSize, DWORD iTimeout, bool bForceStartFlag);
     bool Data2DM(unsigned char iBaudRateMask);

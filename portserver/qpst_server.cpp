@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "link/delivered_packet.h"
+#include "link/event_dispatcher.h"
 
 /// PacketListeners hands the server's packets to the listeners, under its lock.
 class PacketListeners : public PacketEvents {
@@ -62,20 +63,6 @@ struct ResetCall {
     DWORD iTimeOut_ms;
     ResetOutcome eOutcome = ResetOutcome::NeverReset;
 };
-
-// Runs an operation that throws; false with the reason when it did.
-template <class Body>
-bool Quietly(std::string& sReason, Body body) noexcept {
-    try {
-        body();
-        return true;
-    } catch (const std::exception& error) {
-        sReason = error.what();
-    } catch (...) {
-        sReason = "Unknown exception thrown.";
-    }
-    return false;
-}
 
 } // namespace
 
@@ -223,28 +210,4 @@ void QpstServer::addEventListener(CQLibEvents_Listener* pListener) {
 
 void QpstServer::removeEventListener(CQLibEvents_Listener* pListener) {
     m_pListeners->Remove(pListener);
-}
-
-bool QpstServer::ConnectPort(int iComPort, DWORD iTimeOut_ms, std::string& sReason) noexcept {
-    return Quietly(sReason, [&] { connect(static_cast<unsigned short>(iComPort), iTimeOut_ms); });
-}
-
-bool QpstServer::Exchange(std::span<const unsigned char> request, DWORD iTimeOut_ms, QueueItem& response,
-                          std::string& sReason) noexcept {
-    response.length = 0;
-    return Quietly(sReason, [&] {
-        unsigned short iLength = sizeof response.data;
-        sendSync(static_cast<unsigned short>(request.size()), request.data(), &iLength, response.data,
-                 iTimeOut_ms);
-        response.length = iLength;
-    });
-}
-
-void QpstServer::Listen(CQLibEvents_Listener* pListener) noexcept {
-    std::string sIgnored;
-    Quietly(sIgnored, [&] { addEventListener(pListener); });
-}
-
-void QpstServer::StopListening(CQLibEvents_Listener* pListener) noexcept {
-    removeEventListener(pListener);
 }
