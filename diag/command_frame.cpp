@@ -102,22 +102,23 @@ RequestBuilder& CommandFrame::FormatFTMHeader() {
         return BeginRequest()
             .U8(FTM_COMMAND_75)
             .U8(m_iFtmSubsystem)
-            .U16(static_cast<unsigned>(m_eSystemMode));
-    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U16(0x0077).U16(0);
+            .U16(static_cast<unsigned>(m_eSystemMode))
+            .EndHeader();
+    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U16(0x0077).U16(0).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatExtendedFTMHeader(unsigned short iFirst, unsigned short iSecond,
                                                       unsigned short iThird) {
-    return FormatFTMHeader().U16(iFirst).U16(iSecond).U16(iThird);
+    return FormatFTMHeader().U16(iFirst).U16(iSecond).U16(iThird).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatExtendedFTMHeader(unsigned short iMode, unsigned short iFirst,
                                                       unsigned short iSecond, unsigned short iThird) {
-    return FormatSubsystemDiagHeader(m_iFtmSubsystem, iMode).U16(iFirst).U16(iSecond).U16(iThird);
+    return FormatSubsystemDiagHeader(m_iFtmSubsystem, iMode).U16(iFirst).U16(iSecond).U16(iThird).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatSubsystemDiagHeader(unsigned char iSubsystem, unsigned short iCommand) {
-    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U8(iSubsystem).U16(iCommand);
+    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U8(iSubsystem).U16(iCommand).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatBT_FTMHeader(unsigned short iCommandId, unsigned short iLength) {
@@ -142,7 +143,7 @@ RequestBuilder& CommandFrame::FormatAGPS_FTMHeader(unsigned short iCommandId) {
 }
 
 RequestBuilder& CommandFrame::FormatPMIC_FTMHeader(unsigned short iCommandId, unsigned char iSubcommandId) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_PMIC, iCommandId, 0, 0).U8(iSubcommandId);
+    return FormatExtendedFTMHeader(FTM_MODE_ID_PMIC, iCommandId, 0, 0).U8(iSubcommandId).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatAudioFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC) {

@@ -17,7 +17,7 @@ bool PhoneIdentity::DIAG_VERNO_F(QLIB_PhoneResp_Version* pVersion) {
 bool PhoneIdentity::DIAG_EXT_BUILD_ID_F(DWORD& iMSM_HW_Version, DWORD& iMobModel, char* sMobSwRev,
                                         char* sModelStr) {
     constexpr size_t kTextOffset = 12;
-    if (!SimpleCommand(m_frame, "QLIB_DIAG_EXT_BUILD_ID_F()", {DIAG_BUILD_ID}))
+    if (!SimpleQuestion(m_frame, "QLIB_DIAG_EXT_BUILD_ID_F()", {DIAG_BUILD_ID}, 3))
         return false;
     const ResponseReader response = m_frame.Response();
     response.U32At(4, iMSM_HW_Version);
@@ -34,9 +34,11 @@ bool PhoneIdentity::DIAG_EXT_BUILD_ID_F(DWORD& iMSM_HW_Version, DWORD& iMobModel
 bool PhoneIdentity::DIAG_READ_ESN_F(DWORD& iESN) {
     constexpr unsigned short kEsnItem = 0;
     m_frame.Log().LogMessage(LOG_FN, "DIAG_READ_ESN_F() -- Start");
-    unsigned char aEsn[4];
+    unsigned char aEsn[4] = {};
     unsigned short iStatus = 0;
-    if (!m_nvItems.DIAG_NV_READ_F(kEsnItem, aEsn, sizeof aEsn, iStatus)) {
+    constexpr size_t kShortestGrant = 3 + sizeof aEsn + sizeof(unsigned short); // head, data, status
+    const bool bRead = m_nvItems.DIAG_NV_READ_F(kEsnItem, aEsn, sizeof aEsn, iStatus);
+    if (!bRead || (iStatus == 0 && m_frame.Response().Size() < kShortestGrant)) {
         m_frame.Log().LogMessage(LOG_RET, "DIAG_READ_ESN_F() -- failed NV Read");
         return false;
     }

@@ -63,8 +63,9 @@ bool Peek(CommandFrame& frame, DWORD iAddress, unsigned short iNumItems, Value* 
         .U8(width.iPeek)
         .U32(iAddress)
         .U16(static_cast<unsigned>(iCount))
+        .EndHeader()
         .Bytes(std::span(kPadding).first(width.iArea));
-    const bool bAnswered = frame.Send(0);
+    const bool bAnswered = iCount > 0 ? frame.AskForValues() : frame.Send(0);
     if (bAnswered)
         CopyPeeked(frame, std::span(pOut, iCount));
     frame.Log().LogMessage(LOG_RET, "QLIB_DIAG_MEMORY_PEEK_F-%s(iAddress=0x%X, iNumItems=%d) %s0x%X, OK = %d",

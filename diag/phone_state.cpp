@@ -5,9 +5,8 @@
 
 namespace {
 
-// What answers hold: command, subsystem and subsystem command, then the values.
-constexpr size_t kSubsystemHead = 4;
-constexpr size_t kDisplaySize = 1 + 2 + 2 + 1 + 1;
+// What answers hold behind command, subsystem and subsystem command.
+constexpr size_t kDisplaySize = 2 + 2 + 1 + 1;
 constexpr size_t kGsmStatusSize =
     PhoneState::kImeiSize + PhoneState::kImsiSize + PhoneState::kLaiSize + 2 + 1 + 1 + 1;
 
@@ -16,11 +15,9 @@ enum GsmCommand : unsigned short { GSM_STATUS = 1, GSM_CALL_ORIG = 3, GSM_CALL_E
 } // namespace
 
 bool PhoneState::DIAG_STATUS_F(unsigned char& iStatus) {
-    if (!SimpleCommand(m_frame, "QLIB_DIAG_STATUS_F()",
-                       {DIAG_SUBSYSTEM, DIAG_SUBSYSTEM_CALL_MANAGER, 0x0E, 0x00}))
-        return false;
-    TakeLast(m_frame, kSubsystemHead, iStatus);
-    return true;
+    return SimpleQuestion(m_frame, "QLIB_DIAG_STATUS_F()",
+                          {DIAG_SUBSYSTEM, DIAG_SUBSYSTEM_CALL_MANAGER, 0x0E, 0x00}) &&
+           TakeLast(m_frame, iStatus);
 }
 
 bool PhoneState::DIAG_HS_DISPLAY_GET_PARAMS_CMD(unsigned char iDisplayID, unsigned short& iDisplayHeight,
@@ -28,15 +25,16 @@ bool PhoneState::DIAG_HS_DISPLAY_GET_PARAMS_CMD(unsigned char iDisplayID, unsign
                                                 unsigned char& iPanelOrientation) {
     m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_HS_DISPLAY_GET_PARAMS_CMD( iDisplayID = %d )", iDisplayID);
     m_frame.FormatSubsystemDiagHeader(DIAG_SUBSYSTEM_DISPLAY, 0);
-    if (!m_frame.Send(0))
+    if (!m_frame.AskForValues())
         return false;
     ResponseReader response = m_frame.Response();
-    if (response.Size() >= kSubsystemHead + kDisplaySize) {
+    if (response.HoldsValues(kDisplaySize)) {
         response.Take(iPanelOrientation);
         response.Take(iPixelDepth);
         response.Take(iDisplayWidth);
         response.Take(iDisplayHeight);
-        response.Take(iDisplayID);
+        if (response.HoldsValues(kDisplaySize + sizeof iDisplayID))
+            response.Take(iDisplayID);
     }
     m_frame.Log().LogMessage(LOG_RET,
                              "QLIB_DIAG_HS_DISPLAY_GET_PARAMS_CMD( iDisplayID = %d, iDisplayHeight = %d, "
@@ -54,7 +52,7 @@ bool PhoneState::DIAG_GSM_STATUS_F(unsigned char* const iIMEI, unsigned char* co
     if (!m_frame.Send(0))
         return false;
     ResponseReader response = m_frame.Response();
-    if (response.Size() < kSubsystemHead + kGsmStatusSize) {
+    if (!response.HoldsValues(kGsmStatusSize)) {
         m_frame.Log().LogMessage(LOG_RET,
                                  "QLIB_DIAG_TMC_STATE_RETRIEVAL_F() -- response packet size is not valid");
         return false;

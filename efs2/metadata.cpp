@@ -14,8 +14,13 @@ bool Efs2Metadata::SendPath(EFS2_Cmd_Enum eCommand, const char* sPath) {
     return SendWholeRequest(m_frame);
 }
 
+bool Efs2Metadata::AskOfPath(EFS2_Cmd_Enum eCommand, const char* sPath) {
+    BeginEfs2Request(m_frame, eCommand).Text(sPath);
+    return AskWholeRequest(m_frame);
+}
+
 bool Efs2Metadata::TakeErrorNo(DWORD& iErrorNo) {
-    if (!SendWholeRequest(m_frame))
+    if (!AskWholeRequest(m_frame))
         return false;
     m_frame.Response().Take(iErrorNo);
     return true;
@@ -69,7 +74,7 @@ bool Efs2Metadata::EFS2_DIAG_ACCESS(DWORD iPermissionBits, const char* sFilePath
 bool Efs2Metadata::EFS2_DIAG_READ_LINK(const char* sFilePath, char* sPointedFilePath) {
     m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_READ_LINK( sFilePath = %s, sPointedFilePath = %s)",
                              sFilePath, sPointedFilePath);
-    if (!SendPath(EFS2_CMD_READLINK, sFilePath))
+    if (!AskOfPath(EFS2_CMD_READLINK, sFilePath))
         return false;
     m_frame.Response().TextAt(8, sPointedFilePath, kEfs2TextSize);
     return true;

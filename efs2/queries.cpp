@@ -18,7 +18,7 @@ size_t BlockSizeOffset(const ResponseReader& response) {
 bool Efs2Metadata::EFS2_DIAG_STAT(const char* sFilePath, DWORD& iErrorNo, DWORD& iMode, DWORD& iSize,
                                   DWORD& iNlink, DWORD& iAtime, DWORD& iMtime, DWORD& iCtime) {
     m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_STAT( sFilePath = %s", sFilePath);
-    if (!SendPath(EFS2_CMD_STAT, sFilePath))
+    if (!AskOfPath(EFS2_CMD_STAT, sFilePath))
         return false;
     ResponseReader response = m_frame.Response();
     // Of an answer that ends early the header would be taken for an error number: an entry that is there
@@ -40,7 +40,7 @@ bool Efs2Metadata::EFS2_DIAG_STATFS(const char* sFilePath, DWORD& iErrorNo, DWOR
                                     DWORD& iFreeBlocks, DWORD& iMaxFileSize, DWORD& iNfiles,
                                     DWORD& iMaxNfiles) {
     m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_STATFS( sFilePath = %s)", sFilePath);
-    if (!SendPath(EFS2_CMD_STATFS, sFilePath))
+    if (!AskOfPath(EFS2_CMD_STATFS, sFilePath))
         return false;
     const ResponseReader response = m_frame.Response();
     if (!response.U32At(4, iErrorNo))
@@ -83,7 +83,7 @@ bool Efs2Metadata::EFS2_DIAG_DEV_INFO(DWORD& iErrorNo, DWORD& iTotalNumOfBlocks,
                                       DWORD& iDeviceId, unsigned char& iDeviceType, char* psDeviceName) {
     m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_DEV_INFO()");
     BeginEfs2Request(m_frame, EFS2_CMD_DEV_INFO);
-    if (!SendWholeRequest(m_frame))
+    if (!AskWholeRequest(m_frame))
         return false;
     // The answer may go on behind the name, so its end says nothing about where the values are.
     const ResponseReader response = m_frame.Response();
@@ -111,7 +111,7 @@ bool Efs2Metadata::EFS2_DIAG_EXTENDED_INFO(EFS2_EXT_QueryType_Enum iQueryType,
     m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_EXTENDED_INFO( iQueryType = %d )",
                              static_cast<int>(iQueryType));
     BeginEfs2Request(m_frame, EFS2_CMD_EXTENDED_INFO).U32(static_cast<DWORD>(iQueryType)).U32(0).U8(0);
-    if (!SendWholeRequest(m_frame))
+    if (!AskWholeRequest(m_frame))
         return false;
     const ResponseReader response = m_frame.Response();
     DWORD iKind = 0;

@@ -1,5 +1,5 @@
 #include "ftm/ftm_command.h"
 
 RequestBuilder& BeginFtm(CommandFrame& frame, unsigned short iCommandId) {
-    return frame.FormatFTMHeader().U16(iCommandId);
+    return frame.FormatFTMHeader().U16(iCommandId).EndHeader();
 }
