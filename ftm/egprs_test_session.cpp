@@ -6,10 +6,10 @@ bool EgprsTestSession::ClearEgprsStatus() {
     return m_steps.Report("FTM_EGPRS_BER_ClearStatus", FTM_EGPRS_BER_ClearStatus());
 }
 
-bool EgprsTestSession::Begin(const char* sEntry, const char* sNotStarted) {
+bool EgprsTestSession::BeginEgprs(const char* sEntry, const char* sNotStarted) {
     m_steps.Enter(sEntry);
     ClearEgprsStatus();
-    return IsActive() || m_steps.Fail(sNotStarted);
+    return IsEgprsActive() || m_steps.Fail(sNotStarted);
 }
 
 // --- Idle mode --------------------------------------------------------------------------------------
@@ -54,7 +54,7 @@ bool EgprsTestSession::FTM_EGPRS_BER_Configure_DL_TBF(unsigned char iDL_TSC, uns
                              iDL_TSC, iDL_TFI, iChannel, iBand, bFirstSlotActive, iFirstSlotNum,
                              bSecondSlotActive, iSecondSlotNum);
     ClearEgprsStatus();
-    if (!IsActive())
+    if (!IsEgprsActive())
         return m_steps.Fail("    QLIB_FTM_EGPRS_BER_Configure_DL_TBF -- Error, session is not started");
     return m_steps.Accepted("FTM_EGPRS_BER_CONFIGURE_DL_TBF", m_requests,
                             &EgprsTestRequests::FTM_EGPRS_BER_CONFIGURE_DL_TBF, iDL_TSC, iDL_TFI, iChannel,
@@ -73,7 +73,7 @@ bool EgprsTestSession::FTM_EGPRS_BER_Configure_UL_TBF(unsigned char iUL_TSC, uns
                              iUL_TSC, iUSF, bFirstSlotActive, iFirstSlotNum, bSecondSlotActive,
                              iSecondSlotNum);
     ClearEgprsStatus();
-    if (!IsActive())
+    if (!IsEgprsActive())
         return m_steps.Fail("    QLIB_FTM_EGPRS_BER_Configure_UL_TBF -- Error, session is not started");
     return m_steps.Accepted("FTM_EGPRS_BER_CONFIGURE_UL_TBF", m_requests,
                             &EgprsTestRequests::FTM_EGPRS_BER_CONFIGURE_UL_TBF, iUL_TSC, iUSF, iThird,
@@ -81,8 +81,8 @@ bool EgprsTestSession::FTM_EGPRS_BER_Configure_UL_TBF(unsigned char iUL_TSC, uns
 }
 
 bool EgprsTestSession::FTM_EGPRS_BER_Establish_SRB_LOOPBACK() {
-    return Begin("    QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK",
-                 "    QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK -- Error, session is not started") &&
+    return BeginEgprs("    QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK",
+                      "    QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK -- Error, session is not started") &&
            m_steps.Accepted("FTM_EGPRS_BER_ESTABLISH_SRB_LOOPBACK", m_requests,
                             &EgprsTestRequests::FTM_EGPRS_BER_ESTABLISH_SRB_LOOPBACK) &&
            WaitForFlow(FTM_LOG_EGPRS_BER_TBF_DL, FTM_LOG_EGPRS_TBF_EVENT_ESTABLISHED, "ESTABLISHED") &&
@@ -105,7 +105,8 @@ bool EgprsTestSession::FTM_EGPRS_BER_Release_UL_TBF() {
 
 bool EgprsTestSession::Release(const ReleaseTexts& texts,
                                bool (EgprsTestRequests::*pMethod)(unsigned char&)) {
-    return Begin(texts.sEntry, texts.sNotStarted) && m_steps.Accepted(texts.sRequest, m_requests, pMethod) &&
+    return BeginEgprs(texts.sEntry, texts.sNotStarted) &&
+           m_steps.Accepted(texts.sRequest, m_requests, pMethod) &&
            WaitForFlow(FTM_LOG_EGPRS_BER_TBF_UL, FTM_LOG_EGPRS_TBF_EVENT_RELEASED, "RELEASED");
 }
 

@@ -16,14 +16,14 @@ bool GsmRf::FTM_DO_GSM_AUTOCAL(short iPower, unsigned short iPA_DAC_Value, LONG 
         m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_DO_GSM_AUTOCAL() -- Error: failed to start FTM log");
         return false;
     }
-    AppendFields(Begin(236), iPower, iPA_DAC_Value, iMax_Power, iMin_Power, iWriteNVFlag, iRSB_Cor_A_R0,
+    AppendFields(BeginGsmRf(236), iPower, iPA_DAC_Value, iMax_Power, iMin_Power, iWriteNVFlag, iRSB_Cor_A_R0,
                  iRSB_Cor_A_R1, iRSB_Cor_B_R0, iRSB_Cor_B_R1);
     return m_frame.SendFtmCmd();
 }
 
 bool GsmRf::FTM_SET_PATH_DELAY(short* piDelay) {
     LONG iDelay = *piDelay;
-    if (!Calibrate(237, "QLIB_FTM_SET_PATH_DELAY-start( *ipDelay=%d)", iDelay))
+    if (!CalibrateGsmRf(237, "QLIB_FTM_SET_PATH_DELAY-start( *ipDelay=%d)", iDelay))
         return false;
     const bool bTaken = TakeValues(m_frame, iDelay);
     *piDelay = static_cast<short>(iDelay);
@@ -33,26 +33,27 @@ bool GsmRf::FTM_SET_PATH_DELAY(short* piDelay) {
 
 bool GsmRf::FTM_ENABLE_POLAR_REF_CAL(unsigned char iEnable) {
     const unsigned short iEnabled = iEnable;
-    return Calibrate(242, "QLIB_FTM_ENABLE_POLAR_REF_CAL(iEnable=%d)", iEnabled);
+    return CalibrateGsmRf(242, "QLIB_FTM_ENABLE_POLAR_REF_CAL(iEnable=%d)", iEnabled);
 }
 
 bool GsmRf::FTM_SET_TWOTONE_FREQ_OFFSET(unsigned short iFreqOffsetSecTone) {
-    return Calibrate(242, "QLIB_FTM_SET_TWOTONE_FREQ_OFFSET(iFreqOffsetSecTone=%d)", iFreqOffsetSecTone);
+    return CalibrateGsmRf(242, "QLIB_FTM_SET_TWOTONE_FREQ_OFFSET(iFreqOffsetSecTone=%d)", iFreqOffsetSecTone);
 }
 
 bool GsmRf::FTM_DO_CALPATH_RSB(unsigned char iRSB_Subcmd_ID, unsigned char iDone_RSG, unsigned short* piRSB_A,
                                unsigned short* piRSB_B) {
-    return Calibrate(243, "QLIB_FTM_DO_CALPATH_RSB(iRSB_Subcmd_ID=%d, iDone_RSG=%d, iRSB_A=%d, iRSB_B=%d)",
-                     iRSB_Subcmd_ID, iDone_RSG, *piRSB_A, *piRSB_B) &&
+    return CalibrateGsmRf(243,
+                          "QLIB_FTM_DO_CALPATH_RSB(iRSB_Subcmd_ID=%d, iDone_RSG=%d, iRSB_A=%d, iRSB_B=%d)",
+                          iRSB_Subcmd_ID, iDone_RSG, *piRSB_A, *piRSB_B) &&
            TakeLogged(m_frame, "QLIB_FTM_DO_CALPATH_RSB( iRSB_A = %d, iRSB_B = %d)", *piRSB_A, *piRSB_B);
 }
 
 bool GsmRf::FTM_SET_OPLL_BW(unsigned char iBandwidth_Num) {
-    return Calibrate(245, "QLIB_FTM_SET_OPLL_BW(iBandwidth_Num=%d)", iBandwidth_Num);
+    return CalibrateGsmRf(245, "QLIB_FTM_SET_OPLL_BW(iBandwidth_Num=%d)", iBandwidth_Num);
 }
 
 bool GsmRf::FTM_BASEBAND_BW_CAL(unsigned char iBandwidth_Num) {
-    return Calibrate(250, "QLIB_FTM_BASEBAND_BW_CAL(iBandwidth_Num=%d)", iBandwidth_Num);
+    return CalibrateGsmRf(250, "QLIB_FTM_BASEBAND_BW_CAL(iBandwidth_Num=%d)", iBandwidth_Num);
 }
 
 bool GsmRf::FTM_GSM_POLAR_TX_SWEEP_CAL(DWORD iNumDac, const DWORD* piFirstList, const DWORD* piSecondList) {

@@ -62,16 +62,19 @@ public:
 
 private:
     /// The GSM layout has 16 spare bits behind the command id.
-    RequestBuilder& Begin(unsigned short iCommandId) { return BeginFtm(m_frame, iCommandId).U16(0); }
-    /// Send exchanges a setting, Calibrate a calibration, each with the fields that its entry line shows.
+    RequestBuilder& BeginGsmRf(unsigned short iCommandId) {
+        return BeginFtm(m_frame, iCommandId).U16(0).EndHeader();
+    }
+    /// SendGsmRf exchanges a setting, CalibrateGsmRf a calibration, each with the fields that its entry line
+    /// shows.
     template <class... Fields>
-    bool Send(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
-        AppendLogged(m_frame, Begin(iCommandId), entry, fields...);
+    bool SendGsmRf(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
+        AppendLogged(m_frame, BeginGsmRf(iCommandId), entry, fields...);
         return m_frame.Send(0);
     }
     template <class... Fields>
-    bool Calibrate(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
-        AppendLogged(m_frame, Begin(iCommandId), entry, fields...);
+    bool CalibrateGsmRf(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
+        AppendLogged(m_frame, BeginGsmRf(iCommandId), entry, fields...);
         return m_frame.SendFtmCmd();
     }
 

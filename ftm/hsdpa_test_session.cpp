@@ -22,7 +22,7 @@ constexpr HSet kHSets[] = {{1, 2, 11}, {2, 2, 11}, {3, 3, 11}, {4, 3, 11},  {5, 
 
 } // namespace
 
-bool HsdpaTestSession::Confirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId) {
+bool HsdpaTestSession::IsHsdpaConfirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId) {
     return m_steps.Report(sWait, WaitForHSDPA_BER_Update(eId));
 }
 
@@ -33,29 +33,29 @@ bool HsdpaTestSession::FTM_HSDPA_BER_StartSession() {
     ClearHsdpaStatus();
     if (!m_sessions.IsRadioSessionActive(RadioSession::Wcdma))
         return m_steps.Fail("    QLIB_FTM_HSDPA_BER_StartSession -- Error, WCDMA BER session is not active");
-    Start eStart = Start::Again;
+    HsdpaStart eStart = HsdpaStart::Again;
     if (m_sessions.IsRadioSessionActive(RadioSession::Hsdpa) && !StopChannels().bExchanged)
-        eStart = Start::Failed;
-    for (int i = 0; i < kStartAttempts && eStart == Start::Again; ++i) {
+        eStart = HsdpaStart::Failed;
+    for (int i = 0; i < kStartAttempts && eStart == HsdpaStart::Again; ++i) {
         // What the attempt before brought about must not confirm this one.
         if (i > 0)
             FTM_HSDPA_BER_ClearStatus();
-        eStart = TryToStart();
+        eStart = TryHsdpaStart();
     }
-    m_sessions.SetRadioSession(RadioSession::Hsdpa, eStart == Start::Done);
-    return eStart == Start::Done;
+    m_sessions.SetRadioSession(RadioSession::Hsdpa, eStart == HsdpaStart::Done);
+    return eStart == HsdpaStart::Done;
 }
 
-HsdpaTestSession::Start HsdpaTestSession::TryToStart() {
+HsdpaTestSession::HsdpaStart HsdpaTestSession::TryHsdpaStart() {
     if (!m_steps.Accepted("FTM_HSDPA_BLER_CMD_START_HS", m_requests,
                           &HsdpaTestRequests::FTM_HSDPA_BLER_CMD_START_HS))
-        return Start::Failed;
-    if (Confirmed("WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_START_MODE_CNF)",
-                  LOG_FTM2_HSDPA_HS_CHANNEL_START_IND))
-        return Start::Done;
-    return StopChannels().Accepted() && Confirmed(kWaitForStop, LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND)
-               ? Start::Again
-               : Start::Failed;
+        return HsdpaStart::Failed;
+    if (IsHsdpaConfirmed("WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_START_MODE_CNF)",
+                         LOG_FTM2_HSDPA_HS_CHANNEL_START_IND))
+        return HsdpaStart::Done;
+    return StopChannels().Accepted() && IsHsdpaConfirmed(kWaitForStop, LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND)
+               ? HsdpaStart::Again
+               : HsdpaStart::Failed;
 }
 
 TestAnswer HsdpaTestSession::StopChannels() {
@@ -68,7 +68,7 @@ bool HsdpaTestSession::FTM_HSDPA_BER_StopSession() {
                               .RequestLoggedAs(LOG_FN, "FTM_HSDPA_STOP_MODE_REQ", m_requests,
                                                &HsdpaTestRequests::FTM_HSDPA_BLER_CMD_STOP_HS)
                               .Accepted() &&
-                          Confirmed(kWaitForStop, LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND);
+                          IsHsdpaConfirmed(kWaitForStop, LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND);
     m_sessions.SetRadioSession(RadioSession::Hsdpa, false);
     return bStopped;
 }
@@ -82,8 +82,8 @@ bool HsdpaTestSession::FTM_HSDPA_BLER_Reconfigure_HS(unsigned char iReconfigBitm
     FTM_HSDPA_BER_ClearStatus();
     return m_steps.Accepted("FTM_HSDPA_BLER_CMD_RECONFIG_HS", m_requests,
                             &HsdpaTestRequests::FTM_HSDPA_BLER_CMD_RECONFIG_HS, iReconfigBitmask) &&
-           Confirmed("WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_FTM_CMD_RECONFIG_HS )",
-                     LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND);
+           IsHsdpaConfirmed("WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_FTM_CMD_RECONFIG_HS )",
+                            LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND);
 }
 
 // --- Configuration ----------------------------------------------------------------------------------

@@ -54,11 +54,11 @@ public:
     bool WaitForHSDPA_BER_Update(log_FTM2_HSDPA_BER_log_id_enum eId);
 
 private:
-    enum class Start { Done, Again, Failed };
+    enum class HsdpaStart { Done, Again, Failed };
 
-    Start TryToStart();
+    HsdpaStart TryHsdpaStart();
     TestAnswer StopChannels();
-    bool Confirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId);
+    bool IsHsdpaConfirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId);
     bool ClearHsdpaStatus();
 
     TestSteps m_steps;

@@ -117,6 +117,7 @@ private:
     void OnPortOpened() override;
 
     // What the families share is not for users of the object.
+    using CommandFrame::AskForValues;
     using CommandFrame::BeginRequest;
     using CommandFrame::Buffer;
     using CommandFrame::Connection;
