@@ -9,8 +9,7 @@ namespace {
 
 constexpr unsigned kItemsPerEquipment = 4096;
 constexpr size_t kEquipmentCount = 16;
-constexpr size_t kMaskHead = 8;   // equipment id, last item
-constexpr size_t kAnswerHead = 8; // command, three zeros, operation
+constexpr size_t kMaskHead = 8; // equipment id, last item
 
 } // namespace
 
@@ -52,27 +51,28 @@ bool LogMasks::DIAG_SetExtendedLogMask(DWORD iOperation, unsigned char* piOperat
         LOG_FN,
         "QLIB_DIAG_SetExtendedLogMask( iOperation = 0x%X, piOperationData[0] = 0x%X, iOperationDataSize=%d)",
         AsInt(iOperation), iOperationDataSize > 0 ? piOperationData[0] : 0, iOperationDataSize);
-    RequestBuilder& request = m_frame.BeginRequest().U32(DIAG_LOG_MASK).U32(iOperation);
+    RequestBuilder& request = m_frame.BeginRequest().U32(DIAG_LOG_MASK).U32(iOperation).EndHeader();
     if (!request.Bytes({piOperationData, iOperationDataSize}).Complete() || !m_frame.Send(0))
         return false;
-    ResponseReader response = m_frame.Response();
-    response.Take({piOperationData, std::min<size_t>(iOperationDataSize, response.Size())});
+    if (m_frame.Response().HoldsValues(iOperationDataSize))
+        m_frame.Response().Take({piOperationData, iOperationDataSize});
     return true;
 }
 
-bool LogMasks::AnswerHolds(size_t iDataSize) {
-    return m_frame.Response().Size() >= kAnswerHead + iDataSize;
+bool LogMasks::ReadExtendedLogMask(DWORD iOperation, unsigned char* piOperationData,
+                                   unsigned short& iOperationDataSize) {
+    return DIAG_SetExtendedLogMask(iOperation, piOperationData, iOperationDataSize) &&
+           m_frame.Response().HoldsValues(iOperationDataSize);
 }
 
-bool LogMasks::Exchange(LogMaskOperation eOperation, MaskRequest& request) {
+bool LogMasks::ExchangeMask(LogMaskOperation eOperation, MaskRequest& request) {
     return DIAG_SetExtendedLogMask(eOperation, request.Data(), request.Size());
 }
 
 bool LogMasks::DIAG_GetLogRanges(unsigned char iEquipmentID, DWORD& iLastItem) {
     std::array<unsigned char, kEquipmentCount * sizeof(DWORD)> aRanges{};
     unsigned short iSize = sizeof aRanges;
-    if (iEquipmentID >= kEquipmentCount ||
-        !DIAG_SetExtendedLogMask(LOG_MASK_GET_RANGES, aRanges.data(), iSize) || !AnswerHolds(sizeof aRanges))
+    if (iEquipmentID >= kEquipmentCount || !ReadExtendedLogMask(LOG_MASK_GET_RANGES, aRanges.data(), iSize))
         return false;
     unsigned short iPosition = 0;
     return ResponseReader(aRanges, iPosition).U32At(iEquipmentID * sizeof(DWORD), iLastItem);
@@ -93,7 +93,7 @@ bool LogMasks::DIAG_SetExtendedLogCode(unsigned char iEquipmentID, unsigned shor
     const auto iItems = std::min<unsigned>(iNumItems, kItemsPerEquipment);
     MaskRequest request(iEquipmentID, iItems, (iItems + 7) / 8);
     DIAG_MakeLogMask(iLogCode, iEquipmentID, request.Mask());
-    return Exchange(LOG_MASK_SET, request);
+    return ExchangeMask(LOG_MASK_SET, request);
 }
 
 bool LogMasks::DIAG_AddExtendedLogCodes(unsigned char iEquipmentID, const unsigned short* piLogCodeList,
@@ -106,8 +106,9 @@ bool LogMasks::DIAG_AddExtendedLogCodes(unsigned char iEquipmentID, const unsign
         return false;
     MaskRequest current(iEquipmentID, iLastItem, iLastItem / 8 + 1);
     MaskRequest wanted = current;
-    if (!Exchange(LOG_MASK_GET, current) || !AnswerHolds(current.Size()) ||
-        current.EquipmentId() != iEquipmentID) {
+    // Without a whole answer the mask stays empty.
+    ExchangeMask(LOG_MASK_GET, current);
+    if (current.EquipmentId() != iEquipmentID) {
         m_frame.Log().LogMessage(LOG_RET, "QLIB_DIAG_AddExtendedLogCodes: Error fetching current log mask");
         std::ranges::fill(current.Mask(), static_cast<unsigned char>(0));
     }
@@ -118,7 +119,7 @@ bool LogMasks::DIAG_AddExtendedLogCodes(unsigned char iEquipmentID, const unsign
     }
     bool bResult = true;
     if (DIAG_CombineMasks(current.Mask().data(), wanted.Mask().data(), static_cast<DWORD>(wanted.MaskSize())))
-        bResult = Exchange(LOG_MASK_SET, wanted);
+        bResult = ExchangeMask(LOG_MASK_SET, wanted);
     DIAG_SetPhoneLoggingState(true);
     return bResult;
 }
@@ -133,7 +134,7 @@ bool LogMasks::DIAG_ClearAllLogCodes(unsigned char iEquipmentID) {
     if (!GetLastItem(iEquipmentID, iLastItem))
         return false;
     MaskRequest request(iEquipmentID, iLastItem, iLastItem / 8 + 1);
-    return Exchange(LOG_MASK_SET, request);
+    return ExchangeMask(LOG_MASK_SET, request);
 }
 
 void LogMasks::DIAG_MakeLogMask(unsigned short iLogCode, int iEquipmentID, std::span<unsigned char> mask) {
