@@ -18,20 +18,22 @@
 /// - DelayedResponses: commands whose result comes later as packets of their own.
 
 /// Conversion is one conversion of a log line's format and what it shows.
-enum class Conversion { Number, Text, Fraction };
+enum class Conversion { Number, Text, Fraction, Address };
 
 template <class Value>
 constexpr Conversion ConversionOf() {
     if constexpr (std::is_floating_point_v<Value>)
         return Conversion::Fraction;
-    else if constexpr (std::is_pointer_v<Value>)
+    else if constexpr (std::is_same_v<Value, const char*> || std::is_same_v<Value, char*>)
         return Conversion::Text;
+    else if constexpr (std::is_pointer_v<Value>)
+        return Conversion::Address;
     else
         return Conversion::Number;
 }
 
 /// LogText is the format of a log line that shows these values: %d, %u, %c or %X for a number, %s for a text,
-/// %f for a fraction, with flags and widths. A text that does not match its values does not compile.
+/// %f for a fraction, %p for an address, with widths. A text that does not match its values does not compile.
 template <class... Values>
 struct LogText {
     // NOLINTNEXTLINE(google-explicit-constructor): a literal stands for it.
@@ -63,6 +65,8 @@ private:
                 return Conversion::Text;
             case 'f':
                 return Conversion::Fraction;
+            case 'p':
+                return Conversion::Address;
             default:
                 throw "unknown conversion";
         }
@@ -73,9 +77,9 @@ private:
 template <class... Values>
 using TextFor = std::type_identity_t<LogText<Values...>>;
 
-/// LogLine writes a line with the values; numbers are shown as 32-bit ones, texts may come from outside.
+/// LogLine writes a line with the values. Numbers are shown as 32-bit ones; texts may come from outside.
 template <class... Values>
-void LogLine(CommandFrame& frame, LogCategory eCategory, TextFor<Values...> text, Values... values) {
+void LogLine(DataLogFileHandler& log, LogCategory eCategory, TextFor<Values...> text, Values... values) {
     [[maybe_unused]] const auto shown = [](auto value) {
         if constexpr (ConversionOf<decltype(value)>() == Conversion::Number)
             return static_cast<int>(value);
@@ -83,10 +87,15 @@ void LogLine(CommandFrame& frame, LogCategory eCategory, TextFor<Values...> text
             return value;
     };
     if constexpr (sizeof...(Values) == 0)
-        frame.Log().LogMessage(eCategory, "%s", text.sFormat);
+        log.LogMessage(eCategory, "%s", text.sFormat);
     else
-        frame.Log().LogMessage(eCategory, text.sFormat, shown(values)...);
+        log.LogMessage(eCategory, text.sFormat, shown(values)...);
 }
+template <class... Values>
+void LogLine(CommandFrame& frame, LogCategory eCategory, TextFor<Values...> text, Values... values) {
+    LogLine(frame.Log(), eCategory, text, values...);
+}
+
 /// AppendFields appends each value in the width of its type.
 template <class... Fields>
 RequestBuilder& AppendFields(RequestBuilder& request, Fields... fields) {

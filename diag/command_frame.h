@@ -57,8 +57,13 @@ public:
     DataLogFileHandler& Log() { return m_access.Log(); }
     PacketBuffer& Buffer() { return m_buffer; }
     ResponseReader Response() { return m_buffer.Response(); }
+    /// AskForValues is Send for a command whose only news is in the values of the answer: false also when the
+    /// answer ends within its header.
+    bool AskForValues() { return Send(0) && Response().HoldsValues(); }
     /// StoreSystemMode is SetSystemMode without its log line, for commands from which the mode follows.
     void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
+
+    // What the Format functions write is the header of the answer too.
 
     /// BeginRequest clears the buffer pair and returns the builder of an empty request.
     RequestBuilder& BeginRequest();

@@ -22,7 +22,9 @@ public:
     /// A builder that appends to the request, and whether one of the fields since Clear was left out.
     RequestBuilder& Request() { return m_builder; }
     /// A reader of the response; its read position is kept here from one call to the next.
-    ResponseReader Response() { return {std::span(m_aResponse).first(m_iResponseLength), m_iReadPosition}; }
+    ResponseReader Response() {
+        return {std::span(m_aResponse).first(m_iResponseLength), m_iReadPosition, m_builder.HeaderLength()};
+    }
 
     unsigned char* RequestBytes() { return m_aRequest.data(); }
     unsigned short RequestLength() const { return m_iRequestLength; }

@@ -96,7 +96,7 @@ bool PhoneQueues::DIAG_GetNextCommandResponse(unsigned short* piSize, unsigned c
                                               DWORD iTimeout) {
     if (!TakeNext(m_frame.Access().CommandResponseQueue(), piSize, piBuffer))
         return false;
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_GetNextCommandResponse(iTimeout=%d)", AsInt(iTimeout));
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_GetNextCommandResponse(iTimeout=%d)", iTimeout);
     m_frame.Log().LogHex(LOG_RET, piBuffer, *piSize, "SYNC_RESPONSE DATA: ");
     return true;
 }
@@ -104,10 +104,10 @@ bool PhoneQueues::DIAG_GetNextCommandResponse(unsigned short* piSize, unsigned c
 bool PhoneQueues::DIAG_GetMultipleLogs(unsigned char iEquipmentID, unsigned short iLogCode,
                                        unsigned short& iNumLogs, DWORD iTimeOut_ms, unsigned char** aBuffers,
                                        unsigned short* aSizes) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_DIAG_GetMultipleLogs( iEquipmentID = %d, iLogCode = 0x%X, iNumLogs = %d, "
-                             "iTimeOut_ms = %d )",
-                             iEquipmentID, iLogCode, iNumLogs, AsInt(iTimeOut_ms));
+    LogLine(m_frame, LOG_FN,
+            "QLIB_DIAG_GetMultipleLogs( iEquipmentID = %d, iLogCode = 0x%X, iNumLogs = %d, "
+            "iTimeOut_ms = %d )",
+            iEquipmentID, iLogCode, iNumLogs, iTimeOut_ms);
     if (!m_masks.DIAG_AddExtendedLogCode(iEquipmentID, iLogCode))
         return false;
     TimedTaking taking(m_frame, iTimeOut_ms);
@@ -118,7 +118,7 @@ bool PhoneQueues::DIAG_GetMultipleLogs(unsigned char iEquipmentID, unsigned shor
         std::memcpy(aBuffers[iFound], item.data, item.length);
         aSizes[iFound] = item.length;
         ++iFound;
-        m_frame.Log().LogMessage(LOG_RET, "QLIB_DIAG_GetMultipleLogs() -- Found log code 0x%X", iLogCode);
+        LogLine(m_frame, LOG_RET, "QLIB_DIAG_GetMultipleLogs() -- Found log code 0x%X", iLogCode);
     }
     iNumLogs = iFound;
     return true;
@@ -126,9 +126,8 @@ bool PhoneQueues::DIAG_GetMultipleLogs(unsigned char iEquipmentID, unsigned shor
 
 bool PhoneQueues::DIAG_GetSingleLog(unsigned char iEquipmentID, unsigned short iLogCode, DWORD iTimeOut_ms,
                                     unsigned char* piBuffer, unsigned short& iSize) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_DIAG_GetSingleLog( iEquipmentID = %d, iLogCode = 0x%X, iTimeOut_ms = %d )",
-                             iEquipmentID, iLogCode, AsInt(iTimeOut_ms));
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_GetSingleLog( iEquipmentID = %d, iLogCode = 0x%X, iTimeOut_ms = %d )",
+            iEquipmentID, iLogCode, iTimeOut_ms);
     unsigned short iNumLogs = 1;
     return DIAG_GetMultipleLogs(iEquipmentID, iLogCode, iNumLogs, iTimeOut_ms, &piBuffer, &iSize) &&
            iNumLogs == 1;
@@ -137,7 +136,7 @@ bool PhoneQueues::DIAG_GetSingleLog(unsigned char iEquipmentID, unsigned short i
 bool PhoneQueues::DIAG_FindDebugMessage(const char* sSearchString, bool& bFound, DWORD& iArg1, DWORD& iArg2,
                                         DWORD& iArg3) {
     bFound = false;
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_FindDebugMessage(sSearchString=%s )", sSearchString);
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_FindDebugMessage(sSearchString=%s )", sSearchString);
     QueueItem item;
     ExtendedMessage message;
     while (!bFound && m_frame.Access().PhoneLogQueue().Pop(&item)) {
@@ -149,7 +148,7 @@ bool PhoneQueues::DIAG_FindDebugMessage(const char* sSearchString, bool& bFound,
     iArg1 = message.aArgs[0];
     iArg2 = message.aArgs[1];
     iArg3 = message.aArgs[2];
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_DIAG_FindDebugMessage() found match with arguments: %d, %d, %d",
-                             AsInt(iArg1), AsInt(iArg2), AsInt(iArg3));
+    LogLine(m_frame, LOG_RET, "QLIB_DIAG_FindDebugMessage() found match with arguments: %d, %d, %d", iArg1,
+            iArg2, iArg3);
     return true;
 }

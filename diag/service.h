@@ -17,7 +17,8 @@ static_assert(sizeof(QLIB_DIAG_Err_Read) == 264);
 
 /// PhoneService: each operation is one request and its answer, within QMSL_TimeOut_SyncRequest; true means
 /// that the phone answered. Values that an answer is too short for stay as they were, as do all without an
-/// answer. Caller's thread. The frame must outlive it.
+/// answer; what reads values is false for an answer that ends within its header. Caller's thread. The frame
+/// must outlive it.
 class QUILLET_API PhoneService {
 public:
     explicit PhoneService(CommandFrame& frame) : m_frame(frame) {}

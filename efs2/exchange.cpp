@@ -28,9 +28,13 @@ bool Efs2Exchange::ExchangeUntilGranted(int iAttempts, size_t iErrnumOffset) {
 }
 
 RequestBuilder& BeginEfs2Request(CommandFrame& frame, EFS2_Cmd_Enum eCommand) {
-    return frame.BeginRequest().U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand);
+    return frame.BeginRequest().U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand).EndHeader();
 }
 
 bool SendWholeRequest(CommandFrame& frame) {
     return frame.Buffer().Request().Complete() && frame.Send(0);
+}
+
+bool AskWholeRequest(CommandFrame& frame) {
+    return frame.Buffer().Request().Complete() && frame.AskForValues();
 }

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <span>
 
-#include "diag/command_frame.h"
+#include "diag/command.h"
 #include "efs2/commands.h"
 
 /// How often a request is sent that opens, closes, lists or writes, until the phone grants it.
@@ -22,7 +22,7 @@ public:
     Efs2Exchange(CommandFrame& frame, EFS2_Cmd_Enum eCommand, std::span<unsigned char> request,
                  std::span<unsigned char> response)
         : m_frame(frame), m_request(request), m_response(response), m_builder(request, m_iRequestLength) {
-        m_builder.U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand);
+        m_builder.U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand).EndHeader();
     }
     Efs2Exchange(const Efs2Exchange&) = delete;
     Efs2Exchange& operator=(const Efs2Exchange&) = delete;
@@ -48,7 +48,9 @@ public:
     bool ExchangeUntilGranted(int iAttempts, size_t iErrnumOffset);
 
     /// The last answer; empty before the first.
-    ResponseReader Response() { return {m_response.first(m_iResponseLength), m_iReadPosition}; }
+    ResponseReader Response() {
+        return {m_response.first(m_iResponseLength), m_iReadPosition, m_builder.HeaderLength()};
+    }
 
 private:
     CommandFrame& m_frame;
@@ -82,3 +84,6 @@ RequestBuilder& BeginEfs2Request(CommandFrame& frame, EFS2_Cmd_Enum eCommand);
 /// SendWholeRequest exchanges what the buffer pair holds, with the connection's ordinary time-out. A request
 /// of which a field was left out is not sent: false.
 bool SendWholeRequest(CommandFrame& frame);
+/// AskWholeRequest is the same for a request whose only news is in the values of the answer (see
+/// CommandFrame::AskForValues).
+bool AskWholeRequest(CommandFrame& frame);

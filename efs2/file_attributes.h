@@ -23,7 +23,7 @@ public:
     bool DIAG_SET_FILE_ATTRIBUTES(const char* sPath, DWORD iFirst, DWORD iSecond);
 
 private:
-    RequestBuilder* BeginRequest(unsigned char iOperation, const char* sPath);
+    RequestBuilder* BeginAttributes(unsigned char iOperation, const char* sPath);
 
     CommandFrame& m_frame;
 };

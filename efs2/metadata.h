@@ -28,8 +28,8 @@ enum EFS2_EXT_Kind_Enum : int {
 /// True means that the phone answered. Whether it granted the request shows in iErrorNo (0: yes) where there
 /// is one; RMDIR, UNLINK, READ_LINK and CREATE_LINK do not tell. Without an answer the result is false and
 /// no out-value changes. The answers to RENAME, CHMOD and ACCESS are read from their end: the last four bytes
-/// are the error number, and it stays as it was when there are fewer. Other answers that are too short for a
-/// value leave it as it was.
+/// are the error number. Other answers that are too short for a value leave it as it was. An answer that ends
+/// within its header (4 bytes) changes nothing, and what reads values is false then.
 ///
 /// Texts that are handed out take up to kEfs2TextSize bytes of the caller's buffer, the zero included; longer
 /// ones are cut, missing ones are empty.
@@ -99,6 +99,7 @@ private:
     DWORD StatFSAvailSpace(const char* sPath);
 
     bool SendPath(EFS2_Cmd_Enum eCommand, const char* sPath);
+    bool AskOfPath(EFS2_Cmd_Enum eCommand, const char* sPath);
     bool TakeErrorNo(DWORD& iErrorNo);
 
     CommandFrame& m_frame;

@@ -42,8 +42,8 @@ public:
                                                unsigned char* piValues);
 
 private:
-    RequestBuilder& Begin(unsigned short iCommandId);
-    bool Exchange();
+    RequestBuilder& BeginCdmaApi2(unsigned short iCommandId);
+    bool ExchangeCdmaApi2();
     bool ReadGains(unsigned char iPath, unsigned char& iCount, unsigned short* piValues);
 
     CommandFrame& m_frame;

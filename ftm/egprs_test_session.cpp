@@ -16,10 +16,10 @@ bool EgprsTestSession::ClearEgprsStatus() {
     return m_pSteps->Report("FTM_EGPRS_BER_ClearStatus", FTM_EGPRS_BER_ClearStatus());
 }
 
-bool EgprsTestSession::Begin(const char* sEntry, const char* sNotStarted) {
+bool EgprsTestSession::BeginEgprs(const char* sEntry, const char* sNotStarted) {
     m_pSteps->Enter(sEntry);
     ClearEgprsStatus();
-    return IsActive() || m_pSteps->Fail(sNotStarted);
+    return IsEgprsActive() || m_pSteps->Fail(sNotStarted);
 }
 
 // --- Idle mode --------------------------------------------------------------------------------------
@@ -57,15 +57,14 @@ bool EgprsTestSession::FTM_EGPRS_BER_Configure_DL_TBF(unsigned char iDL_TSC, uns
                                                       unsigned char iFirstSlotNum,
                                                       unsigned char bSecondSlotActive,
                                                       unsigned char iSecondSlotNum) {
-    m_pSteps->Log().LogMessage(
-        LOG_FN,
-        "    QLIB_FTM_EGPRS_BER_Configure_DL_TBF(iDL_TSC = %d, iDL_TFI = %d, iChannel = "
-        "%d, iBand = %d, bFirstSlotActive = %d, iFirstSlotNum = %d, bSecondSlotActive = "
-        "%d, iSecondSlotNum = %d)",
-        iDL_TSC, iDL_TFI, iChannel, iBand, bFirstSlotActive, iFirstSlotNum, bSecondSlotActive,
-        iSecondSlotNum);
+    LogLine(m_pSteps->Log(), LOG_FN,
+            "    QLIB_FTM_EGPRS_BER_Configure_DL_TBF(iDL_TSC = %d, iDL_TFI = %d, iChannel = "
+            "%d, iBand = %d, bFirstSlotActive = %d, iFirstSlotNum = %d, bSecondSlotActive = "
+            "%d, iSecondSlotNum = %d)",
+            iDL_TSC, iDL_TFI, iChannel, iBand, bFirstSlotActive, iFirstSlotNum, bSecondSlotActive,
+            iSecondSlotNum);
     ClearEgprsStatus();
-    if (!IsActive())
+    if (!IsEgprsActive())
         return m_pSteps->Fail("    QLIB_FTM_EGPRS_BER_Configure_DL_TBF -- Error, session is not started");
     return m_pSteps->Accepted("FTM_EGPRS_BER_CONFIGURE_DL_TBF", m_requests,
                               &EgprsTestRequests::FTM_EGPRS_BER_CONFIGURE_DL_TBF, iDL_TSC, iDL_TFI, iChannel,
@@ -77,14 +76,13 @@ bool EgprsTestSession::FTM_EGPRS_BER_Configure_UL_TBF(unsigned char iUL_TSC, uns
                                                       unsigned char iFirstSlotNum,
                                                       unsigned char bSecondSlotActive,
                                                       unsigned char iSecondSlotNum) {
-    m_pSteps->Log().LogMessage(LOG_FN,
-                               "    QLIB_FTM_EGPRS_BER_Configure_UL_TBF( iUL_TSC = %d, iUSF = %d, "
-                               "bFirstSlotActive = %d, iFirstSlotNum = %d, bSecondSlotActive = %d, "
-                               "iSecondSlotNum  = %d)",
-                               iUL_TSC, iUSF, bFirstSlotActive, iFirstSlotNum, bSecondSlotActive,
-                               iSecondSlotNum);
+    LogLine(m_pSteps->Log(), LOG_FN,
+            "    QLIB_FTM_EGPRS_BER_Configure_UL_TBF( iUL_TSC = %d, iUSF = %d, "
+            "bFirstSlotActive = %d, iFirstSlotNum = %d, bSecondSlotActive = %d, "
+            "iSecondSlotNum  = %d)",
+            iUL_TSC, iUSF, bFirstSlotActive, iFirstSlotNum, bSecondSlotActive, iSecondSlotNum);
     ClearEgprsStatus();
-    if (!IsActive())
+    if (!IsEgprsActive())
         return m_pSteps->Fail("    QLIB_FTM_EGPRS_BER_Configure_UL_TBF -- Error, session is not started");
     return m_pSteps->Accepted("FTM_EGPRS_BER_CONFIGURE_UL_TBF", m_requests,
                               &EgprsTestRequests::FTM_EGPRS_BER_CONFIGURE_UL_TBF, iUL_TSC, iUSF, iThird,
@@ -92,8 +90,8 @@ bool EgprsTestSession::FTM_EGPRS_BER_Configure_UL_TBF(unsigned char iUL_TSC, uns
 }
 
 bool EgprsTestSession::FTM_EGPRS_BER_Establish_SRB_LOOPBACK() {
-    return Begin("    QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK",
-                 "    QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK -- Error, session is not started") &&
+    return BeginEgprs("    QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK",
+                      "    QLIB_FTM_EGPRS_BER_Establish_SRB_LOOPBACK -- Error, session is not started") &&
            m_pSteps->Accepted("FTM_EGPRS_BER_ESTABLISH_SRB_LOOPBACK", m_requests,
                               &EgprsTestRequests::FTM_EGPRS_BER_ESTABLISH_SRB_LOOPBACK) &&
            WaitForFlow(FTM_LOG_EGPRS_BER_TBF_DL, FTM_LOG_EGPRS_TBF_EVENT_ESTABLISHED, "ESTABLISHED") &&
@@ -116,7 +114,7 @@ bool EgprsTestSession::FTM_EGPRS_BER_Release_UL_TBF() {
 
 bool EgprsTestSession::Release(const ReleaseTexts& texts,
                                bool (EgprsTestRequests::*pMethod)(unsigned char&)) {
-    return Begin(texts.sEntry, texts.sNotStarted) &&
+    return BeginEgprs(texts.sEntry, texts.sNotStarted) &&
            m_pSteps->Accepted(texts.sRequest, m_requests, pMethod) &&
            WaitForFlow(FTM_LOG_EGPRS_BER_TBF_UL, FTM_LOG_EGPRS_TBF_EVENT_RELEASED, "RELEASED");
 }
@@ -124,11 +122,10 @@ bool EgprsTestSession::Release(const ReleaseTexts& texts,
 bool EgprsTestSession::WaitForFlow(ftm_log_egprs_tbf_enum eFlow, ftm_log_egprs_tbf_event_type eEvent,
                                    const char* sEvent) {
     const bool bCame = WaitForEGPRS_BER_Update(FTM_LOG_EGPRS_BER_TBF_IND, eFlow, eEvent);
-    m_pSteps->Log().LogMessage(
-        LOG_RET,
-        "    WaitForEGPRS_BER_Update( FTM_LOG_EGPRS_TBF_EVENT_ESTABLISHED, FTM_LOG_EGPRS_BER_TBF_DL, "
-        "FTM_LOG_EGPRS_TBF_EVENT_%s ) = %s",
-        sEvent, bCame ? "PASS" : "FAIL");
+    LogLine(m_pSteps->Log(), LOG_RET,
+            "    WaitForEGPRS_BER_Update( FTM_LOG_EGPRS_TBF_EVENT_ESTABLISHED, FTM_LOG_EGPRS_BER_TBF_DL, "
+            "FTM_LOG_EGPRS_TBF_EVENT_%s ) = %s",
+            sEvent, bCame ? "PASS" : "FAIL");
     return bCame;
 }
 
@@ -161,7 +158,7 @@ bool EgprsTestSession::WaitForEGPRS_BER_Update(log_FTM2_EGPRS_BER_log_id_enum eI
                                                ftm_log_egprs_tbf_event_type eEvent) {
     const char* sName = TestRecordName(eId);
     if (sName == nullptr) {
-        m_pSteps->Log().LogMessage(LOG_RET, " Starting wait for EGPRS BER message Invalid EGPRS BER Log...");
+        LogLine(m_pSteps->Log(), LOG_RET, " Starting wait for EGPRS BER message Invalid EGPRS BER Log...");
         return false;
     }
     const bool bNeedsEvent = eId == FTM_LOG_EGPRS_BER_TBF_IND && eFlow == FTM_LOG_EGPRS_BER_TBF_DL;

@@ -60,9 +60,9 @@ private:
     };
 
     bool ClearEgprsStatus();
-    /// Begin logs the entry line, clears the status, and is false, with its line, without a session.
-    bool Begin(const char* sEntry, const char* sNotStarted);
-    bool IsActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Egprs); }
+    /// BeginEgprs logs the entry line, clears the status, and is false, with its line, without a session.
+    bool BeginEgprs(const char* sEntry, const char* sNotStarted);
+    bool IsEgprsActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Egprs); }
     bool WaitForFlow(ftm_log_egprs_tbf_enum eFlow, ftm_log_egprs_tbf_event_type eEvent, const char* sEvent);
     bool Release(const ReleaseTexts& texts, bool (EgprsTestRequests::*pMethod)(unsigned char&));
 

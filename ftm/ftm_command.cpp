@@ -3,5 +3,5 @@
 #include "diag/command.h"
 
 RequestBuilder& BeginFtm(CommandFrame& frame, unsigned short iCommandId) {
-    return frame.FormatFTMHeader().U16(iCommandId);
+    return frame.FormatFTMHeader().U16(iCommandId).EndHeader();
 }

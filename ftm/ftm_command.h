@@ -8,11 +8,11 @@
 /// sends, and takes its values. What a command takes out of an answer it has mostly sent as placeholders too,
 /// filled with the caller's values, because the handset answers in the request's layout.
 ///
-/// Out-values change only when an answer came that its send variant accepts. They are taken from the answer's
-/// end; how far it reaches back into its header is not looked at, so in an answer that stops early the last
-/// bytes that there are pass for the values. A value for which there are some bytes but too few stays as
-/// it was and makes the result false; where none are left, taking begins at the answer's end once more. The
-/// result line is logged all the same.
+/// Out-values change only when an answer came that its send variant accepts and that goes on after its
+/// header. They are taken from the answer's end; how far back that reaches is not looked at, so in an answer
+/// that stops between its values the last bytes that there are pass for them. A value for which there are
+/// some bytes but too few stays as it was and makes the result false; where none are left, taking begins at
+/// the answer's end once more. The result line is logged all the same.
 
 /// BeginFtm begins a request of an RF command: FTM header for the current command type and system mode, then
 /// the command's id, which stands in the method that is named after the command and nowhere else.

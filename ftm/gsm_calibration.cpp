@@ -15,7 +15,7 @@ bool GsmRf::FTM_DO_GSM_AUTOCAL(short iPower, unsigned short iPA_DAC_Value, LONG 
         iPower, iPA_DAC_Value, iMax_Power, iMin_Power, iWriteNVFlag, iRSB_Cor_A_R0, iRSB_Cor_A_R1,
         iRSB_Cor_B_R0, iRSB_Cor_B_R1);
     if (!m_ftmLog.FTM_LOG_StartFTM_Log(kAutoCalLog)) {
-        m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_DO_GSM_AUTOCAL() -- Error: failed to start FTM log");
+        LogLine(m_frame, LOG_RET, "QLIB_FTM_DO_GSM_AUTOCAL() -- Error: failed to start FTM log");
         return false;
     }
     AppendFields(BeginGsmRf(m_frame, 236), iPower, iPA_DAC_Value, iMax_Power, iMin_Power, iWriteNVFlag,
@@ -61,7 +61,7 @@ bool GsmRf::FTM_BASEBAND_BW_CAL(unsigned char iBandwidth_Num) {
 
 bool GsmRf::FTM_GSM_POLAR_TX_SWEEP_CAL(DWORD iNumDac, const DWORD* piFirstList, const DWORD* piSecondList) {
     constexpr size_t kModeOffset = 2;
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_GSM_POLAR_TX_SWEEP_CAL(iNumDac=%d)", AsInt(iNumDac));
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_GSM_POLAR_TX_SWEEP_CAL(iNumDac=%d)", iNumDac);
     RequestBuilder& request = BeginFtm(m_frame, 300).U16(4 * iNumDac).U16(10);
     for (DWORD i = 0; i < iNumDac && request.Complete(); ++i)
         request.U16(piFirstList[i]).U16(piSecondList[i]);

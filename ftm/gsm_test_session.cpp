@@ -78,8 +78,8 @@ bool GsmTestSession::StopRunningTests(bool bOutcome) {
 void GsmTestSession::ReleaseRunningFlows() {
     unsigned char iStatus = 0;
     if (m_sessions.IsRadioSessionActive(RadioSession::Egprs))
-        m_pSteps->Log().LogMessage(LOG_RET, "    FTM_EGPRS_BER_Release_UL_TBF = %s ",
-                                   m_egprsRequests.FTM_EGPRS_BER_RELEASE_ALL_TBF(iStatus) ? "PASS" : "FAIL");
+        LogLine(m_pSteps->Log(), LOG_RET, "    FTM_EGPRS_BER_Release_UL_TBF = %s ",
+                m_egprsRequests.FTM_EGPRS_BER_RELEASE_ALL_TBF(iStatus) ? "PASS" : "FAIL");
 }
 
 bool GsmTestSession::FTM_GSM_BER_StopSession() {
@@ -161,7 +161,7 @@ bool GsmTestSession::FTM_GSM_ConfigLoopbackType(FTM_GSM_BER_LoopbackType_Enum eL
     const TestAnswer answer =
         m_pSteps->Request("FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ", m_requests,
                           &GsmTestRequests::FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ, eLoopback);
-    m_pSteps->Log().LogMessage(LOG_RET, "    FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ status check is disabled");
+    LogLine(m_pSteps->Log(), LOG_RET, "    FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ status check is disabled");
     return answer.bExchanged;
 }
 

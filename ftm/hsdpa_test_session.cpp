@@ -30,7 +30,7 @@ HsdpaTestSession::HsdpaTestSession(CommandFrame& frame, LogMasks& masks, HsdpaTe
 
 HsdpaTestSession::~HsdpaTestSession() = default;
 
-bool HsdpaTestSession::Confirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId) {
+bool HsdpaTestSession::IsHsdpaConfirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId) {
     return m_pSteps->Report(sWait, WaitForHSDPA_BER_Update(eId));
 }
 
@@ -42,29 +42,29 @@ bool HsdpaTestSession::FTM_HSDPA_BER_StartSession() {
     if (!m_sessions.IsRadioSessionActive(RadioSession::Wcdma))
         return m_pSteps->Fail(
             "    QLIB_FTM_HSDPA_BER_StartSession -- Error, WCDMA BER session is not active");
-    Start eStart = Start::Again;
+    HsdpaStart eStart = HsdpaStart::Again;
     if (m_sessions.IsRadioSessionActive(RadioSession::Hsdpa) && !StopChannels().bExchanged)
-        eStart = Start::Failed;
-    for (int i = 0; i < kStartAttempts && eStart == Start::Again; ++i) {
+        eStart = HsdpaStart::Failed;
+    for (int i = 0; i < kStartAttempts && eStart == HsdpaStart::Again; ++i) {
         // What the attempt before brought about must not confirm this one.
         if (i > 0)
             FTM_HSDPA_BER_ClearStatus();
-        eStart = TryToStart();
+        eStart = TryHsdpaStart();
     }
-    m_sessions.SetRadioSession(RadioSession::Hsdpa, eStart == Start::Done);
-    return eStart == Start::Done;
+    m_sessions.SetRadioSession(RadioSession::Hsdpa, eStart == HsdpaStart::Done);
+    return eStart == HsdpaStart::Done;
 }
 
-HsdpaTestSession::Start HsdpaTestSession::TryToStart() {
+HsdpaTestSession::HsdpaStart HsdpaTestSession::TryHsdpaStart() {
     if (!m_pSteps->Accepted("FTM_HSDPA_BLER_CMD_START_HS", m_requests,
                             &HsdpaTestRequests::FTM_HSDPA_BLER_CMD_START_HS))
-        return Start::Failed;
-    if (Confirmed("WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_START_MODE_CNF)",
-                  LOG_FTM2_HSDPA_HS_CHANNEL_START_IND))
-        return Start::Done;
-    return StopChannels().Accepted() && Confirmed(kWaitForStop, LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND)
-               ? Start::Again
-               : Start::Failed;
+        return HsdpaStart::Failed;
+    if (IsHsdpaConfirmed("WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_START_MODE_CNF)",
+                         LOG_FTM2_HSDPA_HS_CHANNEL_START_IND))
+        return HsdpaStart::Done;
+    return StopChannels().Accepted() && IsHsdpaConfirmed(kWaitForStop, LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND)
+               ? HsdpaStart::Again
+               : HsdpaStart::Failed;
 }
 
 TestAnswer HsdpaTestSession::StopChannels() {
@@ -77,22 +77,22 @@ bool HsdpaTestSession::FTM_HSDPA_BER_StopSession() {
                               ->RequestLoggedAs(LOG_FN, "FTM_HSDPA_STOP_MODE_REQ", m_requests,
                                                 &HsdpaTestRequests::FTM_HSDPA_BLER_CMD_STOP_HS)
                               .Accepted() &&
-                          Confirmed(kWaitForStop, LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND);
+                          IsHsdpaConfirmed(kWaitForStop, LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND);
     m_sessions.SetRadioSession(RadioSession::Hsdpa, false);
     return bStopped;
 }
 
 bool HsdpaTestSession::FTM_HSDPA_BLER_Reconfigure_HS(unsigned char iReconfigBitmask) {
-    m_pSteps->Log().LogMessage(LOG_FN, "    QLIB_FTM_HSDPA_BLER_Reconfigure_HS( iReconfigBitmask = %d )",
-                               iReconfigBitmask);
+    LogLine(m_pSteps->Log(), LOG_FN, "    QLIB_FTM_HSDPA_BLER_Reconfigure_HS( iReconfigBitmask = %d )",
+            iReconfigBitmask);
     ClearHsdpaStatus();
     if (!m_sessions.IsRadioSessionActive(RadioSession::Hsdpa))
         return m_pSteps->Fail("    QLIB_FTM_HSDPA_BLER_Reconfigure_HS -- Error, session is not started");
     FTM_HSDPA_BER_ClearStatus();
     return m_pSteps->Accepted("FTM_HSDPA_BLER_CMD_RECONFIG_HS", m_requests,
                               &HsdpaTestRequests::FTM_HSDPA_BLER_CMD_RECONFIG_HS, iReconfigBitmask) &&
-           Confirmed("WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_FTM_CMD_RECONFIG_HS )",
-                     LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND);
+           IsHsdpaConfirmed("WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_FTM_CMD_RECONFIG_HS )",
+                            LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND);
 }
 
 // --- Configuration ----------------------------------------------------------------------------------
@@ -105,9 +105,9 @@ bool HsdpaTestSession::FTM_HSDPA_BLER_Configure_PDSCH(unsigned short iValue) {
 
 bool HsdpaTestSession::FTM_HSDPA_BLER_Configure_HS_SCCH(unsigned char iNumCodes,
                                                         const unsigned char* aiCodes) {
-    m_pSteps->Log().LogMessage(
-        LOG_FN, "    QLIB_FTM_HSDPA_BLER_Configure_HS_SCCH( iNumCodes = %d, aiCodes[4] = {%d, %d, %d, %d })",
-        iNumCodes, aiCodes[0], aiCodes[1], aiCodes[2], aiCodes[3]);
+    LogLine(m_pSteps->Log(), LOG_FN,
+            "    QLIB_FTM_HSDPA_BLER_Configure_HS_SCCH( iNumCodes = %d, aiCodes[4] = {%d, %d, %d, %d })",
+            iNumCodes, aiCodes[0], aiCodes[1], aiCodes[2], aiCodes[3]);
     return m_pSteps->Accepted("FTM_HSDPA_BLER_CMD_CONFIG_HS_SCCH", m_requests,
                               &HsdpaTestRequests::FTM_HSDPA_BLER_CMD_CONFIG_HS_SCCH, iNumCodes, aiCodes);
 }
@@ -117,8 +117,8 @@ bool HsdpaTestSession::FTM_HSDPA_BLER_Configure_HS_DSCH(unsigned short iH_RNTI,
                                                         unsigned char bMemPartitionValid,
                                                         const unsigned char* aiMemPartitionInfo) {
     const unsigned char* const ai = aiMemPartitionInfo;
-    m_pSteps->Log().LogMessage(
-        LOG_FN,
+    LogLine(
+        m_pSteps->Log(), LOG_FN,
         "    QLIB_FTM_HSDPA_BLER_Configure_DSCH( iH_RNTI = %d, iNum_HARQ_Processes = %d, bMemPartitionValid "
         "= %d,  aiMemPartitionInfo[8] = {%d, %d, %d, %d, %d, %d, %d, %d })",
         iH_RNTI, iNum_HARQ_Processes, bMemPartitionValid, ai[0], ai[1], ai[2], ai[3], ai[4], ai[5], ai[6],
@@ -146,13 +146,12 @@ bool HsdpaTestSession::FTM_HSDPA_BLER_Configure_HS_DPCCH(unsigned char iCPICH_Po
                                                          unsigned char iDeltaCQI, unsigned char iDeltaACK,
                                                          unsigned char iDeltaNACK,
                                                          unsigned char iACK_NACK_RepetitionFactor) {
-    m_pSteps->Log().LogMessage(
-        LOG_FN,
-        "    QLIB_FTM_HSDPA_BLER_Configure_HS_DPCCH( iCPICH_PowerOffset = %d, iCQI_FeedbackCycle = %d, "
-        "iCQI_RepetitionFactor = %d, iDeltaCQI = %d, iDeltaACK = %d, iDeltaNACK = %d, "
-        "iACK_NACK_RepetitionFactor = %d)",
-        iCPICH_PowerOffset, iCQI_FeedbackCycle, iCQI_RepetitionFactor, iDeltaCQI, iDeltaACK, iDeltaNACK,
-        iACK_NACK_RepetitionFactor);
+    LogLine(m_pSteps->Log(), LOG_FN,
+            "    QLIB_FTM_HSDPA_BLER_Configure_HS_DPCCH( iCPICH_PowerOffset = %d, iCQI_FeedbackCycle = %d, "
+            "iCQI_RepetitionFactor = %d, iDeltaCQI = %d, iDeltaACK = %d, iDeltaNACK = %d, "
+            "iACK_NACK_RepetitionFactor = %d)",
+            iCPICH_PowerOffset, iCQI_FeedbackCycle, iCQI_RepetitionFactor, iDeltaCQI, iDeltaACK, iDeltaNACK,
+            iACK_NACK_RepetitionFactor);
     return m_pSteps->Accepted("FTM_HSDPA_BLER_CMD_CONFIG_HS_DPSCH", m_requests,
                               &HsdpaTestRequests::FTM_HSDPA_BLER_CMD_CONFIG_HS_DPCCH, iCPICH_PowerOffset,
                               iCQI_FeedbackCycle, iCQI_RepetitionFactor, iDeltaCQI, iDeltaACK, iDeltaNACK,

@@ -58,11 +58,11 @@ private:
     /// WaitForHSDPA_BER_Update waits for an indication since the last clear. False at once for other ids.
     bool WaitForHSDPA_BER_Update(log_FTM2_HSDPA_BER_log_id_enum eId);
 
-    enum class Start { Done, Again, Failed };
+    enum class HsdpaStart { Done, Again, Failed };
 
-    Start TryToStart();
+    HsdpaStart TryHsdpaStart();
     TestAnswer StopChannels();
-    bool Confirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId);
+    bool IsHsdpaConfirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId);
     bool ClearHsdpaStatus();
 
     const std::unique_ptr<TestSteps> m_pSteps;

@@ -8,10 +8,5 @@ RequestBuilder& BeginTest(CommandFrame& frame, const TestForm& form, unsigned sh
 
 bool ExchangeTest(CommandFrame& frame, const TestForm& form, unsigned char& iStatus) {
     iStatus = 1;
-    if (!frame.Send(0))
-        return false;
-    ResponseReader response = frame.Response();
-    response.SetPosition(form.iStatusOffset + 1);
-    response.Take(iStatus);
-    return true;
+    return frame.Send(0) && frame.Response().U8At(form.iStatusOffset, iStatus);
 }

@@ -34,7 +34,7 @@ public:
     CQLibEventListener& Listener() { return Access().Listener(); }
 
     /// Enter logs an operation's entry line.
-    void Enter(const char* sLine) { Log().LogMessage(LOG_FN, "%s", sLine); }
+    void Enter(const char* sLine) { LogLine(m_frame, LOG_FN, "%s", sLine); }
     /// Report logs "    WHAT = PASS" or "... = FAIL" and gives the result back.
     bool Report(const char* sWhat, bool bResult, LogCategory eCategory = LOG_RET);
     /// Fail logs a line and gives false.
@@ -58,8 +58,8 @@ public:
                                bool (Requests::*pMethod)(Parameters...), const Arguments&... arguments) {
         TestAnswer answer{};
         answer.bExchanged = (requests.*pMethod)(arguments..., answer.iStatus);
-        Log().LogMessage(eCategory, "    %s = %s, status = %d", sRequest, Word(answer.bExchanged),
-                         answer.iStatus);
+        LogLine(m_frame, eCategory, "    %s = %s, status = %d", sRequest, Word(answer.bExchanged),
+                answer.iStatus);
         return answer;
     }
 

@@ -38,7 +38,7 @@ WcdmaTestSession::WcdmaTestSession(CommandFrame& frame, LogMasks& masks, FtmLog&
 
 WcdmaTestSession::~WcdmaTestSession() = default;
 
-bool WcdmaTestSession::Confirmed(const char* sWait, log_FTM2_WCDMA_BER_log_id_enum eId) {
+bool WcdmaTestSession::IsWcdmaConfirmed(const char* sWait, log_FTM2_WCDMA_BER_log_id_enum eId) {
     return m_pSteps->Report(sWait, WaitForWCDMA_BER_Update(eId));
 }
 
@@ -48,27 +48,27 @@ bool WcdmaTestSession::FTM_WCDMA_BER_StartSession(DWORD iWaitTime_ms) {
     m_pSteps->Enter("    QLIB_FTM_WCDMA_BER_StartSession");
     m_pSteps->Enter("QLIB_FTM_WCDMA_AGC_Stop_Log()");
     const bool bAgcStopped = m_ftmLog.FTM_LOG_StopFTM_Log(kAgcLogType);
-    m_pSteps->Log().LogMessage(LOG_RET, "QLIB_FTM_LOG_StopFTM_Log() - FTM_LOG_DISABLE() = %d",
-                               bAgcStopped ? 1 : 0);
+    LogLine(m_pSteps->Log(), LOG_RET, "QLIB_FTM_LOG_StopFTM_Log() - FTM_LOG_DISABLE() = %d",
+            bAgcStopped ? 1 : 0);
     ClearWcdmaStatus();
     m_pSteps->SetWaitTime(iWaitTime_ms);
     m_ftmLog.FTM_LOG_StartFTM_Log(kWcdmaLogType);
-    Start eStart = StopRunningTests() ? Start::Again : Start::Failed;
-    for (int i = 0; i < kStartAttempts && eStart == Start::Again; ++i)
-        eStart = TryToStart();
-    const bool bActive = eStart == Start::Done && StartIdleMode();
+    WcdmaStart eStart = StopOtherTests() ? WcdmaStart::Again : WcdmaStart::Failed;
+    for (int i = 0; i < kStartAttempts && eStart == WcdmaStart::Again; ++i)
+        eStart = TryWcdmaStart();
+    const bool bActive = eStart == WcdmaStart::Done && StartIdleMode();
     m_sessions.SetRadioSession(RadioSession::Wcdma, bActive);
     return bActive;
 }
 
-bool WcdmaTestSession::StopRunningTests() {
+bool WcdmaTestSession::StopOtherTests() {
     bool bOutcome = true;
     if (m_sessions.IsRadioSessionActive(RadioSession::Gsm))
         bOutcome =
             m_pSteps
                 ->Request("FTM_GSM_STOP_MODE_REQ", m_gsmRequests, &GsmTestRequests::FTM_GSM_STOP_GSM_MODE_REQ)
                 .bExchanged;
-    if (IsActive())
+    if (IsWcdmaActive())
         bOutcome =
             m_pSteps
                 ->Request("FTM_WCDMA_STOP_MODE_REQ", m_requests, &WcdmaTestRequests::FTM_WCDMA_STOP_MODE_REQ)
@@ -76,34 +76,36 @@ bool WcdmaTestSession::StopRunningTests() {
     return bOutcome;
 }
 
-WcdmaTestSession::Start WcdmaTestSession::TryToStart() {
+WcdmaTestSession::WcdmaStart WcdmaTestSession::TryWcdmaStart() {
     if (!m_pSteps->Accepted("FTM_WCDMA_START_MODE_REQ", m_requests,
                             &WcdmaTestRequests::FTM_WCDMA_START_MODE_REQ))
-        return Start::Failed;
-    if (Confirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_START_MODE_CNF)", LOG_FTM2_WCDMA_START_MODE_CNF))
-        return Start::Done;
+        return WcdmaStart::Failed;
+    if (IsWcdmaConfirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_START_MODE_CNF)",
+                         LOG_FTM2_WCDMA_START_MODE_CNF))
+        return WcdmaStart::Done;
     if (!m_pSteps->Accepted("FTM_WCDMA_STOP_MODE_REQ", m_requests,
                             &WcdmaTestRequests::FTM_WCDMA_STOP_MODE_REQ))
-        return Start::Failed;
-    return Confirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_STOP_MODE_CNF )", LOG_FTM2_WCDMA_STOP_MODE_CNF)
-               ? Start::Done
-               : Start::Again;
+        return WcdmaStart::Failed;
+    return IsWcdmaConfirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_STOP_MODE_CNF )",
+                            LOG_FTM2_WCDMA_STOP_MODE_CNF)
+               ? WcdmaStart::Done
+               : WcdmaStart::Again;
 }
 
 bool WcdmaTestSession::StartIdleMode() {
     return m_pSteps->Accepted("FTM_WCDMA_START_IDLE_MODE_REQ", m_requests,
                               &WcdmaTestRequests::FTM_WCDMA_START_IDLE_MODE_REQ) &&
-           Confirmed("WaitForWCDMA_BER_Update( LOG_FTM2_START_IDLE_MODE_CNF )",
-                     LOG_FTM2_WCDMA_START_IDLE_MODE_REQ);
+           IsWcdmaConfirmed("WaitForWCDMA_BER_Update( LOG_FTM2_START_IDLE_MODE_CNF )",
+                            LOG_FTM2_WCDMA_START_IDLE_MODE_REQ);
 }
 
 bool WcdmaTestSession::FTM_WCDMA_BER_StopSession() {
-    const bool bStopped =
-        m_pSteps
-            ->RequestLoggedAs(LOG_FN, "FTM_WCDMA_STOP_MODE_REQ", m_requests,
-                              &WcdmaTestRequests::FTM_WCDMA_STOP_MODE_REQ)
-            .Accepted() &&
-        Confirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_STOP_MODE_CNF )", LOG_FTM2_WCDMA_STOP_MODE_CNF);
+    const bool bStopped = m_pSteps
+                              ->RequestLoggedAs(LOG_FN, "FTM_WCDMA_STOP_MODE_REQ", m_requests,
+                                                &WcdmaTestRequests::FTM_WCDMA_STOP_MODE_REQ)
+                              .Accepted() &&
+                          IsWcdmaConfirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_STOP_MODE_CNF )",
+                                           LOG_FTM2_WCDMA_STOP_MODE_CNF);
     m_sessions.SetRadioSession(RadioSession::Wcdma, false);
     return m_pSteps->EndSession("DIAG_SetPhoneLoggingState", bStopped);
 }
@@ -113,19 +115,20 @@ bool WcdmaTestSession::FTM_WCDMA_BER_StopSession() {
 bool WcdmaTestSession::FTM_WCDMA_BER_AcquirePilot(unsigned short iChannel) {
     m_pSteps->Enter("    QLIB_FTM_WCDMA_BER_AcquirePilot");
     ClearWcdmaStatus();
-    if (!IsActive())
+    if (!IsWcdmaActive())
         return m_pSteps->Fail("    QLIB_FTM_WCDMA_BER_AcquirePilot -- Error, session is not started");
     return StartIdleMode() &&
            m_pSteps->Accepted("FTM_WCDMA_ACQUIRE_REQ", m_requests, &WcdmaTestRequests::FTM_WCDMA_ACQUIRE_REQ,
                               0, 1, iChannel, 0, 0) &&
-           Confirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_ACQUIRE_CNF )", LOG_FTM2_WCDMA_ACQUIRE_CNF);
+           IsWcdmaConfirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_ACQUIRE_CNF )",
+                            LOG_FTM2_WCDMA_ACQUIRE_CNF);
 }
 
 bool WcdmaTestSession::WaitForChannel() {
-    return Confirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_CPHY_SETUP_CNF )",
-                     LOG_FTM2_WCDMA_CPHY_SETUP_CNF) &&
-           Confirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_PHYCHAN_ESTABLISHED_IND )",
-                     LOG_FTM2_WCDMA_PHYCHAN_ESTABLISHED_IND);
+    return IsWcdmaConfirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_CPHY_SETUP_CNF )",
+                            LOG_FTM2_WCDMA_CPHY_SETUP_CNF) &&
+           IsWcdmaConfirmed("WaitForWCDMA_BER_Update( LOG_FTM2_WCDMA_PHYCHAN_ESTABLISHED_IND )",
+                            LOG_FTM2_WCDMA_PHYCHAN_ESTABLISHED_IND);
 }
 
 bool WcdmaTestSession::FTM_WCDMA_BER_SetupRMC_DCH(unsigned char iRMC_Type, unsigned char iUL_MaxTxPwr,
@@ -133,7 +136,7 @@ bool WcdmaTestSession::FTM_WCDMA_BER_SetupRMC_DCH(unsigned char iRMC_Type, unsig
                                                   unsigned char iUL_TPC_StepSize,
                                                   unsigned short iDL_PriCPICH_Scr_Code,
                                                   unsigned short iDL_ChanCode) {
-    if (!IsActive())
+    if (!IsWcdmaActive())
         return m_pSteps->Fail("    QLIB_FTM_WCDMA_BER_SetupRMC_DCH -- Error, session is not started");
     return m_pSteps->Accepted("FTM_WCDMA_RMC_DCH_SETUP_REQ", m_requests,
                               &WcdmaTestRequests::FTM_WCDMA_RMC_DCH_SETUP_REQ, iRMC_Type, iUL_MaxTxPwr,
@@ -153,7 +156,7 @@ bool WcdmaTestSession::FTM_WCDMA_BER_Handover(unsigned char iRMC_Type, unsigned 
                                               unsigned short iDL_ChanCode, unsigned char iF, unsigned char iG,
                                               unsigned short iN) {
     m_pSteps->Enter("    QLIB_FTM_WCDMA_BER_Handover");
-    if (!IsActive())
+    if (!IsWcdmaActive())
         return m_pSteps->Fail("    QLIB_FTM_WCDMA_BER_Handover -- Error, session is not started");
     return FTM_WCDMA_BER_ClearStatus() &&
            m_pSteps->Accepted("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2", m_requests,
@@ -170,7 +173,7 @@ bool WcdmaTestSession::FTM_WCDMA_BER_Handover_V2B(
     unsigned char iK, unsigned char iL, unsigned char iM, unsigned short iN) {
     m_pSteps->Enter("    QLIB_FTM_WCDMA_BER_Handover_V2B");
     ClearWcdmaStatus();
-    if (!IsActive())
+    if (!IsWcdmaActive())
         return m_pSteps->Fail("    QLIB_FTM_WCDMA_BER_Handover_V2B -- Error, session is not started");
     return FTM_WCDMA_BER_ClearStatus() &&
            m_pSteps->Accepted("FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B", m_requests,

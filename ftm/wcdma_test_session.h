@@ -69,14 +69,14 @@ private:
     /// one (ids 3 to 5).
     bool WaitForWCDMA_BER_Update(log_FTM2_WCDMA_BER_log_id_enum eId);
 
-    enum class Start { Done, Again, Failed };
+    enum class WcdmaStart { Done, Again, Failed };
 
-    bool IsActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Wcdma); }
-    bool StopRunningTests();
-    Start TryToStart();
+    bool IsWcdmaActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Wcdma); }
+    bool StopOtherTests();
+    WcdmaStart TryWcdmaStart();
     bool StartIdleMode();
     bool ClearWcdmaStatus();
-    bool Confirmed(const char* sWait, log_FTM2_WCDMA_BER_log_id_enum eId);
+    bool IsWcdmaConfirmed(const char* sWait, log_FTM2_WCDMA_BER_log_id_enum eId);
     bool WaitForChannel();
 
     const std::unique_ptr<TestSteps> m_pSteps;

@@ -95,7 +95,7 @@ constexpr auto& kGeneral =
            &D::DIAG_STATUS_F, &D::DIAG_HS_DISPLAY_GET_PARAMS_CMD, &D::DIAG_ERR_READ_F, &D::DIAG_GET_DIPSW_F,
            &D::DIAG_HS_KEY_F, &D::DIAG_GET_FILE_ATTRIBUTES, &D::DIAG_SET_FILE_ATTRIBUTES, &D::EFS2_DIAG_MKDIR,
            &D::EFS2_DIAG_RENAME, &D::EFS2_DIAG_STAT, &D::EFS2_DIAG_STATFS, &D::EFS2_DIAG_CHMOD,
-           &D::EFS2_DIAG_ACCESS, &D::EFS2_DIAG_CREATE_LINK, &D::EFS2_DIAG_ENUM_DIR>;
+           &D::EFS2_DIAG_ACCESS, &D::EFS2_DIAG_CREATE_LINK, &D::EFS2_DIAG_ENUM_DIR, &D::SendFtmCmd75>;
 
 constexpr auto& kFactory = kCalls<
     kPlain, &D::AutoDetectCommandType, &D::FTM_SET_CHAN, &D::FTM_GET_SYNTH_STATE, &D::FTM_GET_ADC_VAL,
@@ -189,10 +189,11 @@ constexpr auto& kArrays =
            &D::DIAG_NV_WRITE_BatchQueue_SetRO_List, &D::FTM_AUDIO_GET_PCM_CAPTURE_DATA,
            &D::FTM_BT_HCI_USER_CMD, &D::MFLO_GET_BOUND_FLOW_LIST, &D::MFLO_GET_ACTIVE_MLC_LIST,
            &D::FTM_CAMERA_GET_PICTURE, &D::FTM_CAMERA_GetEntirePicture, &D::FTM_CDMA_API2_CALIBRATE_DVGA,
-           &D::FTM_CDMA_API2_CALIBRATE_LNA, &D::FTM_CDMA_API2_CALIBRATE_IM2, &D::FTM_GSM_POLAR_TX_SWEEP_CAL>;
-constexpr auto& kWaits =
-    kCalls<kTimed, &D::FTM_SET_MODE, &D::FTM_AUDIO_PCM_CAPTURE, &D::FTM_LOG_WaitForNextLog,
-           &D::FTM_GSM_BER_StartSession, &D::FTM_WCDMA_BER_StartSession>;
+           &D::FTM_CDMA_API2_CALIBRATE_LNA, &D::FTM_CDMA_API2_CALIBRATE_IM2, &D::FTM_GSM_POLAR_TX_SWEEP_CAL,
+           &D::ReadExtendedLogMask>;
+constexpr auto& kWaits = kCalls<kTimed, &D::FTM_SET_MODE, &D::FTM_AUDIO_PCM_CAPTURE,
+                                &D::FTM_LOG_WaitForNextLog, &D::FTM_GSM_BER_StartSession,
+                                &D::FTM_WCDMA_BER_StartSession, &D::Send, &D::SendWithDifferentResponseCmd>;
 
 // Arrays whose size is settled.
 constexpr Caller kFixed[] = {Call<Kind{8}, &D::FTM_HSDPA_BLER_Configure_HS_DSCH>,

@@ -46,6 +46,7 @@ QUILLET_C_API bool QLIB_EFS2_DIAG_ABORT(void* hContext);
 QUILLET_C_API bool QLIB_EfsDirectory(void* hContext, const char* sFolderPath);
 
 /// QLIB_EfsRead copies a phone file to a local file, QLIB_EfsWrite the other way: source first.
+/// A null or empty sLocalFile of QLIB_EfsRead is the phone file's own name in the current directory.
 QUILLET_C_API bool QLIB_EfsRead(void* hContext, const char* sEFS_File, const char* sLocalFile);
 QUILLET_C_API bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File);
 

@@ -141,6 +141,7 @@ TEST_F(PortLists, CallLayerRefusesWhatItCannotUse) {
     EXPECT_FALSE(QLIB_EFS2_DIAG_RENAME(h, "a", nullptr, &e));
     EXPECT_FALSE(QLIB_EFS2_DIAG_READ_LINK(h, "link", nullptr));
     EXPECT_FALSE(QLIB_EfsRead(h, nullptr, "x"));
+    EXPECT_FALSE(QLIB_EfsWrite(h, nullptr, "x"));
     QLIB_ConfigureCallBacks(nullptr, nullptr, nullptr, nullptr);
     EXPECT_TRUE(m_phone.phone.Requests().empty());
     QLIB_DisconnectPort(h);
