@@ -39,8 +39,12 @@ struct Condition {
 };
 
 constexpr Condition kConditions[] = {
-    {"at once", 0, 0, false},       {"at once, log", 0, 0, true}, {"at once, flood", 0, 20, false},
-    {"after 1 ms", 1000, 0, false}, {"1 ms, log", 1000, 0, true}, {"1 ms, flood", 1000, 20, false},
+    {.sName = "at once", .iLatency_us = 0, .iChatter = 0, .bLog = false},
+    {.sName = "at once, log", .iLatency_us = 0, .iChatter = 0, .bLog = true},
+    {.sName = "at once, flood", .iLatency_us = 0, .iChatter = 20, .bLog = false},
+    {.sName = "after 1 ms", .iLatency_us = 1000, .iChatter = 0, .bLog = false},
+    {.sName = "1 ms, log", .iLatency_us = 1000, .iChatter = 0, .bLog = true},
+    {.sName = "1 ms, flood", .iLatency_us = 1000, .iChatter = 20, .bLog = false},
 };
 
 /// What the topics share. The handset's process must have been made before anything else.

@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # Sourced by the scripts of this folder, at the root of the tree: the corpora, and what every run of a fuzzer needs.
 # The inputs of fuzzer NAME are the files of fuzz/corpus/NAME.tar.gz.
 

@@ -23,10 +23,10 @@ for source in fuzz/fuzz_*.cpp; do
     unpack_corpus "$name" "$work/corpus"
     if (cd "$scratch" && "$root/build-fuzz/fuzz_$name" -max_total_time="$seconds" -timeout=10 -close_fd_mask=1 \
         -print_final_stats=1 -artifact_prefix="$work/" "$work/found" "$work/corpus") >"$work/log.txt" 2>&1; then
-        echo "$name: $(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log.txt") executions, no failure"
+        echo "$name: $(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log.txt") executions, nothing found"
     else
         tail -n 60 "$work/log.txt"
-        echo "$name: FAILED; the input that failed is named above" >&2
+        echo "$name: FAILED, the input that made it fail is named above" >&2
         status=1
     fi
 done

@@ -163,13 +163,25 @@ struct Command {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {
-        {2, 12, 8, Typed(Open)},          {3, 8, 4, Typed(Close)},         {4, 20, 16, Typed(Read)},
-        {5, 20, 16, Typed(Write)},        {6, 8, 4, Typed(MakeLink)},      {7, 9, 4, Typed(ReadLink)},
-        {8, 8, 4, Typed(Unlink)},         {9, 8, 4, Typed(MakeFolder)},    {10, 8, 4, Typed(RemoveFolder)},
-        {11, 12, 8, Typed(OpenFolder)},   {12, 41, 12, Typed(ReadFolder)}, {13, 8, 4, Typed(CloseFolder)},
-        {14, 8, 4, Typed(Rename)},        {15, 32, 4, Typed(Stat)},        {18, 8, 4, Typed(ChangeMode)},
-        {19, 48, 4, Typed(SpaceOf)},      {20, 8, 4, Typed(Access)},       {21, 34, 4, Typed(DeviceInfo)},
-        {29, 13, 4, Typed(ExtendedInfo)},
+        {.number = 2, .answerSize = 12, .errnumOffset = 8, .handler = Typed(Open)},
+        {.number = 3, .answerSize = 8, .errnumOffset = 4, .handler = Typed(Close)},
+        {.number = 4, .answerSize = 20, .errnumOffset = 16, .handler = Typed(Read)},
+        {.number = 5, .answerSize = 20, .errnumOffset = 16, .handler = Typed(Write)},
+        {.number = 6, .answerSize = 8, .errnumOffset = 4, .handler = Typed(MakeLink)},
+        {.number = 7, .answerSize = 9, .errnumOffset = 4, .handler = Typed(ReadLink)},
+        {.number = 8, .answerSize = 8, .errnumOffset = 4, .handler = Typed(Unlink)},
+        {.number = 9, .answerSize = 8, .errnumOffset = 4, .handler = Typed(MakeFolder)},
+        {.number = 10, .answerSize = 8, .errnumOffset = 4, .handler = Typed(RemoveFolder)},
+        {.number = 11, .answerSize = 12, .errnumOffset = 8, .handler = Typed(OpenFolder)},
+        {.number = 12, .answerSize = 41, .errnumOffset = 12, .handler = Typed(ReadFolder)},
+        {.number = 13, .answerSize = 8, .errnumOffset = 4, .handler = Typed(CloseFolder)},
+        {.number = 14, .answerSize = 8, .errnumOffset = 4, .handler = Typed(Rename)},
+        {.number = 15, .answerSize = 32, .errnumOffset = 4, .handler = Typed(Stat)},
+        {.number = 18, .answerSize = 8, .errnumOffset = 4, .handler = Typed(ChangeMode)},
+        {.number = 19, .answerSize = 48, .errnumOffset = 4, .handler = Typed(SpaceOf)},
+        {.number = 20, .answerSize = 8, .errnumOffset = 4, .handler = Typed(Access)},
+        {.number = 21, .answerSize = 34, .errnumOffset = 4, .handler = Typed(DeviceInfo)},
+        {.number = 29, .answerSize = 13, .errnumOffset = 4, .handler = Typed(ExtendedInfo)},
     };
     return commands;
 }

@@ -10,6 +10,7 @@
 #include "handset/file_system.h"
 #include "handset/fill.h"
 #include "handset/handset.h"
+#include "handset/misbehaviour.h"
 
 namespace {
 
@@ -48,8 +49,9 @@ void PrintHelp() {
         "  --help                  prints this\n\n"
         "Prints \"ready TTY\" when it answers; ends at SIGINT, SIGTERM or the command quit. Commands, also "
         "on\n"
-        "standard input:\n\n%s",
-        kFreeBlocks, Console::Help().c_str());
+        "standard input:\n\n%s\n"
+        "ACTION of misbehave, with N from value= and PACKETS from packet=:\n\n%s",
+        kFreeBlocks, Console::Help().c_str(), FaultHelp().c_str());
 }
 
 /// Takes one option with its value; false when there is no such option or the value is wrong.

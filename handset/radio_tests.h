@@ -34,10 +34,6 @@ public:
     /// The FTM log types that are switched on: no records otherwise.
     std::set<uint16_t> logTypes;
 
-    /// The test that runs, and how far it is (0: none runs).
-    TestMode Running() const { return m_running; }
-    int Stage() const { return m_stage; }
-
     /// Carries a request out and gives its status. `sendsRecords`: the log mask lets them through.
     uint8_t CarryOut(TestMode mode, uint16_t id, bool sendsRecords);
     /// The records since the last call, each with its delay.
@@ -47,7 +43,7 @@ private:
     TestOutcome Decide(TestMode mode, uint16_t id) const;
 
     TestMode m_running = TestMode::None;
-    int m_stage = 0;
+    int m_stage = 0; // of the running test, as in radio_tests.cpp; 0: none runs
     Delayed::Packets m_packets;
 };
 
