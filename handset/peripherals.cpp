@@ -1,5 +1,5 @@
-// Camera, audio and Bluetooth. A request is mode, command id, two lengths,
-// fields; its answer begins alike.
+// Camera, audio and Bluetooth. A request has a mode, a command id, two lengths and fields; its response
+// begins the same way.
 #include "handset/peripherals.h"
 
 #include <algorithm>
@@ -39,7 +39,7 @@ uint16_t TakeHead(RequestReader& in, AnswerWriter& answer) {
     return id;
 }
 
-/// Appends the asked piece of something, behind its offset and size; less at its end.
+/// Appends the offset and size of the requested piece, and the piece; it is shorter at the end of `whole`.
 void AnswerPiece(RequestReader& in, AnswerWriter& answer, const Bytes& whole) {
     uint32_t offset = 0;
     uint16_t size = 0;

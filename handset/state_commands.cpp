@@ -1,4 +1,4 @@
-// The simulated handset's general commands: the table of them, and those that only touch its service state.
+// The table of the simulated handset's general commands, and the commands that use only its service state.
 #include "handset/state_commands.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace {
 
 using Handler = bool (*)(State& phone, RequestReader& in, AnswerWriter& answer);
 
-/// Takes a field into what is kept; a request that ends before it changes nothing.
+/// Reads a field into `kept`. No change if the request is too short.
 bool Keep(RequestReader& in, uint16_t& kept) {
     uint16_t value = 0;
     in.Take(value);
@@ -76,7 +76,7 @@ bool AnswerDownloadMode(State& phone, RequestReader&, AnswerWriter&) {
     return true;
 }
 
-/// The greeting of download mode has an answer of its own kind.
+/// The response to the download-mode greeting has a command code of its own.
 bool AnswerGreeting(State&, RequestReader&, AnswerWriter& answer) {
     const std::string name = "QCOM fast download protocol targ";
     answer = AnswerWriter({0x02});
@@ -130,7 +130,7 @@ bool AnswerCallEnd(State& phone, RequestReader&, AnswerWriter&) {
     return true;
 }
 
-/// The general commands by the bytes with which their requests begin.
+/// A general command. Its requests begin with `prefix`.
 struct Command {
     Bytes prefix;
     Handler handler;
@@ -179,8 +179,7 @@ const std::vector<Command>& Commands() {
     return commands;
 }
 
-/// In download mode one byte is a whole request that asks for nothing; otherwise it would be a poke cut
-/// short.
+/// The download-mode no-operation, a whole request. Longer requests with this byte are pokes.
 const Bytes kDownloadNothing = {0x06};
 
 } // namespace
