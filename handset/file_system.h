@@ -1,11 +1,11 @@
 // The flash file system of the simulated handset: a tree of folders, files and symbolic links, open
 // descriptors and open folders, with the error numbers that the handset reports.
 //
-// A FileSystem has no lock. The handset accesses its file system under its own lock; Handset::WithFiles lets
-// others access. Names in a path are separated by '/'. A leading '/' is optional, repeated ones count once,
-// "." and ".." have their usual meaning, and the empty path is the root. A name has 1 to 255 bytes, any
-// except '/' and 0. Links may be relative or absolute. They are followed, except as the last name of an entry
-// that is removed, renamed, made or read as a link.
+// A FileSystem has no lock. The handset accesses its file system under its own lock; Handset::WithFiles
+// lets others access it. Names in a path are separated by '/'. A leading '/' is optional, repeated ones
+// count once, "." and ".." have their usual meaning, and the empty path is the root. A name has 1 to 255
+// bytes, any except '/' and 0. Links may be relative or absolute. They are followed, except as the last
+// name of an entry that is removed, renamed, made or read as a link.
 //
 // Only opening a file or folder checks permissions, and only the owner's. The change time changes with
 // content, name and permissions.
