@@ -1,4 +1,4 @@
-// Every method of the connection object, against a handset whose answers are the fuzzer's bytes.
+// Every method of the connection object, with a handset whose responses are the fuzzer's bytes.
 #include <array>
 #include <fstream>
 #include <tuple>
@@ -9,17 +9,17 @@
 
 namespace {
 
-/// What a kind of methods asks of its arguments.
+/// What a kind of methods requires of its arguments.
 struct Kind {
-    size_t iElements = 1;   // behind each pointer
-    bool bCounts = false;   // each number says how many elements there are
+    size_t iElements = 1;   // in each array
+    bool bCounts = false;   // each number is the number of elements
     bool bTimeOuts = false; // each number may be a time-out, so it is small
 };
 constexpr Kind kPlain{};
 constexpr Kind kCounted{.bCounts = true};
 constexpr Kind kTimed{.bTimeOuts = true};
 
-/// One argument of a call, made of the input.
+/// One argument of a call, made from the input.
 template <class Type>
 class Argument {
     using Value = std::remove_cv_t<std::remove_pointer_t<std::remove_cvref_t<Type>>>;
@@ -82,7 +82,7 @@ using Caller = void (*)(Diag_FTM& diag, Input& input);
 template <Kind kind, auto... aMethods>
 constexpr std::array kCalls = {&Call<kind, aMethods>...};
 
-// The corpus names methods by their places: new ones go to the ends of their groups, new groups to the end.
+// Inputs refer to methods by position. Add methods at the end of their group, and groups at the end.
 
 constexpr auto& kGeneral =
     kCalls<kPlain, &D::SendFtmCmd, &D::SendFtmCmd59, &D::SendEVDO, &D::SendCDMA2000, &D::SetCommandType,
@@ -126,7 +126,7 @@ constexpr auto& kSessions =
            &D::FTM_HSDPA_BER_StopSession, &D::FTM_HSDPA_BLER_Reconfigure_HS,
            &D::FTM_HSDPA_BLER_Configure_HS_DSCH_HSET>;
 
-// What the phone only has to answer.
+// Commands that only need a response of the right kind.
 constexpr auto& kGeneralReceipts =
     kCalls<kPlain, &D::DOWNLOAD_Ping, &D::DIAG_KeyPress_StopCapture, &D::DIAG_KeyPress_ClearQueue,
            &D::DIAG_KeyPress_ClearMap, &D::DIAG_KeyPress_GetQueueSize, &D::DIAG_ClearAllLogCodes,
@@ -195,7 +195,7 @@ constexpr auto& kWaits = kCalls<kTimed, &D::FTM_SET_MODE, &D::FTM_AUDIO_PCM_CAPT
                                 &D::FTM_LOG_WaitForNextLog, &D::FTM_GSM_BER_StartSession,
                                 &D::FTM_WCDMA_BER_StartSession, &D::Send, &D::SendWithDifferentResponseCmd>;
 
-// Arrays whose size is settled.
+// Arrays of fixed size.
 constexpr Caller kFixed[] = {Call<Kind{8}, &D::FTM_HSDPA_BLER_Configure_HS_DSCH>,
                              Call<Kind{6}, &D::DIAG_SPC_F>,
                              Call<Kind{14}, &D::FTM_CDMA_API2_CALIBRATE_INTELLICEIVER>,
