@@ -11,11 +11,11 @@
 /// sends, and takes its values. What a command takes out of an answer it has mostly sent as placeholders too,
 /// filled with the caller's values, because the handset answers in the request's layout.
 ///
-/// Out-values change only when an answer came that its send variant accepts and that goes on after its header.
-/// They are taken from the answer's end; how far back that reaches is not looked at, so in an answer that
-/// stops between its values the last bytes that there are pass for them. A value for which there are some bytes but too few stays as
-/// it was and makes the result false; where none are left, taking begins at the answer's end once more. The
-/// result line is logged all the same.
+/// Out-values change only when an answer came that its send variant accepts and that goes on after its
+/// header. They are taken from the answer's end; how far back that reaches is not looked at, so in an answer
+/// that stops between its values the last bytes that there are pass for them. A value for which there are
+/// some bytes but too few stays as it was and makes the result false; where none are left, taking begins at
+/// the answer's end once more. The result line is logged all the same.
 
 /// LogText is the format of a log line that shows these values, each with a %d of its own. A text with
 /// another number of them, or with any other %, does not compile.

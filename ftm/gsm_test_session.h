@@ -35,10 +35,10 @@ public:
 
     /// FTM_GSM_BER_StartSession has the phone send its test records, stops what runs of WCDMA, EGPRS and GSM,
     /// and starts the GSM test mode. iWaitTime_ms becomes QMSL_TimeOut_StatisticsWait, unless it is 0. The
-    /// session counts as active afterwards even when this fails, because the phone may have started and only its
-    /// confirmation may be lost: the later steps are then sent, and refused by a phone that did not start. A
-    /// caller whose start failed calls FTM_GSM_BER_StopSession, which ends the session in every case, or starts
-    /// once more, which stops the GSM test mode first and fails when the phone refuses that.
+    /// session counts as active afterwards even when this fails, because the phone may have started and only
+    /// its confirmation may be lost: the later steps are then sent, and refused by a phone that did not
+    /// start. A caller whose start failed calls FTM_GSM_BER_StopSession, which ends the session in every
+    /// case, or starts once more, which stops the GSM test mode first and fails when the phone refuses that.
     bool FTM_GSM_BER_StartSession(DWORD iWaitTime_ms);
     /// FTM_GSM_BER_AssignBCCH finds the broadcast channel and goes to idle mode. It ends an EGPRS session in
     /// every case.
