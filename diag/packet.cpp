@@ -36,7 +36,7 @@ RequestBuilder& RequestBuilder::Number(DWORD iValue, unsigned iSize) {
 }
 
 bool ResponseReader::Take(std::span<unsigned char> out) {
-    if (!HoldsValues(m_iHeader != 0 ? 1 : 0))
+    if (m_iHeader != 0 && !HoldsValues())
         return false;
     if (m_iPosition == 0)
         m_iPosition = static_cast<unsigned short>(m_response.size());

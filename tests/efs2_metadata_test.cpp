@@ -146,7 +146,7 @@ TEST(Efs2Names, WholePathsAndLastNamesHaveALongestLength) {
 TEST_F(Efs2MetadataTest, PathsThatDoNotFitAreNotSent) {
     DWORD v[3] = {};
     m_phone.Answer("4B", Packet("4B 13 00 00", {0}));
-    m_phone.Answer("59", Packet("59 07"));
+    m_phone.Answer("59", Packet("59 07", {1, 2, 3}));
     const auto check = [&](size_t iLongest, const std::function<bool(const char*)>& call) {
         m_phone.phone.ClearRequests();
         EXPECT_TRUE(call(std::string(iLongest, 'p').c_str())) << iLongest;

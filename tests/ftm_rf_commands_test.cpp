@@ -104,7 +104,7 @@ TEST_F(FtmRfCommandsTest, ValuesAreTakenFromTheEndOfWhatThereIs) {
         EXPECT_EQ(Run(im2, Hex(sHeader)), "false");
     EXPECT_EQ(Run(DO(FTM_GET_RSSI, w0), Hex("4B 0B 01 00 E6 00 00 00")), "false");
     const FtmCall gains = DO(FTM_TEST_GET_DVGA_LNA, true, 3, 7, h0, h1, h2, h3, h4);
-    EXPECT_EQ(Run(gains, Hex("4B 0B 01 00 09")), "true h3=b4b h4=900"); // one that is missing is no failure
+    EXPECT_EQ(Run(gains, Hex("4B 0B 01 00 09")), "true h3=10b h4=900"); // one that is missing is no failure
     EXPECT_EQ(Run(gains, Hex("4B 0B 01 00")), "false");
 }
 
