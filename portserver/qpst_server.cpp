@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "link/delivered_packet.h"
+#include "link/packet_codes.h"
 
 /// PacketListeners hands the server's packets to the listeners, under its lock.
 class PacketListeners : public PacketEvents {
@@ -63,6 +64,11 @@ struct ResetCall {
     ResetOutcome eOutcome = ResetOutcome::NeverReset;
 };
 
+// The two requests of the phone check change nothing in the phone, so they may be sent twice.
+bool IsPhoneCheck(std::span<const unsigned char> request) {
+    return !request.empty() && (request[0] == kLoopbackRequest || request[0] == kVersionRequest);
+}
+
 // Runs an operation that throws; false with the reason when it did.
 template <class Body>
 bool Quietly(std::string& sReason, Body body) noexcept {
@@ -80,7 +86,9 @@ bool Quietly(std::string& sReason, Body body) noexcept {
 } // namespace
 
 QpstServer::QpstServer(const char* sClientName)
-    : Dispatched("QpstServer", sClientName), m_pListeners(std::make_shared<PacketListeners>()) {}
+    : Dispatched("QpstServer", sClientName), m_pListeners(std::make_shared<PacketListeners>()) {
+    WantPackets(m_pListeners);
+}
 
 QpstServer::~QpstServer() {
     if (m_pListeners)
@@ -88,13 +96,12 @@ QpstServer::~QpstServer() {
 }
 
 void QpstServer::connect(unsigned short iComPort, DWORD iTimeOut_ms) {
-    Initialize(m_pListeners);
-    ChangePort(PortName(iComPort), iTimeOut_ms);
+    ConnectTo(PortName(iComPort), iTimeOut_ms);
 }
 
 void QpstServer::sendSync(unsigned short iRequestSize, const unsigned char* piRequest,
                           unsigned short* piResponseSize, unsigned char* piResponse, DWORD iTimeOut_ms) {
-    RequireConnection("sendSync");
+    RequireServer("sendSync");
     const auto pCall =
         std::make_shared<SyncCall>(SyncCall{Bytes(piRequest, piRequest + iRequestSize), iTimeOut_ms});
     Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
@@ -110,7 +117,7 @@ void QpstServer::sendSyncImpl(void* pArgument) {
 }
 
 bool QpstServer::readNv(unsigned short iItem, unsigned char* piData, unsigned short iLength) {
-    RequireConnection("readNv");
+    RequireServer("readNv");
     const auto pCall = std::make_shared<NvCall>(NvCall{iItem, {}});
     Execute("readNv", &QpstServer::readNvImpl, pCall, kCallLimit_ms);
     if (!pCall->bDone)
@@ -126,7 +133,7 @@ void QpstServer::readNvImpl(void* pArgument) {
 }
 
 bool QpstServer::writeNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength) {
-    RequireConnection("writeNv");
+    RequireServer("writeNv");
     const auto pCall = std::make_shared<NvCall>(NvCall{iItem, Bytes(piData, piData + iLength)});
     Execute("writeNv", &QpstServer::writeNvImpl, pCall, kCallLimit_ms);
     return pCall->bDone;
@@ -138,7 +145,7 @@ void QpstServer::writeNvImpl(void* pArgument) {
 }
 
 bool QpstServer::Control(const char* sName, PhoneControl eControl, const char* sText, DWORD* piValue) {
-    RequireConnection(sName);
+    RequireServer(sName);
     const auto pCall = std::make_shared<ControlCall>(ControlCall{eControl, sText ? sText : ""});
     Execute(sName, &QpstServer::controlImpl, pCall, kCallLimit_ms);
     if (pCall->bDone && piValue)
@@ -180,7 +187,7 @@ bool QpstServer::getDiagVerno(DWORD& iVersion) {
 }
 
 void QpstServer::reset(DWORD iTimeOut_ms) {
-    RequireConnection("reset");
+    RequireServer("reset");
     const auto pCall = std::make_shared<ResetCall>(ResetCall{iTimeOut_ms});
     Execute("reset", &QpstServer::resetImpl, pCall, WithGrace(iTimeOut_ms));
     if (pCall->eOutcome == ResetOutcome::NeverReset)
@@ -195,9 +202,11 @@ void QpstServer::resetImpl(void* pArgument) {
 }
 
 std::vector<std::string> QpstServer::getPortList() {
-    Initialize(m_pListeners);
     const auto pNames = std::make_shared<std::vector<std::string>>();
-    Execute("getPortList", &QpstServer::getPortListImpl, pNames, kCallLimit_ms);
+    TwiceIfLost([&] {
+        Initialize();
+        Execute("getPortList", &QpstServer::getPortListImpl, pNames, kCallLimit_ms);
+    });
     return *pNames;
 }
 
@@ -206,9 +215,11 @@ void QpstServer::getPortListImpl(void* pArgument) {
 }
 
 std::vector<PhoneEntry> QpstServer::getPhoneList() {
-    Initialize(m_pListeners);
     const auto pPhones = std::make_shared<std::vector<PhoneEntry>>();
-    Execute("getPhoneList", &QpstServer::getPhoneListImpl, pPhones, kCallLimit_ms);
+    TwiceIfLost([&] {
+        Initialize();
+        Execute("getPhoneList", &QpstServer::getPhoneListImpl, pPhones, kCallLimit_ms);
+    });
     return *pPhones;
 }
 
@@ -232,11 +243,17 @@ bool QpstServer::ConnectPort(int iComPort, DWORD iTimeOut_ms, std::string& sReas
 bool QpstServer::Exchange(std::span<const unsigned char> request, DWORD iTimeOut_ms, QueueItem& response,
                           std::string& sReason) noexcept {
     response.length = 0;
-    return Quietly(sReason, [&] {
+    const auto exchange = [&] {
         unsigned short iLength = sizeof response.data;
         sendSync(static_cast<unsigned short>(request.size()), request.data(), &iLength, response.data,
                  iTimeOut_ms);
         response.length = iLength;
+    };
+    return Quietly(sReason, [&] {
+        if (IsPhoneCheck(request))
+            TwiceIfLost(exchange);
+        else
+            exchange();
     });
 }
 
