@@ -21,10 +21,10 @@ class TaskRun;
 /// carry the whole task out before it returns; then nothing is dispatched, progress is passed on at the end,
 /// and calls of other clients have to wait.
 ///
-/// The limit is for silence, QMSL_TimeOut_MultipleResponse: a task goes on as long as each report comes within
-/// the limit of the one before. A server that has not even begun gets kGrace_ms on top. A task that falls
-/// silent is aborted, and its operation fails; one that turns out to have ended by then is left alone, and
-/// when it succeeded, so did the operation.
+/// The limit is for silence, QMSL_TimeOut_MultipleResponse: a task goes on as long as each report comes
+/// within the limit of the one before. A server that has not even begun gets kGrace_ms on top. A task that
+/// falls silent is aborted, and its operation fails; one that turns out to have ended by then is left alone,
+/// and when it succeeded, so did the operation.
 class QUILLET_API TaskClient : public ServerClient {
 public:
     /// GetErrorInfo: the reason why the last operation failed; empty when it did not.

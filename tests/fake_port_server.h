@@ -100,9 +100,7 @@ public:
             m_program.pPacketEvents = pEvents;
         return Enter("attach", sClientName);
     }
-    bool selectPort(const std::string& sPortName, DWORD) override {
-        return Enter("selectPort", sPortName);
-    }
+    bool selectPort(const std::string& sPortName, DWORD) override { return Enter("selectPort", sPortName); }
     std::vector<std::string> portNames() override {
         Enter("portNames");
         return {"COM5", "COM300"};
@@ -122,8 +120,7 @@ public:
         return Enter("readNv", std::to_string(iItem));
     }
     bool writeNv(unsigned short iItem, std::span<const unsigned char> data) override {
-        return Enter("writeNv",
-                               std::to_string(iItem) + ": " + handset::ToHex({data.begin(), data.end()}));
+        return Enter("writeNv", std::to_string(iItem) + ": " + handset::ToHex({data.begin(), data.end()}));
     }
     bool control(PhoneControl eControl, const std::string& sText, DWORD& iValue) override {
         iValue = 8;
