@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "link/delivered_packet.h"
-#include "link/packet_codes.h"
 
 /// PacketListeners hands the server's packets to the listeners, under its lock.
 class PacketListeners : public PacketEvents {
@@ -46,6 +45,11 @@ struct SyncCall {
     Bytes response = {};    // out
 };
 
+// The two requests of the phone check change nothing in the phone, so they may be sent twice.
+bool IsPhoneCheck(const Bytes& request) {
+    return !request.empty() && (request[0] == kLoopbackRequest || request[0] == kVersionRequest);
+}
+
 struct NvCall {
     unsigned short iItem;
     Bytes data; // in or out
@@ -63,11 +67,6 @@ struct ResetCall {
     DWORD iTimeOut_ms;
     ResetOutcome eOutcome = ResetOutcome::NeverReset;
 };
-
-// The two requests of the phone check change nothing in the phone, so they may be sent twice.
-bool IsPhoneCheck(std::span<const unsigned char> request) {
-    return !request.empty() && (request[0] == kLoopbackRequest || request[0] == kVersionRequest);
-}
 
 // Runs an operation that throws; false with the reason when it did.
 template <class Body>
@@ -101,10 +100,16 @@ void QpstServer::connect(unsigned short iComPort, DWORD iTimeOut_ms) {
 
 void QpstServer::sendSync(unsigned short iRequestSize, const unsigned char* piRequest,
                           unsigned short* piResponseSize, unsigned char* piResponse, DWORD iTimeOut_ms) {
-    RequireServer("sendSync");
     const auto pCall =
         std::make_shared<SyncCall>(SyncCall{Bytes(piRequest, piRequest + iRequestSize), iTimeOut_ms});
-    Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
+    const auto exchange = [&] {
+        RequireServer("sendSync");
+        Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
+    };
+    if (IsPhoneCheck(pCall->request))
+        TwiceIfLost(exchange);
+    else
+        exchange();
     if (!pCall->bAnswered)
         throw ServerException("Timeout waiting for response");
     *piResponseSize = static_cast<unsigned short>(std::min<size_t>(*piResponseSize, pCall->response.size()));
@@ -243,17 +248,11 @@ bool QpstServer::ConnectPort(int iComPort, DWORD iTimeOut_ms, std::string& sReas
 bool QpstServer::Exchange(std::span<const unsigned char> request, DWORD iTimeOut_ms, QueueItem& response,
                           std::string& sReason) noexcept {
     response.length = 0;
-    const auto exchange = [&] {
+    return Quietly(sReason, [&] {
         unsigned short iLength = sizeof response.data;
         sendSync(static_cast<unsigned short>(request.size()), request.data(), &iLength, response.data,
                  iTimeOut_ms);
         response.length = iLength;
-    };
-    return Quietly(sReason, [&] {
-        if (IsPhoneCheck(request))
-            TwiceIfLost(exchange);
-        else
-            exchange();
     });
 }
 
