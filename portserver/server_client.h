@@ -24,7 +24,7 @@ constexpr unsigned short kNoParticularPort = 65535;
 /// A server that throws out of one of its functions is lost: its view is given up there and then, on the
 /// automation thread. A client that was connected starts the server anew and selects its port again with the
 /// next operation. The operation in which the server was lost fails, because nobody knows how far it came;
-/// those that may be done twice (connecting, the lists) are done over at once.
+/// those that may be done twice (connecting, the lists, the phone check) are done over at once.
 ///
 /// A copy is what a call runs on: it shares the server and has nothing else of the client.
 class QUILLET_API ServerClient {
