@@ -4,10 +4,12 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
 #include <thread>
+#include <utility>
 
 #include "handset/bytes.h"
 #include "portserver/port_server.h"
