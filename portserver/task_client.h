@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 
+#include "link/time_out_table.h"
 #include "link/time_outs.h"
 #include "portserver/server_client.h"
 
