@@ -47,12 +47,13 @@ struct ComThreadManager::Shared {
     void DropLeftovers();
 };
 
-std::shared_ptr<ComThreadManager> ComThreadManager::Use() {
-    const std::lock_guard lock(g_useLock);
-    std::shared_ptr<ComThreadManager> pManager = g_pManager.lock();
-    if (!pManager)
-        g_pManager = pManager = std::make_shared<ComThreadManager>();
-    return pManager;
+ServerFault ComThreadManager::TryUse(std::shared_ptr<ComThreadManager>& pManager) noexcept {
+    return ServerFault::Of([&] {
+        const std::lock_guard lock(g_useLock);
+        pManager = g_pManager.lock();
+        if (!pManager)
+            g_pManager = pManager = std::make_shared<ComThreadManager>();
+    });
 }
 
 ComThreadManager::ComThreadManager() : m_pShared(std::make_shared<Shared>()) {
@@ -76,8 +77,13 @@ ComThreadManager::~ComThreadManager() {
     }
 }
 
-void ComThreadManager::executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
-                                       const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms) {
+ServerFault ComThreadManager::TryExecute(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                                         const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms) noexcept {
+    return ServerFault::Of([&] { Execute(pDispatcher, pArgument, iTimeOut_ms); });
+}
+
+void ComThreadManager::Execute(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                               const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms) {
     constexpr const char* kTimedOut = "ComThreadManager::executeFunction - Timed out";
     if (std::this_thread::get_id() == m_pShared->worker)
         return pDispatcher->Run(pArgument.get());

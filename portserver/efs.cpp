@@ -2,7 +2,8 @@
 
 #include "link/time_outs.h"
 
-EFS::EFS(const char* sClientName) : Dispatched("EFS", sClientName) {}
+EFS::EFS(const char* sClientName, std::shared_ptr<ComThreadManager> pComThread)
+    : Dispatched("EFS", sClientName, std::move(pComThread)) {}
 EFS::~EFS() = default;
 
 bool EFS::connect(unsigned short iComPort) {

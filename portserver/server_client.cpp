@@ -19,10 +19,9 @@ struct PortCall {
 
 } // namespace
 
-ServerClient::ServerClient(const char* sClass, const char* sClientName)
-    : m_sClass(sClass),
-      m_sClientName(sClientName ? sClientName : ""),
-      m_pComThread(ComThreadManager::Use()) {}
+ServerClient::ServerClient(const char* sClass, const char* sClientName,
+                           std::shared_ptr<ComThreadManager> pComThread)
+    : m_sClass(sClass), m_sClientName(sClientName ? sClientName : ""), m_pComThread(std::move(pComThread)) {}
 
 ServerClient::~ServerClient() {
     if (m_pComThread && m_pServer)

@@ -25,7 +25,7 @@ public:
     void ClearError() { Error(""); }
 
 protected:
-    TaskClient(const char* sClass, const char* sClientName) : ServerClient(sClass, sClientName) {}
+    using ServerClient::ServerClient;
     TaskClient(const TaskClient& other) : ServerClient(other) {}
 
     /// Error keeps a reason; an empty one: none.

@@ -16,8 +16,8 @@ DWORD Remaining_ms(ULONGLONG iStart_ms, DWORD iLimit_ms) {
     return iPassed_ms < iLimit_ms ? static_cast<DWORD>(iLimit_ms - iPassed_ms) : 0;
 }
 
-// A message counts also when an earlier look at the queue has passed it over: an event may end the wait before
-// all messages are served, and nothing else would announce those that are left.
+// A message counts also when an earlier look at the queue has passed it over: an event may end the wait
+// before all messages are served, and nothing else would announce those that are left.
 DWORD WaitForHandleOrMessage(std::span<void* const> handles, DWORD iLimit_ms) {
     return MsgWaitForMultipleObjectsEx(static_cast<DWORD>(handles.size()), handles.data(), iLimit_ms,
                                        QS_ALLINPUT, MWMO_INPUTAVAILABLE);
