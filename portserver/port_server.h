@@ -118,7 +118,8 @@ public:
 /// Makes one client's view of a server; null when there is none.
 using PortServerFactory = std::function<std::shared_ptr<PortServer>()>;
 
-/// ServerRelay is a view that passes each call on to another one. Passage::Pass(fault, call) makes the call.
+/// ServerRelay is a view that passes each call on to another one, by means of Passage::Pass(fault, call).
+/// There is one on each side of the edge between program and library, so that no exception crosses it.
 template <class Passage>
 class ServerRelay : public PortServer {
 public:

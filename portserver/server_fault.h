@@ -18,11 +18,11 @@ public:
 };
 
 /// ServerFault is an exception on its way between two modules. On 32-bit Windows each module has an unwinder
-/// that knows the module's own frames only, so an exception is caught where it was thrown (Of), returned as a
-/// ServerFault, and thrown again where it is wanted (Raise). Everything here is therefore compiled into each
-/// module that uses it, and so are the functions between the public operations and it.
+/// that knows the module's own frames only. An exception is therefore caught in the module that threw it
+/// (Of), returned as a ServerFault, and thrown again in the other one (Raise). Each module compiles both
+/// functions into itself.
 ///
-/// Both are defined in com_thread_manager.h, with the last of the exceptions.
+/// They are defined in com_thread_manager.h, because they name the exceptions of that class.
 class ServerFault {
 public:
     /// Nothing went wrong.

@@ -1,9 +1,10 @@
 // The library's frames, made known to the library's own unwinder (32-bit Windows).
 //
-// There the unwinder finds frames in a list that each module enters itself in when it is loaded. The compiler's
-// start code enters a module in the list of libgcc_s_dw2-1.dll if the process has that library, also a module
-// that has an unwinder of its own linked in. That one would then know no frame at all, and the first exception
-// in the library would end its host. (64-bit Windows keeps one list for the whole process by itself.)
+// There the unwinder finds frames in a list, in which each module enters itself when it is loaded. If the
+// process has libgcc_s_dw2-1.dll, the compiler's start code enters a module in the list of that library, even
+// a module with an unwinder of its own linked in. That unwinder then knows no frame at all, and the first
+// exception inside of the module would end its host. (64-bit Windows itself keeps one list for the whole
+// process.)
 #ifdef __i386__
 
 #include <cstring>
