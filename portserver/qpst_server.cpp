@@ -45,6 +45,11 @@ struct SyncCall {
     Bytes response = {};    // out
 };
 
+// The two requests of the phone check change nothing in the phone, so they may be sent twice.
+bool IsPhoneCheck(const Bytes& request) {
+    return !request.empty() && (request[0] == kLoopbackRequest || request[0] == kVersionRequest);
+}
+
 struct NvCall {
     unsigned short iItem;
     Bytes data; // in or out
@@ -67,7 +72,9 @@ struct ResetCall {
 
 QpstServer::QpstServer(const char* sClientName, std::shared_ptr<ComThreadManager> pComThread)
     : Dispatched("QpstServer", sClientName, std::move(pComThread)),
-      m_pListeners(std::make_shared<PacketListeners>()) {}
+      m_pListeners(std::make_shared<PacketListeners>()) {
+    WantPackets(m_pListeners);
+}
 
 QpstServer::~QpstServer() {
     if (m_pListeners)
@@ -75,20 +82,23 @@ QpstServer::~QpstServer() {
 }
 
 ServerFault QpstServer::TryConnect(unsigned short iComPort, DWORD iTimeOut_ms) noexcept {
-    return ServerFault::Of([&] {
-        Initialize(m_pListeners);
-        ChangePort(PortName(iComPort), iTimeOut_ms);
-    });
+    return ServerFault::Of([&] { ConnectTo(PortName(iComPort), iTimeOut_ms); });
 }
 
 ServerFault QpstServer::TrySendSync(unsigned short iRequestSize, const unsigned char* piRequest,
                                     unsigned short* piResponseSize, unsigned char* piResponse,
                                     DWORD iTimeOut_ms) noexcept {
     return ServerFault::Of([&] {
-        RequireConnection("sendSync");
         const auto pCall =
             std::make_shared<SyncCall>(SyncCall{Bytes(piRequest, piRequest + iRequestSize), iTimeOut_ms});
-        Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
+        const auto exchange = [&] {
+            RequireServer("sendSync");
+            Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
+        };
+        if (IsPhoneCheck(pCall->request))
+            TwiceIfLost(exchange);
+        else
+            exchange();
         if (!pCall->bAnswered)
             throw ServerException("Timeout waiting for response");
         *piResponseSize =
@@ -105,7 +115,7 @@ void QpstServer::sendSyncImpl(void* pArgument) {
 ServerFault QpstServer::TryReadNv(unsigned short iItem, unsigned char* piData, unsigned short iLength,
                                   bool& bDone) noexcept {
     return ServerFault::Of([&] {
-        RequireConnection("readNv");
+        RequireServer("readNv");
         const auto pCall = std::make_shared<NvCall>(NvCall{iItem, {}});
         Execute("readNv", &QpstServer::readNvImpl, pCall, kCallLimit_ms);
         bDone = pCall->bDone;
@@ -124,7 +134,7 @@ void QpstServer::readNvImpl(void* pArgument) {
 ServerFault QpstServer::TryWriteNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength,
                                    bool& bDone) noexcept {
     return ServerFault::Of([&] {
-        RequireConnection("writeNv");
+        RequireServer("writeNv");
         const auto pCall = std::make_shared<NvCall>(NvCall{iItem, Bytes(piData, piData + iLength)});
         Execute("writeNv", &QpstServer::writeNvImpl, pCall, kCallLimit_ms);
         bDone = pCall->bDone;
@@ -139,7 +149,7 @@ void QpstServer::writeNvImpl(void* pArgument) {
 ServerFault QpstServer::TryControl(const char* sName, PhoneControl eControl, const char* sText,
                                    DWORD* piValue, bool& bDone) noexcept {
     return ServerFault::Of([&] {
-        RequireConnection(sName);
+        RequireServer(sName);
         const auto pCall = std::make_shared<ControlCall>(ControlCall{eControl, sText ? sText : ""});
         Execute(sName, &QpstServer::controlImpl, pCall, kCallLimit_ms);
         bDone = pCall->bDone;
@@ -155,7 +165,7 @@ void QpstServer::controlImpl(void* pArgument) {
 
 ServerFault QpstServer::TryReset(DWORD iTimeOut_ms) noexcept {
     return ServerFault::Of([&] {
-        RequireConnection("reset");
+        RequireServer("reset");
         const auto pCall = std::make_shared<ResetCall>(ResetCall{iTimeOut_ms});
         Execute("reset", &QpstServer::resetImpl, pCall, WithGrace(iTimeOut_ms));
         if (pCall->eOutcome == ResetOutcome::NeverReset)
@@ -172,9 +182,11 @@ void QpstServer::resetImpl(void* pArgument) {
 
 ServerFault QpstServer::TryGetPortList(std::vector<std::string>& names) noexcept {
     return ServerFault::Of([&] {
-        Initialize(m_pListeners);
         const auto pNames = std::make_shared<std::vector<std::string>>();
-        Execute("getPortList", &QpstServer::getPortListImpl, pNames, kCallLimit_ms);
+        TwiceIfLost([&] {
+            Initialize();
+            Execute("getPortList", &QpstServer::getPortListImpl, pNames, kCallLimit_ms);
+        });
         names = std::move(*pNames);
     });
 }
@@ -185,9 +197,11 @@ void QpstServer::getPortListImpl(void* pArgument) {
 
 ServerFault QpstServer::TryGetPhoneList(std::vector<PhoneEntry>& phones) noexcept {
     return ServerFault::Of([&] {
-        Initialize(m_pListeners);
         const auto pPhones = std::make_shared<std::vector<PhoneEntry>>();
-        Execute("getPhoneList", &QpstServer::getPhoneListImpl, pPhones, kCallLimit_ms);
+        TwiceIfLost([&] {
+            Initialize();
+            Execute("getPhoneList", &QpstServer::getPhoneListImpl, pPhones, kCallLimit_ms);
+        });
         phones = std::move(*pPhones);
     });
 }
