@@ -40,7 +40,7 @@ public:
     DWORD GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId) const;
 
 protected:
-    TaskClient(const char* sClass, const char* sClientName) : ServerClient(sClass, sClientName) {}
+    using ServerClient::ServerClient;
     TaskClient(const TaskClient& other) : ServerClient(other) {}
 
     /// Error keeps a reason; an empty one: none.
