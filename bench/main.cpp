@@ -31,7 +31,7 @@ struct Options {
     bool bLog = false;
 };
 
-void PrintUsage(FILE* file) {
+void PrintUsage(std::FILE* file) {
     std::fputs(
         "usage: quillet-bench [--quick | --full] [--json FILE] [--only TOPIC] [--profile BYTES [--log]]\n\n"
         "--quick: about two minutes (the default); --full: about eleven, with large files and folders\n"

@@ -77,8 +77,8 @@ void Report::AddRate(Row row) {
 }
 
 bool Report::WriteJson(const std::string& sFile) const {
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(sFile.c_str(), "w"), std::fclose);
-    if (!file)
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(sFile.c_str(), "w"), std::fclose);
+    if (file == nullptr)
         return false;
     const char* sSeparator = "[\n";
     for (const auto& [sTopic, row, bMet] : m_entries) {

@@ -62,9 +62,9 @@ void Brain::Run() {
             return;
         if (m_hangUpWanted)
             HangUp();
-        if (line)
+        if (line != nullptr)
             Receive(lock);
-        if (line)
+        if (line != nullptr)
             outbox.Pump(*line, Clock::now());
     }
 }
@@ -73,7 +73,7 @@ void Brain::Wait() {
     pollfd sources[2] = {{m_wakeUp, POLLIN, 0}, {-1, POLLIN, 0}};
     std::optional<Clock::time_point> next;
     Look([&](const Brain& brain) {
-        if (!brain.line)
+        if (brain.line == nullptr)
             return;
         sources[1].fd = brain.line->Descriptor();
         if (brain.outbox.WantsLine())
@@ -120,12 +120,12 @@ void Brain::Vanish(Lock& lock) {
 void Brain::Unplug() {
     Lock lock(mutex);
     if (IsOwnThread()) {
-        if (line)
+        if (line != nullptr)
             Vanish(lock);
         return;
     }
     m_changed.wait(lock, [this] { return !m_isTelling; });
-    if (!line)
+    if (line == nullptr)
         return;
     m_hangUpWanted = true;
     Wake();
@@ -139,7 +139,7 @@ void Brain::Replug() {
         Lock lock(mutex);
         if (!IsOwnThread())
             m_changed.wait(lock, [this] { return !m_isTelling; });
-        if (line)
+        if (line != nullptr)
             return;
         line = std::make_unique<Line>();
     }
@@ -202,7 +202,7 @@ std::vector<Bytes> Brain::CarryOut(const Bytes& request, bool isText, Lock& lock
     for (const auto& [prefix, answerer] : scripts) // of two matching prefixes the longer one sorts later
         if (BeginsWith(request, prefix))
             best = &answerer;
-    if (best) {
+    if (best != nullptr) {
         const Answerer answerer = *best;
         lock.unlock();
         std::vector<Bytes> packets = answerer(request);

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <system_error>
 #include <vector>
@@ -57,8 +58,8 @@ void WriteAll(int output, const std::string& text) {
 } // namespace
 
 CommandLoop::CommandLoop(const std::string& socketPath) : m_socketPath(socketPath) {
-    signal(SIGPIPE, SIG_IGN);
-    signal(SIGTTIN, SIG_IGN); // in the background of a terminal, reading fails instead of stopping us
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGTTIN, SIG_IGN); // in the background of a terminal, reading fails instead of stopping us
     sigset_t endings;
     sigemptyset(&endings);
     sigaddset(&endings, SIGINT);

@@ -130,7 +130,7 @@ std::string Console::Run(const std::string& line) {
     const size_t end = line.find_last_not_of(" \t\r") + 1;
     const size_t space = std::min(line.find(' ', begin), end);
     const Command* command = Find(line.substr(begin, space - begin));
-    if (!command)
+    if (command == nullptr)
         return "error: unknown command\n";
     const size_t rest = line.find_first_not_of(' ', space);
     std::string answer;

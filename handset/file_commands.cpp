@@ -210,7 +210,7 @@ Bytes FileSystemAnswer(const Bytes& request, FileSystem& files) {
     if (request.size() < kHeaderSize)
         return Refused(ProtocolError::BadLength, request);
     const Command* command = FindCommand(request);
-    if (!command)
+    if (command == nullptr)
         return Refused(ProtocolError::BadCommand, request);
     RequestReader in(request, kHeaderSize);
     AnswerWriter answer(Header(request));
@@ -219,7 +219,7 @@ Bytes FileSystemAnswer(const Bytes& request, FileSystem& files) {
 
 Bytes FileSystemRefusal(const Bytes& request, uint32_t errnum) {
     const Command* command = FindCommand(request);
-    if (!command)
+    if (command == nullptr)
         return Refused(ProtocolError::BadCommand, request);
     Bytes answer = Header(request);
     answer.resize(command->answerSize);

@@ -35,7 +35,7 @@ Errnum FileSystem::CreateOrCheck(const Place& place, uint32_t flags, uint32_t pe
     if (place.errnum != Errnum::None)
         return place.errnum;
     node = place.node;
-    if (!node) {
+    if (node == nullptr) {
         if (!(flags & kCreate))
             return Errnum::NotFound;
         node = std::make_shared<Node>(m_space, Kind::File, permissions, Now());

@@ -89,7 +89,7 @@ void Handset::Send(const Bytes& packet) {
 
 void Handset::SendWire(const Bytes& bytes) {
     m_brain->Change([&](Brain& brain) {
-        if (!brain.line)
+        if (brain.line == nullptr)
             return;
         brain.outbox.SendNow(bytes);
         brain.outbox.Pump(*brain.line, Outbox::Clock::now());

@@ -129,10 +129,10 @@ std::optional<Misbehaviour> Misbehaviours::Match(const Bytes& request) {
             continue;
         if (rule.skip > 0)
             --rule.skip;
-        else if (!acting)
+        else if (acting == nullptr)
             acting = &rule;
     }
-    if (!acting)
+    if (acting == nullptr)
         return std::nullopt;
     if (acting->times > 0)
         --acting->times;

@@ -38,16 +38,16 @@ void DiagConnection::ConfigureLibraryTextLogCallBack(void* pUserData, TextLogCal
 
 bool DiagConnection::AddUserMessageToTextLog(unsigned int iCategory, const char* sText, bool bToStdout) {
     if (bToStdout)
-        fputs(sText, stdout);
+        std::fputs(sText, stdout);
     m_pState->textLog.LogMessage(iCategory, "%s", sText);
     return true;
 }
 
 void DiagConnection::DIAG_FTM_CheckAutoTextLog() {
-    FILE* pMarker = fopen(kAutoLogMarker, "r");
+    std::FILE* pMarker = std::fopen(kAutoLogMarker, "r");
     if (pMarker == nullptr)
         return;
-    fclose(pMarker);
+    std::fclose(pMarker);
     SetLogFlags(kDefaultLogFlags);
     StartLogging(kAutoLogName);
 }

@@ -67,11 +67,11 @@ bool GetEventText(int iEventId, char* sOut) {
         if (iEventId < stretch.iFirstId || iEventId > stretch.iLastId)
             continue;
         if (stretch.names.empty())
-            snprintf(sOut, kEventTextSize, "%s%d", stretch.sPrefix, iEventId);
+            std::snprintf(sOut, kEventTextSize, "%s%d", stretch.sPrefix, iEventId);
         else
             sOut[NameAt(stretch.names, iEventId - stretch.iFirstId).copy(sOut, kEventTextSize - 1)] = '\0';
         return true;
     }
-    snprintf(sOut, kEventTextSize, "EVENT_NOT_FOUND");
+    std::snprintf(sOut, kEventTextSize, "EVENT_NOT_FOUND");
     return false;
 }

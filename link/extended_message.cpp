@@ -67,6 +67,6 @@ bool ParseExtendedMessage(const unsigned char* pPacket, ExtendedMessage& message
 void DescribeExtendedMessage(const ExtendedMessage& message, char* sOut) {
     char sText[kExpandedSize];
     ExpandFormat(message.sFormat, message.aArgs, sText);
-    snprintf(sOut, kExtendedMessageTextSize, "Debug Msg: %d.%d - %s-%d\t%s", message.iSubsystemID,
-             AsInt(message.iSubsystemMask), message.sFileName, message.iLineNumber, sText);
+    std::snprintf(sOut, kExtendedMessageTextSize, "Debug Msg: %d.%d - %s-%d\t%s", message.iSubsystemID,
+                  AsInt(message.iSubsystemMask), message.sFileName, message.iLineNumber, sText);
 }

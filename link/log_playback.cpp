@@ -15,32 +15,32 @@ constexpr size_t kLeastLine = 19;  // likewise
 
 /// OpenReadable opens a file whose first byte can be read, or which is empty; null otherwise (a folder can
 /// be opened on some systems).
-FILE* OpenReadable(const char* sFileName) {
-    FILE* pFile = fopen(sFileName, "rb");
+std::FILE* OpenReadable(const char* sFileName) {
+    std::FILE* pFile = std::fopen(sFileName, "rb");
     if (pFile == nullptr)
         return nullptr;
-    if (const int iFirst = getc(pFile); iFirst != EOF || ferror(pFile) == 0) {
-        rewind(pFile);
+    if (const int iFirst = std::getc(pFile); iFirst != EOF || std::ferror(pFile) == 0) {
+        std::rewind(pFile);
         return pFile;
     }
-    fclose(pFile);
+    std::fclose(pFile);
     return nullptr;
 }
 
 /// SizeOf tells how many bytes a file has now; negative when it cannot tell.
-long SizeOf(FILE* pFile) {
-    const long iSize = fseek(pFile, 0, SEEK_END) == 0 ? ftell(pFile) : -1;
-    rewind(pFile);
+long SizeOf(std::FILE* pFile) {
+    const long iSize = std::fseek(pFile, 0, SEEK_END) == 0 ? std::ftell(pFile) : -1;
+    std::rewind(pFile);
     return iSize;
 }
 
 /// ReadLine reads a line without its end, keeping at most kMaxLine characters of it; false at the end of
 /// the file.
-bool ReadLine(FILE* pFile, std::string& line) {
+bool ReadLine(std::FILE* pFile, std::string& line) {
     line.clear();
-    int iCharacter = getc(pFile);
+    int iCharacter = std::getc(pFile);
     const bool bThere = iCharacter != EOF;
-    for (; iCharacter != EOF && iCharacter != '\n'; iCharacter = getc(pFile))
+    for (; iCharacter != EOF && iCharacter != '\n'; iCharacter = std::getc(pFile))
         if (line.size() < kMaxLine)
             line.push_back(static_cast<char>(iCharacter));
     return bThere;
@@ -98,7 +98,7 @@ bool LogPlayback::StartLogFilePlaybackMode(const char* sFileName, unsigned char 
     const ConnectionAccess connection(m_connection);
     DataLogFileHandler& log = connection.Log();
     log.LogMessage(LOG_FN, "QLIB_StartLogFilePlaybackMode(%s, %d)", sFileName, bKeepLastTwo);
-    FILE* pFile = OpenReadable(sFileName);
+    std::FILE* pFile = OpenReadable(sFileName);
     if (pFile == nullptr) {
         log.LogMessage(LOG_RET, "QLIB_StartLogFilePlaybackMode() - Could not open file.");
         return false;
@@ -109,10 +109,10 @@ bool LogPlayback::StartLogFilePlaybackMode(const char* sFileName, unsigned char 
     QueueItem packet;
     // No further: when it is the log that is being written, each replayed packet appends a line.
     const long iEnd = SizeOf(pFile);
-    while ((iEnd < 0 || ftell(pFile) < iEnd) && ReadLine(pFile, line))
+    while ((iEnd < 0 || std::ftell(pFile) < iEnd) && ReadLine(pFile, line))
         if (ParseHex(HexTextOf(line), packet) && packet.length > iLeftOut)
             connection.ReplayPacket({packet.data, packet.length - iLeftOut});
-    fclose(pFile);
+    std::fclose(pFile);
     connection.SetPlaybackMode(true);
     return true;
 }

@@ -24,7 +24,7 @@ public:
     }
     void Print(const char* sText) {
         if (m_bToStdout)
-            fputs(sText, stdout);
+            std::fputs(sText, stdout);
     }
     void Both(const char* sText) {
         Print(sText);
@@ -39,7 +39,7 @@ public:
         char sText[200];
         va_list arguments;
         va_start(arguments, sFormat);
-        vsnprintf(sText, sizeof sText, sFormat, arguments);
+        std::vsnprintf(sText, sizeof sText, sFormat, arguments);
         va_end(arguments);
         Both(sText);
     }
@@ -76,7 +76,7 @@ void PrintFtmKind(const PacketView& record, TextSink& sink) {
             return sink.Print("\nLOG_FTM2_LOG_WCDMA_AGC");
         case 0x1005: {
             char sText[40];
-            snprintf(sText, sizeof sText, "\nLOG_FTM2_LOG_GSM_BER: %d", record.U8(kGsmTestOffset));
+            std::snprintf(sText, sizeof sText, "\nLOG_FTM2_LOG_GSM_BER: %d", record.U8(kGsmTestOffset));
             return sink.Print(sText);
         }
         case 0x1006:
@@ -90,7 +90,8 @@ void DescribeLogRecord(const PacketView& record, TextSink& sink) {
     constexpr unsigned kFtmLogCode = 0x117C;
     const unsigned iLogCode = record.U16(6);
     char sText[80];
-    snprintf(sText, sizeof sText, "Log Message 0x%X detected, length %d bytes\n\n", iLogCode, record.U16(2));
+    std::snprintf(sText, sizeof sText, "Log Message 0x%X detected, length %d bytes\n\n", iLogCode,
+                  record.U16(2));
     sink.BothOnNewLine(sText);
     if (iLogCode == kFtmLogCode)
         PrintFtmKind(record, sink);

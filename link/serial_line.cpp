@@ -58,7 +58,7 @@ bool SerialLine::Open(DWORD) {
 }
 
 void SerialLine::Close() {
-    if (m_pLink)
+    if (m_pLink != nullptr)
         m_pLink->Close();
 }
 

@@ -55,7 +55,7 @@ bool CSerialPort::OpenDevice(int iPort, DWORD iBaudRate, unsigned char iParity, 
     m_iPortNumber = iPort;
     m_iErrorCode = 0;
     char sDevice[32];
-    snprintf(sDevice, sizeof sDevice, "\\\\.\\COM%d", iPort);
+    std::snprintf(sDevice, sizeof sDevice, "\\\\.\\COM%d", iPort);
     m_hPort = CreateFileA(sDevice, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     if (m_hPort == INVALID_HANDLE_VALUE)
         return Fail(kErrorOpen);

@@ -100,7 +100,7 @@ void DataLogFileHandler::LogHex(unsigned int iCategory, const unsigned char* pDa
 size_t DataLogFileHandler::BeginText(unsigned int iCategory, const char* sFormat, va_list arguments) {
     const size_t iIndent = IndentOf(iCategory);
     std::memset(m_sText, ' ', iIndent);
-    const int iWanted = vsnprintf(m_sText + iIndent, sizeof m_sText - iIndent, sFormat, arguments);
+    const int iWanted = std::vsnprintf(m_sText + iIndent, sizeof m_sText - iIndent, sFormat, arguments);
     if (iWanted < 0) {
         m_sText[iIndent] = '\0';
         return iIndent;
@@ -126,13 +126,13 @@ void DataLogFileHandler::WriteLine(const char* sText, int iCategory) {
     const std::lock_guard lock(m_lock);
     if (!m_bLoggingEnabled || !OpenFile())
         return;
-    fprintf(m_hLogFile, "%d\t,%s,%s\n", AsInt(Elapsed_ms()), CategoryName(iCategory), sText);
-    fflush(m_hLogFile);
+    std::fprintf(m_hLogFile, "%d\t,%s,%s\n", AsInt(Elapsed_ms()), CategoryName(iCategory), sText);
+    std::fflush(m_hLogFile);
 }
 
 bool DataLogFileHandler::OpenFile() {
     if (m_hLogFile == nullptr && !m_sLogFileName.empty())
-        m_hLogFile = fopen(m_sLogFileName.c_str(), "w");
+        m_hLogFile = std::fopen(m_sLogFileName.c_str(), "w");
     return m_hLogFile != nullptr;
 }
 
@@ -143,7 +143,7 @@ DWORD DataLogFileHandler::Elapsed_ms() const {
 void DataLogFileHandler::EndFile() {
     if (m_hLogFile != nullptr) {
         WriteLine("Stop Log", LOG_IO);
-        fclose(m_hLogFile);
+        std::fclose(m_hLogFile);
         m_hLogFile = nullptr;
     }
     m_iStartTime_ms = TickCount_ms();

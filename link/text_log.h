@@ -68,7 +68,7 @@ private:
     char m_sText[12284];                 // one message, with its indent
     std::string m_sLogFileName;
     std::atomic<unsigned> m_iLogFlags{0};
-    FILE* m_hLogFile = nullptr;
+    std::FILE* m_hLogFile = nullptr;
     bool m_bLoggingEnabled = false;
     DWORD m_iStartTime_ms = 0;
     TextLogCallBack m_pfnTextLogCallBack = nullptr;

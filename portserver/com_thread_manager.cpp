@@ -50,7 +50,7 @@ ServerFault ComThreadManager::TryUse(std::shared_ptr<ComThreadManager>& pManager
     return ServerFault::Of([&] {
         const std::lock_guard lock(g_useLock);
         pManager = g_pManager.lock();
-        if (!pManager)
+        if (pManager == nullptr)
             g_pManager = pManager = std::make_shared<ComThreadManager>();
     });
 }
@@ -142,7 +142,7 @@ void ComThreadManager::Shared::RunWork() {
         const std::lock_guard guard(lock);
         pTaken = std::exchange(pWork, nullptr);
     }
-    if (!pTaken)
+    if (pTaken == nullptr)
         return;
     pTaken->pDispatcher->Run(pTaken->pArgument.get());
     const std::lock_guard guard(lock);

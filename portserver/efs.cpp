@@ -24,7 +24,7 @@ void EFS::ConfigureCallBacks(EfsDirectoryCallBack pfnDirectory, void* pUserData)
 void EFS::OnEntry(const EfsDirItem& item) {
     EfsDirItem entry = item;
     entry.sName[sizeof entry.sName - 1] = '\0';
-    if (m_pfnDirectory)
+    if (m_pfnDirectory != nullptr)
         m_pfnDirectory(entry.sName, static_cast<unsigned char>(entry.isFile), entry.Mask, entry.BufOption,
                        entry.Clean, entry.Date, entry.FileSize, m_pUserData);
 }

@@ -71,7 +71,7 @@ FunctionDispatcherHelper<Client>::FunctionDispatcherHelper(std::string sOperatio
 template <class Client>
 void FunctionDispatcherHelper<Client>::dispatch(void* pArgument) {
     m_client.WatchServer([&] {
-        if (m_pFunction)
+        if (m_pFunction != nullptr)
             (m_client.*m_pFunction)();
         else
             (m_client.*m_pFunctionWithArgument)(pArgument);

@@ -39,7 +39,7 @@ std::shared_ptr<PortServer> MakePortServer() {
         return nullptr;
     CaughtServer made = factory();
     made.pFault->Raise();
-    if (!made.pServer)
+    if (made.pServer == nullptr)
         return nullptr;
     return std::make_shared<ServerRelay<FaultThrower>>(std::move(made.pServer), std::move(made.pFault));
 }

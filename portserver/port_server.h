@@ -202,7 +202,7 @@ QUILLET_API_INLINE void AttachPortServer(PortServerFactory factory) {
         const auto pFault = std::make_shared<ServerFault>();
         std::shared_ptr<PortServer> pServer;
         *pFault = ServerFault::Of([&] { pServer = factory(); });
-        if (pServer)
+        if (pServer != nullptr)
             pServer = std::make_shared<ServerRelay<FaultCatcher>>(std::move(pServer), pFault);
         return CaughtServer{std::move(pServer), pFault};
     });

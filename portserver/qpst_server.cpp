@@ -78,7 +78,7 @@ QpstServer::QpstServer(const char* sClientName, std::shared_ptr<ComThreadManager
 }
 
 QpstServer::~QpstServer() {
-    if (m_pListeners)
+    if (m_pListeners != nullptr)
         m_pListeners->RemoveAll();
 }
 
@@ -151,10 +151,11 @@ ServerFault QpstServer::TryControl(const char* sName, PhoneControl eControl, con
                                    DWORD* piValue, bool& bDone) noexcept {
     return ServerFault::Of([&] {
         RequireServer(sName);
-        const auto pCall = std::make_shared<ControlCall>(ControlCall{eControl, sText ? sText : ""});
+        const auto pCall =
+            std::make_shared<ControlCall>(ControlCall{eControl, sText != nullptr ? sText : ""});
         Execute(sName, &QpstServer::controlImpl, pCall, kCallLimit_ms);
         bDone = pCall->bDone;
-        if (bDone && piValue)
+        if (bDone && piValue != nullptr)
             *piValue = pCall->iValue;
     });
 }
@@ -212,7 +213,7 @@ void QpstServer::getPhoneListImpl(void* pArgument) {
 }
 
 void QpstServer::addEventListener(CQLibEvents_Listener* pListener) {
-    if (pListener)
+    if (pListener != nullptr)
         m_pListeners->Add(pListener);
 }
 

@@ -29,17 +29,17 @@ struct PortCall {
 ServerClient::ServerClient(const char* sClass, const char* sClientName,
                            std::shared_ptr<ComThreadManager> pComThread)
     : m_sClass(sClass),
-      m_sClientName(sClientName ? sClientName : ""),
+      m_sClientName(sClientName != nullptr ? sClientName : ""),
       m_pComThread(std::move(pComThread)),
       m_pSession(std::make_shared<Session>()) {}
 
 ServerClient::~ServerClient() {
-    if (m_pComThread)
+    if (m_pComThread != nullptr)
         m_pComThread->ReleaseOnThread(std::move(m_pSession));
 }
 
 PortServer& ServerClient::Server() const {
-    if (!m_pSession->pServer)
+    if (m_pSession->pServer == nullptr)
         throw ComException("the server was lost");
     return *m_pSession->pServer;
 }
@@ -85,7 +85,7 @@ void ServerClient::initializeImpl(void* pArgument) {
     if (HasServer()) // made for a caller who had stopped waiting
         return;
     std::shared_ptr<PortServer> pServer = MakePortServer();
-    if (!pServer)
+    if (pServer == nullptr)
         throw ServerException(call.sClass + "::initialize - Unable to connect to the QPST server");
     if (!pServer->attach(call.sClientName, call.pEvents))
         throw ServerException(call.sClass + "::initialize - Unable to attach to the QPST server.");

@@ -35,7 +35,7 @@ bool ServerLine::Reported(Body body) noexcept {
 }
 
 bool ServerLine::Open(DWORD iServerTimeOut_ms) {
-    if (!m_pServer || m_bIsOpen)
+    if (m_pServer == nullptr || m_bIsOpen)
         return m_bIsOpen;
     m_bIsOpen = Reported([&] {
         m_pServer->connect(static_cast<unsigned short>(m_iComPort), iServerTimeOut_ms);
@@ -45,13 +45,13 @@ bool ServerLine::Open(DWORD iServerTimeOut_ms) {
 }
 
 void ServerLine::Close() {
-    if (m_pServer && m_owner)
+    if (m_pServer != nullptr && m_owner)
         m_pServer->removeEventListener(&m_owner->listener);
     m_bIsOpen = false;
 }
 
 bool ServerLine::Exchange(const LineRequest& request, LineResponse& response) {
-    if (!m_pServer)
+    if (m_pServer == nullptr)
         return false;
     DataLogFileHandler& log = m_owner->log;
     log.LogHex(LOG_IO, request.bytes.data(), static_cast<int>(request.bytes.size()), "SEND: ");

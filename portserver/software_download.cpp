@@ -26,16 +26,16 @@ bool SoftwareDownload::connect(unsigned short iComPort) {
 }
 
 bool SoftwareDownload::connect(const char* sPortName) {
-    return Connect(sPortName ? sPortName : "");
+    return Connect(sPortName != nullptr ? sPortName : "");
 }
 
 void SoftwareDownload::ConfigureCallBacks(SoftwareDownloadCallBack pfnProgress, void* pUserData) {
     m_pfnProgress = pfnProgress;
-    m_pUserData = pUserData ? pUserData : m_hContext;
+    m_pUserData = pUserData != nullptr ? pUserData : m_hContext;
 }
 
 void SoftwareDownload::addListener(SoftwareDownloadListener* pListener) {
-    if (pListener)
+    if (pListener != nullptr)
         m_listeners.push_back(pListener);
 }
 
@@ -45,19 +45,19 @@ void SoftwareDownload::removeListener(SoftwareDownloadListener* pListener) {
 
 void SoftwareDownload::Error(const std::string& sText) {
     TaskClient::Error(sText);
-    if (m_pLog && HasError())
+    if (m_pLog != nullptr && HasError())
         m_pLog->LogMessage(LOG_ERR, "%s", sText.c_str());
 }
 
 void SoftwareDownload::OnBegin(const char* sName) {
-    if (m_pLog)
+    if (m_pLog != nullptr)
         m_pLog->LogMessage(LOG_FN, "%s", Operation(sName).c_str());
 }
 
 void SoftwareDownload::OnProgress(DWORD iDone, DWORD iInAll) {
     for (SoftwareDownloadListener* const pListener : m_listeners)
         pListener->downloadProgressed(iDone, iInAll);
-    if (m_pfnProgress)
+    if (m_pfnProgress != nullptr)
         m_pfnProgress(m_pUserData);
 }
 

@@ -121,7 +121,7 @@ bool TaskClient::RunTask(ServerTask eTask, const char* sName, std::initializer_l
         RequireServer(sName);
         const auto pCall = std::make_shared<BeginCall>(eTask);
         for (const char* sArgument : arguments) {
-            if (!sArgument)
+            if (sArgument == nullptr)
                 throw ServerException(Operation(sName) + " - an argument is missing");
             pCall->arguments.emplace_back(sArgument);
         }
@@ -195,7 +195,7 @@ std::shared_ptr<TaskRun> TaskClient::Run() {
 
 void TaskClient::abortImpl(void* pArgument) {
     auto* const pRun = static_cast<TaskRun*>(pArgument);
-    if (!pRun || pRun->HasEnded())
+    if (pRun == nullptr || pRun->HasEnded())
         return;
     Server().abort();
     pRun->finished(false); // the server reports nothing more

@@ -23,7 +23,7 @@ template <class Class, class... Parameters, class... Arguments>
 bool ForwardAsGiven(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
     try {
         Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
-        return pPhone && (pPhone->*pMethod)(HandOn<Parameters>(pArguments)...);
+        return pPhone != nullptr && (pPhone->*pMethod)(HandOn<Parameters>(pArguments)...);
     } catch (...) {
         return false;
     }
@@ -32,7 +32,7 @@ bool ForwardAsGiven(void* hContext, bool (Class::*pMethod)(Parameters...), Argum
 // The same for methods that take no null: false with one.
 template <class Method, class... Arguments>
 bool Forward(void* hContext, Method pMethod, Arguments*... pArguments) {
-    return (pArguments && ...) && ForwardAsGiven(hContext, pMethod, pArguments...);
+    return ((pArguments != nullptr) && ...) && ForwardAsGiven(hContext, pMethod, pArguments...);
 }
 
 } // namespace
@@ -60,12 +60,13 @@ bool QLIB_IsPhoneConnected(void* hContext) {
 void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack pfnEfs,
                              SoftwareDownloadCallBack pfnSoftwareDownload,
                              AsyncMessageCallBack pfnAsyncMessage) {
-    if (EFS* const pFiles = pfnEfs ? QLib_ResourceManager::GetEFS(hContext) : nullptr)
+    if (EFS* const pFiles = pfnEfs != nullptr ? QLib_ResourceManager::GetEFS(hContext) : nullptr)
         pFiles->ConfigureCallBacks(pfnEfs, hContext);
     if (SoftwareDownload* const pDownload =
             pfnSoftwareDownload ? QLib_ResourceManager::GetSoftwareDownload(hContext) : nullptr)
         pDownload->ConfigureCallBacks(pfnSoftwareDownload, hContext);
-    if (Diag_FTM* const pPhone = pfnAsyncMessage ? QLib_ResourceManager::GetDiag_FTM(hContext) : nullptr)
+    if (Diag_FTM* const pPhone =
+            pfnAsyncMessage != nullptr ? QLib_ResourceManager::GetDiag_FTM(hContext) : nullptr)
         pPhone->ConfigureAsyncMessageCallBack(hContext, pfnAsyncMessage);
 }
 
@@ -99,7 +100,7 @@ bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File
 
 bool QLIB_EfsWriteOpenedTarget(void* hContext) {
     const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
-    return pPhone && pPhone->EFS2_LastWriteOpenedTarget();
+    return pPhone != nullptr && pPhone->EFS2_LastWriteOpenedTarget();
 }
 
 bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath) {

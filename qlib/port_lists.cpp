@@ -65,7 +65,7 @@ bool QLib_ResourceManager::QueryRegistryPortSettings() {
 }
 
 bool QLib_ResourceManager::GetAllPortList(unsigned short* piCount, unsigned short* piPorts) {
-    if (!piCount)
+    if (piCount == nullptr)
         return false;
     PortList ports(piCount, piPorts);
     if (m_bIsUsingQpst)
@@ -81,7 +81,7 @@ bool QLib_ResourceManager::GetAllPortList(unsigned short* piCount, unsigned shor
 
 bool QLib_ResourceManager::GetAvailablePhonesPortList(unsigned short* piCount, unsigned short* piPorts,
                                                       unsigned short iIgnored, unsigned short* piIgnored) {
-    if (!piCount)
+    if (piCount == nullptr)
         return false;
     PortList phones(piCount, piPorts);
     if (m_bIsUsingQpst)

@@ -29,9 +29,9 @@ QLib_ResourceContext* QLib_ResourceManager::GetServerEntry(void* hContext) {
 
 QpstServer* QLib_ResourceManager::GetQpstServer(void* hContext) {
     QLib_ResourceContext* const pEntry = GetServerEntry(hContext);
-    if (!pEntry)
+    if (pEntry == nullptr)
         return nullptr;
-    if (!pEntry->pQpstServer)
+    if (pEntry->pQpstServer == nullptr)
         pEntry->pQpstServer = OrNull([&] {
             auto pServer = std::make_unique<QpstServer>("QLIB");
             pServer->connect(pEntry->iComPort, kConnectTimeOut_ms);
@@ -42,18 +42,18 @@ QpstServer* QLib_ResourceManager::GetQpstServer(void* hContext) {
 
 EFS* QLib_ResourceManager::GetEFS(void* hContext) {
     QLib_ResourceContext* const pEntry = GetServerEntry(hContext);
-    if (!pEntry)
+    if (pEntry == nullptr)
         return nullptr;
-    if (!pEntry->pEFS)
+    if (pEntry->pEFS == nullptr)
         pEntry->pEFS = OrNull([&] { return Connected(std::make_unique<EFS>("QLIB-EFS"), pEntry->iComPort); });
     return pEntry->pEFS;
 }
 
 SoftwareDownload* QLib_ResourceManager::GetSoftwareDownload(void* hContext) {
     QLib_ResourceContext* const pEntry = GetServerEntry(hContext);
-    if (!pEntry)
+    if (pEntry == nullptr)
         return nullptr;
-    if (!pEntry->pSoftwareDownload)
+    if (pEntry->pSoftwareDownload == nullptr)
         pEntry->pSoftwareDownload = OrNull([&] {
             auto pDownload = std::make_unique<SoftwareDownload>(hContext, "QLIB-SW Download");
             if (Diag_FTM* const pPhone = GetDiag_FTM(hContext))
@@ -65,7 +65,7 @@ SoftwareDownload* QLib_ResourceManager::GetSoftwareDownload(void* hContext) {
 
 QpstServer* QLib_ResourceManager::GetQpstInfoServer() {
     DestroyAllAtExit();
-    if (!m_pInfoServer)
+    if (m_pInfoServer == nullptr)
         m_pInfoServer = OrNull([] { return std::make_unique<QpstServer>("QLIB-PortInfo"); });
     return m_pInfoServer;
 }
@@ -73,7 +73,7 @@ QpstServer* QLib_ResourceManager::GetQpstInfoServer() {
 std::vector<std::string> QLib_ResourceManager::ServerPortNames(bool bOnlyWithPhone) {
     try {
         QpstServer* const pServer = GetQpstInfoServer();
-        if (!pServer)
+        if (pServer == nullptr)
             return {};
         if (!bOnlyWithPhone)
             return pServer->getPortList();

@@ -42,7 +42,7 @@ private:
 };
 
 uintptr_t TickThread::Start(std::chrono::milliseconds period, IdleTickProc pfnTick) {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     if (m_bEnded)
         return 0;
     m_ticks.push_back({m_iLastId + 1, pfnTick, period, Clock::now() + period});
@@ -63,7 +63,7 @@ uintptr_t TickThread::Start(std::chrono::milliseconds period, IdleTickProc pfnTi
 }
 
 void TickThread::Stop(uintptr_t iTickId) {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     std::erase_if(m_ticks, [&](const Tick& tick) { return tick.iTickId == iTickId; });
     m_changed.notify_one();
 }

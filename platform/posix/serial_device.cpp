@@ -122,16 +122,16 @@ SerialDevice::Wake SerialDevice::WaitFor(short iEvents, int iTimeout_ms) {
 }
 
 SerialDevice::Settings SerialDevice::GetSettings() {
-    std::lock_guard lock(m_settingsLock);
+    const std::lock_guard lock(m_settingsLock);
     return m_settings;
 }
 
 void SerialDevice::SetState(const DCB& state) {
-    std::lock_guard lock(m_settingsLock);
+    const std::lock_guard lock(m_settingsLock);
     m_settings.state = state;
 }
 
 void SerialDevice::SetTimeouts(const COMMTIMEOUTS& timeouts) {
-    std::lock_guard lock(m_settingsLock);
+    const std::lock_guard lock(m_settingsLock);
     m_settings.timeouts = timeouts;
 }

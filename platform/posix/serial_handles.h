@@ -17,7 +17,7 @@ std::shared_ptr<SerialDevice> FindSerialDevice(HANDLE hPort);
 template <class Operation>
 BOOL WithPort(HANDLE hPort, Operation operation) {
     const std::shared_ptr<SerialDevice> pDevice = FindSerialDevice(hPort);
-    const DWORD iError = pDevice ? operation(*pDevice) : kErrorInvalidHandle;
+    const DWORD iError = pDevice != nullptr ? operation(*pDevice) : kErrorInvalidHandle;
     SetLastError(iError);
     return iError == 0;
 }

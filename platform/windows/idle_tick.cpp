@@ -18,7 +18,7 @@ public:
                         FALSE, 0);
     }
     ~Timer() {
-        if (m_hThread)
+        if (m_hThread != nullptr)
             CloseHandle(m_hThread);
     }
     Timer(const Timer&) = delete;
@@ -51,12 +51,12 @@ void End(UINT_PTR iTimerId) {
 
 // What is to be called; null for a tick that was stopped, which is ended now.
 IdleTickProc ProcOf(UINT_PTR iTimerId) {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     const auto found = Timers().find(iTimerId);
     if (found == Timers().end())
         return nullptr;
     const IdleTickProc pfnTick = found->second.pfnTick;
-    if (!pfnTick)
+    if (pfnTick == nullptr)
         End(iTimerId);
     return pfnTick;
 }
@@ -70,7 +70,7 @@ void CALLBACK OnTimer(HWND, UINT, UINT_PTR iTimerId, DWORD) {
 } // namespace
 
 uintptr_t StartIdleTick(DWORD iPeriod_ms, IdleTickProc pfnTick) {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     std::erase_if(Timers(), [](const auto& timer) { return timer.second.HasEnded(); });
     const UINT_PTR iTimerId = SetTimer(nullptr, 0, iPeriod_ms, OnTimer);
     if (iTimerId == 0)
@@ -86,7 +86,7 @@ uintptr_t StartIdleTick(DWORD iPeriod_ms, IdleTickProc pfnTick) {
 }
 
 void StopIdleTick(uintptr_t iTickId) {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     const auto found = Timers().find(iTickId);
     if (found == Timers().end())
         return;

@@ -16,7 +16,7 @@ unsigned g_iKept = 0;            // references that nobody needs any more; under
 unsigned g_iCallsFromSystem = 0; // that are running; under g_lock
 
 void TakeReference() {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     if (g_iKept > 0) {
         --g_iKept;
         return;
@@ -28,7 +28,7 @@ void TakeReference() {
 
 // How many references the caller is to give back now.
 unsigned TakeKept() {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     return g_iCallsFromSystem == 0 ? std::exchange(g_iKept, 0) : 0;
 }
 
@@ -57,12 +57,12 @@ std::wstring ThisModuleFile() {
 }
 
 CallFromSystem::CallFromSystem() {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     ++g_iCallsFromSystem;
 }
 
 CallFromSystem::~CallFromSystem() {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     --g_iCallsFromSystem;
 }
 
@@ -74,7 +74,7 @@ ModulePin::~ModulePin() {
     if (m_bForGood)
         return;
     {
-        std::lock_guard lock(g_lock);
+        const std::lock_guard lock(g_lock);
         ++g_iKept;
     }
     ReleaseUnneededPins();

@@ -31,7 +31,7 @@ std::string VersionText() {
 
 void DrawVersion(HBITMAP hBitmap, const std::string& sVersion) {
     const HDC hMemory = CreateCompatibleDC(nullptr);
-    if (!hMemory)
+    if (hMemory == nullptr)
         return;
     const HGDIOBJ hBefore = SelectObject(hMemory, hBitmap);
     SetTextAlign(hMemory, TA_RIGHT);
@@ -44,7 +44,7 @@ void DrawVersion(HBITMAP hBitmap, const std::string& sVersion) {
 std::unique_ptr<SplashWindow> MakeSplash() {
     auto pSplash = std::make_unique<SplashWindow>();
     const HBITMAP hBitmap = LoadBitmapA(ThisModule(), MAKEINTRESOURCEA(kBannerResource));
-    if (hBitmap)
+    if (hBitmap != nullptr)
         DrawVersion(hBitmap, VersionText());
     pSplash->SetBitmap(hBitmap);
     pSplash->SetTransparentColor(kWhite);

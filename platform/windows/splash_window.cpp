@@ -26,14 +26,14 @@ SplashWindow::~SplashWindow() {
 }
 
 void SplashWindow::DeleteBitmap() {
-    if (Bitmap)
+    if (Bitmap != nullptr)
         DeleteObject(std::exchange(Bitmap, nullptr));
     Width = Height = 0;
 }
 
 BOOL SplashWindow::SetBitmap(HBITMAP hBitmap) {
     DeleteBitmap();
-    if (!hBitmap)
+    if (hBitmap == nullptr)
         return TRUE;
     Bitmap = hBitmap;
     BITMAP facts = {};
@@ -116,12 +116,12 @@ LRESULT CALLBACK SplashWindow::WindowProc(HWND hWindow, UINT iMessage, WPARAM wP
         pServed = static_cast<SplashWindow*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
         pServed->Window = hWindow;
     }
-    const bool bServed = pServed && pServed->Window == hWindow;
+    const bool bServed = pServed != nullptr && pServed->Window == hWindow;
     if (iMessage == WM_PAINT && bServed) {
         pServed->Paint();
         return 0;
     }
-    if (iMessage == WM_DESTROY && (bServed || (pServed && !pServed->Window)))
+    if (iMessage == WM_DESTROY && (bServed || (pServed != nullptr && pServed->Window == nullptr)))
         pServed = nullptr;
     return DefWindowProcA(hWindow, iMessage, wParam, lParam);
 }

@@ -37,14 +37,14 @@ class OwnFrames {
 public:
     OwnFrames() {
         void* aBases[3] = {};
-        if (!_Unwind_Find_FDE(reinterpret_cast<const void*>(&FrameSection), aBases))
+        if (_Unwind_Find_FDE(reinterpret_cast<const void*>(&FrameSection), aBases) == nullptr)
             m_pFrames = FrameSection();
-        if (m_pFrames)
+        if (m_pFrames != nullptr)
             __register_frame(m_pFrames);
     }
     ~OwnFrames() {
         // At the end of the process the unwinder's lock may be held by a thread that is no more.
-        if (m_pFrames && !ProcessIsEnding())
+        if (m_pFrames != nullptr && !ProcessIsEnding())
             __deregister_frame(m_pFrames);
     }
     OwnFrames(const OwnFrames&) = delete;

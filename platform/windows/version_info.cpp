@@ -46,7 +46,7 @@ bool CVFXVersionInfo::Read(VersionRecord& record, std::wstring sModuleFile) cons
     void* pBlock = nullptr;
     UINT iBlockSize = 0;
     if (!GetFileVersionInfoW(sModuleFile.c_str(), 0, iSize, info.data()) ||
-        !VerQueryValueW(info.data(), L"\\", &pBlock, &iBlockSize) || !pBlock ||
+        !VerQueryValueW(info.data(), L"\\", &pBlock, &iBlockSize) || pBlock == nullptr ||
         iBlockSize < sizeof(VS_FIXEDFILEINFO))
         return false;
     const auto& fixed = *static_cast<const VS_FIXEDFILEINFO*>(pBlock);
