@@ -5,7 +5,7 @@
 //     if (phone.IsPhoneConnected())
 //         phone.EFS2_DIAG_ENUM_DIR("");      // entries arrive through ConfigureEfsCallbacks
 //
-// Conventions (errors, ownership, threads, units, text encoding) stand in docs/ARCHITECTURE.md.
+// Conventions (errors, ownership, threads, units, text encoding) are in CONTRIBUTING.md.
 #pragma once
 
 #include "link/event_names.h"

@@ -41,7 +41,7 @@ Phone::Phone(const Job& job) {
         RequirePort(wanted);
     m_context.reset(QLib_ResourceManager::CreateContext(wanted));
     m_phone = QLib_ResourceManager::GetDiag_FTM(m_context.get());
-    if (!m_phone)
+    if (m_phone == nullptr)
         throw Failure("no handset answers on any serial port; is one attached and switched on?",
                       Status::NoHandset);
     QLib_ResourceManager::GetComPortNumber(m_context.get(), &m_port);
