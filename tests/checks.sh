@@ -59,6 +59,10 @@ for folder in $product; do
     done
 done
 
+if command -v git >/dev/null 2>&1; then
+    git apply --check docs/ADDING_A_COMMAND.md || breach "the diffs in docs/ADDING_A_COMMAND.md no longer fit the tree"
+fi
+
 echo '#include "quillet.h"' | ${CXX:-g++} -std=c++20 -I . -fsyntax-only -x c++ - ||
     breach "quillet.h does not compile alone"
 
