@@ -83,8 +83,8 @@ using Caller = void (*)(Diag_FTM& diag, Input& input);
 template <Kind kind, auto... aMethods>
 constexpr std::array kCalls = {&Call<kind, aMethods>...};
 
-// Inputs refer to methods by position (see Chosen). Add methods at the end of their group; the corpus goes on
-// meaning the same methods.
+// Inputs refer to methods by position. Add methods at the end of their group, and groups at the end: then the
+// corpus goes on meaning the same methods (see Chosen).
 
 constexpr auto& kGeneral =
     kCalls<kPlain, &D::SendFtmCmd, &D::SendFtmCmd59, &D::SendEVDO, &D::SendCDMA2000, &D::SetCommandType,
@@ -277,12 +277,14 @@ constexpr Group kGroups[] = {
     {kGeneral, 38}, {kFactory, 52},  {kSessions, 26},        {kArrays, 18},          {kWaits, 7},
     {kFixed, 19},   {kSequences, 7}, {kGeneralReceipts, 21}, {kFactoryReceipts, 86}, {kTestRequests, 38}};
 
-/// The call that a byte of the input refers to. Bytes go round the settled calls, except those from 255 down,
-/// one of which belongs to each call that was added since: 255 to the first, 254 to the second.
-Caller Chosen(const Group& group, unsigned iByte) {
-    const size_t iAdded = 255 - iByte;
-    const size_t iCall = group.iSettled + iAdded;
-    return group.calls[iCall < group.calls.size() ? iCall : iByte % group.iSettled];
+constexpr size_t kSettledGroups = 10;
+
+/// The item that a byte of the input refers to. Bytes go round the settled items, except those from 255 down,
+/// one of which belongs to each item that was added since: 255 to the first, 254 to the second.
+template <class Item>
+const Item& Chosen(std::span<const Item> items, size_t iSettled, uint8_t iByte) {
+    const size_t iAdded = iSettled + 255 - iByte;
+    return items[iAdded < items.size() ? iAdded : iByte % iSettled];
 }
 
 void Configure(Diag_FTM& diag, unsigned iFlags) {
@@ -307,8 +309,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t iSize) {
     Diag_FTM diag(1);
     Configure(diag, input.Byte());
     for (int i = 0; i < 8 && !input.IsEmpty(); ++i) {
-        const Group& group = kGroups[input.Byte() % std::size(kGroups)];
-        Chosen(group, input.Byte())(diag, input);
+        const Group& group = Chosen<Group>(kGroups, kSettledGroups, input.Byte());
+        Chosen(group.calls, group.iSettled, input.Byte())(diag, input);
     }
     return 0;
 }
