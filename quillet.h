@@ -8,7 +8,10 @@
 // Conventions (errors, ownership, threads, units, text encoding) stand in docs/ARCHITECTURE.md.
 #pragma once
 
+#include "link/event_listener.h"
 #include "link/event_names.h"
+#include "link/message_queue.h"
+#include "link/text_log.h"
 #include "portserver/efs.h"
 #include "portserver/qpst_server.h"
 #include "portserver/software_download.h"

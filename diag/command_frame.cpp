@@ -24,9 +24,6 @@ unsigned short LengthOf(std::span<const RequestLength> lengths, unsigned short i
     return found == lengths.end() ? 0 : found->iLength;
 }
 
-constexpr unsigned char kMediaFloSubsystem = 43;
-constexpr unsigned char kGsdiSubsystem = 33;
-constexpr unsigned char kDelayedSubsystemCommand = 0x80;
 constexpr size_t kGsdiDataSize = 16;
 
 } // namespace
@@ -161,7 +158,10 @@ RequestBuilder& CommandFrame::FormatRF_CommonHeader(unsigned short iA, unsigned 
 }
 
 RequestBuilder& CommandFrame::FormatMF_DiagHeader(unsigned char iCommandId) {
-    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U8(kMediaFloSubsystem).U8(iCommandId);
+    return BeginRequest()
+        .U8(static_cast<unsigned>(m_eCommandType))
+        .U8(DIAG_SUBSYSTEM_MEDIA_FLO)
+        .U8(iCommandId);
 }
 
 RequestBuilder& CommandFrame::FormatGSDI_DiagHeader(DWORD iA, DWORD iB, unsigned char iC, unsigned char iD,
@@ -169,8 +169,8 @@ RequestBuilder& CommandFrame::FormatGSDI_DiagHeader(DWORD iA, DWORD iB, unsigned
     constexpr unsigned char aZeros[kGsdiDataSize] = {};
     const unsigned char* pSent = iD != 0 && pData != nullptr ? pData : aZeros;
     return BeginRequest()
-        .U8(kDelayedSubsystemCommand)
-        .U8(kGsdiSubsystem)
+        .U8(DIAG_SUBSYSTEM_DELAYED)
+        .U8(DIAG_SUBSYSTEM_SIM)
         .U16(72)
         .U32(iA)
         .U32(iB)

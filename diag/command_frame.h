@@ -1,6 +1,7 @@
 // The frame of every diagnostic command: the buffer pair, the exchange, and the factory-test headers.
 #pragma once
 
+#include "diag/command_codes.h"
 #include "diag/ftm_types.h"
 #include "diag/packet_buffer.h"
 #include "link/connection_access.h"
@@ -102,7 +103,7 @@ private:
     DiagConnection& m_connection;
     const ConnectionAccess m_access;
     PacketBuffer m_buffer;
-    unsigned char m_iFtmSubsystem = 11;
+    unsigned char m_iFtmSubsystem = DIAG_SUBSYSTEM_FTM;
     FTM_Mode_Id_Enum m_eSystemMode = FTM_MODE_ID_CDMA_1X;
     FTM_Command_Type m_eCommandType = FTM_COMMAND_75;
 };

@@ -9,6 +9,7 @@
 #include "diag/received_packet.h"
 #include "link/extended_message.h"
 #include "link/extended_message_text.h"
+#include "link/log_codes.h"
 #include "link/packet_codes.h"
 
 namespace {
@@ -32,7 +33,7 @@ bool IsLogRecord(const QueueItem& item, unsigned short iLogCode) {
     const ResponseReader record(WithoutFcs(item), iPosition);
     unsigned char iCommand = 0;
     unsigned short iFound = 0;
-    return record.U8At(0, iCommand) && iCommand == kLogRecord && record.U16At(6, iFound) &&
+    return record.U8At(0, iCommand) && iCommand == kLogRecord && record.U16At(kRecordLogCodeOffset, iFound) &&
            iFound == iLogCode;
 }
 

@@ -14,7 +14,7 @@ bool Efs2Exchange::Exchange() {
         return false;
     auto iLength = static_cast<unsigned short>(m_response.size());
     if (!m_frame.Connection().SendSync(m_iRequestLength, m_request.data(), &iLength, m_response.data(),
-                                       kSubsystemDispatch, kTimeOut_ms, 0))
+                                       DIAG_SUBSYSTEM, kTimeOut_ms, 0))
         return false;
     m_iResponseLength = iLength;
     m_iReadPosition = 0;
@@ -29,7 +29,7 @@ bool Efs2Exchange::ExchangeUntilGranted(int iAttempts, size_t iErrnumOffset) {
 }
 
 RequestBuilder& BeginEfs2Request(CommandFrame& frame, EFS2_Cmd_Enum eCommand) {
-    return frame.BeginRequest().U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand).EndHeader();
+    return frame.BeginRequest().U8(DIAG_SUBSYSTEM).U8(DIAG_SUBSYSTEM_EFS2).U16(eCommand).EndHeader();
 }
 
 bool SendWholeRequest(CommandFrame& frame) {

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "diag/command.h"
+#include "diag/command_codes.h"
 #include "efs2/commands.h"
 
 /// How often a request is sent that opens, closes, lists or writes, until the phone grants it.
@@ -22,7 +23,7 @@ public:
     Efs2Exchange(CommandFrame& frame, EFS2_Cmd_Enum eCommand, std::span<unsigned char> request,
                  std::span<unsigned char> response)
         : m_frame(frame), m_request(request), m_response(response), m_builder(request, m_iRequestLength) {
-        m_builder.U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand).EndHeader();
+        m_builder.U8(DIAG_SUBSYSTEM).U8(DIAG_SUBSYSTEM_EFS2).U16(eCommand).EndHeader();
     }
     Efs2Exchange(const Efs2Exchange&) = delete;
     Efs2Exchange& operator=(const Efs2Exchange&) = delete;

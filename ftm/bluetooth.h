@@ -9,9 +9,6 @@
 class CommandFrame;
 class FtmLog;
 
-/// The FTM log type in whose records the chip's events arrive, one event to a record.
-constexpr unsigned short kBluetoothLogType = 0x1007;
-
 #pragma pack(push, 1)
 /// Bluetooth_LocalVersion_struct: the event that answers Read Local Version Information, byte for byte as it
 /// came, little-endian.

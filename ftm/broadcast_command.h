@@ -10,8 +10,7 @@ constexpr size_t kBroadcastHeader = 4;
 
 /// BeginBroadcast begins a request; the id stands in the method that is named after the command.
 inline RequestBuilder& BeginBroadcast(CommandFrame& frame, unsigned char iCommandId) {
-    constexpr unsigned char kBroadcastSubsystem = 43;
-    return frame.FormatSubsystemDiagHeader(kBroadcastSubsystem, iCommandId);
+    return frame.FormatSubsystemDiagHeader(DIAG_SUBSYSTEM_MEDIA_FLO, iCommandId);
 }
 
 /// TakeBroadcast is TakeLogged for values that have to lie behind the header: all are written or none.

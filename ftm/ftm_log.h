@@ -8,10 +8,8 @@
 class CommandFrame;
 class LogMasks;
 
-/// The log code of the records in which running tests report.
-constexpr unsigned short kFtmLogCode = 0x117C;
-
-/// FTM2LogMessage is such a record from its log type on, little-endian.
+/// FTM2LogMessage is a record of log code 0x117C, in which running tests report, from its log type on,
+/// little-endian.
 struct FTM2LogMessage {
     /// How much of iSize is no record: the packet's two FCS bytes, and two bytes of zero.
     static constexpr unsigned short kTail = 4;

@@ -1,12 +1,12 @@
 #include "ftm/gsm_test_session.h"
 
 #include "ftm/test_steps.h"
+#include "link/log_codes.h"
 #include "link/radio_test_records.h"
 #include "link/radio_test_status.h"
 
 namespace {
 
-constexpr unsigned short kGsmLogType = 0x1005;
 constexpr unsigned char kLogEquipment = 1;
 constexpr unsigned short kLogItems = 744;
 constexpr size_t kSlowAssociatedChannel = 4;

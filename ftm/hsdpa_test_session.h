@@ -54,10 +54,11 @@ public:
     bool FTM_HSDPA_BER_ClearStatus();
     bool FTM_HSDPA_BER_GetStatus(HSDPA_BER_State* pState);
 
-private:
+protected:
     /// WaitForHSDPA_BER_Update waits for an indication since the last clear. False at once for other ids.
     bool WaitForHSDPA_BER_Update(log_FTM2_HSDPA_BER_log_id_enum eId);
 
+private:
     enum class HsdpaStart { Done, Again, Failed };
 
     HsdpaStart TryHsdpaStart();

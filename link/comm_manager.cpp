@@ -37,7 +37,9 @@ bool CQLibCommManager::Open(int iPort) {
     try {
         m_thread = std::thread(&CQLibCommManager::ReceiveLoop, this);
     } catch (const std::system_error&) {
+        m_log.LogMessage(LOG_ERR, "Error. No thread to receive.");
         m_port.Close();
+        m_fineTimer.reset();
         return false;
     }
     m_bThreadRunning = true;

@@ -7,6 +7,7 @@
 #include "link/connection_access.h"
 #include "link/crc16.h"
 #include "link/extended_message_text.h"
+#include "link/log_codes.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
 
@@ -64,22 +65,21 @@ private:
 
 /// Which kind of factory-test record it is: standard output only.
 void PrintFtmKind(const PacketView& record, TextSink& sink) {
-    constexpr size_t kKindOffset = 16;
     constexpr size_t kGsmTestOffset = 18;
     sink.Print("\nFTM Log Code 2 found");
-    switch (record.U16(kKindOffset)) {
-        case 0:
+    switch (record.U16(kFtmLogTypeOffset)) {
+        case kPrintfLogType:
             return sink.Print("\nLOG_FTM2_LOG_PRINTF");
-        case 1:
+        case kOldBluetoothLogType:
             return sink.Print("\nLOG_FTM2_LOG_BT");
-        case 0x1004:
+        case kAgcLogType:
             return sink.Print("\nLOG_FTM2_LOG_WCDMA_AGC");
-        case 0x1005: {
+        case kGsmLogType: {
             char sText[40];
             snprintf(sText, sizeof sText, "\nLOG_FTM2_LOG_GSM_BER: %d", record.U8(kGsmTestOffset));
             return sink.Print(sText);
         }
-        case 0x1006:
+        case kWcdmaLogType:
             return sink.Print("\nLOG_FTM2_LOG_WCDMA_BER");
         default:
             return sink.Print("\n Type not known");
@@ -87,10 +87,10 @@ void PrintFtmKind(const PacketView& record, TextSink& sink) {
 }
 
 void DescribeLogRecord(const PacketView& record, TextSink& sink) {
-    constexpr unsigned kFtmLogCode = 0x117C;
-    const unsigned iLogCode = record.U16(6);
+    const unsigned iLogCode = record.U16(kRecordLogCodeOffset);
     char sText[80];
-    snprintf(sText, sizeof sText, "Log Message 0x%X detected, length %d bytes\n\n", iLogCode, record.U16(2));
+    snprintf(sText, sizeof sText, "Log Message 0x%X detected, length %d bytes\n\n", iLogCode,
+             record.U16(kRecordLengthOffset));
     sink.BothOnNewLine(sText);
     if (iLogCode == kFtmLogCode)
         PrintFtmKind(record, sink);

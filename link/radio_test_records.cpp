@@ -3,18 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "link/log_codes.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
 #include "link/radio_test_status.h"
 #include "link/text_log.h"
 
 namespace {
-
-constexpr unsigned short kFtmLogCode = 0x117C;
-constexpr unsigned short kGsmLogType = 0x1005;
-constexpr unsigned short kWcdmaLogType = 0x1006;
-constexpr size_t kLogCodeOffset = 6;
-constexpr size_t kTestRecordOffset = 16;
 
 constexpr size_t kIdOffset = 2;
 constexpr size_t kFirstValue = 3;
@@ -159,10 +154,10 @@ const char* NameOf(const Kind<State>* pKind) {
 
 std::span<const unsigned char> FindTestRecord(std::span<const unsigned char> packet) {
     const PacketView view(packet);
-    if (view.U8(0) != kLogRecord || view.U16(kLogCodeOffset) != kFtmLogCode ||
-        packet.size() < kTestRecordOffset)
+    if (view.U8(0) != kLogRecord || view.U16(kRecordLogCodeOffset) != kFtmLogCode ||
+        packet.size() < kFtmLogTypeOffset)
         return {};
-    const auto record = packet.subspan(kTestRecordOffset);
+    const auto record = packet.subspan(kFtmLogTypeOffset);
     bool bWhole = true;
     const bool bKnown = WithKind(PacketView(record), [&](const auto& kind, int, auto) {
         bWhole = std::ranges::all_of(

@@ -6,7 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "link/clock.h"
 #include "platform/com_apartment.h"
+#include "platform/module_pin.h"
 #include "platform/wait_event.h"
 #include "portserver/function_dispatcher.h"
 
@@ -55,7 +57,8 @@ ServerFault ComThreadManager::TryUse(std::shared_ptr<ComThreadManager>& pManager
     });
 }
 
-ComThreadManager::ComThreadManager() : m_pShared(std::make_shared<Shared>()) {
+ComThreadManager::ComThreadManager()
+    : m_pPin(std::make_unique<ModulePin>()), m_pShared(std::make_shared<Shared>()) {
     if (!m_pShared->mutex.IsValid())
         throw ComThreadManagerException("ComThreadManager::ComThreadManager - Unable to creat a mutex");
     for (const WaitEvent* pEvent :
@@ -71,7 +74,7 @@ ComThreadManager::~ComThreadManager() {
     if (m_pShared->signal.Wait(kEndLimit_ms)) {
         m_worker.join();
     } else {
-        m_pin.KeepForGood();
+        m_pPin->KeepForGood();
         m_worker.detach();
     }
 }

@@ -1,19 +1,19 @@
 // The one thread of the process on which a port server is used.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
 
-#include "link/clock.h"
 #include "platform/export.h"
-#include "platform/module_pin.h"
 #include "platform/types.h"
 #include "portserver/server_fault.h"
 
 class FunctionDispatcher;
+class ModulePin;
 
 /// ComThreadManager carries calls to its worker thread, one at a time for the whole process. The objects of a
 /// port server belong to the thread that made them, so that thread makes, calls and destroys them all.
@@ -42,7 +42,7 @@ public:
     static constexpr DWORD kEndLimit_ms = 2000;
 
     /// When a call that is being made showed the last sign of life. Called on the caller's thread.
-    using LastSign = std::function<Clock::time_point()>;
+    using LastSign = std::function<std::chrono::steady_clock::time_point()>;
 
     /// Use gives the manager of the process, which lives as long as somebody holds it. Throws
     /// ComThreadManagerException, or std::system_error when there is no thread to be had.
@@ -87,7 +87,7 @@ private:
                  const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms, const LastSign& lastSign);
     static void WorkerThread(const std::shared_ptr<Shared>& pShared);
 
-    ModulePin m_pin;
+    const std::unique_ptr<ModulePin> m_pPin;
     const std::shared_ptr<Shared> m_pShared; // the worker holds it too
     std::thread m_worker;
 };

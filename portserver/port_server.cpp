@@ -3,6 +3,8 @@
 #include <mutex>
 #include <utility>
 
+#include "portserver/make_port_server.h"
+
 namespace {
 
 std::mutex g_lock;

@@ -207,7 +207,3 @@ QUILLET_API_INLINE void AttachPortServer(PortServerFactory factory) {
         return CaughtServer{std::move(pServer), pFault};
     });
 }
-
-/// MakePortServer makes a view by means of the attached factory; null without one. Runs on the thread that
-/// is set up for automation.
-std::shared_ptr<PortServer> MakePortServer();

@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "platform/wait_event.h"
+#include "portserver/make_port_server.h"
+
 /// What a client and the calls that it makes know of the server.
 struct ServerClient::Session {
     std::shared_ptr<PortServer> pServer; // the automation thread's alone; null: not started, or lost
@@ -25,6 +28,10 @@ struct PortCall {
 };
 
 } // namespace
+
+DWORD ServerClient::WithGrace(DWORD iTimeOut_ms) {
+    return iTimeOut_ms < kWaitForever - kGrace_ms ? iTimeOut_ms + kGrace_ms : kWaitForever;
+}
 
 ServerClient::ServerClient(const char* sClass, const char* sClientName,
                            std::shared_ptr<ComThreadManager> pComThread)

@@ -9,7 +9,6 @@
 
 #include "platform/export.h"
 #include "platform/types.h"
-#include "platform/wait_event.h"
 #include "portserver/com_thread_manager.h"
 #include "portserver/function_dispatcher.h"
 #include "portserver/port_server.h"
@@ -44,9 +43,7 @@ protected:
     /// that the server can keep it.
     static constexpr DWORD kCallLimit_ms = 10000;
     static constexpr DWORD kGrace_ms = 2000;
-    static constexpr DWORD WithGrace(DWORD iTimeOut_ms) {
-        return iTimeOut_ms < kWaitForever - kGrace_ms ? iTimeOut_ms + kGrace_ms : kWaitForever;
-    }
+    static DWORD WithGrace(DWORD iTimeOut_ms);
 
     ServerClient(const ServerClient& other) : m_pSession(other.m_pSession) {}
 

@@ -5,6 +5,7 @@
 
 #include "ftm_rows.h"
 #include "handset/state.h"
+#include "link/log_codes.h"
 
 namespace {
 

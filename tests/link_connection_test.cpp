@@ -1,5 +1,8 @@
 // The connection against a handset on a pseudo-terminal: requests, replies, controls and failures.
+#include <pthread.h>
+
 #include <atomic>
+#include <optional>
 #include <thread>
 
 #include "diag/command_frame.h"
@@ -51,6 +54,35 @@ protected:
     handset::Handset& phone = plugged.phone;
     Connection connection;
 };
+
+/// While it lives, no thread can be started: its stack would be larger than the address space.
+class NoMoreThreads {
+public:
+    NoMoreThreads() {
+        pthread_getattr_default_np(&m_former);
+        pthread_attr_t huge;
+        pthread_attr_init(&huge);
+        pthread_attr_setstacksize(&huge, size_t{1} << 50);
+        EXPECT_EQ(pthread_setattr_default_np(&huge), 0);
+        pthread_attr_destroy(&huge);
+    }
+    ~NoMoreThreads() { pthread_setattr_default_np(&m_former); }
+
+private:
+    pthread_attr_t m_former;
+};
+
+TEST_F(ConnectionTest, APortIsNotOpenWithoutItsThreads) {
+    std::optional<NoMoreThreads> none(std::in_place);
+    Connection other;
+    EXPECT_FALSE(other.OpenPort());      // nobody would deliver
+    EXPECT_FALSE(connection.OpenPort()); // nobody would receive
+    none.reset();
+    ASSERT_TRUE(connection.OpenPort());
+    EXPECT_TRUE(Sync(kPing).bAnswered);
+    connection.ClosePort();
+    EXPECT_TRUE(other.OpenPort());
+}
 
 TEST_F(ConnectionTest, AResponseIsCutToTheCapacityAndItsFcsNotCounted) {
     const std::tuple<unsigned short, unsigned short, size_t> cases[] = {

@@ -4,7 +4,9 @@
 #include <memory>
 
 #include "eventually.h"
+#include "link/connection_access.h"
 #include "link/crc16.h"
+#include "link/event_dispatcher.h"
 #include "link/event_names.h"
 #include "link/extended_message.h"
 #include "link/extended_message_text.h"
@@ -184,15 +186,15 @@ TEST(ExtendedMessages, AFalseCountFindsZerosBehindADeliveredPacket) {
 /// A connection whose listener and families are given packets directly.
 class MessagesTest : public PhoneTest {
 protected:
-    MessagesTest() { m_connection.SetPhoneLogging(true); }
+    MessagesTest() { m_access.SetPhoneLogging(true); }
 
     /// Gives the connection a packet as it would be received.
     void Receive(Bytes packet) {
         packet = WithFcs(packet);
-        m_connection.ReplayPacket(packet);
+        m_access.ReplayPacket(packet);
     }
 
-    DiagConnection& m_connection = m_diag;
+    const ConnectionAccess m_access{m_diag};
 };
 
 TEST_F(MessagesTest, DebugMessagesAndEventsAreLoggedAsText) {
@@ -212,7 +214,7 @@ TEST_F(MessagesTest, DebugMessagesAndEventsAreLoggedAsText) {
         Receive(packet);
         EXPECT_EQ(m_log.Of(LOG_ASYNC), lines) << handset::ToHex(packet);
     }
-    m_connection.SetPhoneLogging(false); // dropped from the queue, but still told
+    m_access.SetPhoneLogging(false); // dropped from the queue, but still told
     m_log.Clear();
     m_phone.phone.Send(cases[0].first);
     EXPECT_TRUE(Eventually([&] { return m_log.Of(LOG_ASYNC) == cases[0].second; }));
@@ -301,8 +303,8 @@ TEST_F(MessagesTest, DumpingEmptiesThePhoneLogQueue) {
     EXPECT_EQ(lines[1], "\nEvent Detected.");
     EXPECT_EQ(sStdout, lines[0] + "\nEvent detected" + lines[2] +
                            "\nLog Message 0x1001 detected, length 12 bytes\n\n");
-    EXPECT_TRUE(m_connection.PhoneLogQueue().IsEmpty());
-    EXPECT_FALSE(m_connection.CommandResponseQueue().IsEmpty());
+    EXPECT_TRUE(m_access.PhoneLogQueue().IsEmpty());
+    EXPECT_FALSE(m_access.CommandResponseQueue().IsEmpty());
     EXPECT_FALSE(m_diag.DumpAsyncMessageToTextLog(LOG_RET, true, true, true));
     ExtendedMessage message;
     EXPECT_FALSE(m_diag.DIAG_ParseExtendedMessage(nullptr, &message));

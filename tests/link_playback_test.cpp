@@ -149,7 +149,7 @@ TEST_F(PlaybackTest, ARecordedSessionReplaysWithoutThePhone) {
     Lines recorded, records;
     {
         Diag_FTM diag(1);
-        DiagConnection& connection = diag;
+        const ConnectionAccess connection(diag);
         connection.SetPhoneLogging(true);
         ASSERT_TRUE(diag.OpenPort());
         diag.SetLogFlags(LOG_IO | LOG_FN);
@@ -178,7 +178,7 @@ TEST_F(PlaybackTest, TheLogThatIsBeingWrittenEndsWhereItEnded) {
     ASSERT_TRUE(diag.EFS2_DIAG_STAT("none", iError, iValue, iValue, iValue, iValue, iValue, iValue));
     ASSERT_TRUE(diag.StartLogFilePlaybackMode(sLog.c_str(), 1));
     DWORD iWaiting = 0;
-    static_cast<DiagConnection&>(diag).CommandResponseQueue().GetCount(iWaiting);
+    ConnectionAccess(diag).CommandResponseQueue().GetCount(iWaiting);
     EXPECT_EQ(iWaiting, 1u);
 }
 

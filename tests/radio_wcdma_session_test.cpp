@@ -119,10 +119,12 @@ TEST_F(WcdmaSession, HighSpeedChangesAndStops) {
 
 TEST_F(WcdmaSession, NoOtherIndicationIsWaitedFor) {
     Report(6, "40 01");
-    HsdpaTestSession& session = m_diag;
+    struct Reached : HsdpaTestSession {
+        using HsdpaTestSession::WaitForHSDPA_BER_Update;
+    };
     m_log.Clear();
     for (const int iId : {63, 67})
-        EXPECT_FALSE(session.WaitForHSDPA_BER_Update(log_FTM2_HSDPA_BER_log_id_enum{iId})) << iId;
+        EXPECT_FALSE((m_diag.*&Reached::WaitForHSDPA_BER_Update)(log_FTM2_HSDPA_BER_log_id_enum{iId})) << iId;
     EXPECT_TRUE(m_log.Lines().empty());
 }
 
