@@ -53,9 +53,9 @@ public:
     bool ClosePort();
 
     /// IsPhoneConnected returns whether a phone in diagnostic mode responds to a loopback or version request,
-    /// each bounded by QMSL_TimeOut_PhoneCheck. Opens a closed port, and tries twice over a serial port when
-    /// the first try fails. When the loopback gets no response and SetData2DiagSearch allows it, tries to
-    /// switch the phone from AT data mode instead (up to 400 ms more).
+    /// each bounded by QMSL_TimeOut_PhoneCheck. Opens a closed port first; over a serial port it tries a
+    /// second time when the first try fails. If the loopback gets no response and SetData2DiagSearch allows
+    /// it, returns whether the phone could be switched from AT data mode (up to 400 ms more).
     bool IsPhoneConnected();
 
     /// DisconnectAndWaitForReconnection closes and reopens the port in server mode. iTimeOut_ms is the number
