@@ -44,7 +44,7 @@ public:
     /// The packet mode: 0 framed, otherwise raw.
     void SetPacketMode(int iPacketMode);
     int GetPacketMode() const { return m_iPacketMode; }
-    /// SetRawReplyPending: while a raw request waits, replies are cut after "OK" and "ERROR".
+    /// SetRawReplyPending sets whether replies in raw mode are cut after "OK" and "ERROR".
     void SetRawReplyPending(bool bPending) { m_bRawReplyPending = bPending; }
     /// FlushRxBuffer discards the incomplete packet before decoding the next bytes.
     void FlushRxBuffer() { m_bFlushRequest = true; }

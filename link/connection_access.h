@@ -19,7 +19,7 @@ public:
     CQLibMessageQueue& CommandResponseQueue() const { return m_state.syncQueue; }
     /// DelayedResponseQueue holds the delayed responses that the last command to wait for them accepted.
     CQLibMessageQueue& DelayedResponseQueue() const { return m_state.delayedQueue; }
-    /// SetPhoneLogging sets whether unsolicited packets are kept or dropped (initially dropped).
+    /// SetPhoneLogging keeps (true) or drops (false, the default) unsolicited packets.
     void SetPhoneLogging(bool bEnabled) const { m_state.listener.SetLoggingEnabled(bEnabled); }
     /// Listener holds the status of the radio tests.
     CQLibEventListener& Listener() const { return m_state.listener; }

@@ -28,8 +28,8 @@ struct LineRequest;
 /// the members that they use are destroyed.
 ///
 /// In server mode requests go through a port server, and the connection has no thread of its own: unsolicited
-/// packets arrive on a thread of the server client. Operations that need a serial line return false. The mode
-/// of a connection is fixed when it is made.
+/// packets arrive on a thread of the server. Operations that need a serial line return false. The mode of a
+/// connection is fixed when it is made.
 ///
 /// Failure: false means that the operation failed. The text log holds the reason of a failed exchange.
 class QUILLET_API DiagConnection {
@@ -105,7 +105,7 @@ public:
 
     /// SetPacketMode: 0 framed diagnostic mode, 1 the phone's AT data mode (raw bytes), 2 raw bytes without
     /// switching the phone. Going from 0 to 1 asks the phone to enter data mode, from 1 to 0 switches it
-    /// back. Also does SetData2DiagSearch: on for 0, else off. False, with nothing changed, for any other
+    /// back. Also sets SetData2DiagSearch: on for 0, else off. False, with nothing changed, for any other
     /// mode or when the phone does not switch.
     bool SetPacketMode(int iPacketMode);
 
@@ -146,8 +146,8 @@ public:
     void RemoveEventListener(CQLibEvents_Listener* pListener);
 
     /// ConfigureAsyncMessageCallBack registers a callback for every received packet of at least two bytes,
-    /// called on the delivery thread; null removes it. In server mode it is called on a thread of the server
-    /// client and must not open or close the port.
+    /// called on the delivery thread; null removes it. In server mode it is called on a thread of the server,
+    /// and must not open or close the port.
     void ConfigureAsyncMessageCallBack(void* pUserData, AsyncMessageCallBack pfnCallBack);
 
     // --- Text log -----------------------------------------------------------------------------------
