@@ -1,5 +1,4 @@
-// The connection to one phone: its port, threads, queues and time-outs, and the operations that exchange
-// packets.
+// The connection to one phone: its port, threads, queues and time-outs, and the exchange of packets.
 #pragma once
 
 #include <memory>

@@ -5,8 +5,7 @@
 #include <string>
 #include <utility>
 
-/// ServerException is thrown by operations of the port-server path; its text names the operation and the
-/// reason.
+/// ServerException is thrown by operations of the port-server path; its text has operation and reason.
 class ServerException : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
