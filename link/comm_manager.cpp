@@ -10,7 +10,7 @@ namespace {
 
 constexpr DWORD kReadLimit_ms = 500;
 constexpr Milliseconds kCloseLimit(1000);
-// An idle port wakes the receive thread this often; data and closing wake it at once where the system can.
+// The receive thread of an idle port wakes up this often; data and closing wake it at once where possible.
 constexpr DWORD kIdleWait_ms = 60 * 1000;
 
 } // namespace

@@ -1,4 +1,4 @@
-// What a connection can do with a serial line besides requests.
+// The operations of a connection that need a serial line, apart from requests.
 #include "link/connection_state.h"
 #include "link/diag_connection.h"
 #include "link/packet_codes.h"

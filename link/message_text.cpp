@@ -13,7 +13,8 @@
 
 namespace {
 
-/// Where the text of one packet goes: every call is one message of the log, one piece of standard output.
+/// Where the text of one packet goes. Each call writes one message of the log or one piece of standard
+/// output.
 class TextSink {
 public:
     TextSink(DataLogFileHandler& log, unsigned int iCategory, bool bToTextLog, bool bToStdout)
@@ -31,7 +32,7 @@ public:
         Print(sText);
         Log(sText);
     }
-    /// The same text; on standard output it begins a line.
+    /// The same text, on a new line of standard output.
     void BothOnNewLine(const char* sText) {
         Print("\n");
         Both(sText);
@@ -63,7 +64,7 @@ private:
     const bool m_bToStdout;
 };
 
-/// Which kind of factory-test record it is: standard output only.
+/// Prints which kind of factory-test record it is, to standard output only.
 void PrintFtmKind(const PacketView& record, TextSink& sink) {
     constexpr size_t kGsmTestOffset = 18;
     sink.Print("\nFTM Log Code 2 found");
@@ -114,7 +115,7 @@ void DescribeDebugMessage(const PacketView& message, TextSink& sink) {
     sink.Both("\n\n");
 }
 
-/// Describes a packet other than an extended debug message, without its FCS.
+/// Describes a packet without its FCS that is not an extended debug message.
 void DescribeFixed(const PacketView& packet, TextSink& sink) {
     switch (packet.U8(0)) {
         case kLogRecord:

@@ -86,7 +86,7 @@ bool CSerialPort::Configure(DWORD iBaudRate, unsigned char iParity, unsigned cha
 void CSerialPort::SetTimeouts() {
     COMMTIMEOUTS timeouts{};
     GetCommTimeouts(m_hPort, &timeouts);
-    // Reads return at once with what is waiting; a write of n bytes takes at most n + 50 ms.
+    // Reads return at once with the waiting bytes; a write of n bytes takes at most n + 50 ms.
     timeouts.ReadIntervalTimeout = MAXDWORD;
     timeouts.ReadTotalTimeoutMultiplier = 0;
     timeouts.ReadTotalTimeoutConstant = 0;
@@ -178,7 +178,7 @@ int CSerialPort::SendAll(const unsigned char* pData, int iCount) {
             iSent += iWritten;
         if (Clock::now() > deadline)
             return 0;
-        // A device that is gone fails each time: a few tries, then there is nothing to wait for.
+        // A removed device fails every time: give up after a few attempts.
         iFailures = iWritten < 0 ? iFailures + 1 : 0;
         if (iFailures == kWriteAttempts)
             break;

@@ -33,15 +33,15 @@ struct ComThreadManager::Work {
 };
 
 struct ComThreadManager::Shared {
-    WaitEvent mutex{true}; // set while no call is being made: a mutex that can be waited for with a limit
+    WaitEvent mutex{true}; // set while no call is being made: a mutex with a time limit for waiting
     WaitEvent workToDo;
     WaitEvent workFinished;
     WaitEvent stop;
-    WaitEvent signal; // the worker is ready; the worker has ended
+    WaitEvent signal; // the worker is ready, later: the worker has ended
 
     std::mutex lock;
-    std::shared_ptr<Work> pWork;                  // under lock: what the worker takes next
-    std::vector<std::shared_ptr<void>> leftovers; // under lock: what it drops
+    std::shared_ptr<Work> pWork;                  // under lock: the worker's next call
+    std::vector<std::shared_ptr<void>> leftovers; // under lock: what the worker is to release
     std::thread::id worker;                       // written before the worker is ready
 
     void RunWork();
@@ -150,7 +150,7 @@ void ComThreadManager::Shared::RunWork() {
     pTaken->pDispatcher->Run(pTaken->pArgument.get());
     const std::lock_guard guard(lock);
     pTaken->bEnded = true;
-    // A caller that has given up waits for nothing any more, and the next one waits for its own call.
+    // After giving up, the caller no longer waits; the event would end the wait of the next one.
     if (!pTaken->bGivenUp)
         workFinished.Set();
 }

@@ -5,6 +5,5 @@
 
 #include "portserver/port_server.h"
 
-/// MakePortServer makes a view by means of the attached factory; null without one. Runs on the thread that
-/// is set up for automation.
+/// MakePortServer makes a view with the attached factory; null without one. Runs on the automation thread.
 std::shared_ptr<PortServer> MakePortServer();

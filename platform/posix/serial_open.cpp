@@ -11,7 +11,7 @@
 
 namespace {
 
-// The number of a device name of the form \\.\COMn, or 0.
+/// The number in a device name of the form \\.\COMn, or 0.
 int ComOfDeviceName(std::string_view sName) {
     constexpr std::string_view kPrefix = R"(\\.\COM)";
     if (!sName.starts_with(kPrefix))
@@ -24,7 +24,7 @@ int ComOfDeviceName(std::string_view sName) {
     return bNumber && iCom >= 1 && iCom <= kLastComPort ? iCom : 0;
 }
 
-// Returns 0 with the handle, or an error number; may throw.
+/// Returns 0 and the handle, or an error number; may throw.
 DWORD OpenCom(const char* sFileName, HANDLE& hPort) {
     const int iCom = sFileName != nullptr ? ComOfDeviceName(sFileName) : 0;
     if (iCom == 0)
@@ -50,7 +50,7 @@ HANDLE CreateFileA(const char* sFileName, DWORD, DWORD, void*, DWORD, DWORD, HAN
     try {
         iError = OpenCom(sFileName, hPort);
     } catch (const std::exception&) {
-        // Only memory can be missing here.
+        // The only possible cause is a lack of memory.
     }
     SetLastError(iError);
     return hPort;

@@ -1,4 +1,4 @@
-// No banner here: hosts give the plug-in no window system.
+// No banner on Linux: hosts provide no window system to plug-ins.
 #include "platform/splash_window.h"
 
 class ShownSplash::Window {};
