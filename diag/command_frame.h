@@ -86,13 +86,16 @@ public:
     RequestBuilder& FormatEVDO_FTMHeader(unsigned short iCommandId);
     RequestBuilder& FormatAGPS_FTMHeader(unsigned short iCommandId);
     RequestBuilder& FormatPMIC_FTMHeader(unsigned short iCommandId, unsigned char iSubcommandId);
-    RequestBuilder& FormatAudioFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC);
-    RequestBuilder& FormatCameraFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC);
-    RequestBuilder& FormatRF_CommonHeader(unsigned short iA, unsigned short iB, unsigned short iC);
+    RequestBuilder& FormatAudioFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                         unsigned short iResponseLength);
+    RequestBuilder& FormatCameraFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                          unsigned short iResponseLength);
+    RequestBuilder& FormatRF_CommonHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                          unsigned short iResponseLength);
     RequestBuilder& FormatMF_DiagHeader(unsigned char iCommandId);
     /// pData: 16 bytes that are sent when iD is not 0; null or iD 0 sends 16 zero bytes.
-    RequestBuilder& FormatGSDI_DiagHeader(DWORD iA, DWORD iB, unsigned char iC, unsigned char iD,
-                                          const unsigned char* pData);
+    RequestBuilder& FormatGSDI_DiagHeader(DWORD iFirst, DWORD iCommandId, unsigned char iSecond,
+                                          unsigned char bHasData, const unsigned char* pData);
 
 private:
     bool Exchange(unsigned char iExpected, DWORD iReadDelay_ms);

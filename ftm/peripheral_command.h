@@ -7,6 +7,8 @@
 
 /// The header of their requests and answers, in bytes.
 constexpr size_t kPeripheralHeader = 10;
+/// The length of a response that carries a status alone.
+constexpr unsigned short kStatusResponse = kPeripheralHeader + 2;
 /// The longest answer, without its FCS.
 constexpr unsigned short kLongestAnswer = 4094;
 
