@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The length field of a test command's header: fixed per command id, 0 for ids that are not listed.
+/// The length field of a test command's header: fixed per command id, 0 for ids not listed.
 struct RequestLength {
     unsigned short iCommandId;
     unsigned short iLength;
