@@ -1,4 +1,4 @@
-// The phone's identity: version, build, serial number.
+// What identifies the phone and its software.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// The phone's state: status, display, GSM registration and calls.
+// The phone's present state, and calls.
 #pragma once
 
 #include "platform/export.h"

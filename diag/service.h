@@ -1,4 +1,4 @@
-// Service operations: error log, operating mode, service code, DIP switches, key injection.
+// Service operations, as a repair shop uses them.
 #pragma once
 
 #include "diag/key_press_id.h"

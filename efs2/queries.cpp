@@ -1,4 +1,4 @@
-// The operations that only read: an entry, the file system, the flash chip.
+// The operations that only read status.
 #include "efs2/commands.h"
 #include "efs2/exchange.h"
 #include "efs2/metadata.h"

@@ -15,7 +15,7 @@ enum AudioCommand : unsigned short {
     AUDIO_SET_VOLUME = 1,
     AUDIO_DSP_LOOPBACK = 2,
     AUDIO_PCM_LOOPBACK = 3,
-    AUDIO_TONES_PLAY = 4, // the length leaves out the method
+    AUDIO_TONES_PLAY = 4, // its request length leaves out the method
     AUDIO_TONES_STOP = 5,
     AUDIO_NS_CONTROL = 6,
     AUDIO_PCM_CAPTURE = 7,
@@ -26,8 +26,8 @@ enum AudioCommand : unsigned short {
 
 constexpr int kPieceHead = kPeripheralHeader + 6; // of a response with a piece of the recording
 
-/// Send exchanges a command whose fields are what its entry line shows, for a status. iSize: the second value
-/// of its header.
+/// Send exchanges a command whose entry line shows all its fields, for a status. iFieldBytes: the request
+/// length in its header, which counts the fields alone.
 template <class... Fields>
 bool Send(CommandFrame& frame, AudioCommand eCommand, unsigned short iFieldBytes, TextFor<Fields...> entry,
           Fields... fields) {

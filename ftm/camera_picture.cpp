@@ -1,4 +1,4 @@
-// Taking a picture and fetching it in pieces.
+// Taking a picture and reading it in pieces.
 #include <algorithm>
 
 #include "ftm/camera.h"
@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Of an answer with a piece of the picture, what is not picture: header, offset, size, status.
+/// The bytes of a response that are not picture data: header, offset, size, status.
 constexpr unsigned short kPieceFrame = kPeripheralHeader + 8;
 
 } // namespace
