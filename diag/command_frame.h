@@ -87,6 +87,8 @@ public:
     RequestBuilder& FormatEVDO_FTMHeader(unsigned short iCommandId);
     RequestBuilder& FormatAGPS_FTMHeader(unsigned short iCommandId);
     RequestBuilder& FormatPMIC_FTMHeader(unsigned short iCommandId, unsigned char iSubcommandId);
+    // Lengths are in bytes, as the phone's software expects them; some leave out fields. A response length is
+    // that of the whole packet, and so is a camera request's. An audio request's counts the fields alone.
     RequestBuilder& FormatAudioFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
                                          unsigned short iResponseLength);
     RequestBuilder& FormatCameraFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,

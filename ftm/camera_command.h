@@ -14,12 +14,12 @@ struct CameraCommand {
 constexpr CameraCommand kCameraStart{0, kPeripheralHeader, kStatusResponse};
 constexpr CameraCommand kCameraStop{1, kPeripheralHeader, kStatusResponse};
 constexpr CameraCommand kCameraSetParm{2, kPeripheralHeader + 6, kStatusResponse};
-constexpr CameraCommand kCameraSetDimensions{3, kPeripheralHeader + 4, kStatusResponse}; // no LCD width
+constexpr CameraCommand kCameraSetDimensions{3, kPeripheralHeader + 4, kStatusResponse}; // without LCD width
 constexpr CameraCommand kCameraStartPreview{4, 0, kStatusResponse};
 constexpr CameraCommand kCameraStopPreview{5, 0, kStatusResponse};
 constexpr CameraCommand kCameraTakePictureAndEncode{6, kPeripheralHeader, kStatusResponse + 4}; // no fields
-constexpr CameraCommand kCameraGetPicture{7, kPeripheralHeader + 6, kStatusResponse + 6}; // and the data
-constexpr CameraCommand kCameraGetParm{8, kPeripheralHeader + 2, kStatusResponse};        // no values
+constexpr CameraCommand kCameraGetPicture{7, kPeripheralHeader + 6, kStatusResponse + 6}; // plus the data
+constexpr CameraCommand kCameraGetParm{8, kPeripheralHeader + 2, kStatusResponse};        // without values
 constexpr CameraCommand kCameraGetInfo{9, kPeripheralHeader, kStatusResponse + 9};
 constexpr CameraCommand kCameraSetSensorId{10, kPeripheralHeader + 1, kStatusResponse};
 

@@ -46,8 +46,8 @@ static_assert(sizeof(ComPortAlias_struct) == 4);
 /// destroyed with the last reference, by DestroyAll, or at the end of the process (also when the library is
 /// unloaded).
 ///
-/// There is no lock: calls must come from one thread at a time. No function throws. For a handle without a
-/// context they return null or false and change nothing.
+/// There is no lock: calls must come from one thread at a time. No function throws. With a handle that has no
+/// context, a function returns null or false and changes nothing.
 ///
 /// In port-server mode (SetIsUsingQpst) connections go through the port server that AttachPortServer
 /// supplies, and both port lists come from it. Without a port server, as initially, the getters return null
