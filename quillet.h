@@ -1,11 +1,11 @@
-// quillet: the complete client of a handset's diagnostic protocol, for programs that link quillet.wfx.
+// quillet: a complete client of a phone's diagnostic protocol, for programs that link quillet.wfx.
 //
 //     #include "quillet.h"
 //     Diag_FTM phone(5);                     // COM5
 //     if (phone.IsPhoneConnected())
 //         phone.EFS2_DIAG_ENUM_DIR("");      // entries arrive through ConfigureEfsCallbacks
 //
-// Conventions (errors, ownership, threads, units, text encoding) stand in docs/ARCHITECTURE.md.
+// docs/ARCHITECTURE.md describes the conventions: errors, ownership, threads, units, text encoding.
 #pragma once
 
 #include "link/event_listener.h"

@@ -1,9 +1,9 @@
-// First bytes of the general commands' requests, and the subsystems that they address.
+// The first byte of each general command's request, and the subsystems that requests address.
 #pragma once
 
 enum DiagCommandCode : unsigned char {
     DIAG_VERSION = 0x00,
-    DIAG_DOWNLOAD_HELLO = 0x01, // in download mode; answered with DIAG_DOWNLOAD_HELLO_ANSWER
+    DIAG_DOWNLOAD_HELLO = 0x01, // in download mode; the response begins with DIAG_DOWNLOAD_HELLO_ANSWER
     DIAG_DOWNLOAD_HELLO_ANSWER = 0x02,
     DIAG_PEEK_8 = 0x02,
     DIAG_PEEK_16 = 0x03,

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The length field of a test command's header: fixed per command id, 0 for ids that are not listed.
+/// The length field of a test command's header: fixed per command id, 0 for ids not listed.
 struct RequestLength {
     unsigned short iCommandId;
     unsigned short iLength;
@@ -24,6 +24,7 @@ unsigned short LengthOf(std::span<const RequestLength> lengths, unsigned short i
     return found == lengths.end() ? 0 : found->iLength;
 }
 
+constexpr unsigned short kGsdiCommand = 72;
 constexpr size_t kGsdiDataSize = 16;
 
 } // namespace
@@ -145,16 +146,19 @@ RequestBuilder& CommandFrame::FormatPMIC_FTMHeader(unsigned short iCommandId, un
     return FormatExtendedFTMHeader(FTM_MODE_ID_PMIC, iCommandId, 0, 0).U8(iSubcommandId).EndHeader();
 }
 
-RequestBuilder& CommandFrame::FormatAudioFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_AUDIO, iA, iB, iC);
+RequestBuilder& CommandFrame::FormatAudioFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                                   unsigned short iResponseLength) {
+    return FormatExtendedFTMHeader(FTM_MODE_ID_AUDIO, iCommandId, iRequestLength, iResponseLength);
 }
 
-RequestBuilder& CommandFrame::FormatCameraFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_CAMERA, iA, iB, iC);
+RequestBuilder& CommandFrame::FormatCameraFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                                    unsigned short iResponseLength) {
+    return FormatExtendedFTMHeader(FTM_MODE_ID_CAMERA, iCommandId, iRequestLength, iResponseLength);
 }
 
-RequestBuilder& CommandFrame::FormatRF_CommonHeader(unsigned short iA, unsigned short iB, unsigned short iC) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_RF_COMMON, iA, iB, iC);
+RequestBuilder& CommandFrame::FormatRF_CommonHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                                    unsigned short iResponseLength) {
+    return FormatExtendedFTMHeader(FTM_MODE_ID_RF_COMMON, iCommandId, iRequestLength, iResponseLength);
 }
 
 RequestBuilder& CommandFrame::FormatMF_DiagHeader(unsigned char iCommandId) {
@@ -164,17 +168,17 @@ RequestBuilder& CommandFrame::FormatMF_DiagHeader(unsigned char iCommandId) {
         .U8(iCommandId);
 }
 
-RequestBuilder& CommandFrame::FormatGSDI_DiagHeader(DWORD iA, DWORD iB, unsigned char iC, unsigned char iD,
-                                                    const unsigned char* pData) {
+RequestBuilder& CommandFrame::FormatGSDI_DiagHeader(DWORD iFirst, DWORD iCommandId, unsigned char iSecond,
+                                                    unsigned char bHasData, const unsigned char* pData) {
     constexpr unsigned char aZeros[kGsdiDataSize] = {};
-    const unsigned char* pSent = iD != 0 && pData != nullptr ? pData : aZeros;
+    const unsigned char* pSent = bHasData != 0 && pData != nullptr ? pData : aZeros;
     return BeginRequest()
         .U8(DIAG_SUBSYSTEM_DELAYED)
         .U8(DIAG_SUBSYSTEM_SIM)
-        .U16(72)
-        .U32(iA)
-        .U32(iB)
-        .U8(iC)
-        .U8(iD)
+        .U16(kGsdiCommand)
+        .U32(iFirst)
+        .U32(iCommandId)
+        .U8(iSecond)
+        .U8(bHasData)
         .Bytes({pSent, kGsdiDataSize});
 }

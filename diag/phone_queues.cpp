@@ -37,8 +37,8 @@ bool IsLogRecord(const QueueItem& item, unsigned short iLogCode) {
            iFound == iLogCode;
 }
 
-/// Takes packets until a time has passed, and then those that are waiting at that moment: a phone that never
-/// stops sending does not keep its caller.
+/// Takes packets until the time-out, then those queued at that moment: a phone that never stops sending does
+/// not block the caller forever.
 class TimedTaking {
 public:
     TimedTaking(CommandFrame& frame, DWORD iTimeOut_ms)

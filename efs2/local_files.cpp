@@ -11,7 +11,7 @@ bool DownloadTarget::Append(std::span<const unsigned char> block) {
 }
 
 bool DownloadTarget::Finish() {
-    // A disk that fills up may say so only when the last bytes leave the stream's buffer.
+    // A full disk may be reported only when the stream's buffer is flushed.
     const bool bFlushed = std::fflush(m_hFile.get()) == 0 && std::ferror(m_hFile.get()) == 0;
     return std::fclose(m_hFile.release()) == 0 && bFlushed;
 }

@@ -1,4 +1,4 @@
-// The operations on names: make, remove, rename, permissions, links.
+// The operations on names, permissions and links.
 #include "efs2/metadata.h"
 
 #include "diag/command.h"

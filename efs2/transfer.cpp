@@ -1,4 +1,4 @@
-// The operations that copy a file: open, blocks, close, and what an abort removes.
+// The operations that copy a file: open, blocks, close, and the removal after an abort.
 #include "efs2/transfer.h"
 
 #include <cstdio>
@@ -109,7 +109,7 @@ bool Efs2Transfer::EFS2_DIAG_WRITE_FILE_MEM(const char* pLocalFile, DWORD iSize,
 
 void Efs2Transfer::Report(const char* sFirstName, const char* sSecondName, int iOperation, DWORD iDone,
                           DWORD iInAll) {
-    // The callback's type promises no constness, though nobody is meant to write to the names.
+    // The callback takes non-const names, although it must not write to them.
     if (m_callbacks.m_pfnEfsTransferCallBack != nullptr)
         m_callbacks.m_pfnEfsTransferCallBack(const_cast<char*>(sFirstName), const_cast<char*>(sSecondName),
                                              iOperation, 0, iDone, iInAll,

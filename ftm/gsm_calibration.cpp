@@ -1,4 +1,4 @@
-// Calibration of the GSM transmit path: commands whose answer must carry the system mode.
+// Calibration of the GSM transmit path. The response to each command must have the system mode.
 #include "ftm/gsm_rf.h"
 
 #include "ftm/gsm_rf_command.h"

@@ -12,7 +12,7 @@ constexpr unsigned short kLogItems = 744;
 constexpr size_t kSlowAssociatedChannel = 4;
 constexpr FTM_GSM_BER_LoopbackType_Enum kNoLoopback{0};
 
-/// Whether the block has the record, and the record says what is waited for.
+/// True when the block has the record and the record reports success.
 bool IsConfirmed(const GSM_BER_State& state, log_FTM2_GSM_BER_log_id_enum eId) {
     if (TestRecordName(eId) == nullptr || state.aReceived[eId] == 0)
         return false;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kStartAttempts = 2;
 
-/// Whether the block has the record, and the record's status is that of success.
+/// True when the block has the record and the record reports success.
 bool IsConfirmed(const WCDMA_BER_State& state, log_FTM2_WCDMA_BER_log_id_enum eId) {
     if (TestRecordName(eId) == nullptr || state.aReceived[eId] == 0)
         return false;

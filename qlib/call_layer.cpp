@@ -8,7 +8,7 @@
 
 namespace {
 
-// Hands an argument on in the form in which the method takes it: out-values as pointer or by reference.
+// Passes an argument in the form that the method takes: an out-value by pointer or by reference.
 template <class Parameter, class Argument>
 Parameter HandOn(Argument* pArgument) {
     if constexpr (std::is_reference_v<Parameter>)
@@ -17,8 +17,7 @@ Parameter HandOn(Argument* pArgument) {
         return pArgument;
 }
 
-// Calls a method of the context's connection. False without a connection or when the method ran out of
-// memory.
+// Calls a method of the context's connection. False without a connection or when memory runs out.
 template <class Class, class... Parameters, class... Arguments>
 bool ForwardAsGiven(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
     try {
@@ -29,7 +28,7 @@ bool ForwardAsGiven(void* hContext, bool (Class::*pMethod)(Parameters...), Argum
     }
 }
 
-// The same for methods that take no null: false with one.
+// The same for methods that accept no null pointers: false for one.
 template <class Method, class... Arguments>
 bool Forward(void* hContext, Method pMethod, Arguments*... pArguments) {
     return (pArguments && ...) && ForwardAsGiven(hContext, pMethod, pArguments...);
