@@ -56,7 +56,7 @@ const FtmRows kHsdpaRows = {
 
 using RadioTestRequests = FtmRowsTest;
 
-/// Gives the rows one response, whose seventh or eighth byte after the header is the status.
+/// Sets the same response for all rows; its seventh or eighth byte after the header is the status.
 FtmTable Table(const std::string& sHeader, FtmRows rows, const char* sStatus) {
     for (FtmRow& row : rows) {
         row.sAnswer = "00 00 00 00 00 77 05 0C 0D";

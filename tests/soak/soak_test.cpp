@@ -1,8 +1,10 @@
 // The soak: random operations of a file manager on a handset that misbehaves at random. After each operation,
-// a model determines what the phone may hold. Faults that the client cannot detect are left out. The client
-// recognises a response by its first byte alone, so no late or duplicate response to a file command may reach
-// a later request. Responses to STAT and RENAME are read backwards from their end, so extra bytes and
-// truncated error numbers are misread. A refused STAT means that the entry does not exist.
+// a model determines what the phone may hold.
+//
+// Faults that the client cannot detect are left out. The client recognises a response by its first byte
+// alone, so no late or duplicate response to a file command may reach a later request. Responses to STAT and
+// RENAME are read backwards from their end, so extra bytes and truncated error numbers are misread. A refused
+// STAT means that the entry does not exist.
 
 #include <chrono>
 #include <iostream>
@@ -175,8 +177,7 @@ protected:
         FsStatusInfo(nullptr, FS_STATUS_START, 0);
         const bool bDone = step.act();
         FsStatusInfo(nullptr, FS_STATUS_END, 0);
-        // Without a fault, a request fails only after its time-out of at least 80 ms, when the machine was
-        // stalled.
+        // Without a fault, a request fails only if the machine stalls for its whole time-out, at least 80 ms.
         const bool bStalled = !m_bHarmed && Clock::now() - start >= std::chrono::milliseconds(80);
         Settle();
         m_bHarmed |= bStalled;

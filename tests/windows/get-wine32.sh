@@ -1,5 +1,6 @@
 #!/bin/sh
 # get-wine32.sh FOLDER: unpacks the 32-bit Wine of Debian 12 into FOLDER/root, unless it is there already.
+#
 # It uses a package state of its own and does not change the machine's: no foreign architecture, no mounts. Outside
 # FOLDER it creates a single link, /lib/ld-linux.so.2, if the machine has none.
 set -eu

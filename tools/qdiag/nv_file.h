@@ -25,7 +25,7 @@ public:
 
     void Add(unsigned short item, const NvValue& value);
     void AddComment(const std::string& line);
-    /// Gives the file its name and replaces an older file of that name. Throws Failure when that fails or
+    /// Renames the file to its final name, replacing an older file. Throws Failure when that fails or
     /// when not everything could be written.
     void Finish();
 
