@@ -9,7 +9,7 @@ namespace {
 
 const std::string kUsb = "sys/devices/pci0000:00/usb1/1-1/1-1.2/";
 
-// Returns one line per device: "COM6|description|instance id".
+/// Returns one line per device: "COM6|description|instance id".
 std::string Devices(const char* sClassName) {
     std::vector<PresentDevice> devices;
     if (!ListPresentDevices(sClassName, devices))
@@ -33,7 +33,7 @@ std::string Ports() {
     return sAll;
 }
 
-// A handset with a modem on interface 0 and a plain port on interface 1.
+/// A handset with a modem on interface 0 and a plain port on interface 1.
 class DeviceTreeTest : public testing::Test {
 protected:
     void SetUp() override {

@@ -39,7 +39,7 @@ int CallsOf(uintptr_t iTickId) {
     return g_calls[iTickId];
 }
 
-// Waits until the tick has been called `iCount` times in all.
+/// Waits until the tick has been called `iCount` times in all.
 bool WaitForCalls(uintptr_t iTickId, int iCount) {
     std::unique_lock lock(g_lock);
     return g_ticked.wait_for(lock, std::chrono::minutes(1), [&] { return g_calls[iTickId] >= iCount; });

@@ -28,7 +28,7 @@ HANDLE OpenCom(const std::string& sName) {
     return CreateFileA(sName.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
 }
 
-// Sets the time after which a write to a device that does not read ends.
+/// Sets the time after which a write to a device that does not read ends.
 void SetWriteTimeout(HANDLE hPort, DWORD iMultiplier, DWORD iConstant) {
     COMMTIMEOUTS timeouts = {MAXDWORD, 0, 0, iMultiplier, iConstant};
     ASSERT_TRUE(SetCommTimeouts(hPort, &timeouts));
@@ -42,7 +42,7 @@ protected:
     }
     void TearDown() override { CloseHandle(hPort); }
 
-    // Reads until `iCount` bytes have arrived, as the receive thread does.
+    /// Reads until `iCount` bytes have arrived, as the receive thread does.
     std::string Receive(size_t iCount) {
         std::string sReceived;
         while (sReceived.size() < iCount) {

@@ -75,8 +75,8 @@ LRESULT CALLBACK SetTheEventTo(HWND hWindow, UINT iMessage, WPARAM wParam, LPARA
     return DefWindowProcA(hWindow, iMessage, wParam, lParam);
 }
 
-// The first message ends the first wait. The second message is then in the queue, and the next wait must
-// dispatch it.
+/// The first message ends the first wait. The second message is then in the queue, and the next wait must
+/// dispatch it.
 void MessagesThatAWaitLeaves() {
     WaitEvent event;
     void* const hEvent = event.Handle();

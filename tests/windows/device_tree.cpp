@@ -44,7 +44,7 @@ private:
     HKEY m_hKey = nullptr;
 };
 
-// Wine has no modem class by default.
+/// Wine has no modem class by default.
 void MakeModemClass() {
     const Key modem(kClasses + kModemClass);
     modem.Set(nullptr, "Modems");

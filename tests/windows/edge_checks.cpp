@@ -13,7 +13,7 @@ namespace {
 
 using Trouble = FakeProgram::Trouble;
 
-// Returns the text of the exception that an operation throws, caught in this program.
+/// Returns the text of the exception that an operation throws, caught in this program.
 std::string Raised(const std::function<void()>& operation) {
     try {
         operation();

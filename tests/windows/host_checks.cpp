@@ -39,7 +39,7 @@ void WriteFile(const std::string& sName, const std::string& sContent) {
     std::ofstream(sName, std::ios::binary) << sContent;
 }
 
-// Runs `copy` and prints the time per request, which includes client, handset and Wine.
+/// Runs `copy` and prints the time per request, which includes client, handset and Wine.
 int Timed(const char* sWhat, int iRequests, const std::function<int()>& copy) {
     const auto start = std::chrono::steady_clock::now();
     const int iResult = copy();
@@ -135,7 +135,7 @@ void CALLBACK CountTick(HWND, UINT, UINT_PTR, DWORD) {
     ++g_iTicks;
 }
 
-// The message box dispatches the thread's ticks, and other threads call the plug-in.
+/// The message box dispatches the thread's ticks, and other threads call the plug-in.
 void TicksWhileABoxIsOpen() {
     g_pPlugin->Status(true);
     g_pPlugin->Status(false);
@@ -218,8 +218,8 @@ void BannerOfTheRoot() {
     EXPECT_EQ(PhotographBanner([] { EXPECT_EQ(g_pPlugin->Execute("\\", "properties"), "0 \\"); }), "ok");
 }
 
-// The host unloads the library while the connection is open. The library stays loaded until the connection
-// has closed, and a host that loads it meanwhile gets the same library.
+/// The host unloads the library while the connection is open. The library stays loaded until the connection
+/// has closed, and a host that loads it meanwhile gets the same library.
 void UnloadsWithAConnectionOpen() {
     g_pPlugin->List("\\");
     g_pPlugin->Status(false);

@@ -22,8 +22,8 @@ std::string TextOf(HWND hWindow) {
     return sText;
 }
 
-// Returns the verdict on the last screenshot taken before the banner disappeared. The first ones may be taken
-// before the window system has painted the banner.
+/// Returns the verdict on the last screenshot taken before the banner disappeared. The first ones may be
+/// taken before the window system has painted the banner.
 std::string Photograph() {
     HWND hBanner = nullptr;
     if (!Eventually(

@@ -17,7 +17,7 @@
 
 namespace {
 
-// Returns the result, the number of devices and the bytes as text.
+/// Returns the result, the number of devices and the bytes as text.
 std::string Find(int iCapacity = 20) {
     unsigned char aPorts[20] = {};
     int iDevices = -1;
@@ -80,7 +80,7 @@ void ClassesAndPorts() {
     EXPECT(std::count(ports.begin(), ports.end(), "COM6") == 1);
 }
 
-// File names are in the ANSI code page, whose upper half is not UTF-8.
+/// File names are in the ANSI code page, whose upper half is not UTF-8.
 void LocalFileNames() {
     const char* const sName = "caf\xE9.bin";
     std::remove(sName);
@@ -95,7 +95,7 @@ void LocalFileNames() {
     EXPECT(LocalFileExists(".") && !LocalFileSize("."));
 }
 
-// The mutex belongs to the thread that created it until the handle is released.
+/// The mutex belongs to the thread that created it until the handle is released.
 void ContextHandles() {
     const char* const sName = "QLib_ResourceManager::CreateContext() - #check";
     void* const hContext = MakeContextHandle(sName);
