@@ -16,8 +16,8 @@ void EnsureConnected(Operation& operation);
 void Disconnect(Operation& operation);
 
 /// RestartIdleTimer starts the 30 ticks of one second anew, StopIdleTimer lets the connection stay open.
-void RestartIdleTimer();
-void StopIdleTimer();
+void RestartIdleTimer(Operation& operation);
+void StopIdleTimer(Operation& operation);
 
 /// IdleTimerProc is the idle tick: it closes the connection when the countdown has run out or the phone has
 /// stopped answering. It does nothing while the connection is in use, and nothing for a tick that was stopped

@@ -1,7 +1,6 @@
 // What the host does to files and folders on the phone without copying them.
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
 #include "plugin/phone_status.h"
@@ -17,26 +16,26 @@ BOOL ActOnPath(char* sHostPath, Act act) {
         return 0;
     return UsePhone(0, [&](Operation& operation) {
         EnsureConnected(operation);
-        return front.ContextHandle && act(static_cast<const char*>(sPhonePath)) ? 1 : 0;
+        return operation.Context() && act(operation, static_cast<const char*>(sPhonePath)) ? 1 : 0;
     });
 }
 
-bool IsFolderOnPhone(const char* sPhonePath) {
+bool IsFolderOnPhone(Operation& operation, const char* sPhonePath) {
     PhoneStatus status;
-    return status.Ask(sPhonePath) && status.IsFolder();
+    return status.Ask(operation, sPhonePath) && status.IsFolder();
 }
 
 // FS_FILE_OK when nothing stands at the new path.
-int CheckTargetIsFree(const char* sNewPath) {
+int CheckTargetIsFree(Operation& operation, const char* sNewPath) {
     PhoneStatus status;
-    if (!status.Ask(sNewPath))
+    if (!status.Ask(operation, sNewPath))
         return FS_FILE_READERROR;
     return status.Exists() ? FS_FILE_EXISTS : FS_FILE_OK;
 }
 
-int Rename(const char* sOldPath, const char* sNewPath) {
+int Rename(Operation& operation, const char* sOldPath, const char* sNewPath) {
     DWORD iErrorNo = 0;
-    if (!QLIB_EFS2_DIAG_RENAME(front.ContextHandle, sOldPath, sNewPath, &iErrorNo))
+    if (!QLIB_EFS2_DIAG_RENAME(operation.Context(), sOldPath, sNewPath, &iErrorNo))
         return FS_FILE_NOTSUPPORTED;
     return iErrorNo == 0 ? FS_FILE_OK : FS_FILE_WRITEERROR;
 }
@@ -51,21 +50,21 @@ BOOL Decline(char* sHostPath) {
 } // namespace
 
 BOOL HOST_CALL FsDeleteFile(char* sRemoteName) {
-    return ActOnPath(sRemoteName, [](const char* sPhonePath) {
-        return QLIB_EFS2_DIAG_UNLINK(front.ContextHandle, sPhonePath);
+    return ActOnPath(sRemoteName, [](Operation& operation, const char* sPhonePath) {
+        return QLIB_EFS2_DIAG_UNLINK(operation.Context(), sPhonePath);
     });
 }
 
 BOOL HOST_CALL FsMkDir(char* sPath) {
-    return ActOnPath(sPath, [](const char* sPhonePath) {
-        return QLIB_EFS2_DIAG_MKDIR(front.ContextHandle, sPhonePath) ||
-               (kExistingFolderCountsAsMade && IsFolderOnPhone(sPhonePath));
+    return ActOnPath(sPath, [](Operation& operation, const char* sPhonePath) {
+        return QLIB_EFS2_DIAG_MKDIR(operation.Context(), sPhonePath) ||
+               (kExistingFolderCountsAsMade && IsFolderOnPhone(operation, sPhonePath));
     });
 }
 
 BOOL HOST_CALL FsRemoveDir(char* sRemoteName) {
-    return ActOnPath(sRemoteName, [](const char* sPhonePath) {
-        return QLIB_EFS2_DIAG_RMDIR(front.ContextHandle, sPhonePath);
+    return ActOnPath(sRemoteName, [](Operation& operation, const char* sPhonePath) {
+        return QLIB_EFS2_DIAG_RMDIR(operation.Context(), sPhonePath);
     });
 }
 
@@ -76,13 +75,13 @@ int HOST_CALL FsRenMovFile(char* sOldName, char* sNewName, BOOL bMove, BOOL bOve
         return FS_FILE_WRITEERROR;
     if ((bMove & kHostFlagMask) == 0)
         return FS_FILE_NOTSUPPORTED;
-    return UsePhone(FS_FILE_WRITEERROR, [&](Operation&) {
+    return UsePhone(FS_FILE_WRITEERROR, [&](Operation& operation) {
         if ((bOverWrite & kHostFlagMask) == 0) {
-            const int iResult = CheckTargetIsFree(sNewPath);
+            const int iResult = CheckTargetIsFree(operation, sNewPath);
             if (iResult != FS_FILE_OK)
                 return iResult;
         }
-        return Rename(sOldPath, sNewPath);
+        return Rename(operation, sOldPath, sNewPath);
     });
 }
 

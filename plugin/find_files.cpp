@@ -9,7 +9,7 @@
 #include "platform/last_error.h"
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
+#include "plugin/front.h"
 #include "plugin/listing.h"
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
@@ -19,11 +19,6 @@
 namespace {
 
 constexpr uintptr_t kNoListing = UINTPTR_MAX;
-
-Listings& TheListings() {
-    static Listings listings;
-    return listings;
-}
 
 // To the host a listing handle is a pointer-sized number that it never looks behind.
 HANDLE AsHandle(uintptr_t iHandle) {
@@ -52,16 +47,16 @@ Outcome List(Operation& operation, const char* sPhonePath, Listing& listing) {
     // The phone keeps its non-volatile items in there; the folder itself shows as empty.
     constexpr std::string_view kHiddenFolder = "nvm";
     EnsureConnected(operation);
-    if (!front.ContextHandle || !QLIB_IsPhoneConnected(front.ContextHandle))
+    if (!operation.Context() || !QLIB_IsPhoneConnected(operation.Context()))
         return Outcome::NotConnected;
     if (sPhonePath != kHiddenFolder)
-        listing = ListFolder(sPhonePath);
+        listing = FolderReader(operation).Read(sPhonePath);
     return listing.empty() ? Outcome::Empty : Outcome::Listed;
 }
 
 uintptr_t FindFirst(const char* sPhonePath, WIN32_FIND_DATAA& findData) {
     Listing listing;
-    TheListings().Begin();
+    TheFront().listings.Begin();
     const Outcome eOutcome = UsePhone(
         Outcome::NotConnected, [&](Operation& operation) { return List(operation, sPhonePath, listing); });
     if (eOutcome == Outcome::Empty)
@@ -69,7 +64,7 @@ uintptr_t FindFirst(const char* sPhonePath, WIN32_FIND_DATAA& findData) {
     if (eOutcome != Outcome::Listed)
         return kNoListing;
     FillFindData(findData, listing.front());
-    return TheListings().Add(std::move(listing));
+    return TheFront().listings.Add(std::move(listing));
 }
 
 } // namespace
@@ -90,7 +85,7 @@ BOOL HOST_CALL FsFindNext(HANDLE hListing, WIN32_FIND_DATAA* pFindData) {
         return 0;
     try {
         ListingEntry entry;
-        if (!TheListings().Next(reinterpret_cast<uintptr_t>(hListing), entry))
+        if (!TheFront().listings.Next(reinterpret_cast<uintptr_t>(hListing), entry))
             return 0;
         FillFindData(*pFindData, entry);
         return 1;
@@ -100,6 +95,6 @@ BOOL HOST_CALL FsFindNext(HANDLE hListing, WIN32_FIND_DATAA* pFindData) {
 }
 
 int HOST_CALL FsFindClose(HANDLE hListing) {
-    TheListings().Close(reinterpret_cast<uintptr_t>(hListing));
+    TheFront().listings.Close(reinterpret_cast<uintptr_t>(hListing));
     return 0;
 }

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "plugin/front_state.h"
+#include "plugin/operation.h"
 #include "plugin/phone_path.h"
 #include "plugin/phone_status.h"
 #include "qlib/call_layer.h"
@@ -12,9 +12,9 @@ namespace {
 
 constexpr size_t kTargetSize = 512;
 
-bool IsReadableFolder(const std::string& sPhonePath) {
+bool IsReadableFolder(Operation& operation, const std::string& sPhonePath) {
     PhoneStatus status;
-    return status.Ask(sPhonePath.c_str()) && status.Exists() && status.IsReadableFolder();
+    return status.Ask(operation, sPhonePath.c_str()) && status.Exists() && status.IsReadableFolder();
 }
 
 // The path from the root, without empty, "." and ".." parts: hosts show the path that they are given.
@@ -36,20 +36,20 @@ std::string FromRoot(std::string_view sPath) {
 
 } // namespace
 
-std::string LinkTarget(const char* sPhonePath) {
+std::string LinkTarget(Operation& operation, const char* sPhonePath) {
     char sTarget[kTargetSize] = "";
-    return QLIB_EFS2_DIAG_READ_LINK(front.ContextHandle, sPhonePath, sTarget) ? sTarget : "";
+    return QLIB_EFS2_DIAG_READ_LINK(operation.Context(), sPhonePath, sTarget) ? sTarget : "";
 }
 
-std::string LinkedFolder(const char* sPhonePath) {
-    std::string sTarget = LinkTarget(sPhonePath);
-    if (sTarget.empty() || !IsReadableFolder(sPhonePath))
+std::string LinkedFolder(Operation& operation, const char* sPhonePath) {
+    std::string sTarget = LinkTarget(operation, sPhonePath);
+    if (sTarget.empty() || !IsReadableFolder(operation, sPhonePath))
         return "";
     if (sTarget.front() == '/')
         return sTarget;
     const std::string sFolder(sPhonePath, EntryName(sPhonePath));
     for (const std::string& sPath : {FromRoot(sFolder + sTarget), FromRoot(sTarget)}) {
-        if (IsReadableFolder(sPath))
+        if (IsReadableFolder(operation, sPath))
             return sPath;
     }
     return FromRoot(sPhonePath);

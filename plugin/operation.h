@@ -7,10 +7,11 @@
 #include <vector>
 
 #include "platform/host_interface.h"
+#include "plugin/front.h"
 
 /// Operation is the time during which an entry point owns the connection and the front's state. Every entry
 /// point that touches either makes one first, mostly through UsePhone; nothing interrupts it but the host's
-/// callbacks, which are called through the functions below and nowhere else.
+/// callbacks, which it alone calls.
 ///
 /// An operation collects its log lines. The host gets them when the front's state is whole: with TellHost,
 /// or, those that are left, after the operation has ended.
@@ -25,6 +26,11 @@ public:
     Operation(const Operation&) = delete;
     Operation& operator=(const Operation&) = delete;
 
+    /// The front's state, while the operation owns it.
+    FrontState& State() { return m_front.state; }
+    /// The phone's library context; null: not connected.
+    void* Context() const { return m_front.state.ContextHandle; }
+
     /// False when a tick found the connection in use: then it must leave everything alone.
     bool Owns() const { return m_bOwns; }
 
@@ -38,24 +44,25 @@ public:
     /// TellHost hands the collected lines to the host, others having their turns meanwhile.
     void TellHost();
 
+    /// ReportProgress tells the host how far the transfer is, others having their turns meanwhile. True when
+    /// the user asks to abort.
+    bool ReportProgress(int iPercent);
+
+    /// TellUser shows the user a text with a title and returns when it was dismissed, others having their
+    /// turns meanwhile. hOwner: the host's window, or null.
+    void TellUser(HWND hOwner, const std::string& sTitle, const std::string& sText);
+
 private:
     struct Line {
         int iMessageType;
         std::string sText;
     };
 
+    Front& m_front;
     const Kind m_eKind;
     const bool m_bOwns;
     std::vector<Line> m_lines;
 };
-
-/// ReportProgress tells the host how far the transfer is, others having their turns meanwhile. True when
-/// the user asks to abort. Called by the owner only.
-bool ReportProgress(int iPercent);
-
-/// TellUser shows the user a text with a title and returns when it was dismissed, others having their turns
-/// meanwhile. hOwner: the host's window, or null. Called by the owner only.
-void TellUser(HWND hOwner, const std::string& sTitle, const std::string& sText);
 
 /// UsePhone runs `work` as one operation, handing it over. Returns its result, or `onFailure` when memory
 /// ran out.

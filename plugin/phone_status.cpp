@@ -1,6 +1,6 @@
 #include "plugin/phone_status.h"
 
-#include "plugin/front_state.h"
+#include "plugin/operation.h"
 #include "qlib/call_layer.h"
 
 namespace {
@@ -10,9 +10,9 @@ constexpr DWORD kFolderKind = 0x4000;
 
 } // namespace
 
-bool PhoneStatus::Ask(const char* sPhonePath) {
+bool PhoneStatus::Ask(Operation& operation, const char* sPhonePath) {
     *this = {};
-    return QLIB_EFS2_DIAG_STAT(front.ContextHandle, sPhonePath, &iErrorNo, &iMode, &iSize, &iLinkCount,
+    return QLIB_EFS2_DIAG_STAT(operation.Context(), sPhonePath, &iErrorNo, &iMode, &iSize, &iLinkCount,
                                &iAccessTime, &iModifyTime, &iCreateTime);
 }
 

@@ -3,8 +3,9 @@
 
 #include "platform/types.h"
 
-/// PhoneStatus is the phone's answer to a status query on the front's connection, links followed. Used by the
-/// owner of the connection.
+class Operation;
+
+/// PhoneStatus is the phone's answer to a status query, links followed.
 struct PhoneStatus {
     DWORD iErrorNo = 0; // 0: there is such an entry
     DWORD iMode = 0;
@@ -14,9 +15,9 @@ struct PhoneStatus {
     DWORD iModifyTime = 0;
     DWORD iCreateTime = 0;
 
-    /// Ask queries a phone path. False, with nothing to be concluded, when the phone did not answer or there
-    /// is no connection.
-    bool Ask(const char* sPhonePath);
+    /// Ask queries a phone path over the operation's connection. False, with nothing to be concluded, when
+    /// the phone did not answer or there is no connection.
+    bool Ask(Operation& operation, const char* sPhonePath);
 
     bool Exists() const { return iErrorNo == 0; }
     bool IsFolder() const;

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "platform/host_interface.h"
-#include "plugin/front_state.h"
+#include "plugin/operation.h"
 #include "plugin/phone_path.h"
 #include "qlib/call_layer.h"
 
@@ -51,23 +51,24 @@ bool Fits(const std::string& sText) {
 }
 
 // True when the phone finds a file system behind the path.
-bool IsOnPhone(const std::string& sPath) {
+bool IsOnPhone(Operation& operation, const std::string& sPath) {
     DWORD iErrorNo = 0;
     DWORD iUnused[9] = {};
-    return QLIB_EFS2_DIAG_STATFS(front.ContextHandle, sPath.c_str(), &iErrorNo, &iUnused[0], &iUnused[1],
+    return QLIB_EFS2_DIAG_STATFS(operation.Context(), sPath.c_str(), &iErrorNo, &iUnused[0], &iUnused[1],
                                  &iUnused[2], &iUnused[3], &iUnused[4], &iUnused[5], &iUnused[6], &iUnused[7],
                                  &iUnused[8]) &&
            iErrorNo == 0;
 }
 
-int ChangeFolder(char* sDirectory, char cSeparator, std::string sArgument) {
+int ChangeFolder(Operation& operation, char* sDirectory, char cSeparator, std::string sArgument) {
     RemoveQuotes(sArgument);
     const std::string sPath = sDirectory + sArgument;
-    return Fits(sPath) && IsOnPhone(sPath) && WriteBack(sPath, cSeparator, sDirectory) ? FS_EXEC_SYMLINK
-                                                                                       : FS_EXEC_ERROR;
+    return Fits(sPath) && IsOnPhone(operation, sPath) && WriteBack(sPath, cSeparator, sDirectory)
+               ? FS_EXEC_SYMLINK
+               : FS_EXEC_ERROR;
 }
 
-int MakeLink(const char* sDirectory, const char* sArguments) {
+int MakeLink(Operation& operation, const char* sDirectory, const char* sArguments) {
     std::string sTarget;
     std::string sLink;
     ParseTwoArgs(sArguments, sTarget, sLink);
@@ -76,8 +77,8 @@ int MakeLink(const char* sDirectory, const char* sArguments) {
     if (!Fits(sTarget) || !Fits(sLink))
         return FS_EXEC_ERROR;
     StripLeadingSeparators(sLink.data());
-    return IsOnPhone(sTarget) &&
-                   QLIB_EFS2_DIAG_CREATE_LINK(front.ContextHandle, sLink.c_str(), sTarget.c_str())
+    return IsOnPhone(operation, sTarget) &&
+                   QLIB_EFS2_DIAG_CREATE_LINK(operation.Context(), sLink.c_str(), sTarget.c_str())
                ? FS_EXEC_OK
                : FS_EXEC_ERROR;
 }
@@ -97,15 +98,15 @@ bool WriteBack(const std::string& sPhonePath, char cSeparator, char* sHostName) 
     return true;
 }
 
-int RunQuoteCommand(char* sDirectory, const char* sCommand) {
+int RunQuoteCommand(Operation& operation, char* sDirectory, const char* sCommand) {
     constexpr std::string_view kChangeFolder = "cd ";
     constexpr std::string_view kMakeLink = "ln ";
     const char cSeparator = SeparatorOf(sDirectory);
     const std::string_view sWhole = sCommand;
     ToPhonePath(sDirectory);
     if (sWhole.starts_with(kChangeFolder))
-        return ChangeFolder(sDirectory, cSeparator, sCommand + kChangeFolder.size());
+        return ChangeFolder(operation, sDirectory, cSeparator, sCommand + kChangeFolder.size());
     if (sWhole.starts_with(kMakeLink))
-        return MakeLink(sDirectory, sCommand + kMakeLink.size());
+        return MakeLink(operation, sDirectory, sCommand + kMakeLink.size());
     return FS_EXEC_OK;
 }
