@@ -8,6 +8,7 @@
 // Conventions (errors, ownership, threads, units, text encoding) stand in docs/ARCHITECTURE.md.
 #pragma once
 
+#include "efs2/failure_text.h"
 #include "link/event_names.h"
 #include "portserver/efs.h"
 #include "portserver/qpst_server.h"

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "diag/operation_failure.h"
 #include "diag/packet_buffer.h"
 #include "link/diag_connection.h"
 #include "platform/export.h"
@@ -68,6 +69,10 @@ public:
     /// With command type 59 SendFtmCmd59; otherwise true when the response begins with the command type.
     bool SendCDMA2000();
 
+    /// LastFailure says why the last file-system operation (EFS2_...) failed or was refused; other commands
+    /// leave it as it is. Of several things that went wrong it is the first.
+    const OperationFailure& LastFailure() const { return m_lastFailure; }
+
     // --- Settings -----------------------------------------------------------------------------------
 
     /// SetCommandType chooses the form of FTM requests (75 at first).
@@ -85,6 +90,11 @@ public:
     ResponseReader Response() { return m_buffer.Response(); }
     /// StoreSystemMode is SetSystemMode without its log line, for commands from which the mode follows.
     void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
+
+    /// ForgetFailure begins an operation that says why it fails; NoteFailure keeps the reason, unless there
+    /// is one already.
+    void ForgetFailure() { m_lastFailure = {}; }
+    void NoteFailure(const OperationFailure& failure);
 
     /// BeginRequest clears the buffer pair and returns the builder of an empty request.
     RequestBuilder& BeginRequest();
@@ -122,6 +132,7 @@ private:
 
     DiagConnection& m_connection;
     PacketBuffer m_buffer;
+    OperationFailure m_lastFailure;
     unsigned char m_iFtmSubsystem = 11;
     FTM_Mode_Id_Enum m_eSystemMode = FTM_MODE_ID_CDMA_1X;
     FTM_Command_Type m_eCommandType = FTM_COMMAND_75;

@@ -21,7 +21,11 @@ class Efs2Exchange {
 public:
     Efs2Exchange(CommandFrame& frame, EFS2_Cmd_Enum eCommand, std::span<unsigned char> request,
                  std::span<unsigned char> response)
-        : m_frame(frame), m_request(request), m_response(response), m_builder(request, m_iRequestLength) {
+        : m_frame(frame),
+          m_eCommand(eCommand),
+          m_request(request),
+          m_response(response),
+          m_builder(request, m_iRequestLength) {
         m_builder.U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand);
     }
     Efs2Exchange(const Efs2Exchange&) = delete;
@@ -31,16 +35,19 @@ public:
     RequestBuilder& Request() { return m_builder; }
 
     /// Exchange sends the request and waits for its answer. False when none came, or when a field did not
-    /// fit in the frame: then nothing is sent.
-    bool Exchange();
+    /// fit in the frame: then nothing is sent. A failure is noted in the frame.
+    bool Exchange() {
+        return ExchangeUntil(1, [](const ResponseReader&) { return true; });
+    }
 
     /// ExchangeUntil resends the request until `accept(Response())` is true for an answer, iAttempts times
-    /// at most. False when it never was.
+    /// at most. False when it never was: then the frame has a note of why the last attempt failed.
     template <class Accept>
     bool ExchangeUntil(int iAttempts, Accept accept) {
         for (int i = 0; i < iAttempts && m_builder.Complete(); ++i)
-            if (Exchange() && accept(Response()))
+            if (SendOnce() && accept(Response()))
                 return true;
+        m_frame.NoteFailure(FailureOfLastAttempt());
         return false;
     }
 
@@ -51,12 +58,17 @@ public:
     ResponseReader Response() { return {m_response.first(m_iResponseLength), m_iReadPosition}; }
 
 private:
+    bool SendOnce();
+    OperationFailure FailureOfLastAttempt();
+
     CommandFrame& m_frame;
+    const EFS2_Cmd_Enum m_eCommand;
     std::span<unsigned char> m_request;
     std::span<unsigned char> m_response;
     unsigned short m_iRequestLength = 0;
     unsigned short m_iResponseLength = 0;
     unsigned short m_iReadPosition = 0;
+    bool m_bAnswered = false; // the last attempt was
     RequestBuilder m_builder;
 };
 
@@ -80,5 +92,6 @@ public:
 RequestBuilder& BeginEfs2Request(CommandFrame& frame, EFS2_Cmd_Enum eCommand);
 
 /// SendWholeRequest exchanges what the buffer pair holds, with the connection's ordinary time-out. A request
-/// of which a field was left out is not sent: false.
+/// of which a field was left out is not sent: false. It is an operation of its own: the frame forgets the
+/// failure before, and has a note when this one fails, and when the phone refuses it.
 bool SendWholeRequest(CommandFrame& frame);

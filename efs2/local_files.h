@@ -17,15 +17,20 @@ using LocalFile = std::unique_ptr<std::FILE, LocalFileCloser>;
 class DownloadTarget {
 public:
     /// Makes the file, or empties it. Whether that worked: IsOpen.
-    explicit DownloadTarget(const char* sFileName) : m_hFile(std::fopen(sFileName, "wb")) {}
+    explicit DownloadTarget(const char* sFileName);
     bool IsOpen() const { return m_hFile != nullptr; }
     /// Appends a block; false when not all of it was taken (the disk is full).
     bool Append(std::span<const unsigned char> block);
     /// Closes the file. True when the disk took every byte of every block.
     bool Finish();
+    /// errno's value of what failed first; 0 when nothing did.
+    DWORD ErrorNo() const { return m_iErrorNo; }
 
 private:
+    bool Note(bool bDone);
+
     LocalFile m_hFile;
+    DWORD m_iErrorNo = 0;
 };
 
 /// UploadSource hands out, in blocks, the bytes of a local file or of a piece of memory.
@@ -52,6 +57,8 @@ public:
     DWORD Taken() const { return m_iTaken; }
     /// IsExhausted is true when the source gave all that it promised, and no read of it failed.
     bool IsExhausted() const;
+    /// errno's value when the file could not be opened or read; 0 otherwise, and when it is not known.
+    DWORD ErrorNo() const { return m_iErrorNo; }
 
 private:
     const char* m_sFileName = nullptr;
@@ -60,4 +67,5 @@ private:
     LocalFile m_hFile;
     DWORD m_iSize = 0;
     DWORD m_iTaken = 0;
+    DWORD m_iErrorNo = 0;
 };

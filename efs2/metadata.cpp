@@ -25,12 +25,14 @@ bool Efs2Metadata::EFS2_DIAG_MKDIR(const char* strDir) {
     m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_MKDIR( strDir = %s )", strDir);
     Efs2Frame<8> frame(m_frame, EFS2_CMD_MKDIR);
     frame.Request().U16(kEverybody).Text(strDir);
+    m_frame.ForgetFailure();
+    const bool bMade = frame.ExchangeUntilGranted(1, 4);
     DWORD iErrnum = 0;
-    if (!frame.Exchange() || !frame.Response().U32At(4, iErrnum))
+    if (!frame.Response().U32At(4, iErrnum))
         return false;
     m_frame.Log().LogMessage(LOG_RET, "QLIB_EFS2_DIAG_MKDIR() - Results mkdir_rsp.errnum = %d",
                              AsInt(iErrnum));
-    return iErrnum == 0;
+    return bMade;
 }
 
 bool Efs2Metadata::EFS2_DIAG_RMDIR(const char* sFolderPath) {

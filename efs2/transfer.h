@@ -58,6 +58,8 @@ private:
     /// Writes one block; what the phone leaves over of it is sent again. An answer that acknowledges nothing,
     /// or more than was sent, is as bad as none.
     bool WriteBlock(LONG iDescriptor, DWORD iOffset, std::span<const unsigned char> block);
+    /// Notes why the transfer fails, unless something else failed before; always false.
+    bool Fail(const OperationFailure& failure);
     /// Everything of a write operation but its entry line.
     bool Uploaded(const char* sOperation, const char* sEFS_File, UploadSource& source);
     void Report(const char* sFirstName, const char* sSecondName, int iOperation, DWORD iDone, DWORD iInAll);

@@ -26,6 +26,7 @@ bool CQLibCommManager::Open(int iPort) {
     if (m_bThreadRunning)
         return true;
     JoinReceiver();
+    m_bThreadFailed = false;
     if (!m_port.Open(iPort))
         return false;
     m_framing.SetPort(&m_port);
@@ -37,6 +38,7 @@ bool CQLibCommManager::Open(int iPort) {
         m_thread = std::thread(&CQLibCommManager::ReceiveLoop, this);
     } catch (const std::system_error&) {
         m_port.Close();
+        m_bThreadFailed = true;
         return false;
     }
     m_bThreadRunning = true;

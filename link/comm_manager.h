@@ -30,6 +30,8 @@ public:
     /// Open opens COM iPort and starts the receive thread; true also when it already runs. False when the
     /// port cannot be opened.
     bool Open(int iPort);
+    /// OpenError says why the last Open failed; None when it did not.
+    PortError OpenError() const { return m_bThreadFailed ? PortError::Other : m_port.OpenError(); }
     /// Close closes the port and asks the receive thread to end. False when that takes more than 1000 ms.
     bool Close();
 
@@ -70,6 +72,7 @@ private:
 
     std::array<unsigned char, kReadSize> m_aReadBuffer; // the receive thread's
     bool m_bThreadRunning = false;
+    bool m_bThreadFailed = false; // the last Open could not start it
     std::mutex m_endLock;
     std::condition_variable m_ended;
     bool m_bThreadEnded = true; // under m_endLock

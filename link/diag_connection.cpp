@@ -61,6 +61,10 @@ bool DiagConnection::OpenPort() {
     return m_bIsConnected;
 }
 
+PortError DiagConnection::GetPortError() const {
+    return m_pLink ? m_pLink->OpenError() : PortError::None;
+}
+
 bool DiagConnection::ClosePort() {
     if (!m_bIsConnected)
         return true;

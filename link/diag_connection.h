@@ -16,6 +16,7 @@
 #include "link/time_outs.h"
 #include "platform/export.h"
 #include "platform/module_pin.h"
+#include "platform/port_error.h"
 #include "platform/types.h"
 
 class CQLibCommManager;
@@ -58,6 +59,11 @@ public:
     /// OpenPort opens the COM port, starts receiving, ends playback mode and empties both queues (the last
     /// two also when opening failed). True when the port is open.
     bool OpenPort();
+
+    /// GetPortError says why the COM port could not be opened when that was last tried, by OpenPort or by an
+    /// operation that opens it; None when it was opened, before the first try, and in server mode. On Windows
+    /// a port without permission counts as held.
+    PortError GetPortError() const;
 
     /// ClosePort closes the port, ends the receive thread (waiting at most 1000 ms) and stops the text
     /// log. True when the connection is closed afterwards; a connection that is not open does nothing.

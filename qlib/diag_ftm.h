@@ -120,6 +120,7 @@ private:
     using CommandFrame::BeginRequest;
     using CommandFrame::Buffer;
     using CommandFrame::Connection;
+    using CommandFrame::ForgetFailure;
     using CommandFrame::FormatAGPS_FTMHeader;
     using CommandFrame::FormatAudioFTMHeader;
     using CommandFrame::FormatBT_FTMHeader;
@@ -134,6 +135,7 @@ private:
     using CommandFrame::FormatRF_CommonHeader;
     using CommandFrame::FormatSubsystemDiagHeader;
     using CommandFrame::Log;
+    using CommandFrame::NoteFailure;
     using CommandFrame::Response;
     using CommandFrame::StoreSystemMode;
     using DelayedResponses::SendDiag2WithMultipleResponse;

@@ -2,7 +2,7 @@
 //
 // Each function does what Windows documents under its name; comments say only what differs here. A
 // failing function leaves its reason in GetLastError, as a Windows error number: 2 no such port, 5 held
-// by another program or no permission, 6 not an open port, 1 what the device cannot do, 31 any failure of
+// by another program, 1314 no permission, 6 not an open port, 1 what the device cannot do, 31 any failure of
 // the device. Any thread may use a handle; a handle that is closed while another thread uses it stays
 // valid for that call, which then fails, and never reaches a file that took over its descriptor.
 #pragma once
