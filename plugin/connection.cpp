@@ -22,22 +22,14 @@ bool OnSoftwareDownload(void*) {
 
 void OnAsyncMessage(unsigned short, unsigned char*, void*) {}
 
-// The COM port of the diagnostic interface of the first phone; 0 when there is none.
-unsigned short FindDiagnosticPort() {
-    unsigned char aPorts[20] = {};
-    int iDevices = 0;
-    int iBytes = sizeof aPorts;
-    FindPhonePorts(aPorts, &iDevices, &iBytes);
-    return iDevices > 0 ? aPorts[1] : 0;
-}
-
 // A context for the phone that is attached, or null. Its port may have failed to open.
 void* ConnectToPhone(Operation& operation) {
     QLIB_SetQpstMode(0);
-    const unsigned short iComPort = FindDiagnosticPort();
-    void* const hContext = iComPort ? QLIB_ConnectPort(iComPort) : nullptr;
+    const PhoneSearch search = SearchPhone();
+    operation.State().search = search;
+    void* const hContext = search.iPort ? QLIB_ConnectPort(search.iPort) : nullptr;
     if (hContext)
-        operation.Log(MSGTYPE_DETAILS, "CONNECTED on port COM" + std::to_string(iComPort));
+        operation.Log(MSGTYPE_DETAILS, "CONNECTED on port COM" + std::to_string(search.iPort));
     return hContext;
 }
 
@@ -64,12 +56,14 @@ void Reopen(Operation& operation) {
 
 // True when the connection is open and the phone answers.
 bool OpenOrCheck(Operation& operation) {
-    if (!operation.Context())
-        Open(operation);
-    else if (QLIB_IsPhoneConnected(operation.Context()))
+    bool& bAnswered = operation.State().bPhoneAnswered;
+    bAnswered = operation.Context() && QLIB_IsPhoneConnected(operation.Context());
+    if (bAnswered)
         return true;
-    else
+    if (operation.Context())
         Reopen(operation);
+    else
+        Open(operation);
     return false;
 }
 
@@ -81,7 +75,8 @@ void EnsureConnected(Operation& operation) {
         return;
     if (operation.Context()) {
         ConfigureCallBacks(operation.Context());
-        if (QLIB_IsPhoneConnected(operation.Context()))
+        operation.State().bPhoneAnswered = QLIB_IsPhoneConnected(operation.Context());
+        if (operation.State().bPhoneAnswered)
             RestartIdleTimer(operation);
     } else {
         operation.Log(MSGTYPE_DETAILS, "NOT CONNECTED");
@@ -91,6 +86,7 @@ void EnsureConnected(Operation& operation) {
 
 void Disconnect(Operation& operation) {
     CloseContext(operation);
+    operation.State().search.reset();
     StopIdleTimer(operation);
     operation.Log(MSGTYPE_DETAILS, "DISCONNECTED");
 }

@@ -6,9 +6,8 @@
 class Operation;
 
 /// EnsureConnected opens the connection when it is closed, and closes and reopens it when the phone does not
-/// answer any more; afterwards FrontState::ContextHandle is a context or null. A phone whose diagnostic
-/// interface has no COM port that fits into a byte counts as none. It counts as activity and tells the host
-/// what it did. When the connection may not be changed now (Operation), it stays as it is.
+/// answer any more; afterwards FrontState::ContextHandle is a context or null. It counts as activity and
+/// tells the host what it did. When the connection may not be changed now (Operation), it stays as it is.
 void EnsureConnected(Operation& operation);
 
 /// Disconnect closes the connection and stops the idle tick; the host's log gets "DISCONNECTED". Only when

@@ -32,7 +32,10 @@ int Open(Operation& operation, const char* sPhonePath, char* sHostName) {
     const std::string sFolder = LinkedFolder(operation, sPhonePath);
     if (sFolder.empty())
         return FS_EXEC_YOURSELF;
-    return WriteBack(sFolder, SeparatorOf(sHostName), sHostName) ? FS_EXEC_SYMLINK : FS_EXEC_ERROR;
+    return WriteBack(sFolder, SeparatorOf(sHostName), sHostName)
+               ? FS_EXEC_SYMLINK
+               : operation.Fail(FS_EXEC_ERROR,
+                                "the link leads to a path that is too long for the file manager");
 }
 
 int ShowProperties(Operation& operation, HWND hMainWindow, const char* sPhonePath) {
@@ -43,6 +46,7 @@ int ShowProperties(Operation& operation, HWND hMainWindow, const char* sPhonePat
 int Execute(Operation& operation, HWND hMainWindow, char* sHostName, std::string_view sVerb) {
     char sPhonePath[kMaxPathSize];
     CopyHostPath(sHostName, sPhonePath);
+    operation.Describe(sVerb == kOpen ? "open" : "properties", sPhonePath);
     if (sVerb == kOpen)
         return Open(operation, sPhonePath, sHostName);
     if (sVerb == kProperties)
@@ -56,7 +60,7 @@ int Execute(Operation& operation, HWND hMainWindow, char* sHostName, std::string
 
 int HOST_CALL FsExecuteFile(HWND hMainWindow, char* sRemoteName, char* sVerb) {
     if (!sVerb || !IsUsableHostPath(sRemoteName))
-        return FS_EXEC_ERROR;
+        return RefusePath("execute", FS_EXEC_ERROR);
     if (sVerb == kProperties && IsPluginItself(sRemoteName))
         return ShowBanner();
     return UsePhone(FS_EXEC_ERROR, [&](Operation& operation) {

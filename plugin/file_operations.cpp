@@ -4,20 +4,32 @@
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
 #include "plugin/phone_status.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 namespace {
 
-// Connects and calls `act` with the phone path of sHostPath: 1 when it returned true.
+// Connects and calls `act` with the phone path of sHostPath; its result, or 0 when there is no connection.
 template <class Act>
-BOOL ActOnPath(char* sHostPath, Act act) {
+BOOL ActOnPath(const char* sWhat, char* sHostPath, Act act) {
     char sPhonePath[kMaxPathSize];
     if (!TakeHostPath(sHostPath, sPhonePath))
-        return 0;
+        return RefusePath(sWhat, 0);
     return UsePhone(0, [&](Operation& operation) {
+        operation.Describe(sWhat, sPhonePath);
         EnsureConnected(operation);
-        return operation.Context() && act(operation, static_cast<const char*>(sPhonePath)) ? 1 : 0;
+        if (!operation.Context())
+            return operation.Fail(0, NoHandsetReason(operation));
+        return act(operation, static_cast<const char*>(sPhonePath)) ? 1 : 0;
     });
+}
+
+// True when the phone answered; a refusal is told to the host, but does not show in the result.
+bool Remove(Operation& operation, bool (*pfnRequest)(void*, const char*), const char* sPhonePath) {
+    const bool bAnswered = pfnRequest(operation.Context(), sPhonePath);
+    if (!bAnswered || IsRefused(operation))
+        operation.Complain(FailureReason(operation));
+    return bAnswered;
 }
 
 bool IsFolderOnPhone(Operation& operation, const char* sPhonePath) {
@@ -25,19 +37,26 @@ bool IsFolderOnPhone(Operation& operation, const char* sPhonePath) {
     return status.Ask(operation, sPhonePath) && status.IsFolder();
 }
 
-// FS_FILE_OK when nothing stands at the new path.
-int CheckTargetIsFree(Operation& operation, const char* sNewPath) {
-    PhoneStatus status;
-    if (!status.Ask(operation, sNewPath))
-        return FS_FILE_READERROR;
-    return status.Exists() ? FS_FILE_EXISTS : FS_FILE_OK;
+bool MakeFolder(Operation& operation, const char* sPhonePath) {
+    if (QLIB_EFS2_DIAG_MKDIR(operation.Context(), sPhonePath))
+        return true;
+    const OperationFailure failure = QLIB_EfsLastFailure(operation.Context());
+    if (kExistingFolderCountsAsMade && IsFolderOnPhone(operation, sPhonePath))
+        return true;
+    // Hosts that want to hear of an existing folder expect it: they make the folders of every tree that they
+    // copy.
+    const bool bExpected = !kExistingFolderCountsAsMade && failure.iErrorNo == EFS2_ERROR_EXISTS;
+    return bExpected ? false : operation.Fail(false, FailureReason(operation, failure));
 }
 
 int Rename(Operation& operation, const char* sOldPath, const char* sNewPath) {
     DWORD iErrorNo = 0;
     if (!QLIB_EFS2_DIAG_RENAME(operation.Context(), sOldPath, sNewPath, &iErrorNo))
-        return FS_FILE_NOTSUPPORTED;
-    return iErrorNo == 0 ? FS_FILE_OK : FS_FILE_WRITEERROR;
+        return operation.Fail(FS_FILE_NOTSUPPORTED, FailureReason(operation));
+    if (iErrorNo != 0)
+        return operation.Fail(FS_FILE_WRITEERROR,
+                              FailureReason(operation, {OperationFailure::Kind::Refused, iErrorNo}));
+    return FS_FILE_OK;
 }
 
 // What the phone has no operation for.
@@ -50,34 +69,34 @@ BOOL Decline(char* sHostPath) {
 } // namespace
 
 BOOL HOST_CALL FsDeleteFile(char* sRemoteName) {
-    return ActOnPath(sRemoteName, [](Operation& operation, const char* sPhonePath) {
-        return QLIB_EFS2_DIAG_UNLINK(operation.Context(), sPhonePath);
+    return ActOnPath("delete", sRemoteName, [](Operation& operation, const char* sPhonePath) {
+        return Remove(operation, QLIB_EFS2_DIAG_UNLINK, sPhonePath);
     });
 }
 
 BOOL HOST_CALL FsMkDir(char* sPath) {
-    return ActOnPath(sPath, [](Operation& operation, const char* sPhonePath) {
-        return QLIB_EFS2_DIAG_MKDIR(operation.Context(), sPhonePath) ||
-               (kExistingFolderCountsAsMade && IsFolderOnPhone(operation, sPhonePath));
-    });
+    return ActOnPath("make folder", sPath, MakeFolder);
 }
 
 BOOL HOST_CALL FsRemoveDir(char* sRemoteName) {
-    return ActOnPath(sRemoteName, [](Operation& operation, const char* sPhonePath) {
-        return QLIB_EFS2_DIAG_RMDIR(operation.Context(), sPhonePath);
+    return ActOnPath("remove folder", sRemoteName, [](Operation& operation, const char* sPhonePath) {
+        return Remove(operation, QLIB_EFS2_DIAG_RMDIR, sPhonePath);
     });
 }
 
 int HOST_CALL FsRenMovFile(char* sOldName, char* sNewName, BOOL bMove, BOOL bOverWrite, RemoteInfoStruct*) {
     char sOldPath[kMaxPathSize];
     char sNewPath[kMaxPathSize];
+    const bool bCopy = (bMove & kHostFlagMask) == 0;
+    const char* const sWhat = bCopy ? "copy on the phone" : "rename or move";
     if (!TakeHostPath(sOldName, sOldPath) || !TakeHostPath(sNewName, sNewPath))
-        return FS_FILE_WRITEERROR;
-    if ((bMove & kHostFlagMask) == 0)
-        return FS_FILE_NOTSUPPORTED;
+        return RefusePath(sWhat, FS_FILE_WRITEERROR);
     return UsePhone(FS_FILE_WRITEERROR, [&](Operation& operation) {
+        operation.Describe(sWhat, sOldPath, sNewPath);
+        if (bCopy)
+            return operation.Fail(FS_FILE_NOTSUPPORTED, "the phone has no such operation");
         if ((bOverWrite & kHostFlagMask) == 0) {
-            const int iResult = CheckTargetIsFree(operation, sNewPath);
+            const int iResult = CheckTargetIsFree(operation, sNewPath, {FS_FILE_READERROR, FS_FILE_EXISTS});
             if (iResult != FS_FILE_OK)
                 return iResult;
         }

@@ -14,11 +14,13 @@
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
 #include "plugin/phone_time.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 namespace {
 
 constexpr uintptr_t kNoListing = UINTPTR_MAX;
+constexpr char kList[] = "list";
 
 // To the host a listing handle is a pointer-sized number that it never looks behind.
 HANDLE AsHandle(uintptr_t iHandle) {
@@ -41,15 +43,21 @@ void FillFindData(WIN32_FIND_DATAA& findData, const ListingEntry& entry) {
     entry.Name.copy(findData.cFileName, sizeof findData.cFileName - 1);
 }
 
+// The phone keeps its non-volatile items in this folder, so it shows as empty: hosts delete what they list.
+// They list it with and without a separator at the end.
+bool IsHidden(std::string_view sPhonePath) {
+    return sPhonePath == "nvm" || sPhonePath == "nvm/";
+}
+
 enum class Outcome { Listed, Empty, NotConnected };
 
 Outcome List(Operation& operation, const char* sPhonePath, Listing& listing) {
-    // The phone keeps its non-volatile items in there; the folder itself shows as empty.
-    constexpr std::string_view kHiddenFolder = "nvm";
+    operation.Describe(kList, sPhonePath);
     EnsureConnected(operation);
     if (!operation.Context() || !QLIB_IsPhoneConnected(operation.Context()))
-        return Outcome::NotConnected;
-    if (sPhonePath != kHiddenFolder)
+        return operation.Fail(Outcome::NotConnected,
+                              FailureReason(operation, {OperationFailure::Kind::NoAnswer}));
+    if (!IsHidden(sPhonePath))
         listing = FolderReader(operation).Read(sPhonePath);
     return listing.empty() ? Outcome::Empty : Outcome::Listed;
 }
@@ -72,7 +80,7 @@ uintptr_t FindFirst(const char* sPhonePath, WIN32_FIND_DATAA& findData) {
 HANDLE HOST_CALL FsFindFirst(char* sPath, WIN32_FIND_DATAA* pFindData) {
     char sPhonePath[kMaxPathSize];
     if (!pFindData || !TakeHostPath(sPath, sPhonePath))
-        return AsHandle(kNoListing);
+        return AsHandle(RefusePath(kList, kNoListing));
     try {
         return AsHandle(FindFirst(sPhonePath, *pFindData));
     } catch (const std::exception&) {

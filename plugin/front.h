@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "platform/host_interface.h"
 #include "platform/types.h"
 #include "plugin/listing.h"
 #include "plugin/ownership.h"
+#include "plugin/port_discovery.h"
 
 class Transfer;
 
@@ -24,6 +26,9 @@ struct FrontState {
     void* ContextHandle = nullptr; // the phone's library context; null: not connected
     uintptr_t IdleTimerId = 0;     // the running idle tick; 0: none
     LONG IdleTicks = kIdleTicks;   // until the connection closes
+
+    std::optional<PhoneSearch> search; // by which the last attempt to connect was made; none since a close
+    bool bPhoneAnswered = false;       // when the connection was last checked or opened
 
     // What the library's callbacks, which run inside an operation, report to; null: nothing.
     FolderReader* pFolderReader = nullptr;

@@ -8,14 +8,17 @@
 #include "plugin/front.h"
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 Listing FolderReader::Read(const char* sPhonePath) {
     m_operation.State().pFolderReader = this;
-    QLIB_EfsDirectory(m_operation.Context(), sPhonePath);
+    const bool bListed = QLIB_EfsDirectory(m_operation.Context(), sPhonePath);
     m_operation.State().pFolderReader = nullptr;
     if (m_bSpoilt)
         m_listing.clear();
+    if (!bListed || m_bSpoilt)
+        m_operation.Complain(m_bSpoilt ? "no memory left on this computer" : FailureReason(m_operation));
     return std::move(m_listing);
 }
 

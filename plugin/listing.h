@@ -35,7 +35,7 @@ public:
     FolderReader(const FolderReader&) = delete;
     FolderReader& operator=(const FolderReader&) = delete;
 
-    /// Read lists a folder over the open connection; empty when it cannot be listed.
+    /// Read lists a folder over the open connection; empty, and a complaint, when it cannot be listed.
     Listing Read(const char* sPhonePath);
 
     /// Add appends an entry to the listing that Read is making.

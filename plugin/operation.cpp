@@ -1,5 +1,6 @@
 #include "plugin/operation.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/module_pin.h"
@@ -49,6 +50,15 @@ private:
     Ownership& m_turn;
 };
 
+// A phone path from the root, fit for one line.
+std::string Shown(std::string sPhonePath) {
+    if (!sPhonePath.starts_with('/'))
+        sPhonePath.insert(0, "/");
+    std::replace_if(
+        sPhonePath.begin(), sPhonePath.end(), [](unsigned char c) { return c < ' '; }, '?');
+    return sPhonePath;
+}
+
 bool TakeTurn(Ownership& turn, Operation::Kind eKind) {
     if (eKind == Operation::Kind::Tick)
         return turn.TryTake();
@@ -74,6 +84,19 @@ Operation::~Operation() {
 
 bool Operation::MayChangeConnection() const {
     return !m_front.turn.IsAnySuspended();
+}
+
+void Operation::Describe(const char* sWhat, const std::string& sPhonePath) {
+    m_sTask = std::string(sWhat) + ": " + Shown(sPhonePath);
+}
+
+void Operation::Describe(const char* sWhat, const std::string& sOldPath, const std::string& sNewPath) {
+    Describe(sWhat, Shown(sOldPath) + " to " + Shown(sNewPath));
+}
+
+void Operation::Complain(const std::string& sReason) {
+    if (!std::exchange(m_bComplained, true))
+        Log(MSGTYPE_IMPORTANTERROR, m_sTask + ": " + sReason);
 }
 
 void Operation::TellHost() {

@@ -41,6 +41,24 @@ public:
     /// Log adds a line of the given host message type.
     void Log(int iMessageType, std::string sText) { m_lines.push_back({iMessageType, std::move(sText)}); }
 
+    /// Describe says what the operation is about, for the line of its failure: what is done ("delete") to
+    /// which phone path.
+    void Describe(const char* sWhat) { m_sTask = sWhat; }
+    void Describe(const char* sWhat, const std::string& sPhonePath);
+    /// The same for an operation that has a second path: "/OLD to /NEW".
+    void Describe(const char* sWhat, const std::string& sOldPath, const std::string& sNewPath);
+
+    /// Complain adds the line that says why the host's call failed, or what the phone refused. A call has
+    /// one: later complaints are dropped.
+    void Complain(const std::string& sReason);
+
+    /// Fail complains and returns the result.
+    template <class Result>
+    Result Fail(Result result, const std::string& sReason) {
+        Complain(sReason);
+        return result;
+    }
+
     /// TellHost hands the collected lines to the host, others having their turns meanwhile.
     void TellHost();
 
@@ -62,6 +80,8 @@ private:
     const Kind m_eKind;
     const bool m_bOwns;
     std::vector<Line> m_lines;
+    std::string m_sTask; // "delete: /a"
+    bool m_bComplained = false;
 };
 
 /// UsePhone runs `work` as one operation, handing it over. Returns its result, or `onFailure` when memory
@@ -74,4 +94,13 @@ Result UsePhone(Result onFailure, Work work) {
     } catch (const std::exception&) {
         return onFailure;
     }
+}
+
+/// RefusePath fails a call whose paths cannot be used.
+template <class Result>
+Result RefusePath(const char* sWhat, Result result) {
+    return UsePhone(result, [&](Operation& operation) {
+        operation.Describe(sWhat);
+        return operation.Fail(result, "a path is missing or longer than 1023 bytes");
+    });
 }

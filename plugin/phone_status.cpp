@@ -1,6 +1,7 @@
 #include "plugin/phone_status.h"
 
 #include "plugin/operation.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 namespace {
@@ -18,4 +19,11 @@ bool PhoneStatus::Ask(Operation& operation, const char* sPhonePath) {
 
 bool PhoneStatus::IsFolder() const {
     return Exists() && (iMode & kKindMask) == kFolderKind;
+}
+
+int CheckTargetIsFree(Operation& operation, const char* sPhonePath, const TargetCodes& codes) {
+    PhoneStatus status;
+    if (!status.Ask(operation, sPhonePath) || (!status.Exists() && !status.IsMissing()))
+        return operation.Fail(codes.iUnknown, FailureReason(operation));
+    return status.Exists() ? codes.iExists : FS_FILE_OK;
 }

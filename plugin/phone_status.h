@@ -1,6 +1,7 @@
 // What the phone says about one of its paths.
 #pragma once
 
+#include "efs2/failure_text.h"
 #include "platform/types.h"
 
 class Operation;
@@ -19,6 +20,9 @@ struct PhoneStatus {
     /// the phone did not answer or there is no connection.
     bool Ask(Operation& operation, const char* sPhonePath);
 
+    /// Nothing is there for sure only when the phone says so in these words: every other refusal leaves it
+    /// open.
+    bool IsMissing() const { return iErrorNo == EFS2_ERROR_NOT_THERE; }
     bool Exists() const { return iErrorNo == 0; }
     bool IsFolder() const;
 
@@ -30,3 +34,13 @@ private:
     static constexpr DWORD kReadableFolder = 0x4100;
     static constexpr DWORD kReadableFile = 0x8100;
 };
+
+/// The host's codes for a target that is not known to be free.
+struct TargetCodes {
+    int iUnknown; // the phone did not say
+    int iExists;
+};
+
+/// CheckTargetIsFree returns FS_FILE_OK when the phone says that nothing is at the path, otherwise one of the
+/// codes. The host is told why the phone did not say.
+int CheckTargetIsFree(Operation& operation, const char* sPhonePath, const TargetCodes& codes);

@@ -7,6 +7,7 @@
 #include "plugin/operation.h"
 #include "plugin/phone_status.h"
 #include "plugin/phone_time.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 namespace {
@@ -76,7 +77,7 @@ std::string PropertiesText(Operation& operation, const char* sPhonePath) {
     PhoneStatus status;
     SpaceStatus space;
     if (!status.Ask(operation, sPhonePath) || !status.Exists() || !space.Ask(operation))
-        return "Uknown properties";
+        return operation.Fail(std::string("Uknown properties"), FailureReason(operation));
     const std::string sTarget = LinkTarget(operation, sPhonePath);
     std::string sLink;
     if (!sTarget.empty())

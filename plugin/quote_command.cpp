@@ -1,17 +1,21 @@
 #include "plugin/quote_command.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 
 #include "platform/host_interface.h"
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
+#include "plugin/phone_status.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 namespace {
 
 // What an argument, and a path made of one, may hold with its zero.
 constexpr size_t kArgumentSize = 512;
+constexpr char kTooLong[] = "the path is too long";
 constexpr char kWhiteSpace[] = " \t\n\v\f\r";
 
 void Trim(std::string& sText) {
@@ -50,7 +54,7 @@ bool Fits(const std::string& sText) {
     return sText.size() < kArgumentSize;
 }
 
-// True when the phone finds a file system behind the path.
+// True when the phone finds a file system at the path.
 bool IsOnPhone(Operation& operation, const std::string& sPath) {
     DWORD iErrorNo = 0;
     DWORD iUnused[9] = {};
@@ -62,10 +66,18 @@ bool IsOnPhone(Operation& operation, const std::string& sPath) {
 
 int ChangeFolder(Operation& operation, char* sDirectory, char cSeparator, std::string sArgument) {
     RemoveQuotes(sArgument);
-    const std::string sPath = sDirectory + sArgument;
-    return Fits(sPath) && IsOnPhone(operation, sPath) && WriteBack(sPath, cSeparator, sDirectory)
-               ? FS_EXEC_SYMLINK
-               : FS_EXEC_ERROR;
+    std::replace(sArgument.begin(), sArgument.end(), '\\', '/');
+    const std::string sPath = FromRoot(sArgument.starts_with('/') ? sArgument : sDirectory + sArgument);
+    operation.Describe("change folder", sPath);
+    if (!Fits(sPath))
+        return operation.Fail(FS_EXEC_ERROR, kTooLong);
+    PhoneStatus status;
+    if (!IsOnPhone(operation, sPath) || !status.Ask(operation, sPath.c_str()) || !status.Exists())
+        return operation.Fail(FS_EXEC_ERROR, FailureReason(operation));
+    if (!status.IsFolder())
+        return operation.Fail(FS_EXEC_ERROR, "it is not a folder");
+    return WriteBack(sPath, cSeparator, sDirectory) ? FS_EXEC_SYMLINK
+                                                    : operation.Fail(FS_EXEC_ERROR, kTooLong);
 }
 
 int MakeLink(Operation& operation, const char* sDirectory, const char* sArguments) {
@@ -74,13 +86,15 @@ int MakeLink(Operation& operation, const char* sDirectory, const char* sArgument
     ParseTwoArgs(sArguments, sTarget, sLink);
     sTarget.insert(0, sDirectory);
     sLink = sDirectory + sLink + ".lnk";
+    operation.Describe("make link", sLink, sTarget);
     if (!Fits(sTarget) || !Fits(sLink))
-        return FS_EXEC_ERROR;
+        return operation.Fail(FS_EXEC_ERROR, kTooLong);
     StripLeadingSeparators(sLink.data());
-    return IsOnPhone(operation, sTarget) &&
-                   QLIB_EFS2_DIAG_CREATE_LINK(operation.Context(), sLink.c_str(), sTarget.c_str())
-               ? FS_EXEC_OK
-               : FS_EXEC_ERROR;
+    if (!IsOnPhone(operation, sTarget) ||
+        !QLIB_EFS2_DIAG_CREATE_LINK(operation.Context(), sLink.c_str(), sTarget.c_str()))
+        return operation.Fail(FS_EXEC_ERROR, FailureReason(operation));
+    // A refusal does not show in the result.
+    return IsRefused(operation) ? operation.Fail(FS_EXEC_OK, FailureReason(operation)) : FS_EXEC_OK;
 }
 
 } // namespace

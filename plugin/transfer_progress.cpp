@@ -24,6 +24,7 @@ bool Transfer::Begin(DWORD iSize) {
 }
 
 void Transfer::OnBlock(DWORD iBytesDone) {
+    m_iBytesDone = iBytesDone;
     if (m_iSize != 0)
         Report(static_cast<int>(std::min<uint64_t>(uint64_t{iBytesDone} * 100 / m_iSize, 100)));
 }

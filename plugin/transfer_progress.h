@@ -23,6 +23,9 @@ public:
     /// then nothing is to be transferred.
     bool Begin(DWORD iSize);
 
+    /// BytesDone is what the library said after the last block.
+    DWORD BytesDone() const { return m_iBytesDone; }
+
     /// OnBlock reports the percentage (at most 100) to the host and passes the user's abort on to the
     /// library.
     void OnBlock(DWORD iBytesDone);
@@ -36,6 +39,7 @@ private:
     Operation& m_operation;
     const bool m_bClaimed;
     DWORD m_iSize = 0;
+    DWORD m_iBytesDone = 0;
     bool m_bAborted = false;
 };
 
