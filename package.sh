@@ -40,7 +40,7 @@ done
 zip=$PWD/dist/quillet-$version.zip
 (cd "$work/windows" && zip -q -X -9 "$zip" pluginst.inf readme.txt quillet.wfx quillet.wfx64)
 
-for program in quillet.wfx wfxhost; do
+for program in quillet.wfx wfxhost qdiag; do
     strip --strip-unneeded -o "$work/$linux/$program" build/$program
 done
 fill INSTALL "$work/$linux/INSTALL"

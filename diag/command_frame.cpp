@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "diag/command.h"
+
 namespace {
 
 /// The length field of a test command's header: fixed per command id, 0 for ids that are not listed.
@@ -37,7 +39,7 @@ void CommandFrame::NoteFailure(const OperationFailure& failure) {
 bool CommandFrame::Exchange(unsigned char iExpected, DWORD iReadDelay_ms) {
     return m_connection.SendSync(m_buffer.RequestLength(), m_buffer.RequestBytes(),
                                  &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
-                                 m_connection.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
+                                 m_access.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
 }
 
 bool CommandFrame::SendExpectingCommandType() {
@@ -55,9 +57,9 @@ bool CommandFrame::Send(DWORD iReadDelay_ms) {
 }
 
 bool CommandFrame::SendWithDifferentResponseCmd(unsigned char iExpected, DWORD iReadDelay_ms) {
-    return m_connection.SendSyncExpecting(m_buffer.RequestLength(), m_buffer.RequestBytes(),
-                                          &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
-                                          m_connection.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
+    return m_access.SendSyncExpecting(m_buffer.RequestLength(), m_buffer.RequestBytes(),
+                                      &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
+                                      m_access.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
 }
 
 bool CommandFrame::SendFtmCmd() {
@@ -93,7 +95,7 @@ bool CommandFrame::SendCDMA2000() {
 }
 
 void CommandFrame::SetSystemMode(FTM_Mode_Id_Enum iSystem_Mode) {
-    Log().LogMessage(LOG_FN, "QLIB_SetSystemMode(iSystem_Mode = %d)()", static_cast<int>(iSystem_Mode));
+    LogLine(*this, LOG_FN, "QLIB_SetSystemMode(iSystem_Mode = %d)()", iSystem_Mode);
     m_eSystemMode = iSystem_Mode;
 }
 
@@ -107,22 +109,23 @@ RequestBuilder& CommandFrame::FormatFTMHeader() {
         return BeginRequest()
             .U8(FTM_COMMAND_75)
             .U8(m_iFtmSubsystem)
-            .U16(static_cast<unsigned>(m_eSystemMode));
-    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U16(0x0077).U16(0);
+            .U16(static_cast<unsigned>(m_eSystemMode))
+            .EndHeader();
+    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U16(0x0077).U16(0).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatExtendedFTMHeader(unsigned short iFirst, unsigned short iSecond,
                                                       unsigned short iThird) {
-    return FormatFTMHeader().U16(iFirst).U16(iSecond).U16(iThird);
+    return FormatFTMHeader().U16(iFirst).U16(iSecond).U16(iThird).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatExtendedFTMHeader(unsigned short iMode, unsigned short iFirst,
                                                       unsigned short iSecond, unsigned short iThird) {
-    return FormatSubsystemDiagHeader(m_iFtmSubsystem, iMode).U16(iFirst).U16(iSecond).U16(iThird);
+    return FormatSubsystemDiagHeader(m_iFtmSubsystem, iMode).U16(iFirst).U16(iSecond).U16(iThird).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatSubsystemDiagHeader(unsigned char iSubsystem, unsigned short iCommand) {
-    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U8(iSubsystem).U16(iCommand);
+    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U8(iSubsystem).U16(iCommand).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatBT_FTMHeader(unsigned short iCommandId, unsigned short iLength) {
@@ -147,7 +150,7 @@ RequestBuilder& CommandFrame::FormatAGPS_FTMHeader(unsigned short iCommandId) {
 }
 
 RequestBuilder& CommandFrame::FormatPMIC_FTMHeader(unsigned short iCommandId, unsigned char iSubcommandId) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_PMIC, iCommandId, 0, 0).U8(iSubcommandId);
+    return FormatExtendedFTMHeader(FTM_MODE_ID_PMIC, iCommandId, 0, 0).U8(iSubcommandId).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatAudioFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC) {

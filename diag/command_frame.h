@@ -1,50 +1,22 @@
 // The frame of every diagnostic command: the buffer pair, the exchange, and the factory-test headers.
 #pragma once
 
-#include <cstdint>
-
+#include "diag/ftm_types.h"
 #include "diag/operation_failure.h"
 #include "diag/packet_buffer.h"
-#include "link/diag_connection.h"
-#include "platform/export.h"
+#include "link/connection_access.h"
 #include "platform/types.h"
 
-/// The first byte of factory-test (FTM) requests.
-enum FTM_Command_Type : int {
-    FTM_COMMAND_59 = 59,      // the older form, with a length field
-    FTM_COMMAND_75 = 75,      // a subsystem command
-    FTM_COMMAND_UNKNOWN = -1, // no form was detected
-};
-
-/// The mode field of factory-test requests: what the command is for. Values without a name are allowed.
-enum FTM_Mode_Id_Enum : int {
-    FTM_MODE_ID_FACTORY = 0,
-    FTM_MODE_ID_CDMA_1X = 1,
-    FTM_MODE_ID_BLUETOOTH = 4,
-    FTM_MODE_ID_CDMA2000 = 7,
-    FTM_MODE_ID_EVDO = 8,
-    FTM_MODE_ID_LOG = 9,
-    FTM_MODE_ID_AGPS = 10,
-    FTM_MODE_ID_PMIC = 11,
-    FTM_MODE_ID_GSM_BER = 13,
-    FTM_MODE_ID_AUDIO = 14,
-    FTM_MODE_ID_CAMERA = 15,
-    FTM_MODE_ID_WCDMA_BER = 16,
-    FTM_MODE_ID_CDMA_API2 = 18,
-    FTM_MODE_ID_RF_COMMON = 20,
-    FTM_MODE_ID_WCDMA_SECONDARY = 21,
-};
-
-/// CommandFrame is what every command family is built on. A command logs its entry line, begins a request
-/// with one of the Format functions (which clear the buffer pair), appends its fields to the builder that
-/// they return, exchanges it with one of the Send functions, and takes its values from Response(), last
-/// first.
+/// CommandFrame is what every command family is built on; programs cannot reach it. A command logs its entry
+/// line, begins a request with BeginRequest or one of the Format functions (which clear the buffer pair),
+/// appends its fields to the builder that they return, exchanges the request with one of the Send functions,
+/// and takes its values from Response(), last first. diag/command.h has these steps as one line each.
 ///
 /// One command at a time, on the caller's thread: the buffer pair is shared by all commands of the
 /// connection. The connection must outlive the frame.
-class QUILLET_API CommandFrame {
+class CommandFrame {
 public:
-    explicit CommandFrame(DiagConnection& connection) : m_connection(connection) {}
+    explicit CommandFrame(DiagConnection& connection) : m_connection(connection), m_access(connection) {}
     CommandFrame(const CommandFrame&) = delete;
     CommandFrame& operator=(const CommandFrame&) = delete;
 
@@ -69,10 +41,6 @@ public:
     /// With command type 59 SendFtmCmd59; otherwise true when the response begins with the command type.
     bool SendCDMA2000();
 
-    /// LastFailure says why the last file-system operation (EFS2_...) failed or was refused; other commands
-    /// leave it as it is. Of several things that went wrong it is the first.
-    const OperationFailure& LastFailure() const { return m_lastFailure; }
-
     // --- Settings -----------------------------------------------------------------------------------
 
     /// SetCommandType chooses the form of FTM requests (75 at first).
@@ -82,12 +50,17 @@ public:
     void SetSystemMode(FTM_Mode_Id_Enum iSystem_Mode);
     FTM_Mode_Id_Enum GetSystemMode() const { return m_eSystemMode; }
 
-    // --- For the command families (private in Diag_FTM) ---------------------------------------------
+    // --- What a command works with ------------------------------------------------------------------
 
     DiagConnection& Connection() { return m_connection; }
-    DataLogFileHandler& Log() { return *m_connection.GetDataLogFileHandler(); }
+    /// Access: the parts of the connection that programs do not see.
+    const ConnectionAccess& Access() { return m_access; }
+    DataLogFileHandler& Log() { return m_access.Log(); }
     PacketBuffer& Buffer() { return m_buffer; }
     ResponseReader Response() { return m_buffer.Response(); }
+    /// AskForValues is Send for a command whose only news is in the values of the answer: false also when the
+    /// answer ends within its header.
+    bool AskForValues() { return Send(0) && Response().HoldsValues(); }
     /// StoreSystemMode is SetSystemMode without its log line, for commands from which the mode follows.
     void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
 
@@ -95,6 +68,9 @@ public:
     /// is one already.
     void ForgetFailure() { m_lastFailure = {}; }
     void NoteFailure(const OperationFailure& failure);
+    const OperationFailure& LastFailure() const { return m_lastFailure; }
+
+    // What the Format functions write is the header of the answer too.
 
     /// BeginRequest clears the buffer pair and returns the builder of an empty request.
     RequestBuilder& BeginRequest();
@@ -131,6 +107,7 @@ private:
     bool ResponseByteIs(size_t iOffset, unsigned iValue);
 
     DiagConnection& m_connection;
+    const ConnectionAccess m_access;
     PacketBuffer m_buffer;
     OperationFailure m_lastFailure;
     unsigned char m_iFtmSubsystem = 11;

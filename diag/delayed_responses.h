@@ -1,9 +1,11 @@
 // Commands that answer in two stages: at once that they began, later that they ended.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
+struct QueueItem;
 
 /// DelayedResponses: the first answer is awaited within QMSL_TimeOut_SyncRequest, each delayed response
 /// within QMSL_TimeOut_MultipleResponse. True when all of them came and none of those that count reported an
@@ -29,8 +31,9 @@ public:
                                         unsigned short iStartingCol, unsigned short iHeight,
                                         unsigned short iWidth, const char* sFileName);
 
+protected:
     /// SendDiag2WithMultipleResponse sends the request as built and waits for its answer and for
-    /// iNumResponses delayed responses (private in Diag_FTM). False at once when the first answer announces
+    /// iNumResponses delayed responses. False at once when the first answer announces
     /// none: it is too short, carries a status or a count, or no id. Then packets of the command-response
     /// queue count whose id is the announced one and whose status is 0; all others are dropped while the wait
     /// goes on. The second argument is not used.

@@ -1,8 +1,9 @@
 // The greeting of the phone's download mode.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// DownloadGreeting talks to a phone in download mode, which answers no diagnostic requests. Two requests,
 /// each within QMSL_TimeOut_SyncRequest. Caller's thread. The frame must outlive it.

@@ -3,10 +3,10 @@
 
 #include <cstddef>
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
+class CommandFrame;
 class NvItems;
 
 #pragma pack(push, 1)
@@ -45,11 +45,12 @@ public:
 
     /// DIAG_EXT_BUILD_ID_F reads the modem chip's version, the model number, and the names of the software
     /// and the model (kBuildTextSize bytes each; longer ones are cut, missing ones are empty). True when the
-    /// phone answered; numbers that the answer lacks stay as they were.
+    /// phone answered; numbers that the answer lacks stay as they were. False, with everything as it was, for
+    /// an answer that ends within its header.
     bool DIAG_EXT_BUILD_ID_F(DWORD& iMSM_HW_Version, DWORD& iMobModel, char* sMobSwRev, char* sModelStr);
 
     /// DIAG_READ_ESN_F reads the electronic serial number (NV item 0). False, with iESN as it was, without an
-    /// answer or when the phone refuses the item.
+    /// answer, for one that ends before the number, and when the phone refuses the item.
     bool DIAG_READ_ESN_F(DWORD& iESN);
 
 private:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "diag/command.h"
 #include "diag/log_masks.h"
 #include "diag/received_packet.h"
 #include "link/extended_message.h"
@@ -61,34 +62,34 @@ bool KeyPresses::DIAG_KeyPress_ConfigureKeyDetect(const char* sKeyReleasePrefix,
 }
 
 bool KeyPresses::DIAG_KeyPress_StartCapture() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_KeyPress_StartCapture()");
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_KeyPress_StartCapture()");
     const bool bAnswered = m_masks.DIAG_SetMessageFilter(m_iSSID, m_iRT_MASK);
     m_masks.DIAG_SetPhoneLoggingState(true);
     return bAnswered;
 }
 
 bool KeyPresses::DIAG_KeyPress_StopCapture() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_KeyPress_StopCapture()");
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_KeyPress_StopCapture()");
     const bool bAnswered = m_masks.DIAG_SetMessageFilter(m_iSSID, 0);
     m_masks.DIAG_SetPhoneLoggingState(false);
     return bAnswered;
 }
 
 bool KeyPresses::DIAG_KeyPress_ClearQueue() {
-    m_frame.Connection().PhoneLogQueue().Clear();
+    m_frame.Access().PhoneLogQueue().Clear();
     m_keyEvents.clear();
     return true;
 }
 
 bool KeyPresses::DIAG_KeyPress_ClearMap() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_KeyPress_ClearMap( )");
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_KeyPress_ClearMap( )");
     m_keyMap.clear();
     return true;
 }
 
 bool KeyPresses::DIAG_KeyPress_AddMapEntry(unsigned short iHW_ID, unsigned char iKeyPressSW_ID) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_KeyPress_AddMapEntry( iHW_ID = %d, iKeyPressSW_ID = %d )",
-                             iHW_ID, iKeyPressSW_ID);
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_KeyPress_AddMapEntry( iHW_ID = %d, iKeyPressSW_ID = %d )", iHW_ID,
+            iKeyPressSW_ID);
     m_keyMap.push_back({iHW_ID, iKeyPressSW_ID});
     return true;
 }
@@ -118,7 +119,7 @@ bool KeyPresses::DIAG_KeyPress_GetNextKeyEvent(unsigned short& iKeyPressID, unsi
 void KeyPresses::DIAG_KeyPress_ProcessResponseBuffer() {
     QueueItem item;
     ExtendedMessage message;
-    while (m_frame.Connection().PhoneLogQueue().Pop(&item)) {
+    while (m_frame.Access().PhoneLogQueue().Pop(&item)) {
         if (item.length < kMaxPacketSize && ParseExtendedMessage(PacketOf(item), message))
             ProcessMessage(message.sFormat);
     }

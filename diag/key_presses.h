@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "diag/command_frame.h"
 #include "diag/key_press_id.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
+class CommandFrame;
 class LogMasks;
 
 /// KeyPresses: configured (by default for common phones) -> capturing -> stopped. While the phone writes its

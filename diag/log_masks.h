@@ -4,9 +4,10 @@
 #include <cstddef>
 #include <span>
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// What DIAG_SetExtendedLogMask asks for; other values are passed on.
 enum LogMaskOperation : DWORD {
@@ -27,12 +28,17 @@ public:
     bool DIAG_SetPhoneLoggingState(bool bEnableLogging);
 
     /// DIAG_SetExtendedLogMask sends a mask operation with iOperationDataSize bytes of data (at least 1, the
-    /// first is logged) and copies the answer's last bytes back over them: as many as were sent, or all that
-    /// the answer holds when that is less. Data that do not fit a request (about 4080 bytes) are not sent.
+    /// first is logged) and copies the answer's last bytes back over them, as many as were sent; an answer
+    /// whose header (8 bytes) is followed by fewer leaves them as they are, and counts as an answer all the
+    /// same. Data that do not fit a request (about 4080 bytes) are not sent.
     /// The data of LOG_MASK_SET and LOG_MASK_GET are the equipment id, the last item's number (32 bits each)
     /// and a mask, item n in byte n / 8, bit n % 8; those of LOG_MASK_GET_RANGES are 16 numbers of 32 bits.
     bool DIAG_SetExtendedLogMask(DWORD iOperation, unsigned char* piOperationData,
                                  unsigned short& iOperationDataSize);
+
+    /// ReadExtendedLogMask is the same for an operation that reads: false also when no data came back.
+    bool ReadExtendedLogMask(DWORD iOperation, unsigned char* piOperationData,
+                             unsigned short& iOperationDataSize);
 
     /// DIAG_GetLogRanges tells an equipment id's last item number. False, with it as it was, without a whole
     /// answer and for an id above 15.
@@ -75,8 +81,7 @@ private:
     class MaskRequest;
 
     bool GetLastItem(unsigned char iEquipmentID, DWORD& iLastItem);
-    bool Exchange(LogMaskOperation eOperation, MaskRequest& request);
-    bool AnswerHolds(size_t iDataSize);
+    bool ExchangeMask(LogMaskOperation eOperation, MaskRequest& request);
 
     CommandFrame& m_frame;
 };

@@ -1,9 +1,10 @@
 // Reading and writing the phone's memory, a few bytes at a time.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// PhoneMemory: each operation is one request and its answer, within QMSL_TimeOut_SyncRequest; true means
 /// that the phone answered. Addresses are the phone's, counts are values of the operation's width. A request

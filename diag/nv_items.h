@@ -5,8 +5,9 @@
 #include <deque>
 #include <vector>
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// NvItems: an NV item is up to 128 bytes that the phone keeps without power, known by its number. Lengths
 /// are bytes. Each request waits within QMSL_TimeOut_SyncRequest. Caller's thread. The frame must outlive it.
@@ -16,12 +17,14 @@
 class QUILLET_API NvItems {
 public:
     static constexpr size_t kItemSize = 128;
+    /// In a batch an item may have one byte more.
+    static constexpr size_t kBatchItemSize = 129;
 
     explicit NvItems(CommandFrame& frame) : m_frame(frame) {}
 
     /// DIAG_NV_READ_F reads an item's first iLength bytes (at most kItemSize). pItemData is written only when
-    /// the status is 0. False, with both out-values as they were, without an answer, and for an answer that
-    /// says done and ends before the data that were asked for.
+    /// the status is 0; of an answer with fewer bytes it gets those that are there. False, with both
+    /// out-values as they were, without an answer and for an answer without a status.
     bool DIAG_NV_READ_F(unsigned short iItemID, unsigned char* pItemData, int iLength,
                         unsigned short& iStatus);
     /// DIAG_NV_READ_ARRAY_F is the same for one element of an item that is an array (at most 127 bytes). The
@@ -29,8 +32,10 @@ public:
     bool DIAG_NV_READ_ARRAY_F(unsigned short iItemID, unsigned char iArrayIndex, unsigned char* pItemData,
                               int iLength, unsigned short& iStatus);
 
-    /// DIAG_NV_WRITE_F writes an item: iLength bytes (at most kItemSize), zeros up to kItemSize. In batch
-    /// mode it only queues the item and reports status 0. False also for an answer without a status.
+    /// DIAG_NV_WRITE_F writes an item: iLength bytes (at most kItemSize), zeros up to kItemSize. False,
+    /// with iStatus as it was, without an answer and for an answer without a status. In batch mode it only
+    /// queues the item, with up to kBatchItemSize bytes, and reports status 0. A length outside its range is
+    /// brought into it, so no more bytes are read than iLength says.
     bool DIAG_NV_WRITE_F(unsigned short iItemID, const unsigned char* pItemData, int iLength,
                          unsigned short& iStatus);
     /// DIAG_NV_WRITE_ARRAY_F writes one element of an array (at most 127 bytes).
@@ -57,6 +62,7 @@ public:
                                        unsigned char& iLastItemStatus);
 
 protected:
+protected:
     /// ResetBatch switches batch mode off and drops what was queued.
     void ResetBatch();
 
@@ -64,7 +70,7 @@ private:
     struct NV_WriteQueueItem {
         unsigned short iItemID;
         unsigned char iItemLength;
-        std::array<unsigned char, 129> aItemData;
+        std::array<unsigned char, kBatchItemSize> aItemData;
     };
     static_assert(sizeof(NV_WriteQueueItem) == 132);
 

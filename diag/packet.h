@@ -5,13 +5,12 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/export.h"
 #include "platform/types.h"
 
 /// RequestBuilder appends fields, little-endian and without gaps, to a buffer that somebody else owns. A
 /// field that does not fit is left out whole, and Complete() is false from then on; whoever sends something
 /// that must not lose a field (a path, say) looks at it first.
-class QUILLET_API RequestBuilder {
+class RequestBuilder {
 public:
     /// Builds into `area`, all of which may be used, behind the iLength bytes that it already holds.
     RequestBuilder(std::span<unsigned char> area, unsigned short& iLength)
@@ -28,10 +27,20 @@ public:
     /// The bytes of sText and one zero byte.
     RequestBuilder& Text(const char* sText);
 
+    /// EndHeader says what the answer begins with before its first value: the bytes appended so far, and
+    /// iReserved more.
+    RequestBuilder& EndHeader(size_t iReserved = 0) {
+        m_iHeader = m_iLength + iReserved;
+        return *this;
+    }
+    /// The length of that header; 0 without EndHeader.
+    size_t HeaderLength() const { return m_iHeader; }
+
     /// Begins a new request in `area`.
     void Restart(std::span<unsigned char> area) {
         m_area = area;
         m_iLength = 0;
+        m_iHeader = 0;
         m_bComplete = true;
     }
 
@@ -43,6 +52,7 @@ private:
 
     std::span<unsigned char> m_area;
     unsigned short& m_iLength;
+    size_t m_iHeader = 0;
     bool m_bComplete = true;
 };
 
@@ -50,12 +60,14 @@ private:
 /// their last fields stay where they are. Each successful Take moves the read position back over what it
 /// took; a failed one (fewer bytes before the position than asked for) changes neither its out-value nor the
 /// position, and later ones may succeed. A position of 0 counts as "not started" and stands for the end.
+/// An answer that ends within its header has no values: every Take fails.
 /// The At functions read at fixed offsets from the begin and leave the position alone.
-class QUILLET_API ResponseReader {
+class ResponseReader {
 public:
-    /// Reads `response`; iPosition (0: the end) belongs to the caller, so that a later reader goes on.
-    ResponseReader(std::span<const unsigned char> response, unsigned short& iPosition)
-        : m_response(response), m_iPosition(iPosition) {}
+    /// Reads `response`, which begins with iHeader bytes that are no values; iPosition (0: the end) belongs
+    /// to the caller, so that a later reader goes on.
+    ResponseReader(std::span<const unsigned char> response, unsigned short& iPosition, size_t iHeader = 0)
+        : m_response(response), m_iPosition(iPosition), m_iHeader(iHeader) {}
 
     bool Take(unsigned char& iValue) { return TakeNumber(iValue); }
     bool Take(signed char& iValue) { return TakeNumber(iValue); }
@@ -78,6 +90,8 @@ public:
     size_t TextAt(size_t iOffset, char* sOut, size_t iCapacity) const;
 
     size_t Size() const { return m_response.size(); }
+    /// True when at least iSize bytes follow the header.
+    bool HoldsValues(size_t iSize = 1) const { return m_response.size() >= m_iHeader + iSize; }
 
 private:
     template <class T>
@@ -86,4 +100,5 @@ private:
 
     std::span<const unsigned char> m_response;
     unsigned short& m_iPosition;
+    size_t m_iHeader;
 };

@@ -4,11 +4,10 @@
 #include <array>
 
 #include "diag/packet.h"
-#include "platform/export.h"
 
 /// PacketBuffer holds the request that is being built and the last response. One command at a time uses it,
 /// on the caller's thread, and begins by clearing it; between commands it holds the last exchange.
-class QUILLET_API PacketBuffer {
+class PacketBuffer {
 public:
     static constexpr unsigned short kSize = 4096;
     /// A request stays below the buffer's size.
@@ -23,7 +22,9 @@ public:
     /// A builder that appends to the request, and whether one of the fields since Clear was left out.
     RequestBuilder& Request() { return m_builder; }
     /// A reader of the response; its read position is kept here from one call to the next.
-    ResponseReader Response() { return {std::span(m_aResponse).first(m_iResponseLength), m_iReadPosition}; }
+    ResponseReader Response() {
+        return {std::span(m_aResponse).first(m_iResponseLength), m_iReadPosition, m_builder.HeaderLength()};
+    }
 
     unsigned char* RequestBytes() { return m_aRequest.data(); }
     unsigned short RequestLength() const { return m_iRequestLength; }

@@ -1,10 +1,10 @@
 // What the phone sent: the two queues of received packets, and waiting for a log record or a message.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
+class CommandFrame;
 class LogMasks;
 
 /// PhoneQueues: received packets wait in two queues, of which each keeps the newest 4096: the phone's unasked

@@ -1,8 +1,9 @@
 // What state the phone is in: status, display, GSM registration and calls.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// PhoneState: each operation is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that
 /// the phone answered. Without an answer no out-value changes. Caller's thread. The frame must outlive it.
@@ -16,18 +17,20 @@ public:
 
     explicit PhoneState(CommandFrame& frame) : m_frame(frame) {}
 
-    /// DIAG_STATUS_F reads the call manager's status byte; an answer without it leaves it as it was.
+    /// DIAG_STATUS_F reads the call manager's status byte. False also for an answer without it.
     bool DIAG_STATUS_F(unsigned char& iStatus);
 
     /// DIAG_HS_DISPLAY_GET_PARAMS_CMD tells the size of the display in pixels, bits per pixel and
     /// orientation. iDisplayID is only logged: phones answer for their main display. An answer is read from
-    /// its end; one that is too short for all values changes none.
+    /// its end; one that is too short for the four values (10 bytes) changes none, and one that ends within
+    /// its header (4 bytes) makes the result false.
     bool DIAG_HS_DISPLAY_GET_PARAMS_CMD(unsigned char iDisplayID, unsigned short& iDisplayHeight,
                                         unsigned short& iDisplayWidth, unsigned char& iPixelDepth,
                                         unsigned char& iPanelOrientation);
 
     /// DIAG_GSM_STATUS_F tells identities, cell and states. The answer is read from its end; false as well,
-    /// with all values as they were, when it is too short for the seven.
+    /// with all values as they were, when it is too short for the seven
+    /// (32 bytes).
     bool DIAG_GSM_STATUS_F(unsigned char* const iIMEI, unsigned char* const iIMSI, unsigned char* const iLAI,
                            unsigned short& iCellID, unsigned char& iCM_CallState,
                            unsigned char& iCM_OperationalMode, unsigned char& iCM_SystemMode);

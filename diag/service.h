@@ -1,9 +1,10 @@
 // Service operations: error log, operating mode, service code, DIP switches, key injection.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "diag/key_press_id.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// The operating mode that DIAG_CONTROL_F asks for: passed to the phone unchanged, every value is allowed.
 enum mode_enum_type : int {};
@@ -16,7 +17,8 @@ static_assert(sizeof(QLIB_DIAG_Err_Read) == 264);
 
 /// PhoneService: each operation is one request and its answer, within QMSL_TimeOut_SyncRequest; true means
 /// that the phone answered. Values that an answer is too short for stay as they were, as do all without an
-/// answer. Caller's thread. The frame must outlive it.
+/// answer; what reads values is false for an answer that ends within its header. Caller's thread. The frame
+/// must outlive it.
 class QUILLET_API PhoneService {
 public:
     explicit PhoneService(CommandFrame& frame) : m_frame(frame) {}

@@ -1,10 +1,11 @@
 // The callbacks of the file-system operations, and the request to abort a transfer.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "link/directory_callback.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// Receives the progress of a transfer after each block: two names, the operation (4 read, 5 write), a
 /// sub-code (0), bytes done, bytes in all (reads: the same as done), user data. Runs on the caller's thread,

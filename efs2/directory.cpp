@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <new>
 
+#include "diag/command.h"
 #include "efs2/exchange.h"
 
 namespace {
@@ -94,8 +95,8 @@ bool Efs2Directory::ReadEntries(const char* sPath, DWORD iDirectory, unsigned ch
             continue;
         Efs2DirItem item{};
         if (!FillItem(sPath, entry, item))
-            m_frame.Log().LogMessage(LOG_ERR, "QLIB_EfsDirectory() - Path too long, entry left out: %s/%s",
-                                     sPath, entry.sName);
+            LogLine(m_frame, LOG_ERR, "QLIB_EfsDirectory() - Path too long, entry left out: %s/%s", sPath,
+                    entry.sName);
         else if (!Append(list, item))
             return false;
     }
@@ -125,16 +126,16 @@ void Efs2Directory::Deliver(Efs2DirItem& item) {
     m_callbacks.m_pfnEfsDirCallBack(item.sName, static_cast<unsigned char>(item.isFile), item.Mask,
                                     item.BufOption, item.Clean, item.Date, item.FileSize,
                                     m_callbacks.m_pEfsCallBackUserData);
-    m_frame.Log().LogMessage(LOG_RET, " EFS DIR - '%s' %d bytes", item.sName, AsInt(item.FileSize));
+    LogLine(m_frame, LOG_RET, " EFS DIR - '%s' %d bytes", item.sName, item.FileSize);
 }
 
 bool Efs2Directory::EFS2_DIAG_ENUM_DIR(const char* sFolderPath) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s )", sFolderPath);
+    LogLine(m_frame, LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s )", sFolderPath);
     m_frame.ForgetFailure();
     std::vector<Efs2DirItem> list;
     DWORD iCount = 0;
     if (IterateEFS2Entries(sFolderPath, &list, &iCount, kEveryKind) == 0) {
-        m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s ) - Failed", sFolderPath);
+        LogLine(m_frame, LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s ) - Failed", sFolderPath);
         return false;
     }
     for (Efs2DirItem& item : list)

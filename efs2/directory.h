@@ -3,10 +3,11 @@
 
 #include <vector>
 
-#include "diag/command_frame.h"
 #include "efs2/callbacks.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// One listed entry.
 struct Efs2DirItem {

@@ -1,5 +1,7 @@
 #include "efs2/exchange.h"
 
+#include "diag/command.h"
+
 namespace {
 
 constexpr DWORD kTimeOut_ms = 2000;
@@ -62,7 +64,7 @@ bool Efs2Exchange::ExchangeUntilGranted(int iAttempts, size_t iErrnumOffset) {
 }
 
 RequestBuilder& BeginEfs2Request(CommandFrame& frame, EFS2_Cmd_Enum eCommand) {
-    return frame.BeginRequest().U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand);
+    return frame.BeginRequest().U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand).EndHeader();
 }
 
 bool SendWholeRequest(CommandFrame& frame) {
@@ -80,4 +82,12 @@ bool SendWholeRequest(CommandFrame& frame) {
         frame.Response().U32At(kUsualErrnumOffset, iErrnum) && iErrnum != 0)
         frame.NoteFailure({Kind::Refused, iErrnum});
     return true;
+}
+
+bool AskWholeRequest(CommandFrame& frame) {
+    if (!SendWholeRequest(frame))
+        return false;
+    if (!frame.Response().HoldsValues())
+        frame.NoteFailure({Kind::UnusableAnswer});
+    return frame.Response().HoldsValues();
 }

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <span>
 
-#include "diag/command_frame.h"
+#include "diag/command.h"
 #include "efs2/commands.h"
 
 /// How often a request is sent that opens, closes, lists or writes, until the phone grants it.
@@ -26,7 +26,7 @@ public:
           m_request(request),
           m_response(response),
           m_builder(request, m_iRequestLength) {
-        m_builder.U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand);
+        m_builder.U8(kSubsystemDispatch).U8(kEfs2Subsystem).U16(eCommand).EndHeader();
     }
     Efs2Exchange(const Efs2Exchange&) = delete;
     Efs2Exchange& operator=(const Efs2Exchange&) = delete;
@@ -55,7 +55,9 @@ public:
     bool ExchangeUntilGranted(int iAttempts, size_t iErrnumOffset);
 
     /// The last answer; empty before the first.
-    ResponseReader Response() { return {m_response.first(m_iResponseLength), m_iReadPosition}; }
+    ResponseReader Response() {
+        return {m_response.first(m_iResponseLength), m_iReadPosition, m_builder.HeaderLength()};
+    }
 
 private:
     bool SendOnce();
@@ -95,3 +97,6 @@ RequestBuilder& BeginEfs2Request(CommandFrame& frame, EFS2_Cmd_Enum eCommand);
 /// of which a field was left out is not sent: false. It is an operation of its own: the frame forgets the
 /// failure before, and has a note when this one fails, and when the phone refuses it.
 bool SendWholeRequest(CommandFrame& frame);
+/// AskWholeRequest is the same for a request whose only news is in the values of the answer (see
+/// CommandFrame::AskForValues).
+bool AskWholeRequest(CommandFrame& frame);

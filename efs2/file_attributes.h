@@ -1,9 +1,11 @@
 // The two file-attribute requests of the phone's older file-system command.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
+class RequestBuilder;
 
 /// FileAttributes asks and sets the attributes of phone files. What the values mean is the phone's own
 /// affair; they are passed through. Caller's thread; each method blocks for up to QMSL_TimeOut_SyncRequest.
@@ -21,7 +23,7 @@ public:
     bool DIAG_SET_FILE_ATTRIBUTES(const char* sPath, DWORD iFirst, DWORD iSecond);
 
 private:
-    RequestBuilder* BeginRequest(unsigned char iOperation, const char* sPath);
+    RequestBuilder* BeginAttributes(unsigned char iOperation, const char* sPath);
 
     CommandFrame& m_frame;
 };

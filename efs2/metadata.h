@@ -3,10 +3,12 @@
 
 #include <string>
 
-#include "diag/command_frame.h"
+#include "diag/operation_failure.h"
 #include "efs2/commands.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// What EFS2_DIAG_EXTENDED_INFO asks for: passed to the phone unchanged, every value is allowed.
 enum EFS2_EXT_QueryType_Enum : int {};
@@ -27,8 +29,8 @@ enum EFS2_EXT_Kind_Enum : int {
 /// True means that the phone answered. Whether it granted the request shows in iErrorNo (0: yes) where there
 /// is one; RMDIR, UNLINK, READ_LINK and CREATE_LINK do not tell. Without an answer the result is false and
 /// no out-value changes. The answers to RENAME, CHMOD and ACCESS are read from their end: the last four bytes
-/// are the error number, and it stays as it was when there are fewer. Other answers that are too short for a
-/// value leave it as it was.
+/// are the error number. Other answers that are too short for a value leave it as it was. An answer that ends
+/// within its header (4 bytes) changes nothing, and what reads values is false then.
 ///
 /// Texts that are handed out take up to kEfs2TextSize bytes of the caller's buffer, the zero included; longer
 /// ones are cut, missing ones are empty.
@@ -81,6 +83,10 @@ public:
     bool EFS2_DIAG_EXTENDED_INFO(EFS2_EXT_QueryType_Enum iQueryType, EFS2_EXT_Kind_Enum& eReturnKind,
                                  DWORD& iReturnInt, char* const sReturnString);
 
+    /// EFS2_LastFailure says why the connection's last file-system operation (of this and the other EFS2
+    /// families) failed or was refused. Of several things that went wrong it is the first.
+    OperationFailure EFS2_LastFailure() const;
+
 protected:
     /// EfsFnSplit splits a path behind its last '/': "/brew/a.txt" is "/brew/" and "a.txt". Without one, sDir
     /// is empty. Each buffer is large enough for the whole path.
@@ -98,6 +104,7 @@ private:
     DWORD StatFSAvailSpace(const char* sPath);
 
     bool SendPath(EFS2_Cmd_Enum eCommand, const char* sPath);
+    bool AskOfPath(EFS2_Cmd_Enum eCommand, const char* sPath);
     bool TakeErrorNo(DWORD& iErrorNo);
 
     CommandFrame& m_frame;

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "diag/command.h"
 #include "efs2/exchange.h"
 #include "efs2/local_files.h"
 
@@ -66,13 +67,12 @@ bool Efs2Transfer::PerformEFS2ReadOp(const char* sEFS_File, DWORD* piBytesRead, 
 }
 
 bool Efs2Transfer::EFS2_DIAG_READ_FILE(const char* sLocalFile, const char* sEFS_File) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsRead( sLocalFile = %s, sEFS_File = %s)", Shown(sLocalFile),
-                             sEFS_File);
+    LogLine(m_frame, LOG_FN, "QLIB_EfsRead( sLocalFile = %s, sEFS_File = %s)", Shown(sLocalFile), sEFS_File);
     m_callbacks.m_bEfsAbort = 0;
     m_frame.ForgetFailure();
     DWORD iBytesRead = 0;
     const bool bPassed = PerformEFS2ReadOp(sEFS_File, &iBytesRead, sLocalFile);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_EfsRead() - %s", PassOrFail(bPassed));
+    LogLine(m_frame, LOG_RET, "QLIB_EfsRead() - %s", PassOrFail(bPassed));
     return bPassed;
 }
 
@@ -98,21 +98,19 @@ bool Efs2Transfer::Uploaded(const char* sOperation, const char* sEFS_File, Uploa
     m_frame.ForgetFailure();
     m_bLastWriteOpenedTarget = false;
     const bool bPassed = PerformEFS2WriteOp(sEFS_File, source);
-    m_frame.Log().LogMessage(LOG_RET, "%s() - %s", sOperation, PassOrFail(bPassed));
+    LogLine(m_frame, LOG_RET, "%s() - %s", sOperation, PassOrFail(bPassed));
     return bPassed;
 }
 
 bool Efs2Transfer::EFS2_DIAG_WRITE_FILE(const char* sLocalFile, const char* sEFS_File) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsWrite( sLocalFile = %s, sEFS_File = %s)", Shown(sLocalFile),
-                             sEFS_File);
+    LogLine(m_frame, LOG_FN, "QLIB_EfsWrite( sLocalFile = %s, sEFS_File = %s)", Shown(sLocalFile), sEFS_File);
     UploadSource source(sLocalFile);
     return Uploaded("QLIB_EfsWrite", sEFS_File, source);
 }
 
 bool Efs2Transfer::EFS2_DIAG_WRITE_FILE_MEM(const char* pLocalFile, DWORD iSize, const char* sEFS_File) {
-    m_frame.Log().LogMessage(
-        LOG_FN, "Diag_FTM::EFS2_DIAG_WRITE_FILE_MEM( pLocalFile = %p, iSize=%ld, sEFS_File = %s)",
-        static_cast<const void*>(pLocalFile), static_cast<long>(iSize), sEFS_File);
+    LogLine(m_frame, LOG_FN, "Diag_FTM::EFS2_DIAG_WRITE_FILE_MEM( pLocalFile = %p, iSize=%d, sEFS_File = %s)",
+            static_cast<const void*>(pLocalFile), iSize, sEFS_File);
     UploadSource source(std::span(reinterpret_cast<const unsigned char*>(pLocalFile), iSize));
     return Uploaded("QLIB_EfsWriteMem", sEFS_File, source);
 }

@@ -3,12 +3,12 @@
 
 #include <span>
 
-#include "diag/command_frame.h"
 #include "efs2/callbacks.h"
 #include "efs2/metadata.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
+class CommandFrame;
 class UploadSource;
 
 /// Efs2Transfer copies files, block by block (1536 bytes from the phone, 512 to it), one exchange of up to

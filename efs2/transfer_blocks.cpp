@@ -48,13 +48,13 @@ bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, cons
             break;
         iPosition += iBytesRead;
         Report(sLocalFile, sGivenLocalFile, EFS2_CMD_READ, iPosition, iPosition);
-        m_frame.Log().LogMessage(LOG_RET, " EFS Read Transferred %d", AsInt(iPosition));
+        LogLine(m_frame, LOG_RET, " EFS Read Transferred %d", iPosition);
     }
     const bool bStored = target.Finish();
     if (IsAborted())
         std::remove(sLocalFile);
     else if (!bStored) {
-        m_frame.Log().LogMessage(LOG_ERR, "QLIB_EfsRead() - Local file cannot be written: %s", sLocalFile);
+        LogLine(m_frame, LOG_ERR, "QLIB_EfsRead() - Local file cannot be written: %s", sLocalFile);
         return Fail({Kind::LocalNotWritten, target.ErrorNo()});
     }
     if (piBytesRead != nullptr)
@@ -93,13 +93,12 @@ bool Efs2Transfer::EFS2WriteEntireFile(LONG iDescriptor, UploadSource& source, c
         if (!WriteBlock(iDescriptor, iOffset, block))
             return false;
         Report(source.Name(), sEFS_File, EFS2_CMD_WRITE, source.Taken(), source.Size());
-        m_frame.Log().LogMessage(LOG_RET, " EFS Write Transferred %d / %d bytes", AsInt(source.Taken()),
-                                 AsInt(source.Size()));
+        LogLine(m_frame, LOG_RET, " EFS Write Transferred %d / %d bytes", source.Taken(), source.Size());
         if (source.Taken() == source.Size())
             break;
     }
     if (IsAborted() || source.IsExhausted())
         return true;
-    m_frame.Log().LogMessage(LOG_ERR, "QLIB_EfsWrite() - Local file ended early: %s", source.Name());
+    LogLine(m_frame, LOG_ERR, "QLIB_EfsWrite() - Local file ended early: %s", source.Name());
     return Fail({Kind::LocalNotRead, source.ErrorNo()});
 }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <thread>
 
+#include "ftm/ftm_command.h"
 #include "ftm/peripheral_command.h"
 
 namespace {
@@ -74,9 +75,8 @@ bool FtmAudio::FTM_AUDIO_SET_CODECTXGAIN_ADJUST(unsigned short iCodecTxGainAdjus
 
 bool FtmAudio::FTM_AUDIO_GET_PCM_CAPTURE_DATA(DWORD iDataOffset, unsigned short& iDataSize,
                                               unsigned char* piData) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_FTM_AUDIO_GET_PCM_CAPTURE_DATA( iDataOffset = %d, iDataSize = %d )",
-                             AsInt(iDataOffset), iDataSize);
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_AUDIO_GET_PCM_CAPTURE_DATA( iDataOffset = %d, iDataSize = %d )",
+            iDataOffset, iDataSize);
     m_frame.FormatAudioFTMHeader(8, 6, static_cast<unsigned short>(kPieceHead + iDataSize))
         .U32(iDataOffset)
         .U16(iDataSize);
@@ -102,10 +102,10 @@ bool FtmAudio::ReadCapture(unsigned short iTransferSize, unsigned char* piData, 
 bool FtmAudio::FTM_AUDIO_CapturePCMandTransferData(unsigned short iNumBuffers, unsigned short iDelay_ms,
                                                    unsigned short iTransferSize, unsigned char* piData,
                                                    DWORD& iDataSize) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_FTM_AUDIO_CapturePCMandTransferData( iNumBuffers = %d, iDelay_ms = %d, "
-                             "iTransferSize = %d )",
-                             iNumBuffers, iDelay_ms, iTransferSize);
+    LogLine(m_frame, LOG_FN,
+            "QLIB_FTM_AUDIO_CapturePCMandTransferData( iNumBuffers = %d, iDelay_ms = %d, "
+            "iTransferSize = %d )",
+            iNumBuffers, iDelay_ms, iTransferSize);
     if (iTransferSize == 0 || !FTM_AUDIO_PCM_CAPTURE(iNumBuffers, iDelay_ms)) {
         iDataSize = 0;
         return false;

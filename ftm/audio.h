@@ -1,9 +1,10 @@
 // The audio path: routing, volume, loopbacks, tones, and a recording of what the microphone brings.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// FtmAudio: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that
 /// the handset answered with status 0, which stands in the log too. Values are the handset's and are passed

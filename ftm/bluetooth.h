@@ -3,10 +3,10 @@
 
 #include <initializer_list>
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
+class CommandFrame;
 class FtmLog;
 
 /// The FTM log type in whose records the chip's events arrive, one event to a record.

@@ -2,9 +2,10 @@
 #pragma once
 
 #include "ftm/broadcast_records.h"
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// BroadcastFlows: every command is one request and its answer, within QMSL_TimeOut_SyncRequest. An answer to
 /// a count or list carries the count behind its header and the entries, one directly after the other (laid

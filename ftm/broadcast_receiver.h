@@ -1,8 +1,9 @@
 // The broadcast receiver: start, state, version, channel, signal strength.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// BroadcastReceiver: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true
 /// means that the handset answered, with all values. Out-values are taken from the end of the answer; when it

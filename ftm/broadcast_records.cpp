@@ -1,5 +1,7 @@
 #include "ftm/broadcast_records.h"
 
+#include "diag/command.h"
+
 namespace {
 
 constexpr size_t kFlowIdSize = 3;
@@ -89,7 +91,7 @@ bool RecordReader::Read(Record& record) {
 template <class Record>
 void LogRecord(DataLogFileHandler& log, const Record& record) {
     auto write = [&](const char* sName, DWORD iValue, size_t = 0) {
-        log.LogMessage(LOG_RET, "\t\t\t %s = %d", sName, AsInt(iValue));
+        LogLine(log, LOG_RET, "\t\t\t %s = %d", sName, iValue);
         return true;
     };
     VisitFields(record, write);

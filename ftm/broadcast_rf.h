@@ -1,8 +1,9 @@
 // The radio of the broadcast receiver: tuning, gain, signal strength, its calibration data.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// BroadcastRf calibrates the broadcast receiver's radio. Every command is one request and its answer, within
 /// QMSL_TimeOut_SyncRequest; true means that the handset answered it in the current command type and system

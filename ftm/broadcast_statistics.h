@@ -3,9 +3,10 @@
 #pragma once
 
 #include "ftm/broadcast_records.h"
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// BroadcastStatistics: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true
 /// means that the handset answered, with all values. An answer with a record carries it directly behind its

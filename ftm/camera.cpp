@@ -1,5 +1,6 @@
 #include "ftm/camera.h"
 
+#include "ftm/ftm_command.h"
 #include "ftm/peripheral_command.h"
 
 bool FtmCamera::FTM_CAMERA_START(unsigned short& iCameraStatus) {

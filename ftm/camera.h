@@ -1,9 +1,10 @@
 // The camera: parameters, preview, taking a picture and fetching it.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// What is set up for a picture; all values are the handset's.
 struct FTM_Camera_PictureSettings {

@@ -29,7 +29,7 @@ bool FtmCamera::FTM_CAMERA_GET_PICTURE(DWORD iDataOffset, unsigned short& iDataS
 
 bool FtmCamera::FTM_CAMERA_PerformTakePictureSequence(const FTM_Camera_PictureSettings& settings,
                                                       DWORD& iPictureSize, unsigned short& iCameraStatus) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CAMERA_PerformTakePictureSequence( )");
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_CAMERA_PerformTakePictureSequence( )");
     unsigned short iOrientation = 0;
     unsigned short iRotation = 0;
     unsigned char iSensorRotation = 0;
@@ -61,9 +61,8 @@ bool FtmCamera::ReadPicture(DWORD iPictureSize, unsigned short iTransferSize, un
 
 bool FtmCamera::FTM_CAMERA_GetEntirePicture(DWORD iPictureSize, unsigned short iTransferSize,
                                             unsigned char* piPicture) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_FTM_CAMERA_GetEntirePicture( iPictureSize = %d, iTransferSize = %d )",
-                             AsInt(iPictureSize), iTransferSize);
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_CAMERA_GetEntirePicture( iPictureSize = %d, iTransferSize = %d )",
+            iPictureSize, iTransferSize);
     const bool bRead = iTransferSize > 0 && ReadPicture(iPictureSize, iTransferSize, piPicture);
     unsigned short iStatus = 0;
     return FTM_CAMERA_STOP(iStatus) && bRead;

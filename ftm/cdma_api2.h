@@ -1,8 +1,10 @@
 // The second CDMA calibration interface: the handset calibrates a receive path by itself.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
+
+class CommandFrame;
+class RequestBuilder;
 
 /// CdmaApi2: every command is one request and its answer, within QMSL_TimeOut_SyncRequest, in system mode 18,
 /// which it sets and leaves set. Handsets answer it in the form of command type 75 alone; with type 59 every
@@ -40,8 +42,8 @@ public:
                                                unsigned char* piValues);
 
 private:
-    RequestBuilder& Begin(unsigned short iCommandId);
-    bool Exchange();
+    RequestBuilder& BeginCdmaApi2(unsigned short iCommandId);
+    bool ExchangeCdmaApi2();
     bool ReadGains(unsigned char iPath, unsigned char& iCount, unsigned short* piValues);
 
     CommandFrame& m_frame;

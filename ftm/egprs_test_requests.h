@@ -1,8 +1,9 @@
 // The requests of the EGPRS bit-error-rate test.
 #pragma once
 
-#include "ftm/test_request.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// EgprsTestRequests: further requests of the GSM test, with results as in GsmTestRequests. TSC, TFI, USF,
 /// band and slot values are the phone's. Caller's thread. The frame must outlive it.

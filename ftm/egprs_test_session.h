@@ -1,6 +1,8 @@
 // The EGPRS bit-error-rate test: packet data on top of the GSM test.
 #pragma once
 
+#include <memory>
+
 #include "ftm/gsm_test_session.h"
 #include "platform/export.h"
 
@@ -13,8 +15,8 @@
 class QUILLET_API EgprsTestSession {
 public:
     EgprsTestSession(CommandFrame& frame, LogMasks& masks, EgprsTestRequests& requests, GsmTestSession& gsm,
-                     RadioSessions& sessions)
-        : m_steps(frame, masks), m_requests(requests), m_gsm(gsm), m_sessions(sessions) {}
+                     RadioSessions& sessions);
+    ~EgprsTestSession();
 
     /// FTM_EGPRS_BER_AssignBCCH looks for the broadcast channel, then starts GPRS idle mode whether or not it
     /// was found; the result is that of idle mode alone.
@@ -44,15 +46,13 @@ public:
     bool FTM_EGPRS_BER_ClearStatus();
     bool FTM_EGPRS_BER_GetStatus(EGPRS_BER_State* pState);
 
-    // --- Private in Diag_FTM ------------------------------------------------------------------------
-
+private:
     /// WaitForEGPRS_BER_Update waits for a record since the last clear; for a block-flow record with eFlow
     /// downlink, until the downlink flow's last event is eEvent (for the uplink any such record will do).
     /// False at once for other ids, and with a QMSL_TimeOut_StatisticsWait of 0.
     bool WaitForEGPRS_BER_Update(log_FTM2_EGPRS_BER_log_id_enum eId, ftm_log_egprs_tbf_enum eFlow,
                                  ftm_log_egprs_tbf_event_type eEvent);
 
-private:
     struct ReleaseTexts {
         const char* sEntry;
         const char* sNotStarted;
@@ -60,13 +60,13 @@ private:
     };
 
     bool ClearEgprsStatus();
-    /// Begin logs the entry line, clears the status, and is false, with its line, without a session.
-    bool Begin(const char* sEntry, const char* sNotStarted);
-    bool IsActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Egprs); }
+    /// BeginEgprs logs the entry line, clears the status, and is false, with its line, without a session.
+    bool BeginEgprs(const char* sEntry, const char* sNotStarted);
+    bool IsEgprsActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Egprs); }
     bool WaitForFlow(ftm_log_egprs_tbf_enum eFlow, ftm_log_egprs_tbf_event_type eEvent, const char* sEvent);
     bool Release(const ReleaseTexts& texts, bool (EgprsTestRequests::*pMethod)(unsigned char&));
 
-    TestSteps m_steps;
+    const std::unique_ptr<TestSteps> m_pSteps;
     EgprsTestRequests& m_requests;
     GsmTestSession& m_gsm;
     RadioSessions& m_sessions;

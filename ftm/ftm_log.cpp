@@ -4,6 +4,7 @@
 
 #include "diag/log_masks.h"
 #include "diag/received_packet.h"
+#include "ftm/ftm_command.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
 
@@ -22,8 +23,8 @@ bool IsFtmRecord(const QueueItem& item, unsigned short iLogCode) {
 } // namespace
 
 bool FtmLog::FTM_LOG_ENABLE(unsigned short iLogCode, DWORD iInterval, DWORD iNumBuffers) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_LOG_ENABLE( iLogCode = %d, iInterval = %d, iNumBuffers = %d )",
-                             iLogCode, AsInt(iInterval), AsInt(iNumBuffers));
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_LOG_ENABLE( iLogCode = %d, iInterval = %d, iNumBuffers = %d )",
+            iLogCode, iInterval, iNumBuffers);
     m_frame.FormatExtendedFTMHeader(FTM_MODE_ID_LOG, 0, 0, 0).U16(iLogCode).U32(iInterval).U32(iNumBuffers);
     return m_frame.Send(0);
 }
@@ -34,24 +35,24 @@ bool FtmLog::FTM_LOG_DISABLE(unsigned short iLogCode) {
 }
 
 bool FtmLog::FTM_LOG_StartFTM_Log(unsigned short iLogCode) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_LOG_StartFTM_Log( iLogCode = %d )", iLogCode);
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_LOG_StartFTM_Log( iLogCode = %d )", iLogCode);
     if (!FTM_LOG_ENABLE(iLogCode, 20, 1) || !m_masks.DIAG_AddExtendedLogCodes(kEquipmentId, &kFtmLogCode, 1))
         return false;
     m_masks.DIAG_SetPhoneLoggingState(true);
-    return m_frame.Connection().PhoneLogQueue().Clear();
+    return m_frame.Access().PhoneLogQueue().Clear();
 }
 
 bool FtmLog::FTM_LOG_StopFTM_Log(unsigned short iLogCode) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_LOG_StopFTM_Log( iLogCode = %d )", iLogCode);
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_LOG_StopFTM_Log( iLogCode = %d )", iLogCode);
     if (!FTM_LOG_DISABLE(iLogCode))
         return false;
     m_masks.DIAG_SetPhoneLoggingState(true);
-    return m_frame.Connection().PhoneLogQueue().Clear();
+    return m_frame.Access().PhoneLogQueue().Clear();
 }
 
 bool FtmLog::TakeWaiting(unsigned short iLogCode, FTM2LogMessage* pMessage, unsigned short& iSize,
                          DWORD iLimit_ms) {
-    CQLibMessageQueue& queue = m_frame.Connection().PhoneLogQueue();
+    CQLibMessageQueue& queue = m_frame.Access().PhoneLogQueue();
     QueueItem item;
     DWORD iWaiting = 0;
     bool bFound = false;
@@ -70,8 +71,8 @@ bool FtmLog::TakeWaiting(unsigned short iLogCode, FTM2LogMessage* pMessage, unsi
 
 bool FtmLog::FTM_LOG_WaitForNextLog(unsigned short iLogCode, FTM2LogMessage* pMessage, unsigned short& iSize,
                                     DWORD iTimeOut_ms) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_LOG_WaitForNextLog( iLogCode = %d, iTimeOut_ms = %d)",
-                             iLogCode, AsInt(iTimeOut_ms));
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_LOG_WaitForNextLog( iLogCode = %d, iTimeOut_ms = %d)", iLogCode,
+            iTimeOut_ms);
     DiagConnection& connection = m_frame.Connection();
     const DWORD iTimer = connection.StartTimer();
     iSize = 0;
@@ -83,7 +84,6 @@ bool FtmLog::FTM_LOG_WaitForNextLog(unsigned short iLogCode, FTM2LogMessage* pMe
     } while (!bFound && iElapsed_ms < iTimeOut_ms);
     connection.PrintTimer(iTimer, "Total time waiting for log: ");
     connection.StopTimer(iTimer);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_FTM_LOG_WaitForNextLog( ) -- Log code found: %s",
-                             bFound ? "YES" : "NO");
+    LogLine(m_frame, LOG_RET, "QLIB_FTM_LOG_WaitForNextLog( ) -- Log code found: %s", bFound ? "YES" : "NO");
     return bFound;
 }

@@ -1,11 +1,11 @@
 // Which factory-test log records the handset produces, and the wait for one of them.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "link/message_queue.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
+class CommandFrame;
 class LogMasks;
 
 /// The log code of the records in which running tests report.

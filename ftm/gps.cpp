@@ -1,5 +1,7 @@
 #include "ftm/gps.h"
 
+#include "ftm/ftm_command.h"
+
 namespace {
 
 /// Send exchanges a command whose fields are what its entry line shows. True when it was answered.

@@ -1,9 +1,10 @@
 // The GPS receiver: test modes, self test, satellite tracking, I/Q capture.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// FtmGps: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that the
 /// handset answered, in whatever system mode, with all values. Caller's thread. The frame must outlive it.

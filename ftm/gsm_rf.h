@@ -1,10 +1,13 @@
 // The GSM radio in factory tests: bursts out and in, power control, calibration of the transmit path.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "ftm/ftm_log.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
+class RequestBuilder;
+class FtmLog;
 
 /// GsmRf calibrates GSM transmit and receive. Every command is one request and its answer, within
 /// QMSL_TimeOut_SyncRequest. The settings of bursts, slots, power and sweeps, and FTM_GET_RSSI, take any
@@ -61,20 +64,6 @@ public:
     bool FTM_GSM_POLAR_TX_SWEEP_CAL(DWORD iNumDac, const DWORD* piFirstList, const DWORD* piSecondList);
 
 private:
-    /// The GSM layout has 16 spare bits behind the command id.
-    RequestBuilder& Begin(unsigned short iCommandId) { return BeginFtm(m_frame, iCommandId).U16(0); }
-    /// Send exchanges a setting, Calibrate a calibration, each with the fields that its entry line shows.
-    template <class... Fields>
-    bool Send(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
-        AppendLogged(m_frame, Begin(iCommandId), entry, fields...);
-        return m_frame.Send(0);
-    }
-    template <class... Fields>
-    bool Calibrate(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
-        AppendLogged(m_frame, Begin(iCommandId), entry, fields...);
-        return m_frame.SendFtmCmd();
-    }
-
     CommandFrame& m_frame;
     FtmLog& m_ftmLog;
 };

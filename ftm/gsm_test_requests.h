@@ -1,8 +1,9 @@
 // The requests of the GSM bit-error-rate test.
 #pragma once
 
-#include "ftm/test_request.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// What the phone loops back, and the kind of traffic channel: the phone's numbers.
 enum FTM_GSM_BER_LoopbackType_Enum : int {};

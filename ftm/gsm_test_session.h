@@ -1,14 +1,20 @@
 // The GSM bit-error-rate test: the phone camps on a test instrument's channel and loops its data back.
 #pragma once
 
+#include <memory>
+
 #include "ftm/egprs_test_requests.h"
 #include "ftm/ftm_log.h"
 #include "ftm/gsm_test_requests.h"
 #include "ftm/radio_sessions.h"
-#include "ftm/test_steps.h"
 #include "ftm/wcdma_test_requests.h"
 #include "link/radio_test_blocks.h"
 #include "platform/export.h"
+
+class CommandFrame;
+class TestSteps;
+class LogMasks;
+class FtmLog;
 
 /// GsmTestSession: a test station calls, in this order, FTM_SET_MODE, StartSession, AssignBCCH,
 /// AssignTraffic, then GetRxMetrics and IsTrafficValid as often as it measures (Handover to change the
@@ -24,18 +30,15 @@ class QUILLET_API GsmTestSession {
 public:
     GsmTestSession(CommandFrame& frame, LogMasks& masks, FtmLog& ftmLog, GsmTestRequests& requests,
                    EgprsTestRequests& egprsRequests, WcdmaTestRequests& wcdmaRequests,
-                   RadioSessions& sessions)
-        : m_steps(frame, masks),
-          m_masks(masks),
-          m_ftmLog(ftmLog),
-          m_requests(requests),
-          m_egprsRequests(egprsRequests),
-          m_wcdmaRequests(wcdmaRequests),
-          m_sessions(sessions) {}
+                   RadioSessions& sessions);
+    ~GsmTestSession();
 
     /// FTM_GSM_BER_StartSession has the phone send its test records, stops what runs of WCDMA, EGPRS and GSM,
     /// and starts the GSM test mode. iWaitTime_ms becomes QMSL_TimeOut_StatisticsWait, unless it is 0. The
-    /// session counts as active afterwards even when this fails.
+    /// session counts as active afterwards even when this fails, because the phone may have started and only
+    /// its confirmation may be lost: the later steps are then sent, and refused by a phone that did not
+    /// start. A caller whose start failed calls FTM_GSM_BER_StopSession, which ends the session in every
+    /// case, or starts once more, which stops the GSM test mode first and fails when the phone refuses that.
     bool FTM_GSM_BER_StartSession(DWORD iWaitTime_ms);
     /// FTM_GSM_BER_AssignBCCH finds the broadcast channel and goes to idle mode. It ends an EGPRS session in
     /// every case.
@@ -67,7 +70,8 @@ public:
     /// FTM_GSM_BER_GetRxMetrics waits for the next measurement. On false both values stay as they were.
     bool FTM_GSM_BER_GetRxMetrics(unsigned char& iRxLev, unsigned char& iRxQual);
 
-    // --- For the EGPRS session (private in Diag_FTM) ------------------------------------------------
+private:
+    friend class EgprsTestSession;
 
     /// WaitForGSM_BER_Update waits for a record since the last clear, and for what it has to say: channel
     /// found (id 1), assignment succeeded (3), CRC passed (6). With a QMSL_TimeOut_StatisticsWait of 0 it
@@ -83,11 +87,10 @@ public:
     /// outcome.
     void ReleaseRunningFlows();
 
-private:
     bool StopRunningTests(bool bOutcome);
     bool WaitForAssignment();
 
-    TestSteps m_steps;
+    const std::unique_ptr<TestSteps> m_pSteps;
     LogMasks& m_masks;
     FtmLog& m_ftmLog;
     GsmTestRequests& m_requests;

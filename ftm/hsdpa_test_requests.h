@@ -1,8 +1,9 @@
 // The requests of the HSDPA block-error-rate test.
 #pragma once
 
-#include "ftm/test_request.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// HsdpaTestRequests: further requests of the WCDMA test, with results as in GsmTestRequests, but for the
 /// status, which stands one byte later in these answers. Values are the phone's. Caller's thread. The frame

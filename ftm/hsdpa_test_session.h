@@ -1,11 +1,17 @@
 // The HSDPA block-error-rate test: high-speed downlink channels on top of the WCDMA test.
 #pragma once
 
+#include <memory>
+
 #include "ftm/hsdpa_test_requests.h"
 #include "ftm/radio_sessions.h"
-#include "ftm/test_steps.h"
 #include "link/radio_test_blocks.h"
 #include "platform/export.h"
+
+class CommandFrame;
+class TestSteps;
+struct TestAnswer;
+class LogMasks;
 
 /// HsdpaTestSession: within a WCDMA session with its channel set up, the Configure operations, StartSession,
 /// Reconfigure_HS as often as needed, StopSession. Requests, confirmations and results work as in
@@ -16,8 +22,8 @@
 class QUILLET_API HsdpaTestSession {
 public:
     HsdpaTestSession(CommandFrame& frame, LogMasks& masks, HsdpaTestRequests& requests,
-                     RadioSessions& sessions)
-        : m_steps(frame, masks), m_requests(requests), m_sessions(sessions) {}
+                     RadioSessions& sessions);
+    ~HsdpaTestSession();
 
     /// FTM_HSDPA_BER_StartSession needs a WCDMA session. It stops channels that run, and starts them. A start
     /// that the phone accepts but does not confirm is stopped; when that is confirmed, it is tried a second
@@ -48,20 +54,18 @@ public:
     bool FTM_HSDPA_BER_ClearStatus();
     bool FTM_HSDPA_BER_GetStatus(HSDPA_BER_State* pState);
 
-    // --- Private in Diag_FTM ------------------------------------------------------------------------
-
+private:
     /// WaitForHSDPA_BER_Update waits for an indication since the last clear. False at once for other ids.
     bool WaitForHSDPA_BER_Update(log_FTM2_HSDPA_BER_log_id_enum eId);
 
-private:
-    enum class Start { Done, Again, Failed };
+    enum class HsdpaStart { Done, Again, Failed };
 
-    Start TryToStart();
+    HsdpaStart TryHsdpaStart();
     TestAnswer StopChannels();
-    bool Confirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId);
+    bool IsHsdpaConfirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId);
     bool ClearHsdpaStatus();
 
-    TestSteps m_steps;
+    const std::unique_ptr<TestSteps> m_pSteps;
     HsdpaTestRequests& m_requests;
     RadioSessions& m_sessions;
 };

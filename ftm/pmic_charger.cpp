@@ -1,5 +1,6 @@
 #include "ftm/pmic_charger.h"
 
+#include "ftm/ftm_command.h"
 #include "ftm/pmic_command.h"
 
 namespace {

@@ -1,8 +1,9 @@
 // The chargers of the power-management chip.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// PmicCharger sets the chargers and what limits them. Every command is one request and its answer, within
 /// QMSL_TimeOut_SyncRequest; true means that the handset answered, in whatever system mode. Values are the

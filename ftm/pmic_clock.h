@@ -1,14 +1,16 @@
 // The real-time clock of the power-management chip, and its alarms.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// PmicClock: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that
 /// the handset answered, in whatever system mode. Values are the chip's and are passed on unchanged. The
 /// caller's values are always sent. With iReadWrite 1 they are then replaced by the handset's, taken from the
-/// answer's end: of an answer that ends early the bytes that there are pass for values. With
-/// any other iReadWrite nothing is changed. Caller's thread. The frame must outlive it.
+/// answer's end: of an answer that stops between its values the bytes that there are pass for them; one that
+/// ends within its header (11 bytes) has none, and the result is false. With any other iReadWrite nothing is
+/// changed. Caller's thread. The frame must outlive it.
 class QUILLET_API PmicClock {
 public:
     explicit PmicClock(CommandFrame& frame) : m_frame(frame) {}

@@ -1,9 +1,10 @@
 // The voltage regulators of the power-management chip.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// PmicRegulator switches and sets the regulators. Every command is one request and its answer, within
 /// QMSL_TimeOut_SyncRequest; true means that the handset answered, in whatever system mode. Values are the

@@ -1,8 +1,9 @@
 // The power-management chip's lines: analogue multiplexer, interrupts, output drivers.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// PmicSignals: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that
 /// the handset answered, in whatever system mode. Values are the chip's and are passed on unchanged. Caller's

@@ -14,11 +14,19 @@ class QUILLET_API RadioSessions {
 public:
     /// IsRadioSessionActive: no session is at first.
     bool IsRadioSessionActive(RadioSession eSession) const;
-    void SetRadioSession(RadioSession eSession, bool bActive);
+
+protected:
     /// EndRadioSessionsOfPort forgets GSM and WCDMA, which a newly opened port begins without; the packet
     /// sessions on top of them are forgotten by the operations that end them.
     void EndRadioSessionsOfPort();
 
 private:
+    friend class GsmTestSession;
+    friend class EgprsTestSession;
+    friend class WcdmaTestSession;
+    friend class HsdpaTestSession;
+
+    void SetRadioSession(RadioSession eSession, bool bActive);
+
     std::array<bool, 4> m_aActive{};
 };

@@ -1,8 +1,10 @@
 // The radio's state for factory tests: mode, channel, transmitter, gain stages, second chain.
 #pragma once
 
-#include "ftm/ftm_command.h"
+#include "diag/ftm_types.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// The radio technology and band of FTM_SET_MODE, by the handset's numbers.
 enum FTM_RF_Mode_Enum : int {};

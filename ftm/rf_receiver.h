@@ -1,9 +1,10 @@
 // What the radio receives: gain control, carrier-to-noise, I/Q and intermodulation.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// RfReceiver measures and calibrates the receive path. Every command is one request and its answer, within
 /// QMSL_TimeOut_SyncRequest; true means that the handset answered it in the current command type and system

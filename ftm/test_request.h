@@ -4,8 +4,8 @@
 #include "ftm/ftm_command.h"
 
 /// A test request is FTM header of its mode, the request's id, two 16-bit zeros, fields. Any answer of the
-/// command type counts as an exchange that worked; whether the phone accepted the request (status 0) is the
-/// caller's to look at. What the request brings about comes later, as a log record.
+/// command type that has a status counts as an exchange that worked; whether the phone accepted the request
+/// (status 0) is the caller's to look at. What the request brings about comes later, as a log record.
 
 /// What the requests of a test have in common: their mode, and the offset of the status in their answers.
 struct TestForm {
@@ -19,8 +19,8 @@ constexpr TestForm kHsdpaTest{FTM_MODE_ID_WCDMA_BER, 11};
 /// BeginTest begins a request.
 RequestBuilder& BeginTest(CommandFrame& frame, const TestForm& form, unsigned short iId);
 
-/// ExchangeTest exchanges the request that was begun, within QMSL_TimeOut_SyncRequest. iStatus is the status;
-/// in an answer that ends before it, the last byte that there is; 1 when no answer came.
+/// ExchangeTest exchanges the request that was begun, within QMSL_TimeOut_SyncRequest. iStatus is the status.
+/// False, with iStatus 1, when no answer came or it ends before its status.
 bool ExchangeTest(CommandFrame& frame, const TestForm& form, unsigned char& iStatus);
 
 /// SendTest exchanges a request whose fields are what its entry line shows.

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "diag/command.h"
 #include "diag/log_masks.h"
 #include "link/event_listener.h"
 #include "link/text_log.h"
@@ -29,10 +30,11 @@ public:
 
     DataLogFileHandler& Log() { return m_frame.Log(); }
     DiagConnection& Connection() { return m_frame.Connection(); }
-    CQLibEventListener& Listener() { return Connection().Listener(); }
+    const ConnectionAccess& Access() { return m_frame.Access(); }
+    CQLibEventListener& Listener() { return Access().Listener(); }
 
     /// Enter logs an operation's entry line.
-    void Enter(const char* sLine) { Log().LogMessage(LOG_FN, "%s", sLine); }
+    void Enter(const char* sLine) { LogLine(m_frame, LOG_FN, "%s", sLine); }
     /// Report logs "    WHAT = PASS" or "... = FAIL" and gives the result back.
     bool Report(const char* sWhat, bool bResult, LogCategory eCategory = LOG_RET);
     /// Fail logs a line and gives false.
@@ -56,8 +58,8 @@ public:
                                bool (Requests::*pMethod)(Parameters...), const Arguments&... arguments) {
         TestAnswer answer{};
         answer.bExchanged = (requests.*pMethod)(arguments..., answer.iStatus);
-        Log().LogMessage(eCategory, "    %s = %s, status = %d", sRequest, Word(answer.bExchanged),
-                         answer.iStatus);
+        LogLine(m_frame, eCategory, "    %s = %s, status = %d", sRequest, Word(answer.bExchanged),
+                answer.iStatus);
         return answer;
     }
 

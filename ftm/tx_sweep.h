@@ -1,8 +1,9 @@
 // The transmitter's calibration sweep and its power detector (HDET).
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
+
+class CommandFrame;
 
 /// TxSweep steps the transmitter through its power range and reads what the detector saw at each step. Every
 /// command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that the handset

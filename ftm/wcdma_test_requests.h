@@ -1,9 +1,11 @@
 // The requests of the WCDMA bit-error-rate test.
 #pragma once
 
-#include "ftm/test_request.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
+class RequestBuilder;
 
 /// WcdmaTestRequests: one request each, with results as in GsmTestRequests. Values without a telling name are
 /// passed on as they are. Caller's thread. The frame must outlive it.

@@ -2,14 +2,20 @@
 // channel.
 #pragma once
 
+#include <memory>
+
 #include "ftm/ftm_log.h"
 #include "ftm/gsm_test_requests.h"
 #include "ftm/radio_sessions.h"
-#include "ftm/test_steps.h"
 #include "ftm/wcdma_test_requests.h"
 #include "link/radio_test_blocks.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
+class TestSteps;
+class LogMasks;
+class FtmLog;
 
 /// WcdmaTestSession: StartSession, AcquirePilot, SetupRMC_DCH or SetupDefaultRMC_DCH, Handover to change the
 /// channel, StopSession. Requests, confirmations and results work as in GsmTestSession; each wait adds a
@@ -19,12 +25,8 @@
 class QUILLET_API WcdmaTestSession {
 public:
     WcdmaTestSession(CommandFrame& frame, LogMasks& masks, FtmLog& ftmLog, WcdmaTestRequests& requests,
-                     GsmTestRequests& gsmRequests, RadioSessions& sessions)
-        : m_steps(frame, masks),
-          m_ftmLog(ftmLog),
-          m_requests(requests),
-          m_gsmRequests(gsmRequests),
-          m_sessions(sessions) {}
+                     GsmTestRequests& gsmRequests, RadioSessions& sessions);
+    ~WcdmaTestSession();
 
     /// FTM_WCDMA_BER_StartSession has the phone send its test records, stops what runs of GSM and WCDMA, and
     /// starts the WCDMA test mode and its idle mode. iWaitTime_ms becomes QMSL_TimeOut_StatisticsWait, unless
@@ -62,24 +64,22 @@ public:
     /// FTM_WCDMA_BER_GetEventStatus tells whether a record of that id has arrived; false for other ids.
     bool FTM_WCDMA_BER_GetEventStatus(log_FTM2_WCDMA_BER_log_id_enum eId);
 
-    // --- Private in Diag_FTM ------------------------------------------------------------------------
-
+private:
     /// WaitForWCDMA_BER_Update waits for a record since the last clear, and for status 1 in those that have
     /// one (ids 3 to 5).
     bool WaitForWCDMA_BER_Update(log_FTM2_WCDMA_BER_log_id_enum eId);
 
-private:
-    enum class Start { Done, Again, Failed };
+    enum class WcdmaStart { Done, Again, Failed };
 
-    bool IsActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Wcdma); }
-    bool StopRunningTests();
-    Start TryToStart();
+    bool IsWcdmaActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Wcdma); }
+    bool StopOtherTests();
+    WcdmaStart TryWcdmaStart();
     bool StartIdleMode();
     bool ClearWcdmaStatus();
-    bool Confirmed(const char* sWait, log_FTM2_WCDMA_BER_log_id_enum eId);
+    bool IsWcdmaConfirmed(const char* sWait, log_FTM2_WCDMA_BER_log_id_enum eId);
     bool WaitForChannel();
 
-    TestSteps m_steps;
+    const std::unique_ptr<TestSteps> m_pSteps;
     FtmLog& m_ftmLog;
     WcdmaTestRequests& m_requests;
     GsmTestRequests& m_gsmRequests;

@@ -1,4 +1,4 @@
-// The file manager's entry points: paths, verbs and arguments from a hostile host, answers from a hostile
+// The file manager's entry points: paths, verbs and arguments from a hostile host, responses from a hostile
 // handset.
 #include <fstream>
 
@@ -15,7 +15,7 @@ namespace {
 Input* pInput = nullptr;
 bool bAbort = false;
 
-/// The phone, behind a port server, so that no line is needed.
+/// The handset, reached through a port server, so that no line is needed.
 class Phone : public PortServer {
 public:
     bool attach(const std::string&, const std::shared_ptr<PacketEvents>& pEvents) override {
@@ -62,7 +62,7 @@ void Connect() {
     QLIB_ConfigureEfsCallbacks(TheFront().state.ContextHandle, TransferProgress, OnDirEntry);
 }
 
-/// The host's buffer: room for what it is promised to have, and no more.
+/// The host's buffer, with the guaranteed size and no more.
 std::unique_ptr<char[]> HostText(const std::string& sText) {
     auto pText = Area<char>(std::max<size_t>(sText.size() + 1, MAX_PATH));
     sText.copy(pText.get(), sText.size());
@@ -75,7 +75,7 @@ void Execute(Input& input, char* sPath) {
     std::string sVerb = kVerbs[iVerb];
     if (iVerb >= 2)
         sVerb += input.Text();
-    // Its own properties are the banner, which takes seconds.
+    // The properties of the plug-in itself show the banner, which takes seconds.
     if (sVerb != "properties" || std::strlen(sPath) > 1)
         FsExecuteFile(nullptr, sPath, HostText(sVerb).get());
 }

@@ -1,4 +1,4 @@
-// The program simulated-handset: a simulated handset to run beside a client.
+// The program simulated-handset: runs a simulated handset for a client.
 #include <cstdio>
 #include <exception>
 #include <memory>
@@ -10,6 +10,7 @@
 #include "handset/file_system.h"
 #include "handset/fill.h"
 #include "handset/handset.h"
+#include "handset/misbehaviour.h"
 
 namespace {
 
@@ -34,25 +35,25 @@ struct Options {
 void PrintHelp() {
     std::printf(
         "simulated-handset: a handset on a pseudo-terminal that speaks the diagnostic protocol\n\n"
-        "  --device-root DIR       shows the handset in DIR (made if missing) as a USB device: start "
-        "clients\n"
-        "                          with QUILLET_DEVICE_ROOT=DIR\n"
-        "  --fill FOLDER           puts a copy of FOLDER into the handset (default: a small sample)\n"
+        "  --device-root DIR       make the handset a USB device in folder DIR; start clients with\n"
+        "                          QUILLET_DEVICE_ROOT=DIR\n"
+        "  --fill FOLDER           copy the content of FOLDER into the handset (default: a small sample)\n"
         "  --free BLOCKS           free blocks of 512 bytes (default %u)\n"
         "  --vendor HEX, --product HEX   USB ids (default 05C6 and 3197)\n"
         "  --bus NAME              name of the USB device (default 1-1.2)\n"
-        "  --latency MICROSECONDS  time before every answer (default 0)\n"
-        "  --requests              prints every request as it arrives\n"
-        "  --control SOCKET        takes commands from a unix socket; answers end with \"ok\" or \"error: "
-        "...\"\n"
-        "  --help                  prints this\n\n"
-        "Prints \"ready TTY\" when it answers; ends at SIGINT, SIGTERM or the command quit. Commands, also "
-        "on\n"
-        "standard input:\n\n%s",
-        kFreeBlocks, Console::Help().c_str());
+        "  --latency MICROSECONDS  delay of every response (default 0)\n"
+        "  --requests              print every request as it arrives\n"
+        "  --control SOCKET        accept commands on a unix socket\n"
+        "  --help                  print this help\n\n"
+        "Prints \"ready TTY\" once it answers requests. SIGINT, SIGTERM or the command quit\n"
+        "ends it. Commands come from standard input and from SOCKET. The output of a\n"
+        "command ends with \"ok\" or \"error: REASON\".\n\n"
+        "Commands:\n\n%s\n"
+        "ACTION of misbehave (N: value=, PACKETS: packet=):\n\n%s",
+        kFreeBlocks, Console::Help().c_str(), FaultHelp().c_str());
 }
 
-/// Takes one option with its value; false when there is no such option or the value is wrong.
+/// Sets one option; false when there is no such option or the value is invalid.
 bool SetOption(const std::string& name, const std::string& value, Options& options) {
     unsigned long number = 0;
     if (name == "--device-root" && !value.empty())

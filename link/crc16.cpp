@@ -52,7 +52,6 @@ unsigned short ComputeCrc16(const unsigned char* pData, unsigned short iBitCount
 }
 
 std::span<const unsigned char> WithoutFcs(std::span<const unsigned char> packet) {
-    constexpr size_t kFcsSize = 2;
     constexpr size_t kLongest = 0xFFFF / 8; // what the bit count can tell
     if (packet.size() < kFcsSize || packet.size() > kLongest)
         return packet;

@@ -1,7 +1,11 @@
 // The frame check sequence of diagnostic packets: FCS-16 of RFC 1662.
 #pragma once
 
+#include <cstddef>
 #include <span>
+
+/// The bytes of a check sequence.
+constexpr size_t kFcsSize = 2;
 
 /// What ComputeCrc16 gives for a packet followed by its right check sequence, low byte first.
 constexpr unsigned short CRC16_GOOD_RESIDUE = 0x0F47;

@@ -1,34 +1,22 @@
 // The connection to one handset: its port, its threads, its queues, and the request primitive.
 #pragma once
 
-#include <array>
-#include <atomic>
-#include <cstdint>
 #include <memory>
-#include <span>
-#include <utility>
-#include <vector>
 
-#include "link/event_dispatcher.h"
-#include "link/event_listener.h"
-#include "link/message_queue.h"
-#include "link/text_log.h"
+#include "link/async_callback.h"
+#include "link/text_log_callback.h"
 #include "link/time_outs.h"
 #include "platform/export.h"
-#include "platform/module_pin.h"
 #include "platform/port_error.h"
 #include "platform/types.h"
 
-class CQLibCommManager;
-class ServerTransport;
-
-/// ConnectionPort says where a connection leads: to a COM port of this machine, or, in server mode, to one
-/// that a port server owns.
-struct ConnectionPort {
-    int iComPort;
-    bool bServerMode = false;
-    ServerTransport* pServer = nullptr; // borrowed; null in server mode: there is no server, all fails
-};
+class CQLibEvents_Filter;
+class CQLibEvents_Listener;
+class DataLogFileHandler;
+class SerialControls;
+class Transport;
+struct ConnectionState;
+struct LineRequest;
 
 /// DiagConnection is the part of the connection object (`Diag_FTM`) that knows no command: it opens and
 /// closes the COM port, sends one request and waits for the response that belongs to it, and keeps the
@@ -39,17 +27,17 @@ struct ConnectionPort {
 /// the delivery thread, on which listeners and the asynchronous-message callback run. Both are joined
 /// before the members that they use go away.
 ///
-/// In server mode there is no link, no thread of its own and no dispatcher: requests go through the server,
-/// packets that the phone sends by itself come on a thread of the server's path, and what needs the serial
-/// link is refused with false. A connection keeps the mode in which it was made.
+/// In server mode requests go through a port server and the connection has no thread of its own: packets that
+/// the phone sends unasked arrive on a thread of the server's path, and what needs a serial line is refused
+/// with false. A connection keeps the mode in which it was made.
 ///
 /// Failure: false means that the exchange did not work; the reason stands in the text log.
 class QUILLET_API DiagConnection {
 public:
     /// A connection on COM port iComPort, which is not opened yet. Starts the delivery thread.
-    explicit DiagConnection(int iComPort) : DiagConnection(ConnectionPort{iComPort}) {}
-    /// The same, or a connection in server mode. A server must outlive it.
-    explicit DiagConnection(const ConnectionPort& port);
+    explicit DiagConnection(int iComPort);
+    /// A connection over a line of any kind (see Transport).
+    explicit DiagConnection(std::unique_ptr<Transport> pLine);
     virtual ~DiagConnection();
     DiagConnection(const DiagConnection&) = delete;
     DiagConnection& operator=(const DiagConnection&) = delete;
@@ -144,15 +132,6 @@ public:
     /// GetTimeOut returns a time-out in ms; 0 for an unknown id.
     DWORD GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId);
 
-    /// TimeOut_ms is GetTimeOut for the library's own use, without its log lines; the id must be valid.
-    DWORD TimeOut_ms(QMSL_TimeOutType_Enum eTimeOutId) const { return m_aTimeOuts[eTimeOutId]; }
-
-    /// StoreTimeOut is ConfigureTimeOut for the library's own use, without its log line; the id must be
-    /// valid.
-    void StoreTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms) {
-        m_aTimeOuts[eTimeOutId] = iNewValue_ms;
-    }
-
     /// StartTimer starts an elapsed-time timer; handles count up through the process from 1.
     DWORD StartTimer();
     /// GetTimerElapsed: ms since StartTimer; 0, with a log line, for an unknown handle.
@@ -189,30 +168,7 @@ public:
     /// AddUserMessageToTextLog writes sText under a category, and to standard output on request.
     bool AddUserMessageToTextLog(unsigned int iCategory, const char* sText, bool bToStdout);
     /// GetDataLogFileHandler: the connection's log; it lives as long as the connection.
-    DataLogFileHandler* GetDataLogFileHandler() { return &m_textLog; }
-
-    // --- For the command families (private in Diag_FTM) ---------------------------------------------
-
-    /// PhoneLogQueue holds what the phone sent unasked while phone logging was on.
-    CQLibMessageQueue& PhoneLogQueue() { return m_asyncQueue; }
-    /// CommandResponseQueue holds every other packet since the last request.
-    CQLibMessageQueue& CommandResponseQueue() { return m_syncQueue; }
-    /// DelayedResponseQueue holds the delayed responses that the last command which waits for them accepted.
-    CQLibMessageQueue& DelayedResponseQueue() { return m_delayedQueue; }
-    /// SetPhoneLogging keeps (true) or drops (false, at first) what the phone sends unasked.
-    void SetPhoneLogging(bool bEnabled) { m_listener.SetLoggingEnabled(bEnabled); }
-    /// Listener: the status of the radio tests.
-    CQLibEventListener& Listener() { return m_listener; }
-    /// SendSyncExpecting is SendSync for a request whose response begins with another byte than the request:
-    /// it waits for iExpectedCommand, over the serial port too.
-    bool SendSyncExpecting(unsigned short iRequestSize, const unsigned char* piRequestBytes,
-                           unsigned short* piResponseSize, unsigned char* piResponseBytes,
-                           unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms);
-    /// ReplayPacket hands over a recorded packet as if it had just been received.
-    void ReplayPacket(std::span<unsigned char> packet) { m_listener.ReceivePacket(packet); }
-    /// SetPlaybackMode lets SendSync answer from the command-response queue (true) or from the port (false,
-    /// at first and after OpenPort).
-    void SetPlaybackMode(bool bPlayback) { m_bPlaybackMode = bPlayback; }
+    DataLogFileHandler* GetDataLogFileHandler();
 
 protected:
     /// OnPortOpened resets what a family keeps for one opening of the port. Called by OpenPort, whether or
@@ -227,51 +183,21 @@ protected:
     /// touches members of derived classes. Called first in the most derived destructor; once is enough.
     void ShutDown();
 
-private:
-    struct TimerEntry {
-        DWORD iHandle;
-        DWORD iStart_ms;
-    };
+    /// Self is this connection, for the constructors of derived classes.
+    DiagConnection& Self() { return *this; }
 
-    struct RequestBytes {
-        unsigned short iSize;
-        const unsigned char* pBytes;
-    };
+private:
+    friend class ConnectionAccess;
 
     bool VerifyConnectionIsValid();
-    void AnswerFromRecording(const RequestBytes& request, DWORD iTimeout, unsigned short* piResponseSize,
+    bool Exchange(const LineRequest& request, unsigned short* piResponseSize, unsigned char* piResponseBytes);
+    void AnswerFromRecording(const LineRequest& request, unsigned short* piResponseSize,
                              unsigned char* piResponseBytes);
-    bool OpenServer();
-    void LeaveServer();
-    bool RefusedInServerMode(const char* sOperation);
-    bool SendThroughServer(const RequestBytes& request, unsigned short* piResponseSize,
-                           unsigned char* piResponseBytes, unsigned char iExpectedCommand, DWORD iTimeout);
-    bool ReconnectThroughServer(int iAttempts);
+    SerialControls* SerialFor(const char* sOperation);
+    SerialControls* OpenSerialFor(const char* sOperation);
     bool SwitchPhoneToDataMode();
-    bool WriteRequest(const RequestBytes& request, DWORD iTimeout, bool bForceStartFlag, DWORD& iTaken_ms);
-    void LogWritten(DWORD iTimeout, DWORD iTaken_ms);
-    bool WriteAndWait(const RequestBytes& request, DWORD iTimeout, DWORD iReadDelay_ms,
-                      const unsigned char* piFirstByte, QueueItem& reply);
-    bool WaitForReply(DWORD iTimeout, const unsigned char* piFirstByte, QueueItem& reply);
     void DIAG_FTM_CheckAutoTextLog();
     void InitTimeOuts();
-    const TimerEntry* FindTimer(DWORD iTimerHandle) const;
 
-    const ModulePin m_pin; // held until the threads are gone
-    const ConnectionPort m_port;
-    bool m_bIsConnected = false;
-    bool m_bPlaybackMode = false;
-    bool m_bData2DiagSearch = true;
-    unsigned int m_iLogFlags;
-    std::array<DWORD, kTimeOutCount> m_aTimeOuts{};
-    std::vector<TimerEntry> m_timers;
-
-    // The order is the order of dependence: whatever a later member's thread uses stands before it.
-    DataLogFileHandler m_textLog;
-    CQLibMessageQueue m_syncQueue;
-    CQLibMessageQueue m_asyncQueue;
-    CQLibMessageQueue m_delayedQueue;
-    CQLibEventListener m_listener;
-    CQLibEventDispatcher m_dispatcher;
-    std::unique_ptr<CQLibCommManager> m_pLink; // null in server mode
+    const std::unique_ptr<ConnectionState> m_pState;
 };

@@ -61,6 +61,9 @@ public:
     virtual void AddListener(CQLibEvents_Listener* pListener, CQLibEvents_Filter* pFilter);
     /// RemoveListener removes the first registration of that listener; afterwards it is not called any more.
     virtual void RemoveListener(CQLibEvents_Listener* pListener);
+    /// StartDelivery starts the delivery thread when it does not run; false when the system has no thread to
+    /// spare. AddListener does so too, without a result.
+    bool StartDelivery();
     /// Stop ends the delivery: the packet in delivery is finished, the others are not delivered. Waits for
     /// the thread. Last operation before destruction.
     virtual void Stop();

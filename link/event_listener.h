@@ -5,6 +5,7 @@
 #include <mutex>
 #include <span>
 
+#include "link/async_callback.h"
 #include "link/event_dispatcher.h"
 #include "link/radio_test_status.h"
 #include "platform/export.h"
@@ -12,10 +13,6 @@
 
 class CQLibMessageQueue;
 class DataLogFileHandler;
-
-/// Receives every packet of at least two bytes (iLength bytes with the two FCS bytes), on the delivery
-/// thread.
-using AsyncMessageCallBack = void (*)(unsigned short iLength, unsigned char* pPacket, void* pUserData);
 
 /// CQLibEventListener puts responses into the command-response (sync) queue and, while phone logging is
 /// enabled, log records, debug messages and event reports into the phone-log (async) queue. It owns

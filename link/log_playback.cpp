@@ -5,13 +5,13 @@
 #include <string>
 #include <string_view>
 
-#include "link/diag_connection.h"
+#include "link/connection_access.h"
+#include "link/crc16.h"
 
 namespace {
 
 constexpr size_t kMaxLine = 50000; // with its line feed
 constexpr size_t kLeastLine = 19;  // likewise
-constexpr size_t kFcsSize = 2;
 
 /// OpenReadable opens a file whose first byte can be read, or which is empty; null otherwise (a folder can
 /// be opened on some systems).
@@ -95,7 +95,8 @@ bool ParseHex(std::string_view text, QueueItem& packet) {
 } // namespace
 
 bool LogPlayback::StartLogFilePlaybackMode(const char* sFileName, unsigned char bKeepLastTwo) {
-    DataLogFileHandler& log = *m_connection.GetDataLogFileHandler();
+    const ConnectionAccess connection(m_connection);
+    DataLogFileHandler& log = connection.Log();
     log.LogMessage(LOG_FN, "QLIB_StartLogFilePlaybackMode(%s, %d)", sFileName, bKeepLastTwo);
     FILE* pFile = OpenReadable(sFileName);
     if (pFile == nullptr) {
@@ -110,16 +111,17 @@ bool LogPlayback::StartLogFilePlaybackMode(const char* sFileName, unsigned char 
     const long iEnd = SizeOf(pFile);
     while ((iEnd < 0 || ftell(pFile) < iEnd) && ReadLine(pFile, line))
         if (ParseHex(HexTextOf(line), packet) && packet.length > iLeftOut)
-            m_connection.ReplayPacket({packet.data, packet.length - iLeftOut});
+            connection.ReplayPacket({packet.data, packet.length - iLeftOut});
     fclose(pFile);
-    m_connection.SetPlaybackMode(true);
+    connection.SetPlaybackMode(true);
     return true;
 }
 
 bool LogPlayback::StopLogFilePlaybackMode() {
-    m_connection.GetDataLogFileHandler()->LogMessage(LOG_FN, "QLIB_StopLogFilePlaybackMode()");
-    m_connection.CommandResponseQueue().Clear();
-    m_connection.PhoneLogQueue().Clear();
-    m_connection.SetPlaybackMode(false);
+    const ConnectionAccess connection(m_connection);
+    connection.Log().LogMessage(LOG_FN, "QLIB_StopLogFilePlaybackMode()");
+    connection.CommandResponseQueue().Clear();
+    connection.PhoneLogQueue().Clear();
+    connection.SetPlaybackMode(false);
     return true;
 }

@@ -3,8 +3,8 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "link/connection_access.h"
 #include "link/crc16.h"
-#include "link/diag_connection.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
 
@@ -151,7 +151,7 @@ bool MessageText::DumpAsyncMessageToTextLog(unsigned int iCategory, bool bToStdo
                                             bool bRaw) {
     TextSink sink(*m_connection.GetDataLogFileHandler(), iCategory, bToTextLog, bToStdout);
     QueueItem item;
-    while (m_connection.PhoneLogQueue().Pop(&item)) {
+    while (ConnectionAccess(m_connection).PhoneLogQueue().Pop(&item)) {
         const std::span<const unsigned char> packet(item.data, item.length);
         if (packet.empty())
             continue;

@@ -9,6 +9,10 @@
 class CSerialPort;
 class DataLogFileHandler;
 
+/// A phone in AT data mode is asked this often to switch, and has so long for each answer.
+constexpr int kDiagModeTries = 2;
+constexpr DWORD kDiagModeTry_ms = 200;
+
 /// CProtAHDLC frames packets for the phone, or passes bytes unchanged in raw mode. It owns neither port nor
 /// log.
 ///
@@ -22,7 +26,7 @@ public:
     CProtAHDLC& operator=(const CProtAHDLC&) = delete;
 
     /// Data2DM switches a phone whose serial interface is in AT data mode into diagnostic mode. The mask
-    /// chooses the rates to try: 0x01 19200, 0x04 115200 baud; two attempts of 200 ms each. True when the
+    /// chooses the rates to try: 0x01 19200, 0x04 115200 baud. True when the
     /// phone said OK; the port has its former rate in any case.
     virtual bool Data2DM(unsigned char iBaudRateMask);
     /// FlushPhoneBuffer sends a flag, which ends any partial frame that the phone may hold. Always true.

@@ -7,42 +7,9 @@
 #include <mutex>
 #include <string>
 
+#include "link/text_log_callback.h"
 #include "platform/export.h"
 #include "platform/types.h"
-
-/// Log categories: one bit each.
-enum LogCategory : unsigned {
-    LOG_IO = 0x0001,       // bytes sent and received
-    LOG_FN = 0x0002,       // a library operation with its arguments
-    LOG_RET = 0x0004,      // its result
-    LOG_ASYNC = 0x0008,    // unsolicited traffic of the phone
-    LOG_ERR = 0x0010,      // errors of the exchange
-    LOG_IO_AHDLC = 0x0020, // framing ...
-    LOG_FN_AHDLC = 0x0040,
-    LOG_RET_AHDLC = 0x0080,
-    LOG_INF_AHDLC = 0x0100,
-    LOG_ERR_AHDLC = 0x0200,
-    LOG_IO_DEV = 0x0400, // serial port ...
-    LOG_FN_DEV = 0x0800,
-    LOG_RET_DEV = 0x1000,
-    LOG_INF_DEV = 0x2000,
-    LOG_ERR_DEV = 0x4000,
-};
-
-/// The mask that a started log uses unless told otherwise: operations, results, traffic, errors.
-constexpr unsigned kDefaultLogFlags = 0x421F;
-
-/// What the log callback receives: 1008 bytes.
-struct TextLogRecord {
-    unsigned short iCategory; // low 16 bits of the category
-    unsigned short iReserved; // not set
-    DWORD iElapsed_ms;        // since the log was last started or stopped
-    char sText[1000];         // the message with its indent, cut to 999 characters
-};
-static_assert(sizeof(TextLogRecord) == 1008);
-
-/// Receives every written message, on the thread that writes it; iSize is 1008. It may log itself.
-using TextLogCallBack = void (*)(unsigned short iSize, unsigned char* pRecord, void* pUserData);
 
 /// DataLogFileHandler writes one connection's text log. A line of the file reads: elapsed milliseconds, a
 /// tab, a comma, the category's name, a comma, the text. The file and the default name lie in the

@@ -73,7 +73,8 @@ QUILLET_C_API int HOST_CALL FsPutFile(char* sLocalName, char* sRemoteName, int i
 // 1 when the phone took the request; it tells a refusal of FsMkDir only.
 
 QUILLET_C_API BOOL HOST_CALL FsDeleteFile(char* sRemoteName);
-/// FsMkDir: where the host wants it so (platform), a folder that exists already counts as made.
+/// FsMkDir: where the host wants it so (platform), a folder that the phone then reports counts as made, also
+/// when the request was refused or its answer lost.
 QUILLET_C_API BOOL HOST_CALL FsMkDir(char* sPath);
 QUILLET_C_API BOOL HOST_CALL FsRemoveDir(char* sRemoteName);
 

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "link/clock.h"
 #include "platform/com_apartment.h"
 #include "platform/wait_event.h"
 #include "portserver/function_dispatcher.h"
@@ -77,11 +76,12 @@ ComThreadManager::~ComThreadManager() {
 }
 
 void ComThreadManager::executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
-                                       const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms) {
+                                       const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
+                                       const LastSign& lastSign) {
     constexpr const char* kTimedOut = "ComThreadManager::executeFunction - Timed out";
     if (std::this_thread::get_id() == m_pShared->worker)
         return pDispatcher->Run(pArgument.get());
-    const auto deadline = Clock::now() + Milliseconds(iTimeOut_ms);
+    auto deadline = Clock::now() + Milliseconds(iTimeOut_ms);
     if (!m_pShared->mutex.Wait(iTimeOut_ms))
         throw TimeoutException(kTimedOut);
     const auto pWork = std::make_shared<Work>(Work{pDispatcher, pArgument});
@@ -91,6 +91,10 @@ void ComThreadManager::executeFunction(const std::shared_ptr<FunctionDispatcher>
     }
     m_pShared->workToDo.Set();
     bool bEnded = m_pShared->workFinished.Wait(Remaining_ms(deadline));
+    while (!bEnded && lastSign && lastSign() + Milliseconds(iTimeOut_ms) > deadline) {
+        deadline = lastSign() + Milliseconds(iTimeOut_ms);
+        bEnded = m_pShared->workFinished.Wait(Remaining_ms(deadline));
+    }
     if (!bEnded) {
         const std::lock_guard lock(m_pShared->lock);
         m_pShared->pWork.reset();

@@ -1,10 +1,12 @@
 // The one thread of the process on which a port server is used.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <thread>
 
+#include "link/clock.h"
 #include "platform/export.h"
 #include "platform/module_pin.h"
 #include "platform/types.h"
@@ -37,6 +39,9 @@ public:
 
     static constexpr DWORD kEndLimit_ms = 2000;
 
+    /// When a call that is being made showed the last sign of life. Called on the caller's thread.
+    using LastSign = std::function<Clock::time_point()>;
+
     /// Use gives the manager of the process, which lives as long as somebody holds it. Throws
     /// ComThreadManagerException, or std::system_error when there is no thread to be had.
     static std::shared_ptr<ComThreadManager> Use();
@@ -50,9 +55,10 @@ public:
     /// most iTimeOut_ms from now on, waiting for other calls included. Throws TimeoutException: a call that
     /// had not begun never will; one that had goes on alone and keeps dispatcher and argument alive, so
     /// nothing that it writes to may be looked at any more. What the call itself throws is not thrown here,
-    /// see FunctionDispatcher::ErrorText.
+    /// see FunctionDispatcher::ErrorText. With lastSign, the limit begins anew with each sign of life.
     void executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
-                         const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms);
+                         const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
+                         const LastSign& lastSign = {});
 
     /// ReleaseOnThread lets the worker drop an object as soon as it is free. Does not wait.
     void ReleaseOnThread(std::shared_ptr<void> pObject);

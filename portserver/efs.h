@@ -7,14 +7,17 @@
 
 /// EFS is the file-system client of a port server. Every operation returns true when the server did it;
 /// otherwise GetErrorInfo says why. Paths of the phone and of this machine reach the server as they are.
-/// One thread at a time; each operation blocks until the server has ended it.
+/// One thread at a time. Each operation blocks until the server has ended it, or has reported nothing for
+/// QMSL_TimeOut_MultipleResponse (see TaskClient). That is 10 minutes here at first, because servers carry
+/// file operations out without reporting progress, and over a slow line a large file takes that long.
 class QUILLET_API EFS : public Dispatched<EFS, TaskClient> {
 public:
     /// Throws when there is no automation thread to be had.
     explicit EFS(const char* sClientName);
     ~EFS() override;
 
-    /// connect starts the server and selects a COM port (65535: none in particular). May be repeated.
+    /// connect starts the server and selects a COM port (65535: none in particular), within
+    /// QMSL_TimeOut_ServerConnect. May be repeated.
     bool connect(unsigned short iComPort);
     /// ConfigureCallBacks registers the receiver of listed entries; null: none.
     void ConfigureCallBacks(EfsDirectoryCallBack pfnDirectory, void* pUserData);

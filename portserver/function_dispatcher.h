@@ -65,8 +65,10 @@ FunctionDispatcherHelper<Client>::FunctionDispatcherHelper(std::string sOperatio
 
 template <class Client>
 void FunctionDispatcherHelper<Client>::dispatch(void* pArgument) {
-    if (m_pFunction)
-        (m_client.*m_pFunction)();
-    else
-        (m_client.*m_pFunctionWithArgument)(pArgument);
+    m_client.WatchServer([&] {
+        if (m_pFunction)
+            (m_client.*m_pFunction)();
+        else
+            (m_client.*m_pFunctionWithArgument)(pArgument);
+    });
 }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "link/delivered_packet.h"
+#include "link/event_dispatcher.h"
 
 /// PacketListeners hands the server's packets to the listeners, under its lock.
 class PacketListeners : public PacketEvents {
@@ -45,6 +46,11 @@ struct SyncCall {
     Bytes response = {};    // out
 };
 
+// The two requests of the phone check change nothing in the phone, so they may be sent twice.
+bool IsPhoneCheck(const Bytes& request) {
+    return !request.empty() && (request[0] == kLoopbackRequest || request[0] == kVersionRequest);
+}
+
 struct NvCall {
     unsigned short iItem;
     Bytes data; // in or out
@@ -63,24 +69,12 @@ struct ResetCall {
     ResetOutcome eOutcome = ResetOutcome::NeverReset;
 };
 
-// Runs an operation that throws; false with the reason when it did.
-template <class Body>
-bool Quietly(std::string& sReason, Body body) noexcept {
-    try {
-        body();
-        return true;
-    } catch (const std::exception& error) {
-        sReason = error.what();
-    } catch (...) {
-        sReason = "Unknown exception thrown.";
-    }
-    return false;
-}
-
 } // namespace
 
 QpstServer::QpstServer(const char* sClientName)
-    : Dispatched("QpstServer", sClientName), m_pListeners(std::make_shared<PacketListeners>()) {}
+    : Dispatched("QpstServer", sClientName), m_pListeners(std::make_shared<PacketListeners>()) {
+    WantPackets(m_pListeners);
+}
 
 QpstServer::~QpstServer() {
     if (m_pListeners)
@@ -88,16 +82,21 @@ QpstServer::~QpstServer() {
 }
 
 void QpstServer::connect(unsigned short iComPort, DWORD iTimeOut_ms) {
-    Initialize(m_pListeners);
-    ChangePort(PortName(iComPort), iTimeOut_ms);
+    ConnectTo(PortName(iComPort), iTimeOut_ms);
 }
 
 void QpstServer::sendSync(unsigned short iRequestSize, const unsigned char* piRequest,
                           unsigned short* piResponseSize, unsigned char* piResponse, DWORD iTimeOut_ms) {
-    RequireConnection("sendSync");
     const auto pCall =
         std::make_shared<SyncCall>(SyncCall{Bytes(piRequest, piRequest + iRequestSize), iTimeOut_ms});
-    Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
+    const auto exchange = [&] {
+        RequireServer("sendSync");
+        Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
+    };
+    if (IsPhoneCheck(pCall->request))
+        TwiceIfLost(exchange);
+    else
+        exchange();
     if (!pCall->bAnswered)
         throw ServerException("Timeout waiting for response");
     *piResponseSize = static_cast<unsigned short>(std::min<size_t>(*piResponseSize, pCall->response.size()));
@@ -110,7 +109,7 @@ void QpstServer::sendSyncImpl(void* pArgument) {
 }
 
 bool QpstServer::readNv(unsigned short iItem, unsigned char* piData, unsigned short iLength) {
-    RequireConnection("readNv");
+    RequireServer("readNv");
     const auto pCall = std::make_shared<NvCall>(NvCall{iItem, {}});
     Execute("readNv", &QpstServer::readNvImpl, pCall, kCallLimit_ms);
     if (!pCall->bDone)
@@ -126,7 +125,7 @@ void QpstServer::readNvImpl(void* pArgument) {
 }
 
 bool QpstServer::writeNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength) {
-    RequireConnection("writeNv");
+    RequireServer("writeNv");
     const auto pCall = std::make_shared<NvCall>(NvCall{iItem, Bytes(piData, piData + iLength)});
     Execute("writeNv", &QpstServer::writeNvImpl, pCall, kCallLimit_ms);
     return pCall->bDone;
@@ -138,7 +137,7 @@ void QpstServer::writeNvImpl(void* pArgument) {
 }
 
 bool QpstServer::Control(const char* sName, PhoneControl eControl, const char* sText, DWORD* piValue) {
-    RequireConnection(sName);
+    RequireServer(sName);
     const auto pCall = std::make_shared<ControlCall>(ControlCall{eControl, sText ? sText : ""});
     Execute(sName, &QpstServer::controlImpl, pCall, kCallLimit_ms);
     if (pCall->bDone && piValue)
@@ -180,7 +179,7 @@ bool QpstServer::getDiagVerno(DWORD& iVersion) {
 }
 
 void QpstServer::reset(DWORD iTimeOut_ms) {
-    RequireConnection("reset");
+    RequireServer("reset");
     const auto pCall = std::make_shared<ResetCall>(ResetCall{iTimeOut_ms});
     Execute("reset", &QpstServer::resetImpl, pCall, WithGrace(iTimeOut_ms));
     if (pCall->eOutcome == ResetOutcome::NeverReset)
@@ -195,9 +194,11 @@ void QpstServer::resetImpl(void* pArgument) {
 }
 
 std::vector<std::string> QpstServer::getPortList() {
-    Initialize(m_pListeners);
     const auto pNames = std::make_shared<std::vector<std::string>>();
-    Execute("getPortList", &QpstServer::getPortListImpl, pNames, kCallLimit_ms);
+    TwiceIfLost([&] {
+        Initialize();
+        Execute("getPortList", &QpstServer::getPortListImpl, pNames, kCallLimit_ms);
+    });
     return *pNames;
 }
 
@@ -206,9 +207,11 @@ void QpstServer::getPortListImpl(void* pArgument) {
 }
 
 std::vector<PhoneEntry> QpstServer::getPhoneList() {
-    Initialize(m_pListeners);
     const auto pPhones = std::make_shared<std::vector<PhoneEntry>>();
-    Execute("getPhoneList", &QpstServer::getPhoneListImpl, pPhones, kCallLimit_ms);
+    TwiceIfLost([&] {
+        Initialize();
+        Execute("getPhoneList", &QpstServer::getPhoneListImpl, pPhones, kCallLimit_ms);
+    });
     return *pPhones;
 }
 
@@ -223,28 +226,4 @@ void QpstServer::addEventListener(CQLibEvents_Listener* pListener) {
 
 void QpstServer::removeEventListener(CQLibEvents_Listener* pListener) {
     m_pListeners->Remove(pListener);
-}
-
-bool QpstServer::ConnectPort(int iComPort, DWORD iTimeOut_ms, std::string& sReason) noexcept {
-    return Quietly(sReason, [&] { connect(static_cast<unsigned short>(iComPort), iTimeOut_ms); });
-}
-
-bool QpstServer::Exchange(std::span<const unsigned char> request, DWORD iTimeOut_ms, QueueItem& response,
-                          std::string& sReason) noexcept {
-    response.length = 0;
-    return Quietly(sReason, [&] {
-        unsigned short iLength = sizeof response.data;
-        sendSync(static_cast<unsigned short>(request.size()), request.data(), &iLength, response.data,
-                 iTimeOut_ms);
-        response.length = iLength;
-    });
-}
-
-void QpstServer::Listen(CQLibEvents_Listener* pListener) noexcept {
-    std::string sIgnored;
-    Quietly(sIgnored, [&] { addEventListener(pListener); });
-}
-
-void QpstServer::StopListening(CQLibEvents_Listener* pListener) noexcept {
-    removeEventListener(pListener);
 }

@@ -5,18 +5,18 @@
 #include <string>
 #include <vector>
 
-#include "link/server_transport.h"
 #include "platform/export.h"
 #include "portserver/server_client.h"
 
+class CQLibEvents_Listener;
 class PacketListeners;
 
 /// QpstServer is the client of a port server that exchanges packets with one phone. Operations throw:
 /// ServerException with the reason, or ComThreadManager::TimeoutException when the server does not come back
-/// (kGrace_ms after the operation's own time-out). As the transport of a connection it throws nothing.
+/// (kGrace_ms after the operation's own time-out).
 ///
 /// One thread at a time; each operation blocks until the server has answered.
-class QUILLET_API QpstServer : public Dispatched<QpstServer, ServerClient>, public ServerTransport {
+class QUILLET_API QpstServer : public Dispatched<QpstServer, ServerClient> {
 public:
     /// Throws when there is no automation thread to be had. The server is started by the first operation.
     explicit QpstServer(const char* sClientName);
@@ -59,12 +59,6 @@ public:
     /// A listener must not add or remove listeners.
     void addEventListener(CQLibEvents_Listener* pListener);
     void removeEventListener(CQLibEvents_Listener* pListener);
-
-    bool ConnectPort(int iComPort, DWORD iTimeOut_ms, std::string& sReason) noexcept override;
-    bool Exchange(std::span<const unsigned char> request, DWORD iTimeOut_ms, QueueItem& response,
-                  std::string& sReason) noexcept override;
-    void Listen(CQLibEvents_Listener* pListener) noexcept override;
-    void StopListening(CQLibEvents_Listener* pListener) noexcept override;
 
 private:
     friend class FunctionDispatcherHelper<QpstServer>;

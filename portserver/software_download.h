@@ -1,10 +1,8 @@
 // Software images and NV backups of the phone through a port server.
 #pragma once
 
-#include <array>
 #include <vector>
 
-#include "link/time_outs.h"
 #include "platform/export.h"
 #include "portserver/task_client.h"
 
@@ -24,8 +22,10 @@ public:
 
 /// SoftwareDownload is the client of a port server that loads images and NV backups. Every operation returns
 /// true when the server did it; otherwise GetErrorInfo says why. Names of local files reach the server as
-/// they are. One thread at a time, save abort; each operation blocks until the server has ended it or has
-/// been silent for QMSL_TimeOut_MultipleResponse.
+/// they are. One thread at a time, save abort. Each operation blocks until the server has ended it, or has
+/// reported nothing for QMSL_TimeOut_MultipleResponse (10 s at first; see TaskClient): set it higher for a
+/// server that reports progress rarely or late, because a download that is aborted may leave a phone that
+/// does not start.
 class QUILLET_API SoftwareDownload : public Dispatched<SoftwareDownload, TaskClient> {
 public:
     /// hContext is only kept for the callback of whoever registers one. Throws when there is no automation
@@ -44,9 +44,6 @@ public:
     void ConfigureCallBacks(SoftwareDownloadCallBack pfnProgress, void* pUserData);
     void addListener(SoftwareDownloadListener* pListener);
     void removeListener(SoftwareDownloadListener* pListener);
-    /// ConfigureTimeOut sets a time-out in ms; false for an unknown id. GetTimeOut: 0 for an unknown id.
-    bool ConfigureTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms);
-    DWORD GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId) const;
     /// SetLogManager gives the text log that operations and errors go to; null: none. It must live until it
     /// is replaced.
     void SetLogManager(DataLogFileHandler* pLog) { m_pLog = pLog; }
@@ -67,7 +64,8 @@ public:
     /// downloadQcnFile makes an NV backup.
     bool downloadQcnFile(const char* sFile, const char* sSpc);
 
-    /// abort ends the running operation, which then fails. Any thread. False when the server cannot be told.
+    /// abort ends the running operation, which then fails. Any thread. False when the server cannot be told
+    /// within 10 s: a server that carries an operation out in one piece cannot be interrupted.
     bool abort() { return Abort(); }
 
 private:
@@ -77,11 +75,9 @@ private:
     void Error(const std::string& sText) override;
     void OnBegin(const char* sName) override;
     void OnProgress(DWORD iDone, DWORD iInAll) override;
-    DWORD SilenceLimit_ms() const override { return m_aTimeOuts[QMSL_TimeOut_MultipleResponse]; }
     void getPhoneModeImpl(void* pCall);
 
     void* const m_hContext;
-    std::array<DWORD, kTimeOutCount> m_aTimeOuts = kDefaultTimeOuts;
     DataLogFileHandler* m_pLog = nullptr;
     std::vector<SoftwareDownloadListener*> m_listeners;
     SoftwareDownloadCallBack m_pfnProgress = nullptr;

@@ -1,11 +1,13 @@
 // What EFS and SoftwareDownload share: tasks of the server that take their time, and the error text.
 #pragma once
 
+#include <array>
 #include <initializer_list>
 #include <memory>
 #include <mutex>
 #include <string>
 
+#include "link/time_outs.h"
 #include "portserver/server_client.h"
 
 class TaskRun;
@@ -13,16 +15,28 @@ class TaskRun;
 /// TaskClient is a client whose operations do not throw: they return false and keep the reason
 /// (GetErrorInfo).
 ///
-/// A task is begun on the automation thread, which is free again at once; the caller's thread then waits
-/// for its end, dispatching its window messages, so that a user interface stays alive (on Windows; whatever
-/// its windows do then must not start another operation of this client). The limit of that wait is for
-/// silence: a task that reports progress goes on. One that falls silent is aborted.
+/// A task is begun on the automation thread. Most servers free that thread at once; the caller's thread then
+/// waits for the task's end, dispatching its window messages, so that a user interface stays alive (on
+/// Windows; whatever its windows do then must not start another operation of this client). A server may also
+/// carry the whole task out before it returns; then nothing is dispatched, progress is passed on at the end,
+/// and calls of other clients have to wait.
+///
+/// The limit is for silence, QMSL_TimeOut_MultipleResponse: a task goes on as long as each report comes
+/// within the limit of the one before. A server that has not even begun gets kGrace_ms on top. A task that
+/// falls silent is aborted, and its operation fails; one that turns out to have ended by then is left alone,
+/// and when it succeeded, so did the operation.
 class QUILLET_API TaskClient : public ServerClient {
 public:
     /// GetErrorInfo: the reason why the last operation failed; empty when it did not.
     const char* GetErrorInfo() const { return m_sError.c_str(); }
     /// ClearError forgets it. Every operation begins with that.
     void ClearError() { Error(""); }
+
+    /// ConfigureTimeOut sets a time-out in ms (0xFFFFFFFF: 49 days); false for an unknown id. GetTimeOut: 0
+    /// for an unknown id. Clients use QMSL_TimeOut_ServerConnect (connect) and QMSL_TimeOut_MultipleResponse
+    /// (silence of a task). On the thread of the operations.
+    bool ConfigureTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms);
+    DWORD GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId) const;
 
 protected:
     TaskClient(const char* sClass, const char* sClientName) : ServerClient(sClass, sClientName) {}
@@ -37,13 +51,13 @@ protected:
     DWORD waitWithMessageLoop(void* hEvent, DWORD iTimeOut_ms);
 
     /// Connect starts the server and selects a port.
-    bool Connect(const std::string& sPortName, DWORD iTimeOut_ms);
+    bool Connect(const std::string& sPortName);
     /// RunTask runs a task to its end; sFailure ends the error text when the server refuses it. A null text
     /// among the arguments fails.
     bool RunTask(ServerTask eTask, const char* sName, std::initializer_list<const char*> arguments,
                  const char* sFailure = "failed");
     /// Abort ends the task that runs or is about to begin when it is called. False when the server cannot be
-    /// told. Any thread.
+    /// told within kCallLimit_ms, because it was lost or carries the task out in one piece. Any thread.
     bool Abort();
     /// Attempt runs an operation that throws; false with the error text when it did.
     template <class Body>
@@ -63,20 +77,19 @@ protected:
     virtual void OnBegin(const char* sName);
     virtual void OnEntry(const EfsDirItem& item);
     virtual void OnProgress(DWORD iDone, DWORD iInAll);
-    /// How long a task may be silent, in ms.
-    virtual DWORD SilenceLimit_ms() const;
 
 private:
     enum class Beginning;
     struct BeginCall;
 
-    void Begin(const char* sName, const std::shared_ptr<BeginCall>& pCall);
+    bool Begin(const char* sName, const std::shared_ptr<BeginCall>& pCall);
     void beginImpl(void* pCall);
     void abortImpl(void* pRun);
     bool WaitForEnd(TaskRun& run);
     void SetRun(const std::shared_ptr<TaskRun>& pRun);
     std::shared_ptr<TaskRun> Run();
 
+    std::array<DWORD, kTimeOutCount> m_aTimeOuts = kDefaultTimeOuts;
     bool m_bError = false;
     std::string m_sError;
     std::mutex m_runLock;

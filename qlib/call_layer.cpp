@@ -17,18 +17,22 @@ Parameter HandOn(Argument* pArgument) {
         return pArgument;
 }
 
-// Calls a method of the context's connection. False without a connection, with a null argument, or when the
-// method ran out of memory.
+// Calls a method of the context's connection. False without a connection or when the method ran out of
+// memory.
 template <class Class, class... Parameters, class... Arguments>
-bool Forward(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
-    if (!(pArguments && ...))
-        return false;
+bool ForwardAsGiven(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
     try {
         Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
         return pPhone && (pPhone->*pMethod)(HandOn<Parameters>(pArguments)...);
     } catch (...) {
         return false;
     }
+}
+
+// The same for methods that take no null: false with one.
+template <class Method, class... Arguments>
+bool Forward(void* hContext, Method pMethod, Arguments*... pArguments) {
+    return (pArguments && ...) && ForwardAsGiven(hContext, pMethod, pArguments...);
 }
 
 } // namespace
@@ -90,7 +94,8 @@ bool QLIB_EfsDirectory(void* hContext, const char* sFolderPath) {
 }
 
 bool QLIB_EfsRead(void* hContext, const char* sEFS_File, const char* sLocalFile) {
-    return Forward(hContext, &Diag_FTM::EFS2_DIAG_READ_FILE, sLocalFile, sEFS_File);
+    return sEFS_File != nullptr &&
+           ForwardAsGiven(hContext, &Diag_FTM::EFS2_DIAG_READ_FILE, sLocalFile, sEFS_File);
 }
 
 bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File) {
@@ -104,7 +109,7 @@ bool QLIB_EfsWriteOpenedTarget(void* hContext) {
 
 OperationFailure QLIB_EfsLastFailure(void* hContext) {
     const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
-    return pPhone ? pPhone->LastFailure() : OperationFailure{};
+    return pPhone ? pPhone->EFS2_LastFailure() : OperationFailure{};
 }
 
 bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath) {

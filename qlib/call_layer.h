@@ -51,13 +51,14 @@ QUILLET_C_API bool QLIB_EFS2_DIAG_ABORT(void* hContext);
 QUILLET_C_API bool QLIB_EfsDirectory(void* hContext, const char* sFolderPath);
 
 /// QLIB_EfsRead copies a phone file to a local file, QLIB_EfsWrite the other way: source first.
+/// A null or empty sLocalFile of QLIB_EfsRead is the phone file's own name in the current directory.
 QUILLET_C_API bool QLIB_EfsRead(void* hContext, const char* sEFS_File, const char* sLocalFile);
 QUILLET_C_API bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File);
 
 /// QLIB_EfsWriteOpenedTarget is Efs2Transfer::EFS2_LastWriteOpenedTarget.
 QUILLET_C_API bool QLIB_EfsWriteOpenedTarget(void* hContext);
 
-/// QLIB_EfsLastFailure is CommandFrame::LastFailure; kind None for a handle that has no context.
+/// QLIB_EfsLastFailure is Efs2Metadata::EFS2_LastFailure; kind None for a handle that has no context.
 QUILLET_C_API OperationFailure QLIB_EfsLastFailure(void* hContext);
 
 QUILLET_C_API bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath);

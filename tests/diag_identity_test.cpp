@@ -74,11 +74,20 @@ TEST_F(DiagIdentity, ShortAnswersAndRefusalsLeaveValuesAlone) {
     CheckAnswers({
         {ExtBuildId, "7C 00 00 00 01 00 00 00 02 00 00", "true 1 e2  "},
         {ExtBuildId, "7C 00 00 00 01 00 00 00 02 00 00 00 53 57", "true 1 2 SW "},
-        {Status, "4B 04 0E 00", "true ee"},
+        {ExtBuildId, "7C 00 00 00", "false e1 e2 s m"},
+        {Status, "4B 04 0E 00", "false ee"},
+        {ErrRead, "2A 66", "true 0 0"},
+        {ErrRead, "2A", "false 0 0"},
+        {Spc, "41", "false ee"},
         {GetDip, "2F 05", "true 1234"},
-        {Display, "4B 10 00 00 40 01 F0 00 10 02", "true e1 e2 e3 e4"},
-        {GsmStatus, "4B 08 01 00 E1 0C 41 42 43", "false e1 0 0 e2 0 e3 0 e4 e5 e6 e7"},
+        {GetDip, "2F", "false 1234"},
+        {Display, "4B 10 00 00 F0 00 40 01 10 02", "true f0 140 10 2"},
+        {Display, "4B 10 00 00 00 40 01 10 02", "true e1 e2 e3 e4"},
+        {Display, "4B 10 00 00", "false e1 e2 e3 e4"},
+        {ReadEsn, "26 00 00 78 56 34 00 00", "false ee"},
     });
+    EXPECT_EQ(Answered(GsmStatus, Hex("4B 08 01 00 " + Times(27, "41"))),
+              "false e1 0 0 e2 0 e3 0 e4 e5 e6 e7");
     const std::string sNoSuchItem = "26 00 00 78 56 34 80 " + Times(124, "00") + " 05 00";
     EXPECT_EQ(Answered(ReadEsn, Hex(sNoSuchItem)), "false ee");
 }

@@ -44,6 +44,7 @@ TEST_F(DiagMemory, PeeksAndPokesOnTheWire) {
 TEST_F(DiagMemory, ShortAnswersGiveTheWholeValuesThatTheyHold) {
     CheckAnswers({{Peek<Byte, 4>, "02 78 56 34 12 04 00 A1 A2", "true a1 a2 ee ee ee"},
                   {Peek<Short, 2>, "03 78 56 34 12 02 00 A1 A2 A3", "true a2a1 ee ee ee ee"},
+                  {Peek<Byte, 4>, "02 78 56 34 12 04 00", "false ee ee ee ee ee"},
                   {Peek<DWORD, 2>, "04 78 56 34 12 02 00 A1 A2 A3", "true ee ee ee ee ee"}});
 }
 

@@ -94,20 +94,27 @@ TEST_F(DiagPhoneLog, MasksThatCannotBeAsked) {
     }
     DWORD iLastItem = 0xEE;
     EXPECT_FALSE(m_diag.DIAG_GetLogRanges(16, iLastItem));
-    // A mask of another equipment, and none: the wanted code becomes the whole mask.
+    // A mask of another equipment, and two answers without one: the wanted code becomes the whole mask.
     m_phone.Answer("73 00 00 00 01", RangesAnswer(7));
-    for (const Bytes& answer : {Packet("73 00 00 00", {4, 0, 2, 8}, "\xFF\xFF"), Hex("73 00")}) {
+    const std::pair<Bytes, bool> answers[] = {{Packet("73 00 00 00", {4, 0, 2, 8}, "\xFF\xFF"), true},
+                                              {Packet("73 00 00 00", {4, 2}), false},
+                                              {Hex("73 00"), false}};
+    for (const auto& [answer, bOther] : answers) {
+        m_log.Clear();
         m_phone.Answer("73 00 00 00 04", answer);
         EXPECT_EQ(AddCode(m_diag), "true");
+        EXPECT_EQ(m_log.Has(LOG_RET, "QLIB_DIAG_AddExtendedLogCodes: Error fetching current log mask"),
+                  bOther);
         EXPECT_EQ(m_phone.Requests().back(), "73 00 00 00 03 00 00 00 01 00 00 00 08 00 00 00 00 02");
     }
 }
 
-TEST_F(DiagPhoneLog, MaskAnswersAreCopiedBackAsFarAsTheyGo) {
+TEST_F(DiagPhoneLog, MaskAnswersAreCopiedBackWhenTheyAreThere) {
     unsigned char aData[4] = {1, 2, 3, 4};
     unsigned short iSize = sizeof aData;
-    for (const auto& [sAnswer, sData] :
-         {std::pair("73 01 00 00 A1 A2 A3 A4", "A1 A2 A3 A4"), {"73 B2", "73 B2 A3 A4"}}) {
+    for (const auto& [sAnswer, sData] : {std::pair("73 00 00 00 09 00 00 00 01 A1 A2 A3 A4", "A1 A2 A3 A4"),
+                                         {"73 00 00 00 09 00 00 00 02 00 00", "A1 A2 A3 A4"},
+                                         {"73 B2", "A1 A2 A3 A4"}}) {
         m_phone.Answer("73", Hex(sAnswer));
         EXPECT_TRUE(m_diag.DIAG_SetExtendedLogMask(9, aData, iSize));
         EXPECT_EQ(Bytes(aData, aData + 4), Hex(sData));

@@ -112,15 +112,41 @@ TEST_F(Efs2MetadataTest, AnswersOfUnexpectedLength) {
         {ExtendedInfo, Packet("4B 13 1D 00", {1}), "true 1 f1 "},
         {ExtendedInfo, Packet("4B 13 1D 00", {0}), "false f0 f1 before"},
         {GetAttributes, Packet("59 07", {1, 2}), "true f0 f1 f2"},
+        // Nothing but the header.
+        {GetAttributes, Packet("59 07"), "false f0 f1 f2"},
+        {Stat, Packet("4B 13 0F 00"), "false f0 f1 f2 f3 f4 f5 f6"},
+        {Rename, Packet("4B 13 0E 00"), "false f0"},
+        {ReadLink, Packet("4B 13 07 00"), "false before"},
+        {DevInfo, Packet("4B 13 15 00"), "false f0 f1 f2 f3 f4 f5 f6 f7 before"},
     };
     for (const auto& [call, answer, sOutcome] : cases)
         EXPECT_EQ(Answered(call, answer), sOutcome) << handset::ToHex(answer).substr(0, 60);
 }
 
+TEST(Efs2Names, WholePathsAndLastNamesHaveALongestLength) {
+    struct Rule : Efs2Metadata {
+        using Efs2Metadata::EfsIsLegalName;
+    };
+    const auto path = [](size_t iFolder, size_t iName) {
+        return std::string(iFolder, 'f') + "/" + std::string(iName, 'n');
+    };
+    const std::pair<std::string, bool> cases[] = {
+        {"", true},
+        {path(47, 80), true},
+        {path(48, 80), false},
+        {path(46, 81), false},
+        {path(127, 0), true},
+        {std::string(80, 'n'), true},
+        {std::string(81, 'n'), false},
+    };
+    for (const auto& [sPath, bLegal] : cases)
+        EXPECT_EQ(Rule::EfsIsLegalName(sPath), bLegal) << sPath;
+}
+
 TEST_F(Efs2MetadataTest, PathsThatDoNotFitAreNotSent) {
     DWORD v[3] = {};
     m_phone.Answer("4B", Packet("4B 13 00 00", {0}));
-    m_phone.Answer("59", Packet("59 07"));
+    m_phone.Answer("59", Packet("59 07", {1, 2, 3}));
     const auto check = [&](size_t iLongest, const std::function<bool(const char*)>& call) {
         m_phone.phone.ClearRequests();
         EXPECT_TRUE(call(std::string(iLongest, 'p').c_str())) << iLongest;

@@ -179,7 +179,10 @@ TEST_F(FtmPeripheralCommandsTest, RefusalNeedNotCarryTheValues) {
 
 TEST_F(FtmPeripheralCommandsTest, ShortAnswers) {
     const FtmCall clock = DO(FTM_PMIC_RTC_SET_GET_TIME, 1, b0, b1, b2, h0, b3, b4, b5);
-    EXPECT_EQ(Run(clock, Hex("4B 01 02 03")), "true b3=1 b4=2 b5=3"); // no failure here
+    EXPECT_EQ(Run(clock, Hex("4B 0B 0B 00 00 00 00 00 00 00 00 03")),
+              "true b0=0 b1=0 b2=0 b3=0 b4=0 b5=3 h0=0"); // a value that is missing is no failure here
+    EXPECT_EQ(Run(clock, Hex("4B 0B 0B 00 00 00 00 00 00 00 00")), "false"); // all of them are missing
+    EXPECT_EQ(Run(DO(FTM_PMIC_INT_GET_RT_STATUS, b0, b1), Hex("4B 0B 0B 00")), "false");
     const FtmCall place = DO(MFLO_GET_FLO_PLP_DYN_PARAMS, 0x12345678, h0, h1, h2, h3);
     EXPECT_EQ(Run(place, Hex("4B 2B 2B 00 01 02 03 04 05 06 07")), "false");
     const FtmCall counters = DO(MFLO_GET_OIS_PLP_STAT, 4, w0, w1, w2, w3);

@@ -99,11 +99,13 @@ TEST_F(FtmRfCommandsTest, AnswersOfAnotherSubsystemOrModeAreRefused) {
 
 TEST_F(FtmRfCommandsTest, ValuesAreTakenFromTheEndOfWhatThereIs) {
     const FtmCall im2 = DO(FTM_GET_CDMA_IM2_WITH_SUPPRESSSION, b0, b1, b2, h0);
-    EXPECT_EQ(Run(im2, Hex("4B 0B 01 00 09")), "true b0=4b b1=b b2=1 h0=900");
-    EXPECT_EQ(Run(im2, Hex("4B 0B")), "false");
-    EXPECT_EQ(Run(DO(FTM_GET_CTON, w0), Hex("4B 0B 01")), "false");
+    EXPECT_EQ(Run(im2, Hex("4B 0B 01 00 7E 00 09")), "true b0=1 b1=0 b2=7e h0=900");
+    for (const char* sHeader : {"4B 0B", "4B 0B 01 00 7E", "4B 0B 01 00 7E 00"})
+        EXPECT_EQ(Run(im2, Hex(sHeader)), "false");
+    EXPECT_EQ(Run(DO(FTM_GET_RSSI, w0), Hex("4B 0B 01 00 E6 00 00 00")), "false");
     const FtmCall gains = DO(FTM_TEST_GET_DVGA_LNA, true, 3, 7, h0, h1, h2, h3, h4);
-    EXPECT_EQ(Run(gains, Hex("4B 01 02")), "true h4=201"); // a value that is missing is no failure here
+    EXPECT_EQ(Run(gains, Hex("4B 0B 01 00 09")), "true h3=10b h4=900"); // one that is missing is no failure
+    EXPECT_EQ(Run(gains, Hex("4B 0B 01 00")), "false");
 }
 
 TEST_F(FtmRfCommandsTest, OlderFormReadsTheFieldsThatEndAtTheRequestsLength) {

@@ -127,15 +127,17 @@ TEST_F(FtmRfSequencesTest, WcdmaSecondaryChainLeavesItsModeOnlyWhenSwitchedOn) {
         unsigned char iStatus;
         int iMode;
     } cases[] = {{true, 0, 1}, {false, 0, 21}, {true, 2, 21}};
-    const std::string sCommand = "4B 0B 15 00 78 00 ";
+    const std::string sCommand = "4B 0B 15 00 78 00 00 00 00 00 ";
     const std::string sLog = "QLIB_FTM_SET_WCDMA_SECONDARY_CHAIN( bEnableSecondaryChain) status = ";
     for (const auto& [bEnable, iStatus, iMode] : cases) {
         m_phone.Answer("", Hex(sCommand + handset::ToHex({iStatus, iStatus})));
         EXPECT_EQ(m_diag.FTM_SET_WCDMA_SECONDARY_CHAIN(bEnable), iStatus == 0);
-        EXPECT_EQ(Sent(), Lines{sCommand + (bEnable ? "00 00 00 00 01" : "00 00 00 00 00")});
+        EXPECT_EQ(Sent(), Lines{sCommand + (bEnable ? "01" : "00")});
         EXPECT_EQ(m_diag.GetSystemMode(), iMode);
         EXPECT_EQ(m_log.Of(LOG_RET).back(), sLog + std::to_string(iStatus * 257));
     }
+    m_phone.Answer("", Hex(sCommand)); // no status
+    EXPECT_FALSE(m_diag.FTM_SET_WCDMA_SECONDARY_CHAIN(true));
 }
 
 // The second CDMA interface: results at fixed places, as many as the path has.

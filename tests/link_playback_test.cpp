@@ -1,4 +1,5 @@
 // Playing text logs back: recorded sessions without the phone, and files that are no good recordings.
+#include "link/connection_access.h"
 #include "phone_fixture.h"
 
 namespace {
@@ -27,7 +28,7 @@ protected:
     PluggedPhone m_phone;
     LocalFolder m_folder;
     Diag_FTM m_diag{2}; // no phone there
-    DiagConnection& m_connection = m_diag;
+    const ConnectionAccess m_connection{m_diag};
     LogCapture m_log{m_diag, LOG_FN | LOG_RET | LOG_IO};
 };
 

@@ -35,7 +35,7 @@ expect_text "$windows/pluginst.inf" '^type=wfx.$'
 expect_text "$windows/pluginst.inf" '^file=quillet\.wfx.$'
 tests/windows/product_checks.sh "$windows/quillet.wfx" "$windows/quillet.wfx64" "$version" || fail "Windows editions"
 
-expect_files "$linux" 70-quillet.rules INSTALL quillet.wfx wfxhost
+expect_files "$linux" 70-quillet.rules INSTALL qdiag quillet.wfx wfxhost
 rules=$linux/70-quillet.rules
 for id in 05c6:3197 05c6:9002 4b56:0001 4b56:0002; do
     same="idVendor\}==\"${id%:*}\", ATTRS?\{idProduct\}==\"${id#*:}\", ENV\{ID_MM_DEVICE_IGNORE\}=\"1\""
@@ -48,12 +48,14 @@ if grep -rn '@[A-Z]*@' "$windows"/*.txt "$windows"/*.inf "$linux"/INSTALL; then
     fail "something was not filled in"
 fi
 
-# The unpacked program finds the unpacked plug-in, and both a handset.
+# The unpacked programs find the unpacked plug-in, and all a handset.
 mkfifo "$work/output"
 build/simulated-handset --device-root "$device_root" > "$work/output" < /dev/null &
 handset=$!
 read -r ready < "$work/output" || fail "the simulated handset does not start"
 QUILLET_DEVICE_ROOT=$device_root "$linux/wfxhost" ls > "$work/listing" || fail "the unpacked wfxhost: ${ready-}"
+QUILLET_DEVICE_ROOT=$device_root "$linux/qdiag" info > "$work/info" || fail "the unpacked qdiag"
+grep -q . "$work/info" || fail "the unpacked qdiag says nothing about the handset"
 [ -s "$work/listing" ] || fail "the unpacked plug-in lists nothing"
 
 [ "$failures" -eq 0 ]

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <map>
 #include <mutex>
+#include <thread>
 
 #include "platform/idle_tick.h"
 
@@ -20,6 +21,11 @@ void Record(uintptr_t iTickId) {
     std::lock_guard lock(g_lock);
     ++g_calls[iTickId];
     g_ticked.notify_all();
+}
+
+void Once(uintptr_t iTickId) {
+    StopIdleTick(iTickId);
+    Record(iTickId);
 }
 
 void HandOver(uintptr_t iTickId) {
@@ -49,6 +55,18 @@ TEST(IdleTickTest, TicksRunUntilStopped) {
     EXPECT_TRUE(WaitForCalls(iSecond, CallsOf(iSecond) + 5));
     EXPECT_EQ(CallsOf(iFirst), iCalls);
     StopIdleTick(iSecond);
+}
+
+TEST(IdleTickTest, SlowTickHoldsUpNeitherOthersNorTheEnd) {
+    const uintptr_t iSlow = StartIdleTick(3600 * 1000, Record);
+    // Each round leaves the thread more time to fall asleep.
+    for (int iYields = 1; iYields < 10000; iYields *= 2) {
+        for (int i = 0; i < iYields; ++i)
+            std::this_thread::yield();
+        ASSERT_TRUE(WaitForCalls(StartIdleTick(1, Once), 1));
+    }
+    EXPECT_EQ(CallsOf(iSlow), 0);
+    // It runs on: the process must end all the same.
 }
 
 TEST(IdleTickTest, TickMayStopItselfAndStartAnother) {

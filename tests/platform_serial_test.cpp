@@ -3,6 +3,8 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 
+#include <chrono>
+#include <future>
 #include <numeric>
 #include <thread>
 #include <tuple>
@@ -156,7 +158,12 @@ TEST_F(SerialPortTest, DeviceThatGoesAwayFailsEveryTransfer) {
     device.Take(1); // the writer is at work
     device.HangUp();
     writer.join();
-    WaitForSerialInput(hPort, kPatience_ms);
+    // Short waits, so that whoever waits for input sees soon that there will be none.
+    const auto waits = std::async(std::launch::async, [&] {
+        for (int i = 0; i < 20; ++i)
+            WaitForSerialInput(hPort, kPatience_ms);
+    });
+    EXPECT_EQ(waits.wait_for(std::chrono::seconds(30)), std::future_status::ready);
     char aByte[1];
     DWORD iRead = 99;
     EXPECT_FALSE(ReadFile(hPort, aByte, 1, &iRead, nullptr));

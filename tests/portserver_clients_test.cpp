@@ -2,13 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <future>
 #include <string>
 #include <vector>
 
 #include "fake_port_server.h"
+#include "log_capture.h"
 #include "portserver/efs.h"
 #include "portserver/qpst_server.h"
 #include "portserver/software_download.h"
+#include "qlib/diag_ftm.h"
 
 namespace {
 
@@ -36,15 +39,32 @@ const std::pair<std::string, std::function<void(QpstServer&)>> kOperations[] = {
 TEST(QpstServerTest, OperationsNeedAPortAndOutliveAServerThatThrows) {
     FakeProgram program;
     QpstServer server("test");
-    for (const auto& [sCall, call] : kOperations)
-        EXPECT_THROW(call(server), std::exception) << sCall;
+    const auto expectNotConnected = [&] {
+        program.TakeCalls();
+        for (const auto& [sCall, call] : kOperations)
+            EXPECT_THROW(call(server), ServerException) << sCall;
+        EXPECT_EQ(program.TakeCalls(), Texts{});
+    };
+    expectNotConnected();
     server.connect(5, 200);
+    for (const char* const sFunction : {"selectPort", "make"}) {
+        program.Set(sFunction, Trouble::ComError);
+        EXPECT_THROW(server.connect(6, 200), ServerException);
+        expectNotConnected();
+        program.Set(sFunction, Trouble::None);
+        server.connect(5, 200);
+        program.Kill();
+        program.Start();
+    }
+    EXPECT_NO_THROW(server.connect(5, 200));
     for (const auto& [sCall, call] : kOperations) {
         const std::string sFunction = sCall.substr(0, sCall.find(' '));
         program.Set(sFunction, Trouble::ComError);
         EXPECT_THROW(call(server), std::exception) << sCall;
         program.Set(sFunction, Trouble::None);
         program.TakeCalls();
+        call(server);
+        EXPECT_EQ(program.TakeCalls(), (Texts{"make", "attach test", "selectPort COM5", sCall}));
         call(server);
         EXPECT_EQ(program.TakeCalls(), Texts{sCall});
     }
@@ -174,13 +194,43 @@ TEST_F(ServerClients, ProgressSilenceAndAbort) {
         events.finished(false); // does no harm
     };
     EXPECT_TRUE(m_download.uploadHexFile("f"));
+}
 
-    m_program.task = [](TaskEvents&) {};
+TEST_F(ServerClients, ATaskThatEndsAfterItsLimitIsNotAborted) {
+    const std::string sLimit = "SoftwareDownload::waitWithMessageLoop() -- Timeout exceeded";
+    EXPECT_EQ(m_files.GetTimeOut(QMSL_TimeOut_MultipleResponse), 600000U);
+    EXPECT_EQ(m_download.GetTimeOut(QMSL_TimeOut_MultipleResponse), 10000U);
     EXPECT_TRUE(m_download.ConfigureTimeOut(QMSL_TimeOut_MultipleResponse, 20));
-    m_program.TakeCalls();
-    EXPECT_FALSE(m_download.uploadHexFile("f"));
-    EXPECT_STREQ(m_download.GetErrorInfo(), "SoftwareDownload::waitWithMessageLoop() -- Timeout exceeded");
-    EXPECT_EQ(m_program.TakeCalls(), (Texts{"begin 10|f", "abort"}));
+    m_program.task = [](TaskEvents&) {};
+    {
+        Diag_FTM phone(1);
+        const LogCapture log(phone);
+        m_download.SetLogManager(phone.GetDataLogFileHandler());
+        EXPECT_FALSE(m_download.uploadHexFile("f"));
+        EXPECT_EQ(m_program.TakeCalls(), (Texts{"begin 10|f", "abort"}));
+        EXPECT_EQ(m_download.GetErrorInfo(), sLimit);
+        EXPECT_EQ(log.Lines(), (Texts{"0x0002 SoftwareDownload::uploadHexFile", "0x0010 " + sLimit}));
+
+        TaskEvents* pTask = nullptr; // ends when the limit has passed, before anything else happens
+        m_program.task = [&](TaskEvents& events) { pTask = &events; };
+        phone.ConfigureLibraryTextLogCallBack(&pTask, [](unsigned short, unsigned char* pText, void* ppTask) {
+            if (reinterpret_cast<const TextLogRecord*>(pText)->iCategory == LOG_ERR)
+                (*static_cast<TaskEvents**>(ppTask))->finished(true);
+        });
+        EXPECT_TRUE(m_download.uploadHexFile("f"));
+        EXPECT_STREQ(m_download.GetErrorInfo(), "");
+        m_download.SetLogManager(nullptr);
+    }
+    std::promise<void> gaveUp;
+    m_program.task = [&, bFirst = true](TaskEvents& events) mutable {
+        if (std::exchange(bFirst, false))
+            gaveUp.get_future().wait();
+        events.finished(true);
+    };
+    EXPECT_FALSE(m_download.uploadBHexFile("f")); // the server carries it out before it returns
+    gaveUp.set_value();
+    EXPECT_TRUE(m_files.EfsDelete("p"));
+    EXPECT_EQ(m_program.TakeCalls(), (Texts{"begin 10|f", "begin 11|f", "begin 3|p"}));
 }
 
 } // namespace

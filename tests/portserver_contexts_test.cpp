@@ -89,9 +89,14 @@ TEST_F(ServerMode, PacketsOfThePhoneArriveWhileThePortIsOpen) {
     ASSERT_TRUE(m_diag.OpenPort());
     packet[1] = 2;
     m_program.pPacketEvents->packetReceived(packet);
+    m_program.pPacketEvents.reset();
+    m_program.Kill();
+    m_program.Start();
+    EXPECT_TRUE(m_diag.IsPhoneConnected()); // attaches anew
+    m_program.pPacketEvents->packetReceived(packet);
     EXPECT_TRUE(m_diag.ClosePort());
     m_program.pPacketEvents->packetReceived(packet);
-    EXPECT_EQ(packets, std::vector<Bytes>{packet});
+    EXPECT_EQ(packets, (std::vector<Bytes>{packet, packet}));
 }
 
 class ServerContexts : public testing::Test {
@@ -146,6 +151,51 @@ TEST_F(ServerContexts, ObjectsAreConnectedToThePortOfTheirContextAndDieWithIt) {
     EXPECT_EQ(m_program.Views(), 0);
     ExpectNoObjects(hContext);
     EXPECT_EQ(m_program.Threads().size(), 1U); // made, used and destroyed on the worker
+}
+
+TEST_F(ServerContexts, ARestartedServerIsFoundAgain) {
+    void* const hContext = QLIB_ConnectPort(5);
+    Diag_FTM& diag = *Manager::GetDiag_FTM(hContext);
+    EFS& files = *Manager::GetEFS(hContext);
+    SoftwareDownload& loader = *Manager::GetSoftwareDownload(hContext);
+    unsigned short aPorts[4] = {};
+    const auto list = [&](unsigned short iCount = 4) { return Manager::GetAllPortList(&iCount, aPorts); };
+    EXPECT_TRUE(list());
+    const std::function<bool()> calls[] = {
+        [&] { return diag.IsPhoneConnected(); },
+        [&] { return diag.ClosePort() && diag.OpenPort(); },
+        [&] { return diag.DisconnectAndWaitForReconnection(1); },
+        [&] { return files.connect(5); },
+        [&] { return loader.connect(5); },
+        [&] { return list(); },
+        [&](unsigned short i = 4) { return Manager::GetAvailablePhonesPortList(&i, aPorts, 0, nullptr); },
+    };
+    for (size_t i = 0; i < std::size(calls); ++i) {
+        m_program.Kill();
+        m_program.Start();
+        EXPECT_TRUE(calls[i]()) << i; // the first thing after a restart
+        m_program.Kill();
+        EXPECT_FALSE(calls[i]()) << i;
+        m_program.Start();
+        EXPECT_TRUE(calls[i]()) << i; // after it was noticed
+    }
+    // What may have been done is not done over, but the next operation works.
+    const auto remove = [&] { return QLIB_EFS2_DIAG_RMDIR(hContext, "d") != 0; };
+    EXPECT_TRUE(diag.IsPhoneConnected() && files.connect(5));
+    m_program.Kill();
+    m_program.Start();
+    EXPECT_FALSE(remove());
+    EXPECT_FALSE(files.EfsDelete("p"));
+    m_program.TakeCalls();
+    EXPECT_TRUE(remove());
+    EXPECT_TRUE(files.EfsDelete("p"));
+    EXPECT_EQ(m_program.TakeCalls(),
+              (Texts{"make", "attach QLIB", "selectPort COM5", "sendSync 4B 13 0A 00 64 00", "make",
+                     "attach QLIB-EFS", "selectPort COM5", "begin 3|p"}));
+    QLIB_DisconnectPort(hContext);
+    EXPECT_TRUE(list());
+    EXPECT_EQ(m_program.Views(), 1);
+    EXPECT_EQ(m_program.Threads().size(), 1U);
 }
 
 TEST_F(ServerContexts, ListsComeFromTheServer) {

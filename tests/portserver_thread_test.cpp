@@ -1,6 +1,7 @@
 // The thread that carries the calls to a port server: one at a time, bounded, and never in the way.
 #include <gtest/gtest.h>
 
+#include <future>
 #include <thread>
 
 #include "eventually.h"
@@ -44,6 +45,20 @@ TEST(ComThread, OneThreadForAllCallersOneCallAtATime) {
     EXPECT_EQ(iCalls, 200);
     EXPECT_EQ(threads.size(), 1U);
     EXPECT_EQ(threads.count(std::this_thread::get_id()), 0U);
+}
+
+TEST(ComThread, SignsOfLifeRestartTheLimit) {
+    const auto pManager = ComThreadManager::Use();
+    std::promise<void> enough;
+    int iSigns = 0;
+    const auto lives = [&] {
+        if (++iSigns == 10)
+            enough.set_value();
+        return Clock::now();
+    };
+    const auto call = std::make_shared<Call>([&] { enough.get_future().wait(); });
+    EXPECT_NO_THROW(pManager->executeFunction(call, nullptr, 1, lives));
+    EXPECT_GE(iSigns, 10);
 }
 
 TEST(ComThread, AHangingServerCostsOthersTheirLimitAndItsClientCanGo) {

@@ -71,6 +71,14 @@ TEST_F(RadioTestRequests, StatusOfHsdpaStandsOneByteLater) {
            Table("4B 0B 10 00", kHsdpaRows, "b0=c")});
 }
 
+TEST_F(RadioTestRequests, AnswersWithoutAStatusAreNone) {
+    const std::string sHeader = "4B 0B 0D 00 00 00 00 00 00 00";
+    for (const FtmRows& rows : {kGsmRows, kWcdmaRows, kHsdpaRows})
+        for (const FtmRow& row : rows)
+            EXPECT_EQ(Run(row.call, Hex(sHeader)), "false b0=1") << row.call.sName;
+    EXPECT_EQ(Run(kHsdpaRows[0].call, Hex(sHeader + " 05")), "false b0=1");
+}
+
 TEST_F(RadioTestRequests, ReferenceSets) {
     const std::pair<int, std::string> cases[] = {
         {1, "02 01 0B 0B 00 00 00 00 00 00"}, {4, "03 01 0B 0B 0B 00 00 00 00 00"},

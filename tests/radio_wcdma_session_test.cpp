@@ -117,6 +117,15 @@ TEST_F(WcdmaSession, HighSpeedChangesAndStops) {
     Check({Start, Acquire, SetUpChannel, HsStart}, sequences);
 }
 
+TEST_F(WcdmaSession, NoOtherIndicationIsWaitedFor) {
+    Report(6, "40 01");
+    HsdpaTestSession& session = m_diag;
+    m_log.Clear();
+    for (const int iId : {63, 67})
+        EXPECT_FALSE(session.WaitForHSDPA_BER_Update(log_FTM2_HSDPA_BER_log_id_enum{iId})) << iId;
+    EXPECT_TRUE(m_log.Lines().empty());
+}
+
 TEST_F(WcdmaSession, EveryStepIsLogged) {
     Begin({Start});
     EXPECT_EQ(LogOf({Acquire, SetUpChannel, HsStart, Stop}), R"(0x0002     QLIB_FTM_WCDMA_BER_AcquirePilot

@@ -136,11 +136,14 @@ TEST_F(PortLists, CallLayerRefusesWhatItCannotUse) {
     DWORD e = 9;
     void* const h = QLIB_ConnectPort(1);
     EXPECT_TRUE(QLIB_EFS2_DIAG_MKDIR(h, "d"));
+    EXPECT_FALSE(QLIB_EfsRead(h, "none", nullptr)); // null is the file's own name, so the phone is asked
+    EXPECT_EQ(m_phone.phone.Requests().back()[2], 2);
     m_phone.phone.ClearRequests();
     EXPECT_FALSE(QLIB_EFS2_DIAG_MKDIR(nullptr, "d"));
     EXPECT_FALSE(QLIB_EFS2_DIAG_RENAME(h, "a", nullptr, &e));
     EXPECT_FALSE(QLIB_EFS2_DIAG_READ_LINK(h, "link", nullptr));
     EXPECT_FALSE(QLIB_EfsRead(h, nullptr, "x"));
+    EXPECT_FALSE(QLIB_EfsWrite(h, nullptr, "x"));
     QLIB_ConfigureCallBacks(nullptr, nullptr, nullptr, nullptr);
     EXPECT_TRUE(m_phone.phone.Requests().empty());
     QLIB_DisconnectPort(h);

@@ -20,3 +20,6 @@ struct LineTap {
 };
 
 LineTap& TheLineTap();
+
+/// InstallLineTap puts the tap into every connection that is made from now on.
+void InstallLineTap();

@@ -33,7 +33,7 @@ void LogSwitches::KeepMask(unsigned char equipment, DWORD lastItem) {
     AppendNumber(mask, lastItem);
     mask.resize(mask.size() + lastItem / 8 + 1);
     auto size = static_cast<unsigned short>(mask.size());
-    if (!m_phone->DIAG_SetExtendedLogMask(LOG_MASK_GET, mask.data(), size) || mask[0] != equipment ||
+    if (!m_phone->ReadExtendedLogMask(LOG_MASK_GET, mask.data(), size) || mask[0] != equipment ||
         mask[1] != 0 || mask[2] != 0 || mask[3] != 0)
         throw m_phone.NoAnswer("its log mask");
     m_masks.push_back(std::move(mask));
