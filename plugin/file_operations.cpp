@@ -40,7 +40,7 @@ bool IsFolderOnPhone(Operation& operation, const char* sPhonePath) {
 bool MakeFolder(Operation& operation, const char* sPhonePath) {
     if (QLIB_EFS2_DIAG_MKDIR(operation.Context(), sPhonePath))
         return true;
-    const OperationFailure failure = QLIB_EfsLastFailure(operation.Context());
+    const OperationFailure failure = LastFailure(operation);
     if (kExistingFolderCountsAsMade && IsFolderOnPhone(operation, sPhonePath))
         return true;
     // Hosts that want to hear of an existing folder expect it: they make the folders of every tree that they

@@ -58,9 +58,15 @@ std::string FailureReason(Operation& operation, const OperationFailure& failure)
 }
 
 std::string FailureReason(Operation& operation) {
-    return FailureReason(operation, QLIB_EfsLastFailure(operation.Context()));
+    return FailureReason(operation, LastFailure(operation));
+}
+
+OperationFailure LastFailure(Operation& operation) {
+    OperationFailure failure;
+    QLIB_EfsLastFailure(operation.Context(), &failure);
+    return failure;
 }
 
 bool IsRefused(Operation& operation) {
-    return QLIB_EfsLastFailure(operation.Context()).eKind == Kind::Refused;
+    return LastFailure(operation).eKind == Kind::Refused;
 }

@@ -16,5 +16,9 @@ std::string NoHandsetReason(Operation& operation);
 std::string FailureReason(Operation& operation, const OperationFailure& failure);
 std::string FailureReason(Operation& operation);
 
+/// LastFailure returns what failed in the operation's last file-system request; kind None without a
+/// connection.
+OperationFailure LastFailure(Operation& operation);
+
 /// IsRefused tells whether the phone refused the operation's last file-system request.
 bool IsRefused(Operation& operation);

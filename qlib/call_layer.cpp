@@ -107,9 +107,12 @@ bool QLIB_EfsWriteOpenedTarget(void* hContext) {
     return pPhone && pPhone->EFS2_LastWriteOpenedTarget();
 }
 
-OperationFailure QLIB_EfsLastFailure(void* hContext) {
+bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure) {
     const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
-    return pPhone ? pPhone->EFS2_LastFailure() : OperationFailure{};
+    if (!pPhone || !pFailure)
+        return false;
+    *pFailure = pPhone->EFS2_LastFailure();
+    return true;
 }
 
 bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath) {

@@ -58,8 +58,8 @@ QUILLET_C_API bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const c
 /// QLIB_EfsWriteOpenedTarget is Efs2Transfer::EFS2_LastWriteOpenedTarget.
 QUILLET_C_API bool QLIB_EfsWriteOpenedTarget(void* hContext);
 
-/// QLIB_EfsLastFailure is Efs2Metadata::EFS2_LastFailure; kind None for a handle that has no context.
-QUILLET_C_API OperationFailure QLIB_EfsLastFailure(void* hContext);
+/// QLIB_EfsLastFailure is Efs2Metadata::EFS2_LastFailure.
+QUILLET_C_API bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure);
 
 QUILLET_C_API bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath);
 QUILLET_C_API bool QLIB_EFS2_DIAG_MKDIR(void* hContext, const char* sDir);
