@@ -8,6 +8,7 @@
 #include "diag/log_masks.h"
 #include "diag/received_packet.h"
 #include "link/extended_message.h"
+#include "link/extended_message_text.h"
 #include "link/packet_codes.h"
 
 namespace {

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "diag/command.h"
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 
 namespace {

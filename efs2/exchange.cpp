@@ -1,6 +1,7 @@
 #include "efs2/exchange.h"
 
 #include "diag/command.h"
+#include "efs2/commands.h"
 
 namespace {
 

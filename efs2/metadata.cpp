@@ -2,6 +2,7 @@
 #include "efs2/metadata.h"
 
 #include "diag/command.h"
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 
 namespace {

@@ -4,9 +4,10 @@
 #include <string>
 
 #include "diag/operation_failure.h"
-#include "efs2/commands.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+enum EFS2_Cmd_Enum : unsigned short;
 
 class CommandFrame;
 

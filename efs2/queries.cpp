@@ -1,4 +1,5 @@
 // The operations that only ask: an entry, the file system, the flash chip.
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 #include "efs2/metadata.h"
 

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "diag/command.h"
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 #include "efs2/local_files.h"
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 #include "efs2/local_files.h"
 #include "efs2/transfer.h"

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "ftm/broadcast_command.h"
+#include "ftm/broadcast_reading.h"
 #include "ftm/ftm_command.h"
 
 namespace {

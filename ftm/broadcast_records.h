@@ -1,10 +1,6 @@
 // What the broadcast receiver tells about its flows and channels, as records and as they stand in an answer.
 #pragma once
 
-#include <cstddef>
-
-#include "diag/packet.h"
-#include "link/text_log.h"
 #include "platform/types.h"
 
 // In an answer the fields of a record stand in the order in which they are declared, little-endian and
@@ -63,22 +59,3 @@ struct mftypes_mlc_dyn_params_type {
     unsigned short NumSlots;
     unsigned short NumCodeBlocks;
 };
-
-/// RecordReader reads records of an answer one after the other, from iOffset on.
-class RecordReader {
-public:
-    RecordReader(const ResponseReader& response, size_t iOffset) : m_response(response), m_iOffset(iOffset) {}
-
-    /// Read fills one of the records above. False, with the record as it was, when the answer ends before it
-    /// does.
-    template <class Record>
-    bool Read(Record& record);
-
-private:
-    const ResponseReader& m_response;
-    size_t m_iOffset;
-};
-
-/// LogRecord writes the fields of one of the records above under LOG_RET, one to a line.
-template <class Record>
-void LogRecord(DataLogFileHandler& log, const Record& record);

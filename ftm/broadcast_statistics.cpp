@@ -1,6 +1,7 @@
 #include "ftm/broadcast_statistics.h"
 
 #include "ftm/broadcast_command.h"
+#include "ftm/broadcast_reading.h"
 #include "ftm/ftm_command.h"
 
 bool BroadcastStatistics::SendForChannel(const char* sMethod, unsigned char iCommandId, unsigned char iMlcID,

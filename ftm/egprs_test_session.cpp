@@ -2,6 +2,7 @@
 
 #include "ftm/test_steps.h"
 #include "link/radio_test_records.h"
+#include "link/radio_test_status.h"
 
 EgprsTestSession::EgprsTestSession(CommandFrame& frame, LogMasks& masks, EgprsTestRequests& requests,
                                    GsmTestSession& gsm, RadioSessions& sessions)

@@ -1,6 +1,7 @@
 #include "ftm/hsdpa_test_session.h"
 
 #include "ftm/test_steps.h"
+#include "link/radio_test_status.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "ftm/test_steps.h"
 
 #include "link/clock.h"
+#include "link/radio_test_status.h"
 
 bool TestSteps::Report(const char* sWhat, bool bResult, LogCategory eCategory) {
     LogLine(m_frame, eCategory, "    %s = %s", sWhat, Word(bResult));

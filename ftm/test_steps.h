@@ -7,6 +7,7 @@
 #include "diag/command.h"
 #include "diag/log_masks.h"
 #include "link/event_listener.h"
+#include "link/radio_test_status.h"
 #include "link/text_log.h"
 
 /// The outcome of one test request.

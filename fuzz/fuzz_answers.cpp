@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "hostile_phone.h"
+#include "link/time_out_table.h"
 #include "qlib/diag_ftm.h"
 
 namespace {

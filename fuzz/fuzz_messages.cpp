@@ -4,6 +4,7 @@
 #include "input.h"
 #include "link/event_names.h"
 #include "link/extended_message.h"
+#include "link/extended_message_text.h"
 #include "link/format_expansion.h"
 #include "qlib/diag_ftm.h"
 

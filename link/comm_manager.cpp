@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 #include "link/text_log.h"
 

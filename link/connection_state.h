@@ -8,6 +8,7 @@
 #include "link/event_listener.h"
 #include "link/message_queue.h"
 #include "link/text_log.h"
+#include "link/time_out_table.h"
 #include "link/time_outs.h"
 #include "link/transport.h"
 #include "platform/module_pin.h"

@@ -2,9 +2,11 @@
 #include <algorithm>
 #include <atomic>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 #include "link/connection_state.h"
 #include "link/diag_connection.h"
+#include "link/time_out_table.h"
 
 namespace {
 

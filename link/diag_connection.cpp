@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include "link/as_int.h"
 #include "link/connection_state.h"
 #include "link/packet_codes.h"
 #include "link/serial_line.h"

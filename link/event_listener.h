@@ -2,17 +2,19 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <span>
 
 #include "link/async_callback.h"
 #include "link/event_dispatcher.h"
-#include "link/radio_test_status.h"
+#include "link/radio_test_blocks.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
 class CQLibMessageQueue;
 class DataLogFileHandler;
+class RadioTestStatus;
 
 /// CQLibEventListener puts responses into the command-response (sync) queue and, while phone logging is
 /// enabled, log records, debug messages and event reports into the phone-log (async) queue. It owns
@@ -22,6 +24,7 @@ class DataLogFileHandler;
 class QUILLET_API CQLibEventListener : public CQLibEvents_Listener {
 public:
     CQLibEventListener(CQLibMessageQueue* pAsyncQueue, CQLibMessageQueue* pSyncQueue);
+    ~CQLibEventListener() override;
 
     void messageReceived(LONG iLength, unsigned char* pData, unsigned int iValue3, LONG iValue4,
                          short iValue5, DWORD iValue6) override;
@@ -53,7 +56,7 @@ public:
     bool FTM_HSDPA_BER_ClearStatus();
     bool FTM_HSDPA_BER_GetStatus(HSDPA_BER_State* pState);
     /// RadioTests: the status blocks themselves, to wait for.
-    RadioTestStatus& RadioTests() { return m_radioTests; }
+    RadioTestStatus& RadioTests() { return *m_pRadioTests; }
 
 private:
     void CallBack(std::span<unsigned char> packet);
@@ -65,7 +68,7 @@ private:
     std::atomic<bool> m_bPhoneLoggingEnabled{false};
     std::atomic<DataLogFileHandler*> m_pLogHandler{nullptr};
 
-    RadioTestStatus m_radioTests;
+    const std::unique_ptr<RadioTestStatus> m_pRadioTests;
 
     std::mutex m_callBackLock;
     AsyncMessageCallBack m_pfnAsyncMessageCallBack = nullptr;

@@ -3,8 +3,10 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "link/as_int.h"
 #include "link/connection_access.h"
 #include "link/crc16.h"
+#include "link/extended_message_text.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
 

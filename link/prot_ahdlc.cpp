@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 #include "link/serial_port.h"
 #include "link/text_log.h"

@@ -99,11 +99,3 @@ struct HSDPA_BER_State {
     unsigned char iReconfigureStatus;
 };
 static_assert(sizeof(HSDPA_BER_State) == 6);
-
-/// RadioTestBlocks: the four of them.
-struct RadioTestBlocks {
-    GSM_BER_State gsm{};
-    EGPRS_BER_State egprs{};
-    WCDMA_BER_State wcdma{};
-    HSDPA_BER_State hsdpa{};
-};

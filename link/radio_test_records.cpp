@@ -5,6 +5,7 @@
 
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
+#include "link/radio_test_status.h"
 #include "link/text_log.h"
 
 namespace {

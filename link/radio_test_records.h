@@ -5,6 +5,8 @@
 
 #include "link/radio_test_blocks.h"
 
+struct RadioTestBlocks;
+
 class DataLogFileHandler;
 
 /// FindTestRecord gives the test record inside a packet (without its FCS) that is a log record of a radio

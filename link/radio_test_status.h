@@ -12,6 +12,14 @@
 
 class DataLogFileHandler;
 
+/// RadioTestBlocks: the four of them.
+struct RadioTestBlocks {
+    GSM_BER_State gsm{};
+    EGPRS_BER_State egprs{};
+    WCDMA_BER_State wcdma{};
+    HSDPA_BER_State hsdpa{};
+};
+
 /// RadioTestStatus holds the status blocks under one lock. Receive runs on the delivery thread (or, for
 /// recordings, on the caller's), everything else on any thread.
 class QUILLET_API RadioTestStatus {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <thread>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 #include "link/crc16.h"
 #include "link/event_listener.h"

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 
 namespace {

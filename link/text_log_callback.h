@@ -3,6 +3,12 @@
 
 #include "platform/types.h"
 
+// <syslog.h> defines some of these names as macros. They are put aside here, so that both headers can be
+// included in either order; where both are, the unscoped name means that of <syslog.h>, and a program writes
+// the category's number.
+#pragma push_macro("LOG_ERR")
+#undef LOG_ERR
+
 /// Log categories: one bit each.
 enum LogCategory : unsigned {
     LOG_IO = 0x0001,       // bytes sent and received
@@ -21,6 +27,8 @@ enum LogCategory : unsigned {
     LOG_INF_DEV = 0x2000,
     LOG_ERR_DEV = 0x4000,
 };
+
+#pragma pop_macro("LOG_ERR")
 
 /// The mask that a started log uses unless told otherwise: operations, results, traffic, errors.
 constexpr unsigned kDefaultLogFlags = 0x421F;

@@ -12,6 +12,10 @@
 
 #define QUILLET_C_API extern "C" QUILLET_API
 
+/// QUILLET_API_INLINE marks an exported operation with its body in the header, which programs compile into
+/// themselves: what it throws is thrown in the caller's module.
+#define QUILLET_API_INLINE QUILLET_API __attribute__((used)) inline
+
 /// Tells the compiler that argument number iFormat is a printf format for the arguments from number iFirst
 /// on (member functions count `this` as number 1).
 #ifdef _WIN32

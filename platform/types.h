@@ -9,8 +9,3 @@ using DWORD = std::conditional_t<sizeof(unsigned long) == 4, unsigned long, unsi
 
 /// The signed counterpart of DWORD.
 using LONG = std::conditional_t<sizeof(long) == 4, long, int>;
-
-/// AsInt gives a 32-bit value the type that "%d" and "%X" take on every system.
-constexpr int AsInt(DWORD iValue) {
-    return static_cast<int>(iValue);
-}

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdio>
 
+#include "link/as_int.h"
 #include "plugin/links.h"
 #include "plugin/operation.h"
 #include "plugin/phone_status.h"

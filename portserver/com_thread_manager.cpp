@@ -46,12 +46,13 @@ struct ComThreadManager::Shared {
     void DropLeftovers();
 };
 
-std::shared_ptr<ComThreadManager> ComThreadManager::Use() {
-    const std::lock_guard lock(g_useLock);
-    std::shared_ptr<ComThreadManager> pManager = g_pManager.lock();
-    if (!pManager)
-        g_pManager = pManager = std::make_shared<ComThreadManager>();
-    return pManager;
+ServerFault ComThreadManager::TryUse(std::shared_ptr<ComThreadManager>& pManager) noexcept {
+    return ServerFault::Of([&] {
+        const std::lock_guard lock(g_useLock);
+        pManager = g_pManager.lock();
+        if (!pManager)
+            g_pManager = pManager = std::make_shared<ComThreadManager>();
+    });
 }
 
 ComThreadManager::ComThreadManager() : m_pShared(std::make_shared<Shared>()) {
@@ -75,9 +76,15 @@ ComThreadManager::~ComThreadManager() {
     }
 }
 
-void ComThreadManager::executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
-                                       const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
-                                       const LastSign& lastSign) {
+ServerFault ComThreadManager::TryExecute(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                                         const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
+                                         const LastSign& lastSign) noexcept {
+    return ServerFault::Of([&] { Execute(pDispatcher, pArgument, iTimeOut_ms, lastSign); });
+}
+
+void ComThreadManager::Execute(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                               const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
+                               const LastSign& lastSign) {
     constexpr const char* kTimedOut = "ComThreadManager::executeFunction - Timed out";
     if (std::this_thread::get_id() == m_pShared->worker)
         return pDispatcher->Run(pArgument.get());

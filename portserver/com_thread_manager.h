@@ -4,12 +4,14 @@
 #include <functional>
 #include <memory>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 
 #include "link/clock.h"
 #include "platform/export.h"
 #include "platform/module_pin.h"
 #include "platform/types.h"
+#include "portserver/server_fault.h"
 
 class FunctionDispatcher;
 
@@ -44,7 +46,11 @@ public:
 
     /// Use gives the manager of the process, which lives as long as somebody holds it. Throws
     /// ComThreadManagerException, or std::system_error when there is no thread to be had.
-    static std::shared_ptr<ComThreadManager> Use();
+    QUILLET_API_INLINE static std::shared_ptr<ComThreadManager> Use() {
+        std::shared_ptr<ComThreadManager> pManager;
+        TryUse(pManager).Raise();
+        return pManager;
+    }
 
     ComThreadManager();
     ~ComThreadManager();
@@ -56,9 +62,15 @@ public:
     /// had not begun never will; one that had goes on alone and keeps dispatcher and argument alive, so
     /// nothing that it writes to may be looked at any more. What the call itself throws is not thrown here,
     /// see FunctionDispatcher::ErrorText. With lastSign, the limit begins anew with each sign of life.
-    void executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
-                         const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
-                         const LastSign& lastSign = {});
+    QUILLET_API_INLINE void executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                                            const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms) {
+        TryExecute(pDispatcher, pArgument, iTimeOut_ms, {}).Raise();
+    }
+    QUILLET_API_INLINE void executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                                            const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
+                                            const LastSign& lastSign) {
+        TryExecute(pDispatcher, pArgument, iTimeOut_ms, lastSign).Raise();
+    }
 
     /// ReleaseOnThread lets the worker drop an object as soon as it is free. Does not wait.
     void ReleaseOnThread(std::shared_ptr<void> pObject);
@@ -67,9 +79,57 @@ private:
     struct Work;
     struct Shared;
 
+    static ServerFault TryUse(std::shared_ptr<ComThreadManager>& pManager) noexcept;
+    ServerFault TryExecute(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                           const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
+                           const LastSign& lastSign) noexcept;
+    void Execute(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                 const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms, const LastSign& lastSign);
     static void WorkerThread(const std::shared_ptr<Shared>& pShared);
 
     ModulePin m_pin;
     const std::shared_ptr<Shared> m_pShared; // the worker holds it too
     std::thread m_worker;
 };
+
+template <class Body>
+ServerFault ServerFault::Of(Body body) noexcept {
+    try {
+        body();
+        return {};
+    } catch (const ServerException& error) {
+        return {Kind::Server, error.what()};
+    } catch (const ComException& error) {
+        return {Kind::Com, error.what()};
+    } catch (const ComThreadManager::ComThreadManagerException& error) {
+        return {Kind::Manager, error.what()};
+    } catch (const ComThreadManager::TimeoutException& error) {
+        return {Kind::TimeOut, error.what()};
+    } catch (const std::system_error& error) {
+        return {Kind::System, error.what(), error.code().value()};
+    } catch (const std::exception& error) {
+        return {Kind::Other, error.what()};
+    } catch (...) {
+        return {Kind::Other, "Unknown exception thrown."};
+    }
+}
+
+inline void ServerFault::Raise() const {
+    switch (m_eKind) {
+        case Kind::None:
+            return;
+        case Kind::Server:
+            throw ServerException(m_sText);
+        case Kind::Com:
+            throw ComException(m_sText);
+        case Kind::Manager:
+            throw ComThreadManager::ComThreadManagerException(m_sText);
+        case Kind::TimeOut:
+            throw ComThreadManager::TimeoutException(m_sText);
+        case Kind::System:
+            throw std::system_error(m_iError, std::generic_category());
+        case Kind::Other:
+            break;
+    }
+    throw std::runtime_error(m_sText);
+}

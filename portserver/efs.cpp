@@ -6,7 +6,8 @@ constexpr DWORD kSilenceLimit_ms = 600000;
 
 } // namespace
 
-EFS::EFS(const char* sClientName) : Dispatched("EFS", sClientName) {
+EFS::EFS(const char* sClientName, std::shared_ptr<ComThreadManager> pComThread)
+    : Dispatched("EFS", sClientName, std::move(pComThread)) {
     ConfigureTimeOut(QMSL_TimeOut_MultipleResponse, kSilenceLimit_ms);
 }
 EFS::~EFS() = default;

@@ -13,7 +13,7 @@
 class QUILLET_API EFS : public Dispatched<EFS, TaskClient> {
 public:
     /// Throws when there is no automation thread to be had.
-    explicit EFS(const char* sClientName);
+    QUILLET_API_INLINE explicit EFS(const char* sClientName) : EFS(sClientName, ComThreadManager::Use()) {}
     ~EFS() override;
 
     /// connect starts the server and selects a COM port (65535: none in particular), within
@@ -48,6 +48,7 @@ public:
 private:
     friend class FunctionDispatcherHelper<EFS>;
 
+    EFS(const char* sClientName, std::shared_ptr<ComThreadManager> pComThread);
     EFS(const EFS& other) : Dispatched(other) {}
     void OnEntry(const EfsDirItem& item) override;
     bool NotImplemented(const char* sName);

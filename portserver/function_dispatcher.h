@@ -1,17 +1,11 @@
 // Calls that are carried to another thread: a client's member function and the client that it runs on.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <utility>
 
 #include "platform/export.h"
-
-/// ServerException is what an operation of the port-server path raises; its text says which one and why.
-class ServerException : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+#include "portserver/server_fault.h"
 
 /// FunctionDispatcher is one call, with the name of its operation ("EFS::EfsMkDir") for the error text.
 class QUILLET_API FunctionDispatcher {
@@ -22,8 +16,19 @@ public:
     /// dispatch makes the call, on the thread that it was carried to.
     virtual void dispatch(void* pArgument) = 0;
 
-    /// Run is dispatch, with whatever it throws turned into the error text.
-    void Run(void* pArgument) noexcept;
+    /// Run is dispatch, with whatever it throws turned into the error text. Virtual, so that it is compiled
+    /// into the module whose dispatch it calls.
+    QUILLET_API_INLINE virtual void Run(void* pArgument) noexcept {
+        try {
+            dispatch(pArgument);
+        } catch (const ServerException& error) {
+            m_sError = error.what();
+        } catch (const ComException&) {
+            m_sError = m_sOperation + " - COM exception thrown.";
+        } catch (...) {
+            m_sError = m_sOperation + " - Unknown exception thrown.";
+        }
+    }
     /// The error text of a Run that has ended; empty when nothing was thrown.
     const std::string& ErrorText() const { return m_sError; }
 

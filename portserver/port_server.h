@@ -5,12 +5,14 @@
 #include <functional>
 #include <memory>
 #include <span>
-#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/export.h"
 #include "platform/types.h"
+#include "portserver/com_thread_manager.h"
+#include "portserver/server_fault.h"
 
 /// One entry of a directory that a port server lists.
 struct EfsDirItem {
@@ -82,12 +84,6 @@ public:
     virtual void finished(bool bSucceeded) = 0;
 };
 
-/// ComException is how a PortServer reports that the automation itself failed (the program is gone, say).
-class ComException : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
 /// PortServer is one client's view of a port server. Every function, the destructor included, runs on the
 /// one thread that is set up for automation. False or an empty list is the server's or the phone's refusal;
 /// ComException and any other exception are allowed everywhere. A function that takes a time limit keeps it
@@ -122,9 +118,95 @@ public:
 /// Makes one client's view of a server; null when there is none.
 using PortServerFactory = std::function<std::shared_ptr<PortServer>()>;
 
+/// ServerRelay is a view that passes each call on to another one, by means of Passage::Pass(fault, call).
+/// There is one on each side of the edge between program and library, so that no exception crosses it.
+template <class Passage>
+class ServerRelay : public PortServer {
+public:
+    ServerRelay(std::shared_ptr<PortServer> pServer, std::shared_ptr<ServerFault> pFault)
+        : m_pServer(std::move(pServer)), m_pFault(std::move(pFault)) {}
+
+    bool attach(const std::string& sClientName, const std::shared_ptr<PacketEvents>& pEvents) override {
+        return Pass([&] { return m_pServer->attach(sClientName, pEvents); });
+    }
+    bool selectPort(const std::string& sPortName, DWORD iTimeOut_ms) override {
+        return Pass([&] { return m_pServer->selectPort(sPortName, iTimeOut_ms); });
+    }
+    std::vector<std::string> portNames() override {
+        return Pass([&] { return m_pServer->portNames(); });
+    }
+    std::vector<PhoneEntry> phones() override {
+        return Pass([&] { return m_pServer->phones(); });
+    }
+    bool sendSync(std::span<const unsigned char> request, DWORD iTimeOut_ms,
+                  std::vector<unsigned char>& response) override {
+        return Pass([&] { return m_pServer->sendSync(request, iTimeOut_ms, response); });
+    }
+    bool readNv(unsigned short iItem, std::vector<unsigned char>& data) override {
+        return Pass([&] { return m_pServer->readNv(iItem, data); });
+    }
+    bool writeNv(unsigned short iItem, std::span<const unsigned char> data) override {
+        return Pass([&] { return m_pServer->writeNv(iItem, data); });
+    }
+    bool control(PhoneControl eControl, const std::string& sText, DWORD& iValue) override {
+        return Pass([&] { return m_pServer->control(eControl, sText, iValue); });
+    }
+    ResetOutcome reset(DWORD iTimeOut_ms) override {
+        return Pass([&] { return m_pServer->reset(iTimeOut_ms); });
+    }
+    bool begin(ServerTask eTask, const std::vector<std::string>& arguments,
+               const std::shared_ptr<TaskEvents>& pEvents) override {
+        return Pass([&] { return m_pServer->begin(eTask, arguments, pEvents); });
+    }
+    void abort() override {
+        Pass([&] { return m_pServer->abort(), true; });
+    }
+
+private:
+    template <class Call>
+    auto Pass(Call call) {
+        return Passage::Pass(*m_pFault, call);
+    }
+
+    const std::shared_ptr<PortServer> m_pServer;
+    const std::shared_ptr<ServerFault> m_pFault;
+};
+
+/// The passage in the program: a call throws nothing, and the fault says what it would have thrown.
+struct FaultCatcher {
+    template <class Call>
+    static auto Pass(ServerFault& fault, Call call) noexcept {
+        decltype(call()) result{};
+        fault = ServerFault::Of([&] { result = call(); });
+        return result;
+    }
+};
+
+/// A view as the library takes it from a program: its functions throw nothing and leave in *pFault how the
+/// last one went. Without a view *pFault says why there is none.
+struct CaughtServer {
+    std::shared_ptr<PortServer> pServer;
+    std::shared_ptr<ServerFault> pFault;
+};
+using CaughtServerFactory = std::function<CaughtServer()>;
+
+/// AttachCaughtServer is the library's half of AttachPortServer.
+QUILLET_API void AttachCaughtServer(CaughtServerFactory factory);
+
 /// AttachPortServer supplies the port server of this process; an empty factory takes it away again. Without
 /// one, as at first, connecting fails. Clients that are connected keep theirs. Any thread.
-QUILLET_API void AttachPortServer(PortServerFactory factory);
+QUILLET_API_INLINE void AttachPortServer(PortServerFactory factory) {
+    if (!factory)
+        return AttachCaughtServer({});
+    AttachCaughtServer([factory = std::move(factory)] {
+        const auto pFault = std::make_shared<ServerFault>();
+        std::shared_ptr<PortServer> pServer;
+        *pFault = ServerFault::Of([&] { pServer = factory(); });
+        if (pServer)
+            pServer = std::make_shared<ServerRelay<FaultCatcher>>(std::move(pServer), pFault);
+        return CaughtServer{std::move(pServer), pFault};
+    });
+}
 
 /// MakePortServer makes a view by means of the attached factory; null without one. Runs on the thread that
 /// is set up for automation.

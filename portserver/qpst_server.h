@@ -16,43 +16,77 @@ class PacketListeners;
 /// (kGrace_ms after the operation's own time-out).
 ///
 /// One thread at a time; each operation blocks until the server has answered.
+///
+/// What throws has its body here, so that it throws in the caller's module (see ServerFault); the library's
+/// half is a Try... member.
 class QUILLET_API QpstServer : public Dispatched<QpstServer, ServerClient> {
 public:
     /// Throws when there is no automation thread to be had. The server is started by the first operation.
-    explicit QpstServer(const char* sClientName);
+    QUILLET_API_INLINE explicit QpstServer(const char* sClientName)
+        : QpstServer(sClientName, ComThreadManager::Use()) {}
     /// Listeners are not called any more afterwards.
     ~QpstServer() override;
 
     /// connect starts the server and selects a COM port (65535: none in particular). May be repeated, also
     /// for another port. Everything but the lists and the listeners needs it.
-    void connect(unsigned short iComPort, DWORD iTimeOut_ms);
+    QUILLET_API_INLINE void connect(unsigned short iComPort, DWORD iTimeOut_ms) {
+        TryConnect(iComPort, iTimeOut_ms).Raise();
+    }
 
     /// sendSync exchanges one packet without framing. *piResponseSize in: capacity of piResponse; out: bytes
     /// written. Throws "Timeout waiting for response" when the phone does not answer; both are unchanged
     /// then.
-    void sendSync(unsigned short iRequestSize, const unsigned char* piRequest, unsigned short* piResponseSize,
-                  unsigned char* piResponse, DWORD iTimeOut_ms);
+    QUILLET_API_INLINE void sendSync(unsigned short iRequestSize, const unsigned char* piRequest,
+                                     unsigned short* piResponseSize, unsigned char* piResponse,
+                                     DWORD iTimeOut_ms) {
+        TrySendSync(iRequestSize, piRequest, piResponseSize, piResponse, iTimeOut_ms).Raise();
+    }
     /// readNv fills piData (iLength bytes) with an NV item, rest zero; writeNv writes one. False when the
     /// phone refuses.
-    bool readNv(unsigned short iItem, unsigned char* piData, unsigned short iLength);
-    bool writeNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength);
+    QUILLET_API_INLINE bool readNv(unsigned short iItem, unsigned char* piData, unsigned short iLength) {
+        bool bDone = false;
+        TryReadNv(iItem, piData, iLength, bDone).Raise();
+        return bDone;
+    }
+    QUILLET_API_INLINE bool writeNv(unsigned short iItem, const unsigned char* piData,
+                                    unsigned short iLength) {
+        bool bDone = false;
+        TryWriteNv(iItem, piData, iLength, bDone).Raise();
+        return bDone;
+    }
 
     /// Phone control: false when the phone refuses.
-    bool offline();
-    bool lock();
-    bool unlock();
-    bool sendSpc(const char* sSpc);
-    bool sendTmob(const char* sText);
+    QUILLET_API_INLINE bool offline() { return Control("offline", PhoneControl::Offline); }
+    QUILLET_API_INLINE bool lock() { return Control("lock", PhoneControl::Lock); }
+    QUILLET_API_INLINE bool unlock() { return Control("unlock", PhoneControl::Unlock); }
+    QUILLET_API_INLINE bool sendSpc(const char* sSpc) {
+        return Control("sendSpc", PhoneControl::SendSpc, sSpc);
+    }
+    QUILLET_API_INLINE bool sendTmob(const char* sText) {
+        return Control("sendTmob", PhoneControl::SendTmob, sText);
+    }
     /// detectBadPhoneMode: true when the phone is in a mode that needs repair.
-    bool detectBadPhoneMode();
+    QUILLET_API_INLINE bool detectBadPhoneMode() {
+        return Control("detectBadPhoneMode", PhoneControl::DetectBadPhoneMode);
+    }
     /// getDiagVerno writes the version of the phone's diagnostic protocol.
-    bool getDiagVerno(DWORD& iVersion);
+    QUILLET_API_INLINE bool getDiagVerno(DWORD& iVersion) {
+        return Control("getDiagVerno", PhoneControl::GetDiagVerno, nullptr, &iVersion);
+    }
     /// reset restarts the phone and waits until it answers again. Throws when it does not within iTimeOut_ms.
-    void reset(DWORD iTimeOut_ms);
+    QUILLET_API_INLINE void reset(DWORD iTimeOut_ms) { TryReset(iTimeOut_ms).Raise(); }
 
     /// The names of the server's ports ("COM5"), and its phones.
-    std::vector<std::string> getPortList();
-    std::vector<PhoneEntry> getPhoneList();
+    QUILLET_API_INLINE std::vector<std::string> getPortList() {
+        std::vector<std::string> names;
+        TryGetPortList(names).Raise();
+        return names;
+    }
+    QUILLET_API_INLINE std::vector<PhoneEntry> getPhoneList() {
+        std::vector<PhoneEntry> phones;
+        TryGetPhoneList(phones).Raise();
+        return phones;
+    }
 
     /// addEventListener lets pListener see the packets that the phone sends by itself (with two FCS bytes),
     /// on a thread of the server's, until removeEventListener, which waits for a delivery that is under way.
@@ -63,8 +97,29 @@ public:
 private:
     friend class FunctionDispatcherHelper<QpstServer>;
 
+    QpstServer(const char* sClientName, std::shared_ptr<ComThreadManager> pComThread);
     QpstServer(const QpstServer& other) : Dispatched(other) {}
-    bool Control(const char* sName, PhoneControl eControl, const char* sText, DWORD* piValue = nullptr);
+
+    bool Control(const char* sName, PhoneControl eControl, const char* sText = nullptr,
+                 DWORD* piValue = nullptr) {
+        bool bDone = false;
+        TryControl(sName, eControl, sText, piValue, bDone).Raise();
+        return bDone;
+    }
+    ServerFault TryConnect(unsigned short iComPort, DWORD iTimeOut_ms) noexcept;
+    ServerFault TrySendSync(unsigned short iRequestSize, const unsigned char* piRequest,
+                            unsigned short* piResponseSize, unsigned char* piResponse,
+                            DWORD iTimeOut_ms) noexcept;
+    ServerFault TryReadNv(unsigned short iItem, unsigned char* piData, unsigned short iLength,
+                          bool& bDone) noexcept;
+    ServerFault TryWriteNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength,
+                           bool& bDone) noexcept;
+    ServerFault TryControl(const char* sName, PhoneControl eControl, const char* sText, DWORD* piValue,
+                           bool& bDone) noexcept;
+    ServerFault TryReset(DWORD iTimeOut_ms) noexcept;
+    ServerFault TryGetPortList(std::vector<std::string>& names) noexcept;
+    ServerFault TryGetPhoneList(std::vector<PhoneEntry>& phones) noexcept;
+
     void sendSyncImpl(void* pCall);
     void readNvImpl(void* pCall);
     void writeNvImpl(void* pCall);

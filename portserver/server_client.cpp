@@ -26,10 +26,11 @@ struct PortCall {
 
 } // namespace
 
-ServerClient::ServerClient(const char* sClass, const char* sClientName)
+ServerClient::ServerClient(const char* sClass, const char* sClientName,
+                           std::shared_ptr<ComThreadManager> pComThread)
     : m_sClass(sClass),
       m_sClientName(sClientName ? sClientName : ""),
-      m_pComThread(ComThreadManager::Use()),
+      m_pComThread(std::move(pComThread)),
       m_pSession(std::make_shared<Session>()) {}
 
 ServerClient::~ServerClient() {

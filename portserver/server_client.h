@@ -29,9 +29,9 @@ constexpr unsigned short kNoParticularPort = 65535;
 /// A copy is what a call runs on: it shares the server and has nothing else of the client.
 class QUILLET_API ServerClient {
 public:
-    /// Throws what ComThreadManager::Use throws. sClass begins the error texts; the server is started by the
-    /// first operation that needs it.
-    ServerClient(const char* sClass, const char* sClientName);
+    /// sClass begins the error texts; the server is started by the first operation that needs it. Takes the
+    /// thread, which the public constructors ask for where a failure may be thrown.
+    ServerClient(const char* sClass, const char* sClientName, std::shared_ptr<ComThreadManager> pComThread);
     virtual ~ServerClient();
     ServerClient& operator=(const ServerClient&) = delete;
 

@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 #include "link/event_listener.h"
 #include "link/text_log.h"

@@ -16,8 +16,9 @@ struct ModeCall {
 
 SoftwareDownloadListener::~SoftwareDownloadListener() = default;
 
-SoftwareDownload::SoftwareDownload(void* hContext, const char* sClientName)
-    : Dispatched("SoftwareDownload", sClientName), m_hContext(hContext) {}
+SoftwareDownload::SoftwareDownload(void* hContext, const char* sClientName,
+                                   std::shared_ptr<ComThreadManager> pComThread)
+    : Dispatched("SoftwareDownload", sClientName, std::move(pComThread)), m_hContext(hContext) {}
 SoftwareDownload::~SoftwareDownload() = default;
 
 bool SoftwareDownload::connect(unsigned short iComPort) {

@@ -30,7 +30,8 @@ class QUILLET_API SoftwareDownload : public Dispatched<SoftwareDownload, TaskCli
 public:
     /// hContext is only kept for the callback of whoever registers one. Throws when there is no automation
     /// thread to be had.
-    SoftwareDownload(void* hContext, const char* sClientName);
+    QUILLET_API_INLINE SoftwareDownload(void* hContext, const char* sClientName)
+        : SoftwareDownload(hContext, sClientName, ComThreadManager::Use()) {}
     ~SoftwareDownload() override;
 
     /// connect starts the server and selects a COM port (65535: none in particular), within
@@ -71,6 +72,7 @@ public:
 private:
     friend class FunctionDispatcherHelper<SoftwareDownload>;
 
+    SoftwareDownload(void* hContext, const char* sClientName, std::shared_ptr<ComThreadManager> pComThread);
     SoftwareDownload(const SoftwareDownload& other) : Dispatched(other), m_hContext(nullptr) {}
     void Error(const std::string& sText) override;
     void OnBegin(const char* sName) override;

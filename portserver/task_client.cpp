@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "link/clock.h"
+#include "link/time_out_table.h"
 #include "platform/wait_event.h"
 
 /// TaskRun collects what the server reports about one task, from whatever thread, until the caller looks.

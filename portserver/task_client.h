@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 
+#include "link/time_out_table.h"
 #include "link/time_outs.h"
 #include "portserver/server_client.h"
 
@@ -39,7 +40,7 @@ public:
     DWORD GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId) const;
 
 protected:
-    TaskClient(const char* sClass, const char* sClientName) : ServerClient(sClass, sClientName) {}
+    using ServerClient::ServerClient;
     TaskClient(const TaskClient& other) : ServerClient(other) {}
 
     /// Error keeps a reason; an empty one: none.

@@ -1,4 +1,5 @@
 // Answers in two stages, and the greeting of download mode.
+#include "diag/command_frame.h"
 #include "diag_fixture.h"
 
 namespace {
@@ -19,7 +20,7 @@ protected:
     Lines Accepted() {
         Lines texts;
         QueueItem item;
-        while (static_cast<DiagConnection&>(m_diag).DelayedResponseQueue().Pop(&item))
+        while (ConnectionAccess(m_diag).DelayedResponseQueue().Pop(&item))
             texts.push_back(handset::ToHex({item.data, item.data + item.length - 2}));
         return texts;
     }
@@ -64,8 +65,12 @@ TEST_F(DiagDelayed, SeveralResponsesLateOnesAndTooFew) {
     const auto check = [this](int iResponses, const std::vector<handset::DelayedResponse>& plan,
                               size_t iAccepted) {
         m_phone.phone.WithState([&](handset::State& state) { state.delayed.plan = plan; });
-        static_cast<CommandFrame&>(m_diag).BeginRequest().U8(0x80).U8(0x37).U16(0);
-        auto& family = static_cast<DelayedResponses&>(m_diag);
+        CommandFrame frame(m_diag);
+        frame.BeginRequest().U8(0x80).U8(0x37).U16(0);
+        struct Family : DelayedResponses {
+            using DelayedResponses::DelayedResponses;
+            using DelayedResponses::SendDiag2WithMultipleResponse;
+        } family(frame);
         EXPECT_EQ(family.SendDiag2WithMultipleResponse(iResponses, 0),
                   static_cast<size_t>(iResponses) == iAccepted);
         EXPECT_EQ(Accepted().size(), iAccepted);

@@ -1,4 +1,5 @@
 // The buffer pair and the headers of factory-test requests, as bytes.
+#include "diag/command_frame.h"
 #include "diag_fixture.h"
 
 namespace {

@@ -4,6 +4,7 @@
 
 #include "diag/command_frame.h"
 #include "eventually.h"
+#include "link/time_out_table.h"
 #include "phone_fixture.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include "link/crc16.h"
 #include "link/event_names.h"
 #include "link/extended_message.h"
+#include "link/extended_message_text.h"
 #include "link/format_expansion.h"
 #include "phone_fixture.h"
 

@@ -16,6 +16,13 @@ DWORD Remaining_ms(ULONGLONG iStart_ms, DWORD iLimit_ms) {
     return iPassed_ms < iLimit_ms ? static_cast<DWORD>(iLimit_ms - iPassed_ms) : 0;
 }
 
+// A message counts also when an earlier look at the queue has passed it over: an event may end the wait
+// before all messages are served, and nothing else would announce those that are left.
+DWORD WaitForHandleOrMessage(std::span<void* const> handles, DWORD iLimit_ms) {
+    return MsgWaitForMultipleObjectsEx(static_cast<DWORD>(handles.size()), handles.data(), iLimit_ms,
+                                       QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+}
+
 // The request to end the thread's own message loop is kept for that loop.
 void Dispatch(const MSG& message, std::optional<int>& exitCode) {
     if (message.message == WM_QUIT) {
@@ -51,8 +58,7 @@ DWORD WaitWithMessages(std::span<void* const> handles, DWORD iLimit_ms) {
     DWORD iResult = kWaitFailed;
     for (bool bLast = false;; bLast = Remaining_ms(iStart_ms, iLimit_ms) == 0) {
         iResult = bLast ? WaitForMultipleObjects(iCount, handles.data(), FALSE, 0)
-                        : MsgWaitForMultipleObjects(iCount, handles.data(), FALSE,
-                                                    Remaining_ms(iStart_ms, iLimit_ms), QS_ALLINPUT);
+                        : WaitForHandleOrMessage(handles, Remaining_ms(iStart_ms, iLimit_ms));
         if (bLast || iResult != WAIT_OBJECT_0 + iCount)
             break;
         // A window that posts to itself never leaves the queue empty: the handles are looked at in between.

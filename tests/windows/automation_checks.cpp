@@ -9,7 +9,6 @@
 #include "platform/com_apartment.h"
 #include "platform/wait_event.h"
 #include "portserver/com_thread_manager.h"
-#include "portserver/efs.h"
 #include "portserver/function_dispatcher.h"
 #include "tests/windows/checks.h"
 
@@ -44,12 +43,6 @@ void AutomationThread() {
     EXPECT(!HasApartment());
 }
 
-void NoServer() {
-    EFS files("check");
-    EXPECT(!files.connect(5));
-    EXPECT_EQ(std::string(files.GetErrorInfo()), "EFS::initialize - Unable to connect to the QPST server");
-}
-
 WaitEvent* g_pToSet = nullptr;
 
 void CALLBACK SetTheEvent(HWND, UINT, UINT_PTR iTimer, DWORD) {
@@ -76,10 +69,31 @@ void WaitsWithMessages() {
     EXPECT_EQ(message.wParam, WPARAM{7}); // the request to end the thread's loop is still there
 }
 
+LRESULT CALLBACK SetTheEventTo(HWND hWindow, UINT iMessage, WPARAM wParam, LPARAM lParam) {
+    if (iMessage == WM_APP)
+        g_pToSet->Set();
+    return DefWindowProcA(hWindow, iMessage, wParam, lParam);
+}
+
+// The first message ends the wait; the second one is in the queue then, and the next wait has to serve it.
+void MessagesThatAWaitLeaves() {
+    WaitEvent event;
+    void* const hEvent = event.Handle();
+    g_pToSet = &event;
+    const HWND hWindow =
+        CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    SetWindowLongPtrA(hWindow, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SetTheEventTo));
+    for (int i = 0; i < 2; ++i)
+        EXPECT(PostMessageA(hWindow, WM_APP, 0, 0));
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(WaitWithMessages({&hEvent, 1}, 30000), DWORD{0});
+    DestroyWindow(hWindow);
+}
+
 } // namespace
 
 int main() {
     return RunChecks({{"the automation thread", AutomationThread},
-                      {"no port server", NoServer},
-                      {"waits that serve messages", WaitsWithMessages}});
+                      {"waits that serve messages", WaitsWithMessages},
+                      {"messages that a wait leaves", MessagesThatAWaitLeaves}});
 }

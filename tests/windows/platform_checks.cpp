@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <thread>
 
+#include "platform/context_handle.h"
 #include "platform/devices.h"
 #include "platform/local_files.h"
 #include "platform/serial_ports.h"
@@ -93,6 +95,22 @@ void LocalFileNames() {
     EXPECT(LocalFileExists(".") && !LocalFileSize("."));
 }
 
+// The mutex belongs to the thread that made it, until the handle is given back.
+void ContextHandles() {
+    const char* const sName = "QLib_ResourceManager::CreateContext() - #check";
+    void* const hContext = MakeContextHandle(sName);
+    const HANDLE hMutex = OpenMutexA(SYNCHRONIZE, FALSE, sName);
+    const auto wait = [&] {
+        DWORD iResult = WAIT_FAILED;
+        std::thread([&] { iResult = WaitForSingleObject(hMutex, 0); }).join();
+        return iResult;
+    };
+    EXPECT_EQ(wait(), DWORD{WAIT_TIMEOUT});
+    ReleaseContextHandle(hContext);
+    EXPECT_EQ(wait(), DWORD{WAIT_OBJECT_0});
+    CloseHandle(hMutex);
+}
+
 void IncompleteSetupApi() {
     AddPhone();
     SetLastError(0);
@@ -112,6 +130,7 @@ int main(int iCount, char** asWords) {
                       {"several handsets", ManyPhones},
                       {"classes and serial ports", ClassesAndPorts},
                       {"names of local files", LocalFileNames},
+                      {"handles of contexts", ContextHandles},
                       {"a module without resources", ModuleWithoutResources},
                       {"the version of a library", VersionOfASystemLibrary},
                       {"windows of the banner", WindowsOfTheBanner}});

@@ -172,8 +172,22 @@ class Session:
         shutil.copy(self.program("platform-checks.exe"), self.program("incomplete"))
         self.run("incomplete SetupAPI", [self.program("incomplete/platform-checks.exe"), "incomplete"],
                  {"WINEDLLOVERRIDES": "mscoree,mshtml=;setupapi=n"})
+        self.modules()
         self.run("file manager", [self.program("host-checks.exe"), windows_path(PLUGIN)])
         self.command_line()
+
+    def modules(self):
+        """Hosts and the library as modules of their own. The libraries of the compiler are found by those who ask
+        for them alone."""
+        compiler = ("i686" if WIDTH == "32" else "x86_64") + "-w64-mingw32-g++-posix"
+        folders = [BUILD]
+        for name in ("libstdc++-6.dll", "libwinpthread-1.dll"):
+            file = subprocess.run([compiler, "-print-file-name=" + name], check=True, capture_output=True,
+                                  text=True).stdout.strip()
+            folders.append(os.path.dirname(os.path.realpath(file)))
+        where = {"WINEPATH": ";".join(windows_path(folder) for folder in folders)}
+        for name in ("edge-checks-static", "edge-checks-shared", "bare-host"):
+            self.run(name, [self.program(name + ".exe")], where)
 
     def command_line(self):
         content = bytes((i * 13 + i // 255) % 256 for i in range(70000))

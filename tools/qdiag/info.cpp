@@ -63,7 +63,7 @@ std::string FieldText(std::span<const char> field) {
 
 std::string HexNumber(DWORD number) {
     char text[16];
-    std::snprintf(text, sizeof text, "0x%08X", AsInt(number));
+    std::snprintf(text, sizeof text, "0x%08X", static_cast<int>(number));
     return text;
 }
 

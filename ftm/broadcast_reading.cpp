@@ -1,4 +1,4 @@
-#include "ftm/broadcast_records.h"
+#include "ftm/broadcast_reading.h"
 
 #include "diag/command.h"
 
