@@ -8,6 +8,7 @@
 // docs/ARCHITECTURE.md describes the conventions: errors, ownership, threads, units, text encoding.
 #pragma once
 
+#include "efs2/failure_text.h"
 #include "link/event_listener.h"
 #include "link/event_names.h"
 #include "link/message_queue.h"

@@ -29,6 +29,11 @@ constexpr size_t kGsdiDataSize = 16;
 
 } // namespace
 
+void CommandFrame::NoteFailure(const OperationFailure& failure) {
+    if (m_lastFailure.eKind == OperationFailure::Kind::None)
+        m_lastFailure = failure;
+}
+
 bool CommandFrame::Exchange(unsigned char iExpected, DWORD iReadDelay_ms) {
     return m_connection.SendSync(m_buffer.RequestLength(), m_buffer.RequestBytes(),
                                  &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,

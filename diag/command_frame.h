@@ -3,6 +3,7 @@
 
 #include "diag/command_codes.h"
 #include "diag/ftm_types.h"
+#include "diag/operation_failure.h"
 #include "diag/packet_buffer.h"
 #include "link/connection_access.h"
 #include "platform/types.h"
@@ -65,6 +66,12 @@ public:
     /// StoreSystemMode is SetSystemMode without the log line, for commands that imply a mode.
     void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
 
+    /// ForgetFailure begins an operation that reports why it fails; NoteFailure keeps the reason, unless
+    /// there is one already.
+    void ForgetFailure() { m_lastFailure = {}; }
+    void NoteFailure(const OperationFailure& failure);
+    const OperationFailure& LastFailure() const { return m_lastFailure; }
+
     // The response begins with the same header as the request, which is what the Format functions write.
 
     /// BeginRequest clears the buffer pair and returns the builder of an empty request.
@@ -110,6 +117,7 @@ private:
     DiagConnection& m_connection;
     const ConnectionAccess m_access;
     PacketBuffer m_buffer;
+    OperationFailure m_lastFailure;
     unsigned char m_iFtmSubsystem = DIAG_SUBSYSTEM_FTM;
     FTM_Mode_Id_Enum m_eSystemMode = FTM_MODE_ID_CDMA_1X;
     FTM_Command_Type m_eCommandType = FTM_COMMAND_75;

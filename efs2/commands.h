@@ -1,8 +1,8 @@
 // The commands of the phone's EFS2 subsystem.
 #pragma once
 
-/// The third and fourth byte of an EFS2 request: the command of the subsystem. The first two are DIAG_SUBSYSTEM,
-/// whatever command type the connection uses for factory tests, and DIAG_SUBSYSTEM_EFS2.
+/// The third and fourth byte of an EFS2 request: the command of the subsystem. The first two are
+/// DIAG_SUBSYSTEM, whatever command type the connection uses for factory tests, and DIAG_SUBSYSTEM_EFS2.
 enum EFS2_Cmd_Enum : unsigned short {
     EFS2_CMD_OPEN = 2,
     EFS2_CMD_CLOSE = 3,

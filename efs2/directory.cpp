@@ -132,6 +132,7 @@ void Efs2Directory::Deliver(Efs2DirItem& item) {
 
 bool Efs2Directory::EFS2_DIAG_ENUM_DIR(const char* sFolderPath) {
     LogLine(m_frame, LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s )", sFolderPath);
+    m_frame.ForgetFailure();
     std::vector<Efs2DirItem> list;
     DWORD iCount = 0;
     if (IterateEFS2Entries(sFolderPath, &list, &iCount, kEveryKind) == 0) {

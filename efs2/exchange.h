@@ -21,7 +21,11 @@ class Efs2Exchange {
 public:
     Efs2Exchange(CommandFrame& frame, EFS2_Cmd_Enum eCommand, std::span<unsigned char> request,
                  std::span<unsigned char> response)
-        : m_frame(frame), m_request(request), m_response(response), m_builder(request, m_iRequestLength) {
+        : m_frame(frame),
+          m_eCommand(eCommand),
+          m_request(request),
+          m_response(response),
+          m_builder(request, m_iRequestLength) {
         m_builder.U8(DIAG_SUBSYSTEM).U8(DIAG_SUBSYSTEM_EFS2).U16(eCommand).EndHeader();
     }
     Efs2Exchange(const Efs2Exchange&) = delete;
@@ -31,16 +35,19 @@ public:
     RequestBuilder& Request() { return m_builder; }
 
     /// Exchange sends the request and waits for its response. False when none arrived, or when a field did
-    /// not fit in the frame; then nothing is sent.
-    bool Exchange();
+    /// not fit in the frame; then nothing is sent. The frame keeps the reason of a failure.
+    bool Exchange() {
+        return ExchangeUntil(1, [](const ResponseReader&) { return true; });
+    }
 
     /// ExchangeUntil sends the request, at most iAttempts times, until `accept(Response())` is true. False
-    /// when it never was.
+    /// when it never was; the frame then keeps the reason why the last attempt failed.
     template <class Accept>
     bool ExchangeUntil(int iAttempts, Accept accept) {
         for (int i = 0; i < iAttempts && m_builder.Complete(); ++i)
-            if (Exchange() && accept(Response()))
+            if (SendOnce() && accept(Response()))
                 return true;
+        m_frame.NoteFailure(FailureOfLastAttempt());
         return false;
     }
 
@@ -53,12 +60,17 @@ public:
     }
 
 private:
+    bool SendOnce();
+    OperationFailure FailureOfLastAttempt();
+
     CommandFrame& m_frame;
+    const EFS2_Cmd_Enum m_eCommand;
     std::span<unsigned char> m_request;
     std::span<unsigned char> m_response;
     unsigned short m_iRequestLength = 0;
     unsigned short m_iResponseLength = 0;
     unsigned short m_iReadPosition = 0;
+    bool m_bAnswered = false; // the last attempt was
     RequestBuilder m_builder;
 };
 
@@ -82,7 +94,8 @@ public:
 RequestBuilder& BeginEfs2Request(CommandFrame& frame, EFS2_Cmd_Enum eCommand);
 
 /// SendWholeRequest exchanges the request in the buffer pair, with the connection's ordinary time-out. False,
-/// with nothing sent, when a field was left out of the request.
+/// with nothing sent, when a field was left out of the request. It is an operation of its own: the frame
+/// forgets the failure before it, and keeps the reason when it fails or the phone refuses it.
 bool SendWholeRequest(CommandFrame& frame);
 /// AskWholeRequest is the same for a request whose result is only in the response's values (see
 /// CommandFrame::AskForValues).

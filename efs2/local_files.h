@@ -18,15 +18,20 @@ using LocalFile = std::unique_ptr<std::FILE, LocalFileCloser>;
 class DownloadTarget {
 public:
     /// Creates or truncates the file; IsOpen is false when that failed.
-    explicit DownloadTarget(const char* sFileName) : m_hFile(std::fopen(sFileName, "wb")) {}
+    explicit DownloadTarget(const char* sFileName);
     bool IsOpen() const { return m_hFile != nullptr; }
     /// Appends a block; false when not all of it could be written (the disk is full).
     bool Append(std::span<const unsigned char> block);
     /// Closes the file. True when every byte of every block was written to disk.
     bool Finish();
+    /// errno's value of what failed first; 0 when nothing did.
+    DWORD ErrorNo() const { return m_iErrorNo; }
 
 private:
+    bool Note(bool bDone);
+
     LocalFile m_hFile;
+    DWORD m_iErrorNo = 0;
 };
 
 /// UploadSource reads a local file or a piece of memory in blocks.
@@ -54,6 +59,8 @@ public:
     DWORD Taken() const { return m_iTaken; }
     /// IsExhausted is true when as many bytes as last measured were read, and no read failed.
     bool IsExhausted() const;
+    /// errno's value when the file could not be opened or read; 0 otherwise, and when it is not known.
+    DWORD ErrorNo() const { return m_iErrorNo; }
 
 private:
     const char* m_sFileName = nullptr;
@@ -62,4 +69,5 @@ private:
     LocalFile m_hFile;
     DWORD m_iSize = 0;
     DWORD m_iTaken = 0;
+    DWORD m_iErrorNo = 0;
 };

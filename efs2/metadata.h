@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "diag/operation_failure.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
@@ -84,6 +85,10 @@ public:
     /// neither kind or is too short for its number; then nothing changes.
     bool EFS2_DIAG_EXTENDED_INFO(EFS2_EXT_QueryType_Enum iQueryType, EFS2_EXT_Kind_Enum& eReturnKind,
                                  DWORD& iReturnInt, char* const sReturnString);
+
+    /// EFS2_LastFailure says why the connection's last file-system operation (of this and the other EFS2
+    /// families) failed or was refused. Of several things that went wrong it is the first.
+    OperationFailure EFS2_LastFailure() const;
 
 protected:
     /// EfsFnSplit splits a path after its last '/': "/brew/a.txt" is "/brew/" and "a.txt". Without a '/',

@@ -67,13 +67,11 @@ DWORD Efs2Metadata::StatFSAvailSpace(const char* sPath) {
         return kPathTooLong;
     DWORD iBlockSize = 0;
     DWORD iAvailBlocks = 0;
-    if (!frame.Exchange())
-        return 0;
-    const ResponseReader response = frame.Response();
-    const size_t iOffset = BlockSizeOffset(response);
-    if (!response.U32At(iOffset, iBlockSize) || !response.U32At(iOffset + 8, iAvailBlocks))
-        return 0;
-    return iBlockSize * iAvailBlocks;
+    const bool bTold = frame.ExchangeUntil(1, [&](const ResponseReader& response) {
+        const size_t iOffset = BlockSizeOffset(response);
+        return response.U32At(iOffset, iBlockSize) && response.U32At(iOffset + 8, iAvailBlocks);
+    });
+    return bTold ? iBlockSize * iAvailBlocks : 0;
 }
 
 bool Efs2Metadata::EFS2_DIAG_DEV_INFO(DWORD& iErrorNo, DWORD& iTotalNumOfBlocks, DWORD& iNumPagesPerBlock,

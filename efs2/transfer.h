@@ -58,6 +58,8 @@ private:
     /// Writes one block; bytes that the phone did not accept are sent again. A response that acknowledges no
     /// bytes, or more than were sent, counts as none.
     bool WriteBlock(LONG iDescriptor, DWORD iOffset, std::span<const unsigned char> block);
+    /// Keeps the reason why the transfer fails, unless something else failed before; always false.
+    bool Fail(const OperationFailure& failure);
     /// The whole write operation except its entry line.
     bool Uploaded(const char* sOperation, const char* sEFS_File, UploadSource& source);
     void Report(const char* sFirstName, const char* sSecondName, int iOperation, DWORD iDone, DWORD iInAll);

@@ -27,6 +27,7 @@ bool CQLibCommManager::Open(int iPort) {
     if (m_bThreadRunning)
         return true;
     JoinReceiver();
+    m_bThreadFailed = false;
     if (!m_port.Open(iPort))
         return false;
     m_framing.SetPort(&m_port);
@@ -40,6 +41,7 @@ bool CQLibCommManager::Open(int iPort) {
         m_log.LogMessage(LOG_ERR, "Error. No thread to receive.");
         m_port.Close();
         m_fineTimer.reset();
+        m_bThreadFailed = true;
         return false;
     }
     m_bThreadRunning = true;

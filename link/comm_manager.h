@@ -30,11 +30,10 @@ public:
     /// Open opens COM iPort and starts the receive thread; true also when that is running already. False when
     /// the port cannot be opened or the thread cannot be started.
     bool Open(int iPort);
+    /// OpenError returns why the last Open failed; None when it did not.
+    PortError OpenError() const { return m_bThreadFailed ? PortError::Other : m_port.OpenError(); }
     /// Close closes the port and ends the receive thread. False when that takes more than 1000 ms.
     bool Close();
-
-    /// LastError is the port's library code for the last Open.
-    int LastError() const { return m_port.ErrorCode(); }
 
     /// The operations of CProtAHDLC.
     bool Send(const unsigned char* pPacket, DWORD iSize, DWORD iTimeout, bool bForceStartFlag);
@@ -73,6 +72,7 @@ private:
 
     std::array<unsigned char, kReadSize> m_aReadBuffer; // receive thread only
     bool m_bThreadRunning = false;
+    bool m_bThreadFailed = false; // the last Open could not start it
     std::mutex m_endLock;
     std::condition_variable m_ended;
     bool m_bThreadEnded = true; // under m_endLock

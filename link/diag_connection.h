@@ -7,6 +7,7 @@
 #include "link/text_log_callback.h"
 #include "link/time_outs.h"
 #include "platform/export.h"
+#include "platform/port_error.h"
 #include "platform/types.h"
 
 class CQLibEvents_Filter;
@@ -46,6 +47,11 @@ public:
     /// OpenPort opens the COM port, starts receiving, ends playback mode and empties the phone-log and
     /// command-response queues (the last two even when opening fails). True when the port is open.
     bool OpenPort();
+
+    /// GetPortError returns why the COM port could not be opened when that was last tried, by OpenPort or by
+    /// an operation that opens it; None when it was opened, before the first try, and in server mode. On
+    /// Windows a port without permission counts as held.
+    PortError GetPortError() const;
 
     /// ClosePort closes the port, ends the receive thread (waiting at most 1000 ms) and stops the text log.
     /// Does nothing when the connection is closed. Always true.

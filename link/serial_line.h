@@ -20,7 +20,7 @@ public:
     void Stop() override;
     bool Open(DWORD iServerTimeOut_ms) override;
     void Close() override;
-    int LastError() const override;
+    PortError LastError() const override;
     bool OpensOnDemand() const override { return true; }
     /// Packets that arrived before the request are discarded; later ones with an unexpected first byte are
     /// logged and discarded.
@@ -50,6 +50,7 @@ private:
     const int m_iComPort;
     std::optional<LineOwner> m_owner; // set by Start
     CQLibEventDispatcher m_dispatcher;
+    bool m_bDeliveryFailed = false;            // the last Open could not start its thread
     std::unique_ptr<CQLibCommManager> m_pLink; // set by Start
 };
 

@@ -3,6 +3,7 @@
 
 #include <atomic>
 
+#include "platform/port_error.h"
 #include "platform/types.h"
 #include "system/serial.h"
 
@@ -65,13 +66,15 @@ public:
     void WaitForInput(DWORD iLimit_ms);
     /// The library code of the last open or baud-rate change.
     int ErrorCode() const { return m_iErrorCode; }
+    /// OpenError says why the last Open failed; None when it did not.
+    PortError OpenError() const { return m_eOpenError; }
 
 private:
     bool Configure(DWORD iBaudRate, unsigned char iParity, unsigned char iByteSize, unsigned char iStopBits);
     void SetTimeouts();
     bool SetLineState(DWORD iBaudRate, unsigned char iParity, unsigned char iByteSize,
                       unsigned char iStopBits);
-    bool Fail(int iErrorCode);
+    bool Fail(int iErrorCode, PortError eOpenError = PortError::Other);
     int SendAll(const unsigned char* pData, int iCount);
     int SetLine(DWORD iFunction);
 
@@ -83,4 +86,5 @@ private:
     COMMPROP m_capabilities{};
     int m_iPortNumber = 0;
     int m_iErrorCode = 0;
+    PortError m_eOpenError = PortError::None;
 };

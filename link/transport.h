@@ -4,6 +4,7 @@
 #include <span>
 
 #include "link/message_queue.h"
+#include "platform/port_error.h"
 #include "platform/types.h"
 
 class CQLibEventListener;
@@ -80,9 +81,9 @@ public:
     /// server and is unused over a serial line.
     virtual bool Open(DWORD iServerTimeOut_ms) = 0;
     virtual void Close() = 0;
-    /// LastError returns the serial port's library code of the last Open (see CSerialPort); 0 after success
-    /// and over a port server.
-    virtual int LastError() const = 0;
+    /// LastError returns why the last Open of a serial port failed; None after success and over a port
+    /// server.
+    virtual PortError LastError() const = 0;
 
     /// OpensOnDemand returns whether a request must open a closed line first. If not, requests go to the line
     /// even when it is closed, and it refuses them.

@@ -14,6 +14,9 @@ public:
     ShownSplash(const ShownSplash&) = delete;
     ShownSplash& operator=(const ShownSplash&) = delete;
 
+    /// IsOnScreen is false when there is nothing to be seen.
+    bool IsOnScreen() const;
+
 private:
     class Window;
     std::unique_ptr<Window> m_pWindow;

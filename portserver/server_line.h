@@ -20,7 +20,7 @@ public:
     /// Open selects the port on the server and registers for its packets.
     bool Open(DWORD iServerTimeOut_ms) override;
     void Close() override;
-    int LastError() const override { return 0; }
+    PortError LastError() const override { return PortError::None; }
     bool OpensOnDemand() const override { return false; }
     bool Exchange(const LineRequest& request, LineResponse& response) override;
     bool SwitchToDiagMode() override { return false; }

@@ -56,6 +56,11 @@ bool QLIB_IsPhoneConnected(void* hContext) {
     return Forward(hContext, &Diag_FTM::IsPhoneConnected);
 }
 
+PortError QLIB_GetPortError(void* hContext) {
+    const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    return pPhone ? pPhone->GetPortError() : PortError::None;
+}
+
 void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack pfnEfs,
                              SoftwareDownloadCallBack pfnSoftwareDownload,
                              AsyncMessageCallBack pfnAsyncMessage) {
@@ -99,6 +104,14 @@ bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File
 bool QLIB_EfsWriteOpenedTarget(void* hContext) {
     const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
     return pPhone && pPhone->EFS2_LastWriteOpenedTarget();
+}
+
+bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure) {
+    const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    if (!pPhone || !pFailure)
+        return false;
+    *pFailure = pPhone->EFS2_LastFailure();
+    return true;
 }
 
 bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath) {

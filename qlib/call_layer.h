@@ -5,9 +5,11 @@
 // must come from one thread at a time. Out-values are written only when a response arrived.
 #pragma once
 
+#include "diag/operation_failure.h"
 #include "efs2/callbacks.h"
 #include "link/event_listener.h"
 #include "platform/export.h"
+#include "platform/port_error.h"
 #include "platform/types.h"
 #include "portserver/software_download.h"
 
@@ -25,6 +27,9 @@ QUILLET_C_API void QLIB_DisconnectPort(void* hContext);
 
 /// QLIB_IsPhoneConnected: true when the phone answers now (Diag_FTM::IsPhoneConnected).
 QUILLET_C_API bool QLIB_IsPhoneConnected(void* hContext);
+
+/// QLIB_GetPortError is DiagConnection::GetPortError; None for an unknown handle.
+QUILLET_C_API PortError QLIB_GetPortError(void* hContext);
 
 /// QLIB_ConfigureCallBacks registers the callbacks that are not null, with the handle as user data. The first
 /// two belong to the context's port-server clients, which exist only in port-server mode.
@@ -52,6 +57,9 @@ QUILLET_C_API bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const c
 
 /// QLIB_EfsWriteOpenedTarget is Efs2Transfer::EFS2_LastWriteOpenedTarget.
 QUILLET_C_API bool QLIB_EfsWriteOpenedTarget(void* hContext);
+
+/// QLIB_EfsLastFailure is Efs2Metadata::EFS2_LastFailure.
+QUILLET_C_API bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure);
 
 QUILLET_C_API bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath);
 QUILLET_C_API bool QLIB_EFS2_DIAG_MKDIR(void* hContext, const char* sDir);

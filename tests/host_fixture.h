@@ -10,9 +10,10 @@
 #include "platform/idle_tick.h"
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
+#include "plugin/front.h"
 
 constexpr int kPluginNumber = 7;
+inline FrontState& front = TheFront().state;
 const HANDLE kNoListing = reinterpret_cast<HANDLE>(UINTPTR_MAX);
 
 /// FakeHost records what the plug-in reports. `onProgress` runs inside the callback, on the calling thread.

@@ -61,6 +61,7 @@ DWORD OpenError(int iErrno) {
             return kErrorFileNotFound;
         case EACCES:
         case EPERM:
+            return kErrorPrivilegeNotHeld;
         case EBUSY:
         case EWOULDBLOCK:
             return kErrorAccessDenied;

@@ -12,6 +12,7 @@
 constexpr DWORD kErrorInvalidFunction = 1;
 constexpr DWORD kErrorFileNotFound = 2;
 constexpr DWORD kErrorAccessDenied = 5;
+constexpr DWORD kErrorPrivilegeNotHeld = 1314;
 constexpr DWORD kErrorInvalidHandle = 6;
 constexpr DWORD kErrorNotEnoughMemory = 8;
 constexpr DWORD kErrorGeneralFailure = 31;

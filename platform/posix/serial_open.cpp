@@ -8,6 +8,7 @@
 
 #include "platform/posix/com_names.h"
 #include "platform/posix/serial_handles.h"
+#include "platform/posix/test_faults.h"
 
 namespace {
 
@@ -29,6 +30,8 @@ DWORD OpenCom(const char* sFileName, HANDLE& hPort) {
     const int iCom = sFileName != nullptr ? ComOfDeviceName(sFileName) : 0;
     if (iCom == 0)
         return kErrorFileNotFound;
+    if (InjectedFaults().bOpenIsDenied)
+        return OpenError(EACCES);
     Descriptor tty(open(TtyPathOfCom(iCom).c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     if (!tty.IsValid() || isatty(tty.Get()) == 0)
         return OpenError(errno);

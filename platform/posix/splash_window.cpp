@@ -5,3 +5,7 @@ class ShownSplash::Window {};
 
 ShownSplash::ShownSplash() {}
 ShownSplash::~ShownSplash() {}
+
+bool ShownSplash::IsOnScreen() const {
+    return false;
+}

@@ -5,6 +5,7 @@
 
 /// Each switch makes one call of the platform fail while it is set.
 struct TestFaults {
+    std::atomic<bool> bOpenIsDenied{false};       // the user may not open the port
     std::atomic<bool> bSetupCommFails{false};     // the driver refuses the buffer sizes
     std::atomic<bool> bNoIntervalTimeouts{false}; // the port has no interval time-outs
     std::atomic<bool> bSetCommStateFails{false};  // the driver refuses the line settings

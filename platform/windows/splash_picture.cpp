@@ -55,13 +55,16 @@ std::unique_ptr<SplashWindow> MakeSplash() {
 
 class ShownSplash::Window {
 public:
-    Window() : m_pSplash(MakeSplash()) { m_pSplash->Show(); }
+    Window() : m_pSplash(MakeSplash()), m_bShown(m_pSplash->Show() != nullptr) {}
     ~Window() { m_pSplash->Hide(); }
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
 
+    bool IsShown() const { return m_bShown; }
+
 private:
     std::unique_ptr<SplashWindow> m_pSplash;
+    const bool m_bShown;
 };
 
 ShownSplash::ShownSplash() {
@@ -73,3 +76,7 @@ ShownSplash::ShownSplash() {
 }
 
 ShownSplash::~ShownSplash() {}
+
+bool ShownSplash::IsOnScreen() const {
+    return m_pWindow && m_pWindow->IsShown();
+}

@@ -61,6 +61,12 @@ void StartsWithoutPhone() {
     EXPECT_EQ(g_pPlugin->TakeLog(), "1 CONNECT; 1 CONNECT; 3 NOT CONNECTED");
     EXPECT_EQ(g_pPlugin->List("\\"), "(no answer)");
     g_pPlugin->TakeLog();
+    AddDevice({"VID_05C6&PID_3197&MI_01\\3", true, "COM300"});
+    EXPECT_EQ(g_pPlugin->List("\\"), "(no answer)");
+    EXPECT_EQ(g_pPlugin->TakeLog(),
+              "1 CONNECT; 3 NOT CONNECTED; 6 list: /: no handset (diagnostic port COM300 "
+              "is above COM255)");
+    RemoveDevices();
 }
 
 void ConnectsAndLists() {
@@ -71,7 +77,7 @@ void ConnectsAndLists() {
     EXPECT_EQ(g_pPlugin->List("\\brew\\"), "mod\\");
     EXPECT_EQ(g_pPlugin->List("\\brew\\mod"), "(empty)");
     EXPECT_EQ(g_pPlugin->List("\\none"), "(empty)");
-    EXPECT_EQ(g_pPlugin->TakeLog(), "");
+    EXPECT_EQ(g_pPlugin->TakeLog(), "6 list: /none: the phone refused it: no such file or folder (2)");
 }
 
 void CopiesBothWays() {
@@ -179,7 +185,8 @@ void UnplugAndReconnect() {
     RemovePhone();
     g_pPlugin->TakeLog();
     EXPECT_EQ(g_pPlugin->List("\\"), "(no answer)");
-    EXPECT_EQ(g_pPlugin->TakeLog(), "3 DISCONNECTED; 3 NOT CONNECTED");
+    EXPECT_EQ(g_pPlugin->TakeLog(),
+              "3 DISCONNECTED; 3 NOT CONNECTED; 6 list: /: no handset (none is attached)");
     EXPECT(Ask("handset replug").ends_with("ok"));
     AddPhone();
     EXPECT_EQ(g_pPlugin->List("\\"), "brew\\ notes.txt big.bin");

@@ -1,7 +1,7 @@
 // The serial-port functions and records of Windows that the library uses, over a tty.
 //
 // Each function does what Windows documents under its name; comments describe only the differences. A failing
-// function sets GetLastError to a Windows error number: 2 no such port, 5 held by another program or no
+// function sets GetLastError to a Windows error number: 2 no such port, 5 held by another program, 1314 no
 // permission, 6 not an open port, 1 not supported by the device, 31 any failure of the device. Any thread may
 // use a handle. A handle closed while another thread uses it stays valid for that call, which then fails and
 // never reaches another file that reuses the descriptor.
