@@ -1,4 +1,4 @@
-// The steps of a command, one line each: log, build, exchange, take.
+// The steps of a command, one line each: log, build, exchange, take the values.
 #pragma once
 
 #include <cstddef>
@@ -8,16 +8,16 @@
 #include "diag/command_frame.h"
 #include "link/text_log.h"
 
-/// A command of any family reads: log the entry line (LogLine, or AppendLogged where the line shows just the
-/// request's fields), begin the request, append its fields, exchange it, take its values, log the result
-/// (TakeLogged does both). Which exchange to use:
+/// A command of any family has these steps: log the entry line (LogLine, or AppendLogged when the line shows
+/// exactly the request's fields), begin the request, append its fields, exchange it, take its values, log the
+/// result (TakeLogged does both). The exchanges to choose from:
 ///
 /// - CommandFrame::Send: general commands. The response begins with the request's first byte.
-/// - CommandFrame::SendFtmCmd and its kin: FTM commands, whose responses repeat more of the header.
-/// - Efs2Exchange (efs2/exchange.h): EFS2 requests that are tried again or must not use the buffer pair.
-/// - DelayedResponses: commands whose result comes later as packets of their own.
+/// - CommandFrame::SendFtmCmd and its variants: FTM commands, whose responses repeat more of the header.
+/// - Efs2Exchange (efs2/exchange.h): EFS2 requests that are retried or must not use the buffer pair.
+/// - DelayedResponses: commands whose result arrives later, in packets of its own.
 
-/// Conversion is one conversion of a log line's format and what it shows.
+/// Conversion classifies a conversion of a log format, and the value that it shows.
 enum class Conversion { Number, Text, Fraction, Address };
 
 template <class Value>
@@ -33,10 +33,11 @@ constexpr Conversion ConversionOf() {
 }
 
 /// LogText is the format of a log line that shows these values: %d, %u, %c or %X for a number, %s for a text,
-/// %f for a fraction, %p for an address, with widths. A text that does not match its values does not compile.
+/// %f for a fraction, %p for an address, with optional widths. A format that does not match its values does
+/// not compile.
 template <class... Values>
 struct LogText {
-    // NOLINTNEXTLINE(google-explicit-constructor): a literal stands for it.
+    // NOLINTNEXTLINE(google-explicit-constructor): callers pass a literal.
     consteval LogText(const char* sLiteral) : sFormat(sLiteral) {
         constexpr Conversion aWanted[] = {ConversionOf<Values>()..., Conversion::Number};
         size_t iShown = 0;
@@ -73,11 +74,11 @@ private:
     }
 };
 
-/// TextFor is the LogText of a call's values; the values alone decide which one.
+/// TextFor is the LogText for a call's values. Only the values take part in template deduction.
 template <class... Values>
 using TextFor = std::type_identity_t<LogText<Values...>>;
 
-/// LogLine writes a line with the values. Numbers are shown as 32-bit ones; texts may come from outside.
+/// LogLine writes a line with the values. Numbers are passed as 32-bit integers. Texts may come from outside.
 template <class... Values>
 void LogLine(DataLogFileHandler& log, LogCategory eCategory, TextFor<Values...> text, Values... values) {
     [[maybe_unused]] const auto shown = [](auto value) {
@@ -96,7 +97,7 @@ void LogLine(CommandFrame& frame, LogCategory eCategory, TextFor<Values...> text
     LogLine(frame.Log(), eCategory, text, values...);
 }
 
-/// AppendFields appends each value in the width of its type.
+/// AppendFields appends each value at the width of its type.
 template <class... Fields>
 RequestBuilder& AppendFields(RequestBuilder& request, Fields... fields) {
     [[maybe_unused]] const auto append = [&request]<class Field>(Field iField) {
@@ -112,7 +113,8 @@ RequestBuilder& AppendFields(RequestBuilder& request, Fields... fields) {
     return request;
 }
 
-/// AppendLogged logs the entry line of a command that shows all its fields, and appends them to its request.
+/// AppendLogged is for a command whose entry line shows all its fields: it logs the line and appends the
+/// fields.
 template <class... Fields>
 RequestBuilder& AppendLogged(CommandFrame& frame, RequestBuilder& request, TextFor<Fields...> entry,
                              Fields... fields) {
@@ -120,9 +122,9 @@ RequestBuilder& AppendLogged(CommandFrame& frame, RequestBuilder& request, TextF
     return AppendFields(request, fields...);
 }
 
-/// TakeValues takes values from the end of the answer; the arguments stand in the order of the layout, so the
-/// last one is taken first. It stops with false at the first one that is not there; those behind it stay
-/// written.
+/// TakeValues takes values from the end of the response. The arguments are in wire order, so the last one is
+/// taken first. Stops with false at the first value that cannot be taken; values after it in wire order have
+/// been written by then.
 inline bool TakeValues(CommandFrame&) {
     return true;
 }
@@ -131,7 +133,7 @@ bool TakeValues(CommandFrame& frame, First& first, Rest&... rest) {
     return TakeValues(frame, rest...) && frame.Response().Take(first);
 }
 
-/// TakeLogged is TakeValues and the result line, which shows `shown` and then the values.
+/// TakeLogged is TakeValues followed by the result line, which shows `shown` and then the values.
 template <class... Shown, class... Values>
 bool TakeLogged(CommandFrame& frame, TextFor<Shown..., Values...> result, std::tuple<Shown...> shown,
                 Values&... values) {

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The length field of a test command's header: fixed per command id, 0 for ids that are not listed.
+/// The length field of a test command's header: fixed per command id, 0 for ids not listed.
 struct RequestLength {
     unsigned short iCommandId;
     unsigned short iLength;
@@ -24,12 +24,15 @@ unsigned short LengthOf(std::span<const RequestLength> lengths, unsigned short i
     return found == lengths.end() ? 0 : found->iLength;
 }
 
-constexpr unsigned char kMediaFloSubsystem = 43;
-constexpr unsigned char kGsdiSubsystem = 33;
-constexpr unsigned char kDelayedSubsystemCommand = 0x80;
+constexpr unsigned short kGsdiCommand = 72;
 constexpr size_t kGsdiDataSize = 16;
 
 } // namespace
+
+void CommandFrame::NoteFailure(const OperationFailure& failure) {
+    if (m_lastFailure.eKind == OperationFailure::Kind::None)
+        m_lastFailure = failure;
+}
 
 bool CommandFrame::Exchange(unsigned char iExpected, DWORD iReadDelay_ms) {
     return m_connection.SendSync(m_buffer.RequestLength(), m_buffer.RequestBytes(),
@@ -148,33 +151,39 @@ RequestBuilder& CommandFrame::FormatPMIC_FTMHeader(unsigned short iCommandId, un
     return FormatExtendedFTMHeader(FTM_MODE_ID_PMIC, iCommandId, 0, 0).U8(iSubcommandId).EndHeader();
 }
 
-RequestBuilder& CommandFrame::FormatAudioFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_AUDIO, iA, iB, iC);
+RequestBuilder& CommandFrame::FormatAudioFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                                   unsigned short iResponseLength) {
+    return FormatExtendedFTMHeader(FTM_MODE_ID_AUDIO, iCommandId, iRequestLength, iResponseLength);
 }
 
-RequestBuilder& CommandFrame::FormatCameraFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_CAMERA, iA, iB, iC);
+RequestBuilder& CommandFrame::FormatCameraFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                                    unsigned short iResponseLength) {
+    return FormatExtendedFTMHeader(FTM_MODE_ID_CAMERA, iCommandId, iRequestLength, iResponseLength);
 }
 
-RequestBuilder& CommandFrame::FormatRF_CommonHeader(unsigned short iA, unsigned short iB, unsigned short iC) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_RF_COMMON, iA, iB, iC);
+RequestBuilder& CommandFrame::FormatRF_CommonHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                                    unsigned short iResponseLength) {
+    return FormatExtendedFTMHeader(FTM_MODE_ID_RF_COMMON, iCommandId, iRequestLength, iResponseLength);
 }
 
 RequestBuilder& CommandFrame::FormatMF_DiagHeader(unsigned char iCommandId) {
-    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U8(kMediaFloSubsystem).U8(iCommandId);
+    return BeginRequest()
+        .U8(static_cast<unsigned>(m_eCommandType))
+        .U8(DIAG_SUBSYSTEM_MEDIA_FLO)
+        .U8(iCommandId);
 }
 
-RequestBuilder& CommandFrame::FormatGSDI_DiagHeader(DWORD iA, DWORD iB, unsigned char iC, unsigned char iD,
-                                                    const unsigned char* pData) {
+RequestBuilder& CommandFrame::FormatGSDI_DiagHeader(DWORD iFirst, DWORD iCommandId, unsigned char iSecond,
+                                                    unsigned char bHasData, const unsigned char* pData) {
     constexpr unsigned char aZeros[kGsdiDataSize] = {};
-    const unsigned char* pSent = iD != 0 && pData != nullptr ? pData : aZeros;
+    const unsigned char* pSent = bHasData != 0 && pData != nullptr ? pData : aZeros;
     return BeginRequest()
-        .U8(kDelayedSubsystemCommand)
-        .U8(kGsdiSubsystem)
-        .U16(72)
-        .U32(iA)
-        .U32(iB)
-        .U8(iC)
-        .U8(iD)
+        .U8(DIAG_SUBSYSTEM_DELAYED)
+        .U8(DIAG_SUBSYSTEM_SIM)
+        .U16(kGsdiCommand)
+        .U32(iFirst)
+        .U32(iCommandId)
+        .U8(iSecond)
+        .U8(bHasData)
         .Bytes({pSent, kGsdiDataSize});
 }

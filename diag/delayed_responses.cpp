@@ -8,13 +8,13 @@
 
 namespace {
 
-/// What the first answer and every delayed response carry behind command, subsystem and subsystem command.
+/// The fields after command, subsystem and subsystem command, in the first response and in every delayed one.
 struct DelayedHead {
     DWORD iStatus = 0;
     unsigned short iResponseId = 0;
     unsigned short iCount = 0;
 
-    /// False when the packet ends before it.
+    /// False when the packet is too short for them.
     bool Read(const ResponseReader& packet) {
         return packet.U32At(4, iStatus) && packet.U16At(8, iResponseId) && packet.U16At(10, iCount);
     }

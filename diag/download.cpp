@@ -18,7 +18,7 @@ bool DownloadGreeting::DOWNLOAD_Hello(unsigned char iVersionNumber, unsigned cha
     greeting.U8(iVersionNumber).U8(iCompatibleVersion).U8(iFeatureBits);
     const bool bGreeted = m_frame.SendWithDifferentResponseCmd(DIAG_DOWNLOAD_HELLO_ANSWER, 0);
     m_frame.BeginRequest().U8(DIAG_DOWNLOAD_NOP);
-    // Without an answer the buffer pair holds nothing that came from the phone.
+    // Without a response the buffer pair holds nothing from the phone.
     if (m_frame.Send(0) && bGreeted && piResponse != nullptr)
         std::memcpy(piResponse, m_frame.Buffer().ResponseBytes(), m_frame.Response().Size());
     return bGreeted;

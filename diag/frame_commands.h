@@ -7,21 +7,21 @@
 
 class CommandFrame;
 
-/// FrameCommands chooses the form of FTM requests and exchanges the request that the last command left in the
-/// connection's buffer pair once more. All exchanges wait for QMSL_TimeOut_SyncRequest and leave the response
-/// in the buffer pair. Caller's thread. The frame must outlive it.
+/// FrameCommands sets the form of FTM requests, and exchanges once more the request that the last command
+/// left in the connection's buffer pair. Each exchange waits up to QMSL_TimeOut_SyncRequest and leaves the
+/// response in the buffer pair. Caller's thread. The frame must outlive it.
 class QUILLET_API FrameCommands {
 public:
     explicit FrameCommands(CommandFrame& frame) : m_frame(frame) {}
 
     // --- Exchange -----------------------------------------------------------------------------------
 
-    /// Send exchanges the request as it is; iReadDelay_ms passes between writing and waiting. True when a
-    /// response with the request's first byte arrived.
+    /// Send exchanges the request unchanged, and sleeps for iReadDelay_ms between writing and waiting. True
+    /// when a response with the request's first byte arrived.
     bool Send(DWORD iReadDelay_ms);
     /// SendWithDifferentResponseCmd is Send for a request whose response begins with another byte, iExpected.
     bool SendWithDifferentResponseCmd(unsigned char iExpected, DWORD iReadDelay_ms);
-    /// SendFtmCmd is SendFtmCmd59 or SendFtmCmd75, by the command type.
+    /// SendFtmCmd is SendFtmCmd59 or SendFtmCmd75, depending on the command type.
     bool SendFtmCmd();
     /// SendFtmCmd75: true when the response begins with the command type, the FTM subsystem and the system
     /// mode.
@@ -37,10 +37,10 @@ public:
 
     // --- Settings -----------------------------------------------------------------------------------
 
-    /// SetCommandType chooses the form of FTM requests (75 at first).
+    /// SetCommandType sets the form of FTM requests (initially 75).
     void SetCommandType(FTM_Command_Type eCommandType);
     FTM_Command_Type GetCommandType() const;
-    /// SetSystemMode sets the mode field of FTM requests (1 at first).
+    /// SetSystemMode sets the mode field of FTM requests (initially 1).
     void SetSystemMode(FTM_Mode_Id_Enum iSystem_Mode);
     FTM_Mode_Id_Enum GetSystemMode() const;
 

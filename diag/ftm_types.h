@@ -1,14 +1,15 @@
-// The two settings that shape factory-test (FTM) requests.
+// The two settings that determine the form of factory-test (FTM) requests.
 #pragma once
 
 /// The first byte of FTM requests.
 enum FTM_Command_Type : int {
     FTM_COMMAND_59 = 59,      // the older form, with a length field
     FTM_COMMAND_75 = 75,      // a subsystem command
-    FTM_COMMAND_UNKNOWN = -1, // no form was detected
+    FTM_COMMAND_UNKNOWN = -1, // not detected
 };
 
-/// The mode field of FTM requests: what the command is for. Values without a name are allowed.
+/// The mode field of FTM requests: the radio or function that the command addresses. Values without a name
+/// are allowed.
 enum FTM_Mode_Id_Enum : int {
     FTM_MODE_ID_FACTORY = 0,
     FTM_MODE_ID_CDMA_1X = 1,

@@ -14,7 +14,7 @@ namespace {
 constexpr unsigned char kPressed = 1;
 constexpr unsigned char kReleased = 2;
 
-/// The codes of a common keypad, each with its key, in the order in which the map lists them.
+/// The hardware codes of a common keypad and their keys, in the order of the default map.
 constexpr struct {
     unsigned short iHW_ID;
     unsigned char iKeyPressSW_ID;
@@ -130,8 +130,8 @@ void KeyPresses::ProcessMessage(std::string_view sFormat) {
     const std::string_view sPress = m_sPressPrefix.data();
     const bool bPressed = sFormat.starts_with(sPress);
     const bool bReleased = sFormat.starts_with(m_sReleasePrefix.data());
-    // The code is looked for where it stands behind the press text; the longer release text only brings
-    // characters in front of it that count as zeros.
+    // The code is searched for after the press prefix in release messages too. The longer release prefix only
+    // adds leading characters, which count as zeros.
     constexpr size_t kHexMark = 2;
     const DWORD iCode = ParseHexString(sFormat.substr(std::min(sFormat.size(), sPress.size() + kHexMark)));
     const int iKey = DIAG_KeyPress_GetSW_CodeFromHW_Code(static_cast<unsigned short>(iCode));

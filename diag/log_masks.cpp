@@ -14,7 +14,7 @@ constexpr size_t kMaskHead = 8; // equipment id, last item
 
 } // namespace
 
-/// The data of a request that carries a mask. It always has room for the largest mask.
+/// The data of a request with a mask. There is always room for the largest mask.
 class LogMasks::MaskRequest {
 public:
     MaskRequest(DWORD iEquipmentID, DWORD iItems, size_t iMaskSize)
@@ -30,7 +30,7 @@ public:
     }
     unsigned char* Data() { return m_aData.data(); }
     unsigned short& Size() { return m_iSize; }
-    /// The whole room, of which the first MaskSize() bytes are sent.
+    /// The whole area; its first MaskSize() bytes are sent.
     std::span<unsigned char> Mask() { return std::span(m_aData).subspan(kMaskHead); }
     size_t MaskSize() const { return m_iSize - kMaskHead; }
 
@@ -105,7 +105,7 @@ bool LogMasks::DIAG_AddExtendedLogCodes(unsigned char iEquipmentID, const unsign
         return false;
     MaskRequest current(iEquipmentID, iLastItem, iLastItem / 8 + 1);
     MaskRequest wanted = current;
-    // Without a whole answer the mask stays empty.
+    // Without a complete response the mask stays empty.
     ExchangeMask(LOG_MASK_GET, current);
     if (current.EquipmentId() != iEquipmentID) {
         LogLine(m_frame, LOG_RET, "QLIB_DIAG_AddExtendedLogCodes: Error fetching current log mask");

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// One width of access: its codes, the bytes that a request's data area has, how the log calls it.
+/// One access width: its codes, the size of a request's data area, its name in the log.
 struct Width {
     unsigned char iPeek;
     unsigned char iPoke;
@@ -24,7 +24,7 @@ constexpr Width kWidth8 = {DIAG_PEEK_8, DIAG_POKE_8, 4, "8bit", "= ", "8bit", LO
 constexpr Width kWidth16 = {DIAG_PEEK_16, DIAG_POKE_16, 4, "16bit", "=", "16bit", LOG_RET};
 constexpr Width kWidth32 = {DIAG_PEEK_32, DIAG_POKE_32, 8, "32bit", "= ", "32 bit", LOG_FN};
 
-constexpr size_t kPeekedOffset = 7; // behind the code, the address and the count
+constexpr size_t kPeekedOffset = 7; // after code, address and count
 constexpr std::array<unsigned char, 8> kPadding{};
 
 const Width& WidthOf(unsigned char) {
@@ -37,7 +37,7 @@ const Width& WidthOf(DWORD) {
     return kWidth32;
 }
 
-/// Copies as many whole values as the answer holds.
+/// Copies every complete value of the response.
 template <class Value>
 void CopyPeeked(CommandFrame& frame, std::span<Value> values) {
     const ResponseReader response = frame.Response();

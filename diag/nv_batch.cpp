@@ -1,4 +1,4 @@
-// Writing NV items in batches: several items in one request, each with a verdict of its own in the answer.
+// Writing NV items in batches: several items per request, each with its own status in the response.
 #include <algorithm>
 #include <utility>
 
@@ -130,7 +130,7 @@ bool NvItems::DIAG_NV_WRITE_FlushBatchQueue(unsigned short& iLastItemID, unsigne
     iLastItemID = kNoItem;
     LogLine(m_frame, LOG_FN, "QLIB_DIAG_NV_WRITE_FlushBatchQueue( ) -- Queue size = %d",
             static_cast<int>(m_writeQueue.size()));
-    // The first request may open the port, and that empties the member.
+    // The first request may open the port, which clears the member.
     std::deque<NV_WriteQueueItem> queue = std::exchange(m_writeQueue, {});
     size_t iWritten = 0;
     bool bDone = false;

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A caller's length as a number of bytes that exist: 0 to iLimit.
+/// A caller's length, brought into the range from 0 to iLimit.
 size_t ByteCount(int iLength, size_t iLimit) {
     return std::min(static_cast<size_t>(std::max(iLength, 0)), iLimit);
 }

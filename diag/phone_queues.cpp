@@ -9,6 +9,7 @@
 #include "diag/received_packet.h"
 #include "link/extended_message.h"
 #include "link/extended_message_text.h"
+#include "link/log_codes.h"
 #include "link/packet_codes.h"
 
 namespace {
@@ -32,12 +33,12 @@ bool IsLogRecord(const QueueItem& item, unsigned short iLogCode) {
     const ResponseReader record(WithoutFcs(item), iPosition);
     unsigned char iCommand = 0;
     unsigned short iFound = 0;
-    return record.U8At(0, iCommand) && iCommand == kLogRecord && record.U16At(6, iFound) &&
+    return record.U8At(0, iCommand) && iCommand == kLogRecord && record.U16At(kRecordLogCodeOffset, iFound) &&
            iFound == iLogCode;
 }
 
-/// Takes packets until a time has passed, and then those that are waiting at that moment: a phone that never
-/// stops sending does not keep its caller.
+/// Takes packets until the time-out, then those queued at that moment: a phone that never stops sending does
+/// not block the caller forever.
 class TimedTaking {
 public:
     TimedTaking(CommandFrame& frame, DWORD iTimeOut_ms)

@@ -6,7 +6,7 @@
 
 namespace {
 
-// What answers hold behind command, subsystem and subsystem command.
+// The sizes of responses after command, subsystem and subsystem command.
 constexpr size_t kDisplaySize = 2 + 2 + 1 + 1;
 constexpr size_t kGsmStatusSize =
     PhoneState::kImeiSize + PhoneState::kImsiSize + PhoneState::kLaiSize + 2 + 1 + 1 + 1;

@@ -1,4 +1,4 @@
-// What many commands share: requests without anything to build, answers with one value at their end.
+// Shared by many commands: requests of fixed bytes, responses with one value at their end.
 #pragma once
 
 #include <cstddef>
@@ -6,17 +6,17 @@
 
 #include "diag/command.h"
 
-/// SimpleCommand logs sEntry under LOG_FN, sends the given bytes and waits for their answer, which is then in
-/// the frame's buffer pair. True when it came.
+/// SimpleCommand logs sEntry under LOG_FN, sends the given bytes and waits for the response, which is then in
+/// the frame's buffer pair. True when it arrived.
 bool SimpleCommand(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request);
 
-/// SimpleQuestion is the same for a command whose only news is in the values of the answer, which begins with
-/// the request's bytes and iReserved more (see CommandFrame::AskForValues).
+/// SimpleQuestion does the same for a command whose result is only in the response's values. The response's
+/// header is the request's bytes and iReserved more (see CommandFrame::AskForValues).
 bool SimpleQuestion(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request,
                     size_t iReserved = 0);
 
-/// TakeLast takes an answer's last field. False, with iValue as it was, when it does not lie behind the
-/// header as a whole.
+/// TakeLast takes the last field of a response. False, with iValue unchanged, when the field overlaps the
+/// header.
 template <class T>
 bool TakeLast(CommandFrame& frame, T& iValue) {
     ResponseReader response = frame.Response();

@@ -1,4 +1,4 @@
-// The operations on names: make, remove, rename, permissions, links.
+// The operations on names, permissions and links.
 #include "efs2/metadata.h"
 
 #include "diag/command.h"
@@ -32,11 +32,13 @@ bool Efs2Metadata::EFS2_DIAG_MKDIR(const char* strDir) {
     LogLine(m_frame, LOG_FN, "QLIB_EFS2_DIAG_MKDIR( strDir = %s )", strDir);
     Efs2Frame<8> frame(m_frame, EFS2_CMD_MKDIR);
     frame.Request().U16(kEverybody).Text(strDir);
+    m_frame.ForgetFailure();
+    const bool bMade = frame.ExchangeUntilGranted(1, 4);
     DWORD iErrnum = 0;
-    if (!frame.Exchange() || !frame.Response().U32At(4, iErrnum))
+    if (!frame.Response().U32At(4, iErrnum))
         return false;
     LogLine(m_frame, LOG_RET, "QLIB_EFS2_DIAG_MKDIR() - Results mkdir_rsp.errnum = %d", iErrnum);
-    return iErrnum == 0;
+    return bMade;
 }
 
 bool Efs2Metadata::EFS2_DIAG_RMDIR(const char* sFolderPath) {
@@ -83,4 +85,8 @@ bool Efs2Metadata::EFS2_DIAG_CREATE_LINK(const char* sFilePath, const char* sPoi
             sPointedFilePath);
     BeginEfs2Request(m_frame, EFS2_CMD_SYMLINK).Text(sFilePath).Text(sPointedFilePath);
     return SendWholeRequest(m_frame);
+}
+
+OperationFailure Efs2Metadata::EFS2_LastFailure() const {
+    return m_frame.LastFailure();
 }

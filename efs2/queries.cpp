@@ -1,4 +1,4 @@
-// The operations that only ask: an entry, the file system, the flash chip.
+// The operations that only read status.
 #include "efs2/commands.h"
 #include "efs2/exchange.h"
 #include "efs2/metadata.h"
@@ -9,7 +9,7 @@ constexpr size_t kStatSize = 32;
 constexpr size_t kStatfsSize = 48;
 constexpr size_t kShortTypeStatfsSize = 44;
 
-/// Where the block size stands in a file-system status: behind a type of 8 bytes, or of 4.
+/// The offset of the block size in a file-system status: after a type of 8 bytes, or of 4.
 size_t BlockSizeOffset(const ResponseReader& response) {
     return response.Size() == kShortTypeStatfsSize ? 16 : 20;
 }
@@ -22,8 +22,8 @@ bool Efs2Metadata::EFS2_DIAG_STAT(const char* sFilePath, DWORD& iErrorNo, DWORD&
     if (!AskOfPath(EFS2_CMD_STAT, sFilePath))
         return false;
     ResponseReader response = m_frame.Response();
-    // Of an answer that ends early the header would be taken for an error number: an entry that is there
-    // would pass for one that is not.
+    // In a short response the header would be read as the error number, and an existing entry would appear
+    // not to exist.
     if (response.Size() >= kStatSize)
         for (DWORD* piValue : {&iCtime, &iMtime, &iAtime, &iNlink, &iSize, &iMode, &iErrorNo})
             response.Take(*piValue);
@@ -67,13 +67,11 @@ DWORD Efs2Metadata::StatFSAvailSpace(const char* sPath) {
         return kPathTooLong;
     DWORD iBlockSize = 0;
     DWORD iAvailBlocks = 0;
-    if (!frame.Exchange())
-        return 0;
-    const ResponseReader response = frame.Response();
-    const size_t iOffset = BlockSizeOffset(response);
-    if (!response.U32At(iOffset, iBlockSize) || !response.U32At(iOffset + 8, iAvailBlocks))
-        return 0;
-    return iBlockSize * iAvailBlocks;
+    const bool bTold = frame.ExchangeUntil(1, [&](const ResponseReader& response) {
+        const size_t iOffset = BlockSizeOffset(response);
+        return response.U32At(iOffset, iBlockSize) && response.U32At(iOffset + 8, iAvailBlocks);
+    });
+    return bTold ? iBlockSize * iAvailBlocks : 0;
 }
 
 bool Efs2Metadata::EFS2_DIAG_DEV_INFO(DWORD& iErrorNo, DWORD& iTotalNumOfBlocks, DWORD& iNumPagesPerBlock,
@@ -83,7 +81,7 @@ bool Efs2Metadata::EFS2_DIAG_DEV_INFO(DWORD& iErrorNo, DWORD& iTotalNumOfBlocks,
     BeginEfs2Request(m_frame, EFS2_CMD_DEV_INFO);
     if (!AskWholeRequest(m_frame))
         return false;
-    // The answer may go on behind the name, so its end says nothing about where the values are.
+    // More fields may follow the name, so the values cannot be taken from the end.
     const ResponseReader response = m_frame.Response();
     size_t iOffset = 4;
     for (DWORD* piValue : {&iErrorNo, &iTotalNumOfBlocks, &iNumPagesPerBlock, &iPageSize, &iTotalPageSize,

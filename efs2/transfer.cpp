@@ -1,4 +1,4 @@
-// The operations that copy a file: open, blocks, close, and what an abort removes.
+// The operations that copy a file: open, blocks, close, and the removal after an abort.
 #include "efs2/transfer.h"
 
 #include <cstdio>
@@ -17,6 +17,8 @@ constexpr LONG kOpenForWriting = 0x241; // write-only, create, truncate
 constexpr LONG kWritableByAll = 0666;
 constexpr size_t kLocalPathSize = 1024;
 
+using Kind = OperationFailure::Kind;
+
 const char* PassOrFail(bool bPassed) {
     return bPassed ? "PASS" : "FAIL";
 }
@@ -26,6 +28,11 @@ const char* Shown(const char* sText) {
 }
 
 } // namespace
+
+bool Efs2Transfer::Fail(const OperationFailure& failure) {
+    m_frame.NoteFailure(failure);
+    return false;
+}
 
 bool Efs2Transfer::EFS2FileOpen(const char* sEFS_File, LONG iOpenFlags, LONG iMode, LONG* piDescriptor) {
     Efs2Frame<12> frame(m_frame, EFS2_CMD_OPEN);
@@ -46,7 +53,7 @@ bool Efs2Transfer::EFS2FileClose(LONG iDescriptor) {
 bool Efs2Transfer::PerformEFS2ReadOp(const char* sEFS_File, DWORD* piBytesRead, const char* sLocalFile) {
     const bool bGiven = sLocalFile != nullptr && *sLocalFile != '\0';
     if (std::strlen(bGiven ? sLocalFile : sEFS_File) >= kLocalPathSize)
-        return false;
+        return Fail({Kind::LocalNotWritten});
     LONG iDescriptor = 0;
     if (!EFS2FileOpen(sEFS_File, kOpenForReading, kReadableByAll, &iDescriptor))
         return false;
@@ -63,6 +70,7 @@ bool Efs2Transfer::PerformEFS2ReadOp(const char* sEFS_File, DWORD* piBytesRead, 
 bool Efs2Transfer::EFS2_DIAG_READ_FILE(const char* sLocalFile, const char* sEFS_File) {
     LogLine(m_frame, LOG_FN, "QLIB_EfsRead( sLocalFile = %s, sEFS_File = %s)", Shown(sLocalFile), sEFS_File);
     m_callbacks.m_bEfsAbort = 0;
+    m_frame.ForgetFailure();
     DWORD iBytesRead = 0;
     const bool bPassed = PerformEFS2ReadOp(sEFS_File, &iBytesRead, sLocalFile);
     LogLine(m_frame, LOG_RET, "QLIB_EfsRead() - %s", PassOrFail(bPassed));
@@ -71,10 +79,10 @@ bool Efs2Transfer::EFS2_DIAG_READ_FILE(const char* sLocalFile, const char* sEFS_
 
 bool Efs2Transfer::PerformEFS2WriteOp(const char* sEFS_File, UploadSource& source) {
     if (!source.Measure())
-        return false;
+        return Fail({Kind::LocalNotRead});
     const DWORD iAvailable = m_metadata.StatFSAvailSpace("");
     if (iAvailable == Efs2Metadata::kPathTooLong || source.Size() > iAvailable)
-        return false;
+        return Fail({Kind::NoRoom});
     LONG iDescriptor = 0;
     if (!EFS2FileOpen(sEFS_File, kOpenForWriting, kWritableByAll, &iDescriptor))
         return false;
@@ -88,6 +96,7 @@ bool Efs2Transfer::PerformEFS2WriteOp(const char* sEFS_File, UploadSource& sourc
 
 bool Efs2Transfer::Uploaded(const char* sOperation, const char* sEFS_File, UploadSource& source) {
     m_callbacks.m_bEfsAbort = 0;
+    m_frame.ForgetFailure();
     m_bLastWriteOpenedTarget = false;
     const bool bPassed = PerformEFS2WriteOp(sEFS_File, source);
     LogLine(m_frame, LOG_RET, "%s() - %s", sOperation, PassOrFail(bPassed));
@@ -109,7 +118,7 @@ bool Efs2Transfer::EFS2_DIAG_WRITE_FILE_MEM(const char* pLocalFile, DWORD iSize,
 
 void Efs2Transfer::Report(const char* sFirstName, const char* sSecondName, int iOperation, DWORD iDone,
                           DWORD iInAll) {
-    // The callback's type promises no constness, though nobody is meant to write to the names.
+    // The callback takes non-const names, although it must not write to them.
     if (m_callbacks.m_pfnEfsTransferCallBack != nullptr)
         m_callbacks.m_pfnEfsTransferCallBack(const_cast<char*>(sFirstName), const_cast<char*>(sSecondName),
                                              iOperation, 0, iDone, iInAll,

@@ -16,6 +16,8 @@ constexpr size_t kReadHeader = 20;
 constexpr size_t kWriteHeader = 12;
 constexpr DWORD kNoCount = 0xFFFFFFFF;
 
+using Kind = OperationFailure::Kind;
+
 } // namespace
 
 bool Efs2Transfer::ReadBlock(LONG iDescriptor, DWORD iOffset, std::span<unsigned char> area,
@@ -36,7 +38,7 @@ bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, cons
                                       const char* sLocalFile) {
     DownloadTarget target(sLocalFile);
     if (!target.IsOpen())
-        return false;
+        return Fail({Kind::LocalNotWritten, target.ErrorNo()});
     std::array<unsigned char, kReadBlock> aBlock;
     DWORD iPosition = 0;
     DWORD iBytesRead = kReadBlock;
@@ -54,7 +56,7 @@ bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, cons
         std::remove(sLocalFile);
     else if (!bStored) {
         LogLine(m_frame, LOG_ERR, "QLIB_EfsRead() - Local file cannot be written: %s", sLocalFile);
-        return false;
+        return Fail({Kind::LocalNotWritten, target.ErrorNo()});
     }
     if (piBytesRead != nullptr)
         *piBytesRead = iPosition;
@@ -82,7 +84,7 @@ bool Efs2Transfer::WriteBlock(LONG iDescriptor, DWORD iOffset, std::span<const u
 
 bool Efs2Transfer::EFS2WriteEntireFile(LONG iDescriptor, UploadSource& source, const char* sEFS_File) {
     if (!source.Open())
-        return false;
+        return Fail({Kind::LocalNotRead, source.ErrorNo()});
     std::array<unsigned char, kWriteBlock> aBlock;
     while (!IsAborted()) {
         const DWORD iOffset = source.Taken();
@@ -99,5 +101,5 @@ bool Efs2Transfer::EFS2WriteEntireFile(LONG iDescriptor, UploadSource& source, c
     if (IsAborted() || source.IsExhausted())
         return true;
     LogLine(m_frame, LOG_ERR, "QLIB_EfsWrite() - Local file ended early: %s", source.Name());
-    return false;
+    return Fail({Kind::LocalNotRead, source.ErrorNo()});
 }

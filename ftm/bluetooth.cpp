@@ -5,6 +5,7 @@
 
 #include "ftm/ftm_command.h"
 #include "ftm/ftm_log.h"
+#include "link/log_codes.h"
 
 namespace {
 

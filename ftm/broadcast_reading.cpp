@@ -6,8 +6,8 @@ namespace {
 
 constexpr size_t kFlowIdSize = 3;
 
-// VisitFields gives the fields of a record (const or not), in their order in an answer, to a visitor, until
-// that says false. It is where that order stands, for reading and for logging.
+// VisitFields calls the visitor for each field of a record (const or not) in wire order, until it returns
+// false. Reading and logging both take the order from here.
 
 template <class Record, class Visitor>
 requires requires(Record record) {

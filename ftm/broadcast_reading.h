@@ -8,13 +8,13 @@
 
 class DataLogFileHandler;
 
-/// RecordReader reads records of an answer one after the other, from iOffset on.
+/// RecordReader reads the records of a response one after another, starting at iOffset.
 class RecordReader {
 public:
     RecordReader(const ResponseReader& response, size_t iOffset) : m_response(response), m_iOffset(iOffset) {}
 
-    /// Read fills one of the records above. False, with the record as it was, when the answer ends before it
-    /// does.
+    /// Read fills a record of broadcast_records.h. False, with the record unchanged, when the response is too
+    /// short.
     template <class Record>
     bool Read(Record& record);
 
@@ -23,6 +23,6 @@ private:
     size_t m_iOffset;
 };
 
-/// LogRecord writes the fields of one of the records above under LOG_RET, one to a line.
+/// LogRecord logs the fields of a record under LOG_RET, one per line.
 template <class Record>
 void LogRecord(DataLogFileHandler& log, const Record& record);

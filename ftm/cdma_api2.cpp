@@ -7,17 +7,17 @@
 
 namespace {
 
-/// Answers begin with the request's 10 bytes.
+/// Responses begin with the request's 10 bytes.
 constexpr size_t kResults = 10;
 
-/// ReadCount reads the number of results, which depends on the path alone.
+/// ReadCount reads the number of results. False unless it is the number that the path has.
 bool ReadCount(const ResponseReader& response, size_t iOffset, unsigned char iPath, unsigned char& iCount) {
     if (!response.U8At(iOffset, iCount))
         return false;
     return (iPath == 0 && iCount == 3) || (iPath == 1 && iCount == 1);
 }
 
-/// ReadBytes fills `out` from an offset on; false, with `out` as it was, when the answer ends before.
+/// ReadBytes fills `out` from an offset on. False, with `out` unchanged, when the response is too short.
 bool ReadBytes(const ResponseReader& response, size_t iOffset, std::span<unsigned char> out) {
     if (response.Size() < iOffset + out.size())
         return false;
@@ -42,7 +42,7 @@ RequestBuilder& CdmaApi2::BeginCdmaApi2(unsigned short iCommandId) {
 }
 
 bool CdmaApi2::ExchangeCdmaApi2() {
-    // An answer of type 59 carries neither subsystem nor mode, so it never tells what it answers.
+    // A response of type 59 has neither subsystem nor mode, so it cannot be matched to its request.
     return m_frame.SendFtmCmd() && m_frame.GetCommandType() != FTM_COMMAND_59;
 }
 

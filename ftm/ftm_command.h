@@ -1,25 +1,25 @@
-// What the factory-test commands share: how a request begins, how it is filled, logged and its answer taken.
+// Shared by the factory-test commands: requests, logging, and taking values from the response.
 #pragma once
 
 #include "diag/command.h"
 
-/// A factory-test command is a few lines: it logs its entry line, begins a request (with BeginFtm, or with
-/// one of CommandFrame's Format functions where the family has a header of its own), appends its fields,
-/// sends, and takes its values. What a command takes out of an answer it has mostly sent as placeholders too,
-/// filled with the caller's values, because the handset answers in the request's layout.
+/// A factory-test command logs its entry line, begins a request (with BeginFtm, or with a Format function of
+/// CommandFrame when its family has a header of its own), appends its fields, sends, and takes its values.
+/// Most commands that take values also send them as placeholders, filled with the caller's values, because
+/// the response has the request's layout.
 ///
-/// Out-values change only when an answer came that its send variant accepts and that goes on after its
-/// header. They are taken from the answer's end; how far back that reaches is not looked at, so in an answer
-/// that stops between its values the last bytes that there are pass for them. A value for which there are
-/// some bytes but too few stays as it was and makes the result false; where none are left, taking begins at
-/// the answer's end once more. The result line is logged all the same.
+/// Out-values change only when a response arrived that the Send function accepts and that continues after its
+/// header. They are taken from the response's end without checking for the header, so header bytes of a
+/// truncated response may be returned. A value with too few bytes left stays unchanged and makes the result
+/// false; when no bytes are left, reading starts at the response's end again. The result line is logged in
+/// any case.
 
 /// BeginFtm begins a request of an RF command: FTM header for the current command type and system mode, then
-/// the command's id, which stands in the method that is named after the command and nowhere else.
+/// the command's id, which appears only in the method named after the command.
 RequestBuilder& BeginFtm(CommandFrame& frame, unsigned short iCommandId);
 
-/// SendFtm exchanges an RF command whose fields are what its entry line shows. True when it was answered as
-/// SendFtmCmd wants it; the values, if any, are still to be taken.
+/// SendFtm exchanges an RF command whose entry line shows all its fields. True when SendFtmCmd accepted the
+/// response; the caller then takes the values, if any.
 template <class... Fields>
 bool SendFtm(CommandFrame& frame, unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
     AppendLogged(frame, BeginFtm(frame, iCommandId), entry, fields...);

@@ -5,19 +5,18 @@
 #include "diag/log_masks.h"
 #include "diag/received_packet.h"
 #include "ftm/ftm_command.h"
+#include "link/log_codes.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
 
 namespace {
 
 constexpr unsigned char kEquipmentId = kFtmLogCode >> 12;
-constexpr size_t kLogCodeOffset = 6;
-constexpr size_t kLogTypeOffset = 16;
 
 bool IsFtmRecord(const QueueItem& item, unsigned short iLogCode) {
     const PacketView record(WithoutFcs(item));
-    return record.Has(kLogTypeOffset, sizeof iLogCode) && record.U8(0) == kLogRecord &&
-           record.U16(kLogCodeOffset) == kFtmLogCode && record.U16(kLogTypeOffset) == iLogCode;
+    return record.Has(kFtmLogTypeOffset, sizeof iLogCode) && record.U8(0) == kLogRecord &&
+           record.U16(kRecordLogCodeOffset) == kFtmLogCode && record.U16(kFtmLogTypeOffset) == iLogCode;
 }
 
 } // namespace
@@ -60,9 +59,9 @@ bool FtmLog::TakeWaiting(unsigned short iLogCode, FTM2LogMessage* pMessage, unsi
     for (queue.GetCount(iWaiting); bTaken; bTaken = iWaiting > 0 && iWaiting-- > 0 && queue.Pop(&item)) {
         if (!IsFtmRecord(item, iLogCode))
             continue;
-        const size_t iBytes = item.length - kLogTypeOffset;
+        const size_t iBytes = item.length - kFtmLogTypeOffset;
         std::memset(pMessage, 0, iBytes + 2);
-        std::memcpy(pMessage, item.data + kLogTypeOffset, iBytes);
+        std::memcpy(pMessage, item.data + kFtmLogTypeOffset, iBytes);
         iSize = static_cast<unsigned short>(iBytes + 2);
         bFound = true;
     }

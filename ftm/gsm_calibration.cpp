@@ -1,20 +1,20 @@
-// Calibration of the GSM transmit path: commands whose answer must carry the system mode.
+// Calibration of the GSM transmit path. The response to each command must have the system mode.
 #include "ftm/gsm_rf.h"
 
 #include "ftm/gsm_rf_command.h"
+#include "link/log_codes.h"
 
 bool GsmRf::FTM_DO_GSM_AUTOCAL(short iPower, unsigned short iPA_DAC_Value, LONG iMax_Power, LONG iMin_Power,
                                unsigned char iWriteNVFlag, unsigned short iRSB_Cor_A_R0,
                                unsigned short iRSB_Cor_A_R1, unsigned short iRSB_Cor_B_R0,
                                unsigned short iRSB_Cor_B_R1) {
-    constexpr unsigned short kAutoCalLog = 10;
     LogLine(
         m_frame, LOG_FN,
         "QLIB_FTM_DO_GSM_AUTOCAL(iPower=%d, iPA_DAC_Value=%d, iMax_Power=%d, iMin_Power=%d, iWriteNVFlag=%d, "
         "iRSB_Cor_A_R0=%d, iRSB_Cor_A_R1=%d, iRSB_Cor_B_R0=%d, iRSB_Cor_B_R1=%d)",
         iPower, iPA_DAC_Value, iMax_Power, iMin_Power, iWriteNVFlag, iRSB_Cor_A_R0, iRSB_Cor_A_R1,
         iRSB_Cor_B_R0, iRSB_Cor_B_R1);
-    if (!m_ftmLog.FTM_LOG_StartFTM_Log(kAutoCalLog)) {
+    if (!m_ftmLog.FTM_LOG_StartFTM_Log(kGsmCalibrationLogType)) {
         LogLine(m_frame, LOG_RET, "QLIB_FTM_DO_GSM_AUTOCAL() -- Error: failed to start FTM log");
         return false;
     }

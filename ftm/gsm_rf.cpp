@@ -1,4 +1,4 @@
-// Bursts, slots and power: settings that the handset confirms with any answer.
+// Bursts, slots and power. Any response to a setting confirms it.
 #include "ftm/gsm_rf.h"
 
 #include "ftm/gsm_rf_command.h"

@@ -1,18 +1,18 @@
 #include "ftm/gsm_test_session.h"
 
 #include "ftm/test_steps.h"
+#include "link/log_codes.h"
 #include "link/radio_test_records.h"
 #include "link/radio_test_status.h"
 
 namespace {
 
-constexpr unsigned short kGsmLogType = 0x1005;
 constexpr unsigned char kLogEquipment = 1;
 constexpr unsigned short kLogItems = 744;
 constexpr size_t kSlowAssociatedChannel = 4;
 constexpr FTM_GSM_BER_LoopbackType_Enum kNoLoopback{0};
 
-/// Whether the block has the record, and the record says what is waited for.
+/// True when the block has the record and the record reports success.
 bool IsConfirmed(const GSM_BER_State& state, log_FTM2_GSM_BER_log_id_enum eId) {
     if (TestRecordName(eId) == nullptr || state.aReceived[eId] == 0)
         return false;

@@ -8,12 +8,12 @@ namespace {
 constexpr int kStartAttempts = 2;
 constexpr const char* kWaitForStop = "WaitForHSDPA_BER_Update( LOG_FTM2_HSDPA_STOP_MODE_CNF )";
 
-/// The names that the waits log; the records' own begin with FTM_LOG.
+/// The names that the waits log. The records' own names begin with FTM_LOG.
 constexpr const char* kIndicationNames[] = {"LOG_FTM2_HSDPA_HS_CHANNEL_START_IND",
                                             "LOG_FTM2_HSDPA_HS_CHANNEL_STOP_IND",
                                             "LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND"};
 
-/// The HARQ processes of a reference set, each with a memory partition of the same size.
+/// The HARQ processes of a reference set. Each has a memory partition of the same size.
 struct HSet {
     unsigned char iNumber;
     unsigned char iProcesses;
@@ -47,7 +47,7 @@ bool HsdpaTestSession::FTM_HSDPA_BER_StartSession() {
     if (m_sessions.IsRadioSessionActive(RadioSession::Hsdpa) && !StopChannels().bExchanged)
         eStart = HsdpaStart::Failed;
     for (int i = 0; i < kStartAttempts && eStart == HsdpaStart::Again; ++i) {
-        // What the attempt before brought about must not confirm this one.
+        // A late confirmation of the previous attempt must not confirm this one.
         if (i > 0)
             FTM_HSDPA_BER_ClearStatus();
         eStart = TryHsdpaStart();

@@ -10,7 +10,7 @@ namespace {
 
 constexpr unsigned char kRead = 1;
 
-/// The fields of a moment, in their order on the wire.
+/// The fields of a date and time, in wire order.
 struct Moment {
     unsigned char& iTimeMode;
     unsigned char& iMonth;
@@ -21,7 +21,7 @@ struct Moment {
     unsigned char& iSecond;
 };
 
-/// A command that sets or gets a moment; in front of it stand read/write and, for an alarm, its id.
+/// A command that sets or reads a date and time. They are preceded by read/write and, for an alarm, its id.
 struct MomentCommand {
     const char* sMethod;
     unsigned char iSubcommand;

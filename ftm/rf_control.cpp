@@ -13,7 +13,7 @@ constexpr FTM_Mode_Id_Enum kFactoryVariant{3};
 constexpr FTM_Mode_Id_Enum kSlowMode{2};
 constexpr std::chrono::milliseconds kSettling(100);
 
-/// Which RF modes are served in which system mode.
+/// The system mode of each supported RF mode.
 struct ServedRfMode {
     int iRfMode;
     FTM_Mode_Id_Enum eSystemMode;

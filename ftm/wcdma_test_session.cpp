@@ -1,16 +1,15 @@
 #include "ftm/wcdma_test_session.h"
 
 #include "ftm/test_steps.h"
+#include "link/log_codes.h"
 #include "link/radio_test_records.h"
 #include "link/radio_test_status.h"
 
 namespace {
 
-constexpr unsigned short kAgcLogType = 0x1004;
-constexpr unsigned short kWcdmaLogType = 0x1006;
 constexpr int kStartAttempts = 2;
 
-/// Whether the block has the record, and the record's status is that of success.
+/// True when the block has the record and the record reports success.
 bool IsConfirmed(const WCDMA_BER_State& state, log_FTM2_WCDMA_BER_log_id_enum eId) {
     if (TestRecordName(eId) == nullptr || state.aReceived[eId] == 0)
         return false;

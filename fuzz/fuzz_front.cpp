@@ -4,7 +4,7 @@
 
 #include "hostile_phone.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
+#include "plugin/front.h"
 #include "plugin/listing.h"
 #include "plugin/transfer_progress.h"
 #include "portserver/port_server.h"
@@ -45,19 +45,21 @@ private:
 
 void SetUpHost() {
     setenv("QUILLET_DEVICE_ROOT", "/nonexistent", 1);
-    front.ProgressProc = [](int, char*, char*, int iPercent) {
+    TheFront().state.ProgressProc = [](int, char*, char*, int iPercent) {
         Require(iPercent >= 0 && iPercent <= 100);
         return bAbort ? 1 : 0;
     };
-    front.LogProc = [](int, int, char* sText) { Require(std::strlen(sText) > 0); };
-    front.RequestProc = [](int, int, char*, char* sText, char*, int) -> BOOL { return *sText != '\0'; };
+    TheFront().state.LogProc = [](int, int, char* sText) { Require(std::strlen(sText) > 0); };
+    TheFront().state.RequestProc = [](int, int, char*, char* sText, char*, int) -> BOOL {
+        return *sText != '\0';
+    };
 }
 
 void Connect() {
     AttachPortServer([] { return std::make_shared<Phone>(); });
     QLIB_SetQpstMode(1);
-    front.ContextHandle = QLIB_ConnectPort(1);
-    QLIB_ConfigureEfsCallbacks(front.ContextHandle, TransferProgress, OnDirEntry);
+    TheFront().state.ContextHandle = QLIB_ConnectPort(1);
+    QLIB_ConfigureEfsCallbacks(TheFront().state.ContextHandle, TransferProgress, OnDirEntry);
 }
 
 /// The host's buffer, with the guaranteed size and no more.

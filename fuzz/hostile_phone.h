@@ -53,7 +53,7 @@ public:
     void Stop() override {}
     bool Open(DWORD) override { return true; }
     void Close() override {}
-    int LastError() const override { return 0; }
+    PortError LastError() const override { return PortError::None; }
     bool OpensOnDemand() const override { return false; }
     bool Exchange(const LineRequest& request, LineResponse& response) override {
         std::vector<unsigned char> packet;

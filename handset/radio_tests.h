@@ -39,6 +39,10 @@ public:
     /// Takes the records since the last call, each with its delay.
     Delayed::Packets TakePackets() { return std::exchange(m_packets, {}); }
 
+    /// The test that runs, and its stage.
+    TestMode Running() const { return m_running; }
+    int Stage() const { return m_stage; }
+
 private:
     TestOutcome Decide(TestMode mode, uint16_t id) const;
 

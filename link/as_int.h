@@ -3,7 +3,7 @@
 
 #include "platform/types.h"
 
-/// AsInt gives a 32-bit value the type that "%d" and "%X" take on every system.
+/// AsInt converts a 32-bit value to the type that "%d" and "%X" expect on every system.
 constexpr int AsInt(DWORD iValue) {
     return static_cast<int>(iValue);
 }

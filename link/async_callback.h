@@ -1,6 +1,6 @@
-// The callback that sees received packets.
+// The callback for received packets.
 #pragma once
 
-/// Receives every packet of at least two bytes (iLength bytes with the two FCS bytes), on the delivery
-/// thread.
+/// Called on the delivery thread with every received packet of at least two bytes; iLength includes the two
+/// FCS bytes.
 using AsyncMessageCallBack = void (*)(unsigned short iLength, unsigned char* pPacket, void* pUserData);

@@ -1,11 +1,13 @@
-// What a connection can do with a serial line besides requests.
+// The operations of a connection that need a serial line, apart from requests.
 #include "link/connection_state.h"
 #include "link/diag_connection.h"
 #include "link/packet_codes.h"
+#include "link/packet_view.h"
 
 namespace {
 
 constexpr DWORD kDataModeTimeOut_ms = 80;
+constexpr size_t kModeOffset = 1; // in the response: the mode that the phone is in now
 
 } // namespace
 
@@ -54,7 +56,7 @@ bool DiagConnection::SwitchPhoneToDataMode() {
     unsigned char aResponse[kMaxPacketSize];
     unsigned short iSize = sizeof aResponse;
     return SendSync(1, &kDataModeRequest, &iSize, aResponse, kDataModeRequest, kDataModeTimeOut_ms, 0) &&
-           iSize >= 2 && aResponse[1] == 1;
+           PacketView({aResponse, iSize}).U8(kModeOffset) == 1;
 }
 
 bool DiagConnection::SetDTR_State(bool bSetDTR_High) {

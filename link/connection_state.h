@@ -1,4 +1,4 @@
-// What a connection consists of.
+// The parts of a connection.
 #pragma once
 
 #include <array>
@@ -14,10 +14,10 @@
 #include "platform/module_pin.h"
 #include "platform/types.h"
 
-/// ConnectionState holds the parts of one DiagConnection. The connection's own code and ConnectionAccess use
-/// it; programs cannot reach it.
+/// ConnectionState holds the parts of one DiagConnection. Only the connection itself and ConnectionAccess use
+/// it.
 ///
-/// Threads: the listener, the queues and the log may be used by any thread, the rest belongs to the caller's.
+/// Threads: any thread may use the listener, the queues and the log; everything else belongs to the caller's.
 struct ConnectionState {
     struct TimerEntry {
         DWORD iHandle;
@@ -26,7 +26,7 @@ struct ConnectionState {
 
     explicit ConnectionState(std::unique_ptr<Transport> pLineToUse);
 
-    const ModulePin pin; // held until the threads are gone
+    const ModulePin pin; // held until the threads have ended
     bool bIsConnected = false;
     bool bPlaybackMode = false;
     bool bData2DiagSearch = true;
@@ -34,10 +34,10 @@ struct ConnectionState {
     std::array<DWORD, kTimeOutCount> aTimeOuts{};
     std::vector<TimerEntry> timers;
 
-    // Each member may use the ones above it, from its own thread too.
+    // Each member may use the ones above it, also from its own thread.
     DataLogFileHandler textLog;
     CQLibMessageQueue syncQueue;    // command responses
-    CQLibMessageQueue asyncQueue;   // what the phone sent unasked while phone logging was on
+    CQLibMessageQueue asyncQueue;   // unsolicited packets, while phone logging was on
     CQLibMessageQueue delayedQueue; // delayed responses that a command accepted
     CQLibEventListener listener;
     std::unique_ptr<Transport> pLine;

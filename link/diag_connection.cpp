@@ -57,6 +57,10 @@ bool DiagConnection::OpenPort() {
     return m_pState->bIsConnected;
 }
 
+PortError DiagConnection::GetPortError() const {
+    return m_pState->pLine->LastError();
+}
+
 bool DiagConnection::ClosePort() {
     if (!m_pState->bIsConnected)
         return true;

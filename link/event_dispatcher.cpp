@@ -48,7 +48,7 @@ void CQLibEventDispatcher::Stop() {
     m_posted.notify_one();
     std::thread thread;
     {
-        // The join must not hold the list lock: the delivery in progress may need it.
+        // Joining under the list lock would deadlock: the delivery in progress may need it.
         const std::lock_guard lock(m_listLock);
         thread.swap(m_thread);
     }

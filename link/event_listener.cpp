@@ -15,10 +15,10 @@
 
 namespace {
 
-constexpr size_t kLeastPacketSize = 2; // shorter ones are noise on the line
+constexpr size_t kLeastPacketSize = 2; // shorter ones are line noise
 constexpr unsigned char kNotSeen = 0;
 
-/// An event report whose length field is 0 is the phone's answer to an event-report control request.
+/// An event report with a length field of 0 is the response to an event-report control request.
 bool IsEventControlAnswer(std::span<const unsigned char> packet) {
     return packet.size() >= 3 && packet[0] == kEventReport && packet[1] == 0 && packet[2] == 0;
 }

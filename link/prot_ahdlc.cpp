@@ -142,7 +142,7 @@ bool CProtAHDLC::TryRate(DWORD iRate) {
 bool CProtAHDLC::AskForDiagMode() {
     const auto iSize = static_cast<int>(kDiagModeCommand.size());
     if (m_pPort->Send(reinterpret_cast<const unsigned char*>(kDiagModeCommand.data()), iSize) != iSize)
-        return false; // nobody was asked, so nobody will answer
+        return false; // the request did not go out, so no reply will come
     const auto deadline = Clock::now() + Milliseconds(kDiagModeTry_ms);
     unsigned char aAnswer[kDiagModeAnswerSize];
     size_t iRead = 0;

@@ -50,7 +50,8 @@ void SerialLine::Stop() {
 // --- The port ---------------------------------------------------------------------------------------
 
 bool SerialLine::Open(DWORD) {
-    if (!m_dispatcher.StartDelivery()) {
+    m_bDeliveryFailed = !m_dispatcher.StartDelivery();
+    if (m_bDeliveryFailed) {
         Log().LogMessage(LOG_ERR, "Error. No thread for deliveries.");
         return false;
     }
@@ -62,8 +63,8 @@ void SerialLine::Close() {
         m_pLink->Close();
 }
 
-int SerialLine::LastError() const {
-    return m_pLink->LastError();
+PortError SerialLine::LastError() const {
+    return m_bDeliveryFailed ? PortError::Other : m_pLink->OpenError();
 }
 
 bool SerialLine::SwitchToDiagMode() {

@@ -1,4 +1,4 @@
-// The line of a connection over a COM port of this machine.
+// The line of a connection over a COM port of this computer.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@
 #include "link/transport.h"
 
 /// SerialLine sends frames through a COM port and matches responses to requests by their first byte. It owns
-/// the port, the receive thread and the delivery thread, and joins both in Stop.
+/// the port, the receive thread and the delivery thread. Stop joins both threads.
 class SerialLine : public Transport, private SerialControls {
 public:
     explicit SerialLine(int iComPort) : m_iComPort(iComPort) {}
@@ -20,10 +20,10 @@ public:
     void Stop() override;
     bool Open(DWORD iServerTimeOut_ms) override;
     void Close() override;
-    int LastError() const override;
+    PortError LastError() const override;
     bool OpensOnDemand() const override { return true; }
-    /// Packets that arrived before the request are discarded; those with another first byte than the awaited
-    /// one are logged and discarded.
+    /// Packets that arrived before the request are discarded; later ones with an unexpected first byte are
+    /// logged and discarded.
     bool Exchange(const LineRequest& request, LineResponse& response) override;
     bool SwitchToDiagMode() override;
     bool AddListener(CQLibEvents_Listener* pListener, CQLibEvents_Filter* pFilter) override;
@@ -48,15 +48,16 @@ private:
     bool WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByte, QueueItem& reply);
 
     const int m_iComPort;
-    std::optional<LineOwner> m_owner; // from Start on
+    std::optional<LineOwner> m_owner; // set by Start
     CQLibEventDispatcher m_dispatcher;
-    std::unique_ptr<CQLibCommManager> m_pLink; // from Start on
+    bool m_bDeliveryFailed = false;            // the last Open could not start its thread
+    std::unique_ptr<CQLibCommManager> m_pLink; // set by Start
 };
 
-/// MakeLine makes the line of a connection on a COM port: a SerialLine, or what a test has put in its place.
+/// MakeLine makes the line of a connection on a COM port: a SerialLine, or what a test has substituted.
 std::unique_ptr<Transport> MakeLine(int iComPort);
 
-/// ReplaceLines has later connections use other lines (null: serial lines again). For tests and fuzzers,
-/// which watch or replace the line; call it while no other thread makes connections.
+/// ReplaceLines sets the maker of later connections' lines (null: SerialLine). It lets tests and fuzzers
+/// watch or replace the line. No other thread may make connections during the call.
 using LineMaker = std::function<std::unique_ptr<Transport>(int iComPort)>;
 void ReplaceLines(LineMaker maker);

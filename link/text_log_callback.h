@@ -1,11 +1,11 @@
-// What a receiver of the text log gets, and the categories of its messages.
+// The records that the text-log callback receives, and the categories of messages.
 #pragma once
 
 #include "platform/types.h"
 
-// <syslog.h> defines some of these names as macros. They are put aside here, so that both headers can be
-// included in either order; where both are, the unscoped name means that of <syslog.h>, and a program writes
-// the category's number.
+// <syslog.h> defines some of these names as macros. They are suspended here, so that both headers can be
+// included in either order. Where both are, the unqualified name is that of <syslog.h>, and a program uses
+// the number of the category.
 #pragma push_macro("LOG_ERR")
 #undef LOG_ERR
 
@@ -14,7 +14,7 @@ enum LogCategory : unsigned {
     LOG_IO = 0x0001,       // bytes sent and received
     LOG_FN = 0x0002,       // a library operation with its arguments
     LOG_RET = 0x0004,      // its result
-    LOG_ASYNC = 0x0008,    // unsolicited traffic of the phone
+    LOG_ASYNC = 0x0008,    // unsolicited packets
     LOG_ERR = 0x0010,      // errors of the exchange
     LOG_IO_AHDLC = 0x0020, // framing ...
     LOG_FN_AHDLC = 0x0040,
@@ -30,7 +30,7 @@ enum LogCategory : unsigned {
 
 #pragma pop_macro("LOG_ERR")
 
-/// The mask that a started log uses unless told otherwise: operations, results, traffic, errors.
+/// The mask of a log that is started without another: operations, results, packets, errors.
 constexpr unsigned kDefaultLogFlags = 0x421F;
 
 /// What the log callback receives: 1008 bytes.
@@ -42,5 +42,5 @@ struct TextLogRecord {
 };
 static_assert(sizeof(TextLogRecord) == 1008);
 
-/// Receives every written message, on the thread that writes it; iSize is 1008. It may log itself.
+/// Called with every written message, on the thread that writes it; iSize is 1008. It may log.
 using TextLogCallBack = void (*)(unsigned short iSize, unsigned char* pRecord, void* pUserData);

@@ -1,4 +1,4 @@
-// The table of a connection's time-outs, and its values at first.
+// The table of a connection's time-outs and their defaults.
 #pragma once
 
 #include <array>
@@ -9,11 +9,11 @@
 /// The number of time-outs.
 constexpr int kTimeOutCount = 7;
 
-/// Their values before anybody changes them, in ms.
+/// Their defaults, in ms.
 inline constexpr std::array<DWORD, kTimeOutCount> kDefaultTimeOuts = {4000, 80,    200,  1000,
                                                                       6000, 10000, 10000};
 
-/// IsTimeOutId tells whether there is a time-out of that number.
+/// IsTimeOutId returns whether a number is that of a time-out.
 constexpr bool IsTimeOutId(QMSL_TimeOutType_Enum eTimeOutId) {
     return eTimeOutId >= 0 && eTimeOutId < kTimeOutCount;
 }

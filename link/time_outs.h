@@ -1,7 +1,7 @@
 // The configurable time-outs of a connection.
 #pragma once
 
-/// Which time-out: the index into the connection's table.
+/// Identifies a time-out: its index in the connection's table.
 enum QMSL_TimeOutType_Enum : int {
     QMSL_TimeOut_SyncRequest = 0,      // an ordinary request
     QMSL_TimeOut_PhoneCheck = 1,       // each of the two requests of the phone check

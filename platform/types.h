@@ -1,4 +1,4 @@
-// The 32-bit values that the interface calls `unsigned long` and `long`.
+// The 32-bit values that interfaces call `unsigned long` and `long`.
 #pragma once
 
 #include <type_traits>

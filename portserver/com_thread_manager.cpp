@@ -6,7 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "link/clock.h"
 #include "platform/com_apartment.h"
+#include "platform/module_pin.h"
 #include "platform/wait_event.h"
 #include "portserver/function_dispatcher.h"
 
@@ -31,15 +33,15 @@ struct ComThreadManager::Work {
 };
 
 struct ComThreadManager::Shared {
-    WaitEvent mutex{true}; // set while no call is being made: a mutex that can be waited for with a limit
+    WaitEvent mutex{true}; // set while no call is being made: a mutex with a time limit for waiting
     WaitEvent workToDo;
     WaitEvent workFinished;
     WaitEvent stop;
-    WaitEvent signal; // the worker is ready; the worker has ended
+    WaitEvent signal; // the worker is ready, later: the worker has ended
 
     std::mutex lock;
-    std::shared_ptr<Work> pWork;                  // under lock: what the worker takes next
-    std::vector<std::shared_ptr<void>> leftovers; // under lock: what it drops
+    std::shared_ptr<Work> pWork;                  // under lock: the worker's next call
+    std::vector<std::shared_ptr<void>> leftovers; // under lock: what the worker is to release
     std::thread::id worker;                       // written before the worker is ready
 
     void RunWork();
@@ -55,7 +57,8 @@ ServerFault ComThreadManager::TryUse(std::shared_ptr<ComThreadManager>& pManager
     });
 }
 
-ComThreadManager::ComThreadManager() : m_pShared(std::make_shared<Shared>()) {
+ComThreadManager::ComThreadManager()
+    : m_pPin(std::make_unique<ModulePin>()), m_pShared(std::make_shared<Shared>()) {
     if (!m_pShared->mutex.IsValid())
         throw ComThreadManagerException("ComThreadManager::ComThreadManager - Unable to creat a mutex");
     for (const WaitEvent* pEvent :
@@ -71,7 +74,7 @@ ComThreadManager::~ComThreadManager() {
     if (m_pShared->signal.Wait(kEndLimit_ms)) {
         m_worker.join();
     } else {
-        m_pin.KeepForGood();
+        m_pPin->KeepForGood();
         m_worker.detach();
     }
 }
@@ -147,7 +150,7 @@ void ComThreadManager::Shared::RunWork() {
     pTaken->pDispatcher->Run(pTaken->pArgument.get());
     const std::lock_guard guard(lock);
     pTaken->bEnded = true;
-    // A caller that has given up waits for nothing any more, and the next one waits for its own call.
+    // After giving up, the caller no longer waits; the event would end the wait of the next one.
     if (!pTaken->bGivenUp)
         workFinished.Set();
 }

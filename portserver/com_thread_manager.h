@@ -1,30 +1,30 @@
-// The one thread of the process on which a port server is used.
+// The process's only thread for port servers.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
 
-#include "link/clock.h"
 #include "platform/export.h"
-#include "platform/module_pin.h"
 #include "platform/types.h"
 #include "portserver/server_fault.h"
 
 class FunctionDispatcher;
+class ModulePin;
 
-/// ComThreadManager carries calls to its worker thread, one at a time for the whole process. The objects of a
-/// port server belong to the thread that made them, so that thread makes, calls and destroys them all.
+/// ComThreadManager runs calls on its worker thread, one at a time for the whole process. A port server's
+/// objects belong to the thread that made them, so this thread makes, calls and destroys them all.
 ///
-/// It is made by the first client and ends with the last: the worker then destroys what was given to it,
-/// leaves the automation and is joined. A worker that a server holds in a call that never returns cannot be
-/// ended: it is left behind after kEndLimit_ms, with everything it touches, and the library stays in the
-/// process for good (on Linux, where it does not, it must not be unloaded before that).
+/// The first client creates it, the last client's end destroys it: the worker then destroys the objects
+/// released to it, leaves the COM apartment and is joined. A worker that is stuck in a call of a server
+/// cannot be ended. It is detached after kEndLimit_ms, with everything that it uses, and the library stays in
+/// the process for good (on Linux, where it does not, it must not be unloaded before the call returns).
 ///
-/// Threads: every function may be called from any thread. On the worker thread itself (from inside a call)
-/// executeFunction runs the call at once.
+/// Threads: any thread may call any function. On the worker thread itself (inside a call) executeFunction
+/// makes the call directly.
 class QUILLET_API ComThreadManager {
 public:
     /// The system refused the mutex or an event.
@@ -33,7 +33,7 @@ public:
         using std::runtime_error::runtime_error;
     };
 
-    /// A call did not end in time.
+    /// A call did not finish in time.
     class QUILLET_API TimeoutException : public std::runtime_error {
     public:
         using std::runtime_error::runtime_error;
@@ -41,11 +41,11 @@ public:
 
     static constexpr DWORD kEndLimit_ms = 2000;
 
-    /// When a call that is being made showed the last sign of life. Called on the caller's thread.
-    using LastSign = std::function<Clock::time_point()>;
+    /// The time of the latest sign of life of the running call. Called on the caller's thread.
+    using LastSign = std::function<std::chrono::steady_clock::time_point()>;
 
-    /// Use gives the manager of the process, which lives as long as somebody holds it. Throws
-    /// ComThreadManagerException, or std::system_error when there is no thread to be had.
+    /// Use returns the process's manager, which lives as long as one of its users holds it. Throws
+    /// ComThreadManagerException, or std::system_error when no thread can be created.
     QUILLET_API_INLINE static std::shared_ptr<ComThreadManager> Use() {
         std::shared_ptr<ComThreadManager> pManager;
         TryUse(pManager).Raise();
@@ -57,11 +57,11 @@ public:
     ComThreadManager(const ComThreadManager&) = delete;
     ComThreadManager& operator=(const ComThreadManager&) = delete;
 
-    /// executeFunction runs the dispatcher with the argument on the worker thread and waits for its end, at
-    /// most iTimeOut_ms from now on, waiting for other calls included. Throws TimeoutException: a call that
-    /// had not begun never will; one that had goes on alone and keeps dispatcher and argument alive, so
-    /// nothing that it writes to may be looked at any more. What the call itself throws is not thrown here,
-    /// see FunctionDispatcher::ErrorText. With lastSign, the limit begins anew with each sign of life.
+    /// executeFunction runs the dispatcher with the argument on the worker thread and waits for it to finish,
+    /// at most iTimeOut_ms, including the wait for other calls. Throws TimeoutException. A call that had not
+    /// begun then never will; one that had continues alone and keeps dispatcher and argument alive, so the
+    /// caller must not look at anything that it writes. Exceptions of the call itself are not thrown here
+    /// (see FunctionDispatcher::ErrorText). With lastSign, every sign of life restarts the time limit.
     QUILLET_API_INLINE void executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
                                             const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms) {
         TryExecute(pDispatcher, pArgument, iTimeOut_ms, {}).Raise();
@@ -72,7 +72,7 @@ public:
         TryExecute(pDispatcher, pArgument, iTimeOut_ms, lastSign).Raise();
     }
 
-    /// ReleaseOnThread lets the worker drop an object as soon as it is free. Does not wait.
+    /// ReleaseOnThread makes the worker release an object when it is idle. Does not wait.
     void ReleaseOnThread(std::shared_ptr<void> pObject);
 
 private:
@@ -87,8 +87,8 @@ private:
                  const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms, const LastSign& lastSign);
     static void WorkerThread(const std::shared_ptr<Shared>& pShared);
 
-    ModulePin m_pin;
-    const std::shared_ptr<Shared> m_pShared; // the worker holds it too
+    const std::unique_ptr<ModulePin> m_pPin;
+    const std::shared_ptr<Shared> m_pShared; // shared with the worker
     std::thread m_worker;
 };
 

@@ -3,12 +3,14 @@
 #include <mutex>
 #include <utility>
 
+#include "portserver/make_port_server.h"
+
 namespace {
 
 std::mutex g_lock;
 CaughtServerFactory g_factory; // under g_lock
 
-// The passage in the library, to a view of a program's: what went wrong there is thrown here.
+/// The library's side, with a view from a program: throws here what the view stored in `fault`.
 struct FaultThrower {
     template <class Call>
     static auto Pass(const ServerFault& fault, Call call) {

@@ -7,7 +7,7 @@
 #include "link/delivered_packet.h"
 #include "link/event_dispatcher.h"
 
-/// PacketListeners hands the server's packets to the listeners, under its lock.
+/// PacketListeners delivers the server's packets to the listeners, under its lock.
 class PacketListeners : public PacketEvents {
 public:
     void packetReceived(std::span<unsigned char> packet) override {
@@ -46,7 +46,7 @@ struct SyncCall {
     Bytes response = {};    // out
 };
 
-// The two requests of the phone check change nothing in the phone, so they may be sent twice.
+/// The two requests of the phone check do not change the phone, so they may be sent twice.
 bool IsPhoneCheck(const Bytes& request) {
     return !request.empty() && (request[0] == kLoopbackRequest || request[0] == kVersionRequest);
 }

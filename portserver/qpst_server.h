@@ -11,38 +11,37 @@
 class CQLibEvents_Listener;
 class PacketListeners;
 
-/// QpstServer is the client of a port server that exchanges packets with one phone. Operations throw:
-/// ServerException with the reason, or ComThreadManager::TimeoutException when the server does not come back
-/// (kGrace_ms after the operation's own time-out).
+/// QpstServer is the client of a port server that exchanges packets with one phone. Operations throw
+/// ServerException with the reason, or ComThreadManager::TimeoutException when the server does not return
+/// within the operation's own time-out plus kGrace_ms.
 ///
-/// One thread at a time; each operation blocks until the server has answered.
+/// One thread at a time; each operation blocks until the server has responded.
 ///
-/// What throws has its body here, so that it throws in the caller's module (see ServerFault); the library's
-/// half is a Try... member.
+/// Operations that throw have their bodies here, so that they throw in the caller's module (see ServerFault);
+/// the library's part is a Try... member.
 class QUILLET_API QpstServer : public Dispatched<QpstServer, ServerClient> {
 public:
-    /// Throws when there is no automation thread to be had. The server is started by the first operation.
+    /// Throws when no automation thread can be created. The server is started by the first operation.
     QUILLET_API_INLINE explicit QpstServer(const char* sClientName)
         : QpstServer(sClientName, ComThreadManager::Use()) {}
-    /// Listeners are not called any more afterwards.
+    /// Listeners are not called afterwards.
     ~QpstServer() override;
 
-    /// connect starts the server and selects a COM port (65535: none in particular). May be repeated, also
-    /// for another port. Everything but the lists and the listeners needs it.
+    /// connect starts the server and selects a COM port (65535: no particular port). May be called again,
+    /// also for another port. Required before all operations but the lists and the listeners.
     QUILLET_API_INLINE void connect(unsigned short iComPort, DWORD iTimeOut_ms) {
         TryConnect(iComPort, iTimeOut_ms).Raise();
     }
 
     /// sendSync exchanges one packet without framing. *piResponseSize in: capacity of piResponse; out: bytes
-    /// written. Throws "Timeout waiting for response" when the phone does not answer; both are unchanged
-    /// then.
+    /// written. When the phone does not respond, throws "Timeout waiting for response" and changes neither.
     QUILLET_API_INLINE void sendSync(unsigned short iRequestSize, const unsigned char* piRequest,
                                      unsigned short* piResponseSize, unsigned char* piResponse,
                                      DWORD iTimeOut_ms) {
         TrySendSync(iRequestSize, piRequest, piResponseSize, piResponse, iTimeOut_ms).Raise();
     }
-    /// readNv fills piData (iLength bytes) with an NV item, rest zero; writeNv writes one. False when the
-    /// phone refuses.
+    /// readNv reads an NV item into piData (iLength bytes, padded with zeros); writeNv writes one. False when
+    /// the phone refuses.
     QUILLET_API_INLINE bool readNv(unsigned short iItem, unsigned char* piData, unsigned short iLength) {
         bool bDone = false;
         TryReadNv(iItem, piData, iLength, bDone).Raise();
@@ -65,18 +64,19 @@ public:
     QUILLET_API_INLINE bool sendTmob(const char* sText) {
         return Control("sendTmob", PhoneControl::SendTmob, sText);
     }
-    /// detectBadPhoneMode: true when the phone is in a mode that needs repair.
+    /// detectBadPhoneMode returns true when the phone is in a mode that needs repair.
     QUILLET_API_INLINE bool detectBadPhoneMode() {
         return Control("detectBadPhoneMode", PhoneControl::DetectBadPhoneMode);
     }
-    /// getDiagVerno writes the version of the phone's diagnostic protocol.
+    /// getDiagVerno stores the version of the phone's diagnostic protocol.
     QUILLET_API_INLINE bool getDiagVerno(DWORD& iVersion) {
         return Control("getDiagVerno", PhoneControl::GetDiagVerno, nullptr, &iVersion);
     }
-    /// reset restarts the phone and waits until it answers again. Throws when it does not within iTimeOut_ms.
+    /// reset restarts the phone and waits until it responds again. Throws when that takes more than
+    /// iTimeOut_ms.
     QUILLET_API_INLINE void reset(DWORD iTimeOut_ms) { TryReset(iTimeOut_ms).Raise(); }
 
-    /// The names of the server's ports ("COM5"), and its phones.
+    /// Return the names of the server's ports ("COM5"), and its phones.
     QUILLET_API_INLINE std::vector<std::string> getPortList() {
         std::vector<std::string> names;
         TryGetPortList(names).Raise();
@@ -88,9 +88,9 @@ public:
         return phones;
     }
 
-    /// addEventListener lets pListener see the packets that the phone sends by itself (with two FCS bytes),
-    /// on a thread of the server's, until removeEventListener, which waits for a delivery that is under way.
-    /// A listener must not add or remove listeners.
+    /// addEventListener registers pListener for unsolicited packets of the phone (with two FCS bytes), which
+    /// it receives on a thread of the server. removeEventListener waits for a delivery in progress. A
+    /// listener must not add or remove listeners.
     void addEventListener(CQLibEvents_Listener* pListener);
     void removeEventListener(CQLibEvents_Listener* pListener);
 
@@ -128,7 +128,7 @@ private:
     void getPortListImpl(void* pCall);
     void getPhoneListImpl(void* pCall);
 
-    std::shared_ptr<PacketListeners> m_pListeners; // the server holds it too; null in a copy
+    std::shared_ptr<PacketListeners> m_pListeners; // shared with the server; null in a copy
 };
 
 extern template class FunctionDispatcherHelper<QpstServer>;

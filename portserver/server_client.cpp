@@ -2,11 +2,14 @@
 
 #include <utility>
 
-/// What a client and the calls that it makes know of the server.
+#include "platform/wait_event.h"
+#include "portserver/make_port_server.h"
+
+/// The server, as a client and its calls share it.
 struct ServerClient::Session {
-    std::shared_ptr<PortServer> pServer; // the automation thread's alone; null: not started, or lost
-    // Written by the automation thread, read by any:
-    std::atomic<bool> bAttached = false; // pServer is there
+    std::shared_ptr<PortServer> pServer; // automation thread only; null: not started, or lost
+    // Written by the automation thread, read by any thread:
+    std::atomic<bool> bAttached = false; // pServer exists
     std::atomic<bool> bOnPort = false;   // and has selected a port
 };
 
@@ -25,6 +28,10 @@ struct PortCall {
 };
 
 } // namespace
+
+DWORD ServerClient::WithGrace(DWORD iTimeOut_ms) {
+    return iTimeOut_ms < kWaitForever - kGrace_ms ? iTimeOut_ms + kGrace_ms : kWaitForever;
+}
 
 ServerClient::ServerClient(const char* sClass, const char* sClientName,
                            std::shared_ptr<ComThreadManager> pComThread)
@@ -46,7 +53,7 @@ PortServer& ServerClient::Server() const {
 
 void ServerClient::WatchServer(const std::function<void()>& call) const {
     Session& session = *m_pSession;
-    // The view outlives the call even if a call from inside of it loses the server.
+    // Keeps the view alive if a nested call loses the server.
     const std::shared_ptr<PortServer> pInUse = session.pServer;
     try {
         call();
@@ -82,7 +89,7 @@ void ServerClient::Initialize() {
 
 void ServerClient::initializeImpl(void* pArgument) {
     const StartCall& call = *static_cast<StartCall*>(pArgument);
-    if (HasServer()) // made for a caller who had stopped waiting
+    if (HasServer()) // by an earlier call, whose caller stopped waiting
         return;
     std::shared_ptr<PortServer> pServer = MakePortServer();
     if (pServer == nullptr)

@@ -1,4 +1,4 @@
-// What every client of a port server has: its name, the thread that carries its calls, the server itself.
+// The common part of all clients of a port server: name, server, and the thread that runs the calls.
 #pragma once
 
 #include <atomic>
@@ -9,28 +9,27 @@
 
 #include "platform/export.h"
 #include "platform/types.h"
-#include "platform/wait_event.h"
 #include "portserver/com_thread_manager.h"
 #include "portserver/function_dispatcher.h"
 #include "portserver/port_server.h"
 
-/// The port number that stands for no particular port.
+/// The port number that means no particular port.
 constexpr unsigned short kNoParticularPort = 65535;
 
-/// ServerClient starts the server and carries calls to it. Operations of one client belong to one thread at a
-/// time; an operation's ...Impl member runs on the automation thread and touches nothing but the server and
-/// the record that it was given, which the caller reads when the call has ended.
+/// ServerClient starts the server and runs calls to it. One thread at a time may use a client. An operation's
+/// ...Impl member runs on the automation thread and uses nothing but the server and the record passed to it,
+/// which the caller reads when the call has finished.
 ///
-/// A server that throws out of one of its functions is lost: its view is given up there and then, on the
-/// automation thread. A client that was connected starts the server anew and selects its port again with the
-/// next operation. The operation in which the server was lost fails, because nobody knows how far it came;
-/// those that may be done twice (connecting, the lists, the phone check) are done over at once.
+/// A server whose function throws anything but ServerException is lost: the automation thread releases its
+/// view at once. If the client was connected, its next operation restarts the server and selects the port
+/// again. The operation that lost the server fails, because its progress is unknown; those that may be
+/// repeated (connecting, the lists, the phone check) are repeated at once.
 ///
-/// A copy is what a call runs on: it shares the server and has nothing else of the client.
+/// Calls run on a copy of the client, which shares the server and nothing else.
 class QUILLET_API ServerClient {
 public:
-    /// sClass begins the error texts; the server is started by the first operation that needs it. Takes the
-    /// thread, which the public constructors ask for where a failure may be thrown.
+    /// sClass begins the error texts. The first operation that needs the server starts it. The thread is a
+    /// parameter because only the public constructors may throw when there is none.
     ServerClient(const char* sClass, const char* sClientName, std::shared_ptr<ComThreadManager> pComThread);
     virtual ~ServerClient();
     ServerClient& operator=(const ServerClient&) = delete;
@@ -40,23 +39,20 @@ protected:
     using ImplWithArgument = void (ServerClient::*)(void*);
     using DispatcherPointer = std::shared_ptr<FunctionDispatcher>;
 
-    /// The limit of a call that brings none of its own, and what every other call gets on top of its own so
-    /// that the server can keep it.
+    /// kCallLimit_ms limits calls without a time-out of their own. Other calls get kGrace_ms on top of their
+    /// time-out, so that the server can enforce it first.
     static constexpr DWORD kCallLimit_ms = 10000;
     static constexpr DWORD kGrace_ms = 2000;
-    static constexpr DWORD WithGrace(DWORD iTimeOut_ms) {
-        return iTimeOut_ms < kWaitForever - kGrace_ms ? iTimeOut_ms + kGrace_ms : kWaitForever;
-    }
+    static DWORD WithGrace(DWORD iTimeOut_ms);
 
     ServerClient(const ServerClient& other) : m_pSession(other.m_pSession) {}
 
-    /// MakeDispatcher makes the call of one member of the derived class.
+    /// MakeDispatcher makes the call of a member of the derived class.
     virtual DispatcherPointer MakeDispatcher(std::string sOperation, Impl pImpl) const = 0;
     virtual DispatcherPointer MakeDispatcher(std::string sOperation, ImplWithArgument pImpl) const = 0;
 
-    /// Execute runs an Impl on the automation thread. Throws ServerException with the text of what went
-    /// wrong there, or ComThreadManager::TimeoutException.
-    /// lastSign: see ComThreadManager::executeFunction.
+    /// Execute runs an Impl on the automation thread. Throws ServerException with the error text of the call,
+    /// or ComThreadManager::TimeoutException. For lastSign see ComThreadManager::executeFunction.
     template <class Client>
     void Execute(const char* sName, void (Client::*pImpl)(void*), const std::shared_ptr<void>& pCall,
                  DWORD iLimit_ms, const ComThreadManager::LastSign& lastSign = {}) {
@@ -68,19 +64,19 @@ protected:
         Carry(MakeDispatcher(Operation(sName), static_cast<Impl>(pImpl)), nullptr, iLimit_ms, {});
     }
 
-    /// WantPackets names who receives the packets that the phone sends by itself. Before the server starts.
+    /// WantPackets sets the receiver of unsolicited packets. Called before the server starts.
     void WantPackets(std::shared_ptr<PacketEvents> pEvents) { m_pEvents = std::move(pEvents); }
-    /// Initialize starts the server and attaches to it, unless that was done and the server is still there.
-    /// Throws ServerException with the start-up text.
+    /// Initialize starts the server and attaches to it, unless that is done already and the server was not
+    /// lost. Throws ServerException with the start-up text.
     void Initialize();
-    /// ConnectTo starts the server and selects a port; a client that fails in it is not connected. Throws
+    /// ConnectTo starts the server and selects a port. If it fails, the client is not connected. Throws
     /// ServerException.
     void ConnectTo(const std::string& sPortName, DWORD iTimeOut_ms);
     /// RequireConnection throws ServerException when the client is not connected. Any thread.
     void RequireConnection(const char* sName) const;
-    /// RequireServer does the same, and brings back a server that was lost. Throws ServerException.
+    /// RequireServer is RequireConnection, but also restarts a lost server. Throws ServerException.
     void RequireServer(const char* sName);
-    /// TwiceIfLost runs a body that may be run twice: once more when the server was lost in it.
+    /// TwiceIfLost runs a repeatable body, and runs it again if the server was lost meanwhile.
     template <class Body>
     void TwiceIfLost(Body body) {
         const bool bHadServer = HasServer();
@@ -95,12 +91,13 @@ protected:
     }
     /// "EFS::EfsMkDir" for the name "EfsMkDir".
     std::string Operation(const char* sName) const { return m_sClass + "::" + sName; }
-    /// "COM5" for 5, nothing for kNoParticularPort.
+    /// "COM5" for 5, an empty text for kNoParticularPort.
     static std::string PortName(unsigned short iComPort);
 
-    /// The server; for Impl members. Throws ComException when it was lost.
+    /// The server, for Impl members. Throws ComException when it was lost.
     PortServer& Server() const;
-    /// WatchServer runs a call on the automation thread; when it throws, the server is lost.
+    /// WatchServer runs a call on the automation thread. The server is lost if it throws (but
+    /// ServerException).
     void WatchServer(const std::function<void()>& call) const;
 
 private:
@@ -117,13 +114,13 @@ private:
     const std::string m_sClientName;
     std::shared_ptr<PacketEvents> m_pEvents;
     std::shared_ptr<ComThreadManager> m_pComThread; // null in a copy
-    std::shared_ptr<Session> m_pSession;            // copies share it; given up on the automation thread
-    std::string m_sPortName;                        // the port that connecting was asked for
+    std::shared_ptr<Session> m_pSession;            // shared with copies; released on the automation thread
+    std::string m_sPortName;                        // the port to connect to
     DWORD m_iPortTimeOut_ms = 0;
-    std::atomic<bool> m_bConnected = false; // any thread reads it
+    std::atomic<bool> m_bConnected = false; // read by any thread
 };
 
-/// Dispatched completes a client: it makes the calls of the members of Client, which derives from it.
+/// Dispatched completes a client: it makes the calls of members of Client, the derived class.
 template <class Client, class Base>
 class Dispatched : public Base {
 protected:

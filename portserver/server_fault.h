@@ -1,37 +1,37 @@
-// What goes wrong on the port-server path, and its way between the library and the program.
+// The errors of the port-server path, and how they pass between the library and the program.
 #pragma once
 
 #include <stdexcept>
 #include <string>
 #include <utility>
 
-/// ServerException is what an operation of the port-server path raises; its text says which one and why.
+/// ServerException is thrown by operations of the port-server path; its text has operation and reason.
 class ServerException : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// ComException is how a PortServer reports that the automation itself failed (the program is gone, say).
+/// A PortServer throws ComException when the automation itself failed (the program is gone, say).
 class ComException : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// ServerFault is an exception on its way between two modules. On 32-bit Windows each module has an unwinder
-/// that knows the module's own frames only. An exception is therefore caught in the module that threw it
-/// (Of), returned as a ServerFault, and thrown again in the other one (Raise). Each module compiles both
-/// functions into itself.
+/// ServerFault carries an exception from one module to another. On 32-bit Windows the unwinder of each module
+/// knows that module's frames only. The module that throws therefore catches the exception (Of), returns it
+/// as a ServerFault, and the other module throws it again (Raise). Each module compiles both functions into
+/// itself.
 ///
-/// They are defined in com_thread_manager.h, because they name the exceptions of that class.
+/// They are defined in com_thread_manager.h, because they use the exceptions of that class.
 class ServerFault {
 public:
-    /// Nothing went wrong.
+    /// No error.
     ServerFault() = default;
     /// Of runs the body and returns what it threw.
     template <class Body>
     static ServerFault Of(Body body) noexcept;
-    /// Raise throws it: what the port-server path throws as what it was, anything else as std::runtime_error
-    /// with the same text.
+    /// Raise throws it again: exceptions of the port-server path with their own type, any other as
+    /// std::runtime_error with the same text.
     void Raise() const;
 
     explicit operator bool() const { return m_eKind != Kind::None; }
@@ -44,6 +44,6 @@ private:
         : m_eKind(eKind), m_iError(iError), m_sText(std::move(sText)) {}
 
     Kind m_eKind = Kind::None;
-    int m_iError = 0; // of the system
+    int m_iError = 0; // the system's error number
     std::string m_sText;
 };

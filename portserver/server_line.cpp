@@ -20,7 +20,7 @@ void ServerLine::Stop() {
     Close();
 }
 
-// Runs an operation of the server, which throws; false, with the reason in the log, when it did.
+/// Runs an operation of the server. If it throws, logs the reason and returns false.
 template <class Body>
 bool ServerLine::Reported(Body body) noexcept {
     try {
@@ -64,7 +64,7 @@ bool ServerLine::Exchange(const LineRequest& request, LineResponse& response) {
         log.LogHex(LOG_IO, item.data, item.length, "REC: ");
     });
     log.LogMessage(LOG_IO, "STACK TIME (ms):\t%d", AsInt(TickCount_ms() - iStart_ms));
-    // The server hands a response to its listeners as well. That copy is not waited for.
+    // The server also delivers responses to its listeners: discard the copy if it has arrived.
     QueueItem copy;
     m_owner->responses.Pop(&copy);
     if (!bAnswered)

@@ -7,9 +7,8 @@
 
 class QpstServer;
 
-/// ServerLine carries a connection's requests through a port server. It has no thread: packets that the phone
-/// sends unasked arrive on a thread of the server's path. A request on a line that is not open goes to the
-/// server as well, which refuses it.
+/// ServerLine sends a connection's requests through a port server. It has no thread: unsolicited packets
+/// arrive on a thread of the server. Requests on a closed line also go to the server, which refuses them.
 class ServerLine : public Transport {
 public:
     /// pServer is borrowed and must outlive the line; null: every operation fails.
@@ -18,10 +17,10 @@ public:
 
     void Start(const LineOwner& owner) override;
     void Stop() override;
-    /// Open selects the port at the server and listens to its packets.
+    /// Open selects the port on the server and registers for its packets.
     bool Open(DWORD iServerTimeOut_ms) override;
     void Close() override;
-    int LastError() const override { return 0; }
+    PortError LastError() const override { return PortError::None; }
     bool OpensOnDemand() const override { return false; }
     bool Exchange(const LineRequest& request, LineResponse& response) override;
     bool SwitchToDiagMode() override { return false; }
@@ -35,6 +34,6 @@ private:
 
     QpstServer* const m_pServer;
     const int m_iComPort;
-    std::optional<LineOwner> m_owner; // from Start on
+    std::optional<LineOwner> m_owner; // set by Start
     bool m_bIsOpen = false;
 };

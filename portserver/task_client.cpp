@@ -11,7 +11,7 @@
 #include "link/time_out_table.h"
 #include "platform/wait_event.h"
 
-/// TaskRun collects what the server reports about one task, from whatever thread, until the caller looks.
+/// TaskRun collects the server's reports on one task, from any thread, until the caller takes them.
 class TaskRun : public TaskEvents {
 public:
     void entryListed(const EfsDirItem& item) override {
@@ -39,7 +39,7 @@ public:
     };
     struct State {
         std::vector<EfsDirItem> entries;
-        std::optional<Progress> progress; // the newest that was not taken yet
+        std::optional<Progress> progress; // the newest, until it is taken
         bool bEnded = false;
         bool bSucceeded = false;
     };
@@ -52,9 +52,9 @@ public:
         const std::lock_guard lock(m_lock);
         return m_lastReport;
     }
-    /// Set after each report. It may be set once more than there is news.
+    /// Set after each report; may be set without news.
     const WaitEvent& News() const { return m_news; }
-    /// Takes the newest progress, and, at the end, everything.
+    /// Takes the newest progress and, when the task has ended, everything.
     State TakeState() {
         const std::lock_guard lock(m_lock);
         if (m_state.bEnded)
@@ -70,12 +70,12 @@ private:
 
     WaitEvent m_news;
     std::mutex m_lock;
-    Clock::time_point m_lastReport; // under m_lock, as m_state
+    Clock::time_point m_lastReport; // under m_lock, like m_state
     State m_state;
 };
 
-/// What has become of a task: whoever comes second, the server that begins it or the caller whose patience
-/// ends, sees what the other one did.
+/// The state of a task's start. The server may begin it just as the caller gives up: the later of the two
+/// sees what the other did.
 enum class TaskClient::Beginning { Asked, Begun, GivenUp };
 
 struct TaskClient::BeginCall {
@@ -138,10 +138,10 @@ bool TaskClient::Begin(const char* sName, const std::shared_ptr<BeginCall>& pCal
     } catch (const ComThreadManager::TimeoutException&) {
         Beginning eState = Beginning::Asked;
         if (!pCall->eState.compare_exchange_strong(eState, Beginning::GivenUp))
-            return true; // begun at the last moment
+            return true; // it began at the last moment
         if (!pCall->pRun->HasEnded())
             throw;
-        return true; // over, although the server has not come back
+        return true; // it has ended, although the server's call has not returned
     }
     return pCall->eState == Beginning::Begun;
 }
@@ -161,14 +161,14 @@ bool TaskClient::WaitForEnd(TaskRun& run) {
         if (state.bEnded) {
             if (!state.bSucceeded)
                 return false;
-            ClearError(); // it may have ended after its limit
+            ClearError(); // the task may have ended after its time limit
             for (const EfsDirItem& item : state.entries)
                 OnEntry(item);
             return true;
         }
         if (waitWithMessageLoop(run.News().Handle(), m_aTimeOuts[QMSL_TimeOut_MultipleResponse]) != 0) {
             Abort();
-            run.finished(false); // unless the server was faster
+            run.finished(false); // no effect if the server was faster
         }
     }
 }

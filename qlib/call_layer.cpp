@@ -8,7 +8,7 @@
 
 namespace {
 
-// Hands an argument on in the form in which the method takes it: out-values as pointer or by reference.
+// Passes an argument in the form that the method takes: an out-value by pointer or by reference.
 template <class Parameter, class Argument>
 Parameter HandOn(Argument* pArgument) {
     if constexpr (std::is_reference_v<Parameter>)
@@ -17,8 +17,7 @@ Parameter HandOn(Argument* pArgument) {
         return pArgument;
 }
 
-// Calls a method of the context's connection. False without a connection or when the method ran out of
-// memory.
+// Calls a method of the context's connection. False without a connection or when memory runs out.
 template <class Class, class... Parameters, class... Arguments>
 bool ForwardAsGiven(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
     try {
@@ -29,7 +28,7 @@ bool ForwardAsGiven(void* hContext, bool (Class::*pMethod)(Parameters...), Argum
     }
 }
 
-// The same for methods that take no null: false with one.
+// The same for methods that accept no null pointers: false for one.
 template <class Method, class... Arguments>
 bool Forward(void* hContext, Method pMethod, Arguments*... pArguments) {
     return ((pArguments != nullptr) && ...) && ForwardAsGiven(hContext, pMethod, pArguments...);
@@ -55,6 +54,11 @@ void QLIB_DisconnectPort(void* hContext) {
 
 bool QLIB_IsPhoneConnected(void* hContext) {
     return Forward(hContext, &Diag_FTM::IsPhoneConnected);
+}
+
+PortError QLIB_GetPortError(void* hContext) {
+    const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    return pPhone ? pPhone->GetPortError() : PortError::None;
 }
 
 void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack pfnEfs,
@@ -101,6 +105,14 @@ bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File
 bool QLIB_EfsWriteOpenedTarget(void* hContext) {
     const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
     return pPhone != nullptr && pPhone->EFS2_LastWriteOpenedTarget();
+}
+
+bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure) {
+    const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    if (!pPhone || !pFailure)
+        return false;
+    *pFailure = pPhone->EFS2_LastFailure();
+    return true;
 }
 
 bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath) {

@@ -1,4 +1,4 @@
-// The connection object: one handset, all commands.
+// The connection object: one phone, all commands.
 #pragma once
 
 #include <memory>
@@ -54,7 +54,7 @@
 class CommandFrame;
 class QpstServer;
 
-/// FrameOwner owns what all command families of an object are built on.
+/// FrameOwner owns the command frame that all command families of an object share.
 class FrameOwner {
 protected:
     explicit FrameOwner(DiagConnection& connection);
@@ -65,11 +65,11 @@ private:
     const std::unique_ptr<CommandFrame> m_pFrame;
 };
 
-/// Diag_FTM is what programs use: a DiagConnection that has the methods of every command family. A family's
-/// header says what its methods do; this class is their list, in the order in which they build on each
+/// Diag_FTM is the class that programs use: a DiagConnection with the methods of every command family. Each
+/// family's header describes its methods. The bases are listed in the order in which they depend on each
 /// other.
 ///
-/// One object talks to one COM port. It is used from one application thread at a time.
+/// One object uses one COM port, from one application thread at a time.
 class QUILLET_API Diag_FTM : public DiagConnection,
                              private FrameOwner,
                              public MessageText,
@@ -118,13 +118,13 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public WcdmaTestSession,
                              public HsdpaTestSession {
 public:
-    /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
-    /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
+    /// A connection on COM port iComPort. OpenPort or the first request opens the port. The text log starts
+    /// automatically when the current directory has a file "QMSL_auto_start_log.txt".
     explicit Diag_FTM(int iComPort);
-    /// The same over a port server, in server mode (see DiagConnection). The server must outlive the object;
-    /// null: every request fails.
+    /// The same through a port server, in server mode (see DiagConnection). The server must outlive the
+    /// object. With null every request fails.
     Diag_FTM(QpstServer* pServer, int iComPort);
-    /// Closes the port and ends both threads before any family goes away.
+    /// Closes the port and ends both threads before any family is destroyed.
     ~Diag_FTM() override;
 
 private:

@@ -1,5 +1,5 @@
-// A port server in the process that does what a test tells it. Its phone repeats each request, with four
-// zeros after it, unless the test has one of its own.
+// A port server inside the test program, which the test controls. Unless the test replaces `exchange`, its
+// phone returns each request with four zeros appended.
 #pragma once
 
 #include <atomic>
@@ -14,10 +14,10 @@
 #include "handset/bytes.h"
 #include "portserver/port_server.h"
 
-/// FakeProgram is the server program that all views of it share. It is attached while it lives.
+/// FakeProgram is the server program, which all views share. It is attached during the object's lifetime.
 class FakeProgram {
 public:
-    /// What a function of the server does instead of its work. It hangs until this changes.
+    /// What a function of the server does instead of its work. With Hang it blocks until the value changes.
     enum class Trouble { None, Refuse, ComError, OddThrow, Hang };
 
     FakeProgram();
@@ -28,27 +28,27 @@ public:
         m_troubles[sFunction] = eTrouble;
         m_changed.notify_all();
     }
-    /// The calls since the last time, such as "selectPort COM5".
+    /// Returns the calls since the last TakeCalls, such as "selectPort COM5".
     std::vector<std::string> TakeCalls() {
         const std::lock_guard lock(m_lock);
         return std::exchange(m_calls, {});
     }
-    /// Every thread on which the server was made, called or destroyed.
+    /// Returns every thread that created, called or destroyed the server.
     std::set<std::thread::id> Threads() {
         const std::lock_guard lock(m_lock);
         return m_threads;
     }
     int Views() const { return m_iViews; }
 
-    /// Kill ends the program: whatever is asked of a view that was made before throws, now and after Start,
-    /// and until then no view is made.
+    /// Kill ends the program: every call of an existing view throws, even after Start. No view can be created
+    /// until Start.
     void Kill() {
         ++m_iLife;
         m_bRuns = false;
     }
     void Start() { m_bRuns = true; }
 
-    // Set up by a test before it uses the server.
+    // A test sets these before it uses the server.
     std::function<bool(const handset::Bytes& request, DWORD iTimeOut_ms, handset::Bytes& response)> exchange =
         [](const handset::Bytes& request, DWORD, handset::Bytes& response) {
             response = request;
@@ -56,13 +56,13 @@ public:
             return true;
         };
     std::function<void(TaskEvents&)> task = [](TaskEvents& events) { events.finished(true); };
-    /// Whoever attached last and wanted the packets that the phone sends by itself.
+    /// The client that attached last for the phone's unsolicited packets.
     std::shared_ptr<PacketEvents> pPacketEvents;
 
 private:
     class View;
 
-    /// False when the function is to refuse.
+    /// Returns false when the function is to refuse.
     bool Enter(const std::string& sFunction, const std::string& sArguments = "") {
         std::unique_lock lock(m_lock);
         m_threads.insert(std::this_thread::get_id());

@@ -1,4 +1,4 @@
-// The line of a simulated handset as a port server has it.
+// A port server's line to a simulated handset.
 #pragma once
 
 #include <fcntl.h>
@@ -18,11 +18,11 @@
 
 #include "handset/framing.h"
 
-/// HandsetLine exchanges packets with a handset on its tty, in the handset's own framing: nothing of the
-/// product's comes between the two. A thread of its own reads.
+/// HandsetLine exchanges packets with a handset on its tty. It uses the handset's framing and no code of the
+/// product. A thread of its own reads.
 class HandsetLine {
 public:
-    /// Gets what is no answer: the packet and its two FCS bytes, on the reading thread.
+    /// Receives every packet that is not an expected response, with its two FCS bytes, on the reading thread.
     using OnPacket = std::function<void(handset::Bytes packet)>;
 
     HandsetLine(const std::string& sTty, OnPacket onPacket)
@@ -42,7 +42,7 @@ public:
     HandsetLine(const HandsetLine&) = delete;
     HandsetLine& operator=(const HandsetLine&) = delete;
 
-    /// False when no answer came in time. One exchange at a time.
+    /// Returns false when no response came in time. One exchange at a time.
     bool Exchange(const handset::Bytes& request, std::chrono::milliseconds limit, handset::Bytes& response) {
         const handset::Bytes frame = handset::Frame(request);
         std::unique_lock lock(m_lock);
@@ -90,7 +90,7 @@ private:
     const int m_stop;
     std::mutex m_lock;
     std::condition_variable m_answered;
-    std::optional<uint8_t> m_awaited; // the first byte of the answer; under m_lock
+    std::optional<uint8_t> m_awaited; // the first byte of the response; under m_lock
     handset::Bytes m_answer;          // under m_lock
     std::thread m_reader;
 };

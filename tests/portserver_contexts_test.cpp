@@ -1,4 +1,4 @@
-// Connections in server mode, and the contexts and lists that lead to them.
+// Connections in server mode, and the contexts and port lists for them.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -30,7 +30,7 @@ protected:
     LogCapture m_log{m_diag};
 };
 
-TEST_F(ServerMode, ARequestAndItsFailures) {
+TEST_F(ServerMode, RequestAndItsFailures) {
     const Bytes request = {0x4B, 0x13};
     Bytes response(8, 0xEE);
     unsigned short iSize = 3;
@@ -52,7 +52,7 @@ TEST_F(ServerMode, ARequestAndItsFailures) {
     EXPECT_EQ(response, Bytes(8, 0xEE));
 }
 
-TEST_F(ServerMode, WhatNeedsTheSerialLinkIsRefused) {
+TEST_F(ServerMode, OperationsOfTheSerialLinkAreRefused) {
     ASSERT_TRUE(m_diag.OpenPort());
     unsigned char aBytes[2] = {};
     unsigned short iSize = 2;
@@ -66,7 +66,7 @@ TEST_F(ServerMode, WhatNeedsTheSerialLinkIsRefused) {
                      "QLIB_SetStartFlag() : FAIL in QPST mode", "QLIB_SetPacketMode() : FAIL in QPST mode"}));
 }
 
-TEST_F(ServerMode, ReconnectingTriesAsOftenAsAsked) {
+TEST_F(ServerMode, ReconnectionTriesTheRequestedNumberOfTimes) {
     ASSERT_TRUE(m_diag.OpenPort());
     m_program.TakeCalls();
     m_program.Set("selectPort", Trouble::Refuse);
@@ -78,7 +78,7 @@ TEST_F(ServerMode, ReconnectingTriesAsOftenAsAsked) {
     EXPECT_EQ(m_program.TakeCalls(), Texts{"selectPort COM5"});
 }
 
-TEST_F(ServerMode, PacketsOfThePhoneArriveWhileThePortIsOpen) {
+TEST_F(ServerMode, UnsolicitedPacketsArriveWhileThePortIsOpen) {
     std::vector<Bytes> packets;
     m_diag.ConfigureAsyncMessageCallBack(
         &packets, [](unsigned short iLength, unsigned char* pPacket, void* pUserData) {
@@ -92,7 +92,7 @@ TEST_F(ServerMode, PacketsOfThePhoneArriveWhileThePortIsOpen) {
     m_program.pPacketEvents.reset();
     m_program.Kill();
     m_program.Start();
-    EXPECT_TRUE(m_diag.IsPhoneConnected()); // attaches anew
+    EXPECT_TRUE(m_diag.IsPhoneConnected()); // attaches again
     m_program.pPacketEvents->packetReceived(packet);
     EXPECT_TRUE(m_diag.ClosePort());
     m_program.pPacketEvents->packetReceived(packet);
@@ -115,7 +115,7 @@ protected:
     FakeProgram m_program;
 };
 
-TEST_F(ServerContexts, EveryWayOfFailingHasItsTextAndIsTheAbsenceOfTheObject) {
+TEST_F(ServerContexts, EveryFailureHasItsTextAndYieldsNoObject) {
     const std::tuple<const char*, Trouble, std::string> cases[] = {
         {"make", Trouble::Refuse, "EFS::initialize - Unable to connect to the QPST server"},
         {"attach", Trouble::Refuse, "EFS::initialize - Unable to attach to the QPST server."},
@@ -137,7 +137,7 @@ TEST_F(ServerContexts, EveryWayOfFailingHasItsTextAndIsTheAbsenceOfTheObject) {
     EXPECT_EQ(Manager::GetDiag_FTM(QLIB_ConnectPort(6)), nullptr);
 }
 
-TEST_F(ServerContexts, ObjectsAreConnectedToThePortOfTheirContextAndDieWithIt) {
+TEST_F(ServerContexts, ObjectsUseTheirContextsPortAndAreDestroyedWithIt) {
     void* const hContext = QLIB_ConnectPort(5);
     EXPECT_TRUE(QLIB_IsPhoneConnected(hContext));
     m_program.TakeCalls();
@@ -150,10 +150,10 @@ TEST_F(ServerContexts, ObjectsAreConnectedToThePortOfTheirContextAndDieWithIt) {
     QLIB_DisconnectPort(hContext);
     EXPECT_EQ(m_program.Views(), 0);
     ExpectNoObjects(hContext);
-    EXPECT_EQ(m_program.Threads().size(), 1U); // made, used and destroyed on the worker
+    EXPECT_EQ(m_program.Threads().size(), 1U); // created, used and destroyed on the worker
 }
 
-TEST_F(ServerContexts, ARestartedServerIsFoundAgain) {
+TEST_F(ServerContexts, ReconnectsToARestartedServer) {
     void* const hContext = QLIB_ConnectPort(5);
     Diag_FTM& diag = *Manager::GetDiag_FTM(hContext);
     EFS& files = *Manager::GetEFS(hContext);
@@ -173,13 +173,13 @@ TEST_F(ServerContexts, ARestartedServerIsFoundAgain) {
     for (size_t i = 0; i < std::size(calls); ++i) {
         m_program.Kill();
         m_program.Start();
-        EXPECT_TRUE(calls[i]()) << i; // the first thing after a restart
+        EXPECT_TRUE(calls[i]()) << i; // the first call after a restart
         m_program.Kill();
         EXPECT_FALSE(calls[i]()) << i;
         m_program.Start();
-        EXPECT_TRUE(calls[i]()) << i; // after it was noticed
+        EXPECT_TRUE(calls[i]()) << i; // after a call that noticed the failure
     }
-    // What may have been done is not done over, but the next operation works.
+    // An operation that the server may have performed is not repeated, but the next operation works.
     const auto remove = [&] { return QLIB_EFS2_DIAG_RMDIR(hContext, "d") != 0; };
     EXPECT_TRUE(diag.IsPhoneConnected() && files.connect(5));
     m_program.Kill();
@@ -208,7 +208,7 @@ TEST_F(ServerContexts, ListsComeFromTheServer) {
     EXPECT_EQ(std::vector(aPorts, aPorts + iCount), std::vector<unsigned short>{300});
 }
 
-TEST_F(ServerContexts, WhatLivesKeepsItsModeWhenTheModeChanges) {
+TEST_F(ServerContexts, ExistingConnectionsKeepTheirModeWhenTheModeChanges) {
     void* const hServer = Manager::CreateContext(5);
     Diag_FTM* const pThroughServer = Manager::GetDiag_FTM(hServer);
     QLIB_SetQpstMode(2);

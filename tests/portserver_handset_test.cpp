@@ -1,4 +1,4 @@
-// A handset used through a port server that has its line: files both ways, and the radio tests.
+// A simulated handset behind a port server: file transfers in both directions, and the radio tests.
 #include "fake_port_server.h"
 #include "handset/state.h"
 #include "handset_line.h"
@@ -54,11 +54,11 @@ TEST_F(HandsetThroughServer, FoldersAndFiles) {
     EXPECT_EQ(m_phone.OpenCount(), 0U);
 }
 
-TEST_F(HandsetThroughServer, ASessionOfEachRadioTest) {
+TEST_F(HandsetThroughServer, SessionOfEachRadioTest) {
     constexpr FTM_GSM_BER_LoopbackType_Enum kLoopback{9};
     constexpr FTM_GSM_BER_Channel_Modes_Enum kChannelMode{6};
     Diag_FTM& diag = m_diag;
-    // Each step and the stage that the phone's test is in afterwards (see handset/radio_tests.cpp).
+    // Each step, and the test and stage that the phone is in afterwards (see handset/radio_tests.cpp).
     const std::tuple<const char*, TestMode, int, std::function<bool()>> steps[] = {
         {"GSM", TestMode::Gsm, 1, [&] { return diag.FTM_GSM_BER_StartSession(kLong_ms); }},
         {"BCCH", TestMode::Gsm, 3, [&] { return diag.FTM_GSM_BER_AssignBCCH(0x102, 3); }},

@@ -1,5 +1,6 @@
-// Compiled and never run: users of the connection object reach every operation. The fuzzer of answers, which
-// is compiled with this file, calls those of the command families; here are the connection's own.
+// This file is compiled but never run. It proves that users of the connection object can call every
+// operation. The operations of the command families are called by the fuzzer of responses, which is compiled
+// with this file; the connection's own operations are here.
 #include "qlib/diag_ftm.h"
 
 namespace {

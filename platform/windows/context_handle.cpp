@@ -1,4 +1,4 @@
-// The identity of a library context: the handle of a named mutex, which belongs to the thread that made it.
+// The identity of a library context: the handle of a named mutex, owned by the thread that made it.
 #include "platform/context_handle.h"
 
 #include "system/serial.h"
@@ -10,6 +10,6 @@ void* MakeContextHandle(const char* sName) {
 void ReleaseContextHandle(void* hContext) {
     if (hContext == nullptr)
         return;
-    ReleaseMutex(hContext); // fails on another thread than the maker's; the mutex goes all the same
+    ReleaseMutex(hContext); // fails on any thread but the maker's; the mutex is closed all the same
     CloseHandle(hContext);
 }

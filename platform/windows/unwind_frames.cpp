@@ -1,9 +1,9 @@
-// The library's frames, made known to the library's own unwinder (32-bit Windows).
+// Registers the library's unwind frames with the library's own unwinder (32-bit Windows).
 //
-// There the unwinder finds frames in a list, in which each module enters itself when it is loaded. If the
-// process has libgcc_s_dw2-1.dll, the compiler's start code enters a module in the list of that library, even
-// a module with an unwinder of its own linked in. That unwinder then knows no frame at all, and the first
-// exception inside of the module would end its host. (64-bit Windows itself keeps one list for the whole
+// There the unwinder finds frames in a list, to which each module is added when it is loaded. If the process
+// has libgcc_s_dw2-1.dll, the compiler's start-up code adds every module to the list of that library, even a
+// module that is linked to an unwinder of its own. That unwinder then knows no frames, and the first
+// exception inside the module would terminate the host. (64-bit Windows keeps one list for the whole
 // process.)
 #ifdef __i386__
 
@@ -12,7 +12,7 @@
 #include "platform/module_pin.h"
 #include "platform/windows/module.h"
 
-// Of the unwinder that is linked in; no header declares them.
+// Functions of the unwinder linked into this module; no header declares them.
 extern "C" {
 const void* _Unwind_Find_FDE(const void* pCode, void* pBases);
 void __register_frame(void* pFrames);
@@ -21,7 +21,7 @@ void __deregister_frame(void* pFrames);
 
 namespace {
 
-// Where the frames of this module begin; null when it has none. The file keeps eight letters of a name.
+/// The start of this module's frames; null when it has none. Section names are cut to eight characters.
 void* FrameSection() {
     char* const pModule = reinterpret_cast<char*>(ThisModule());
     const auto* const pDos = reinterpret_cast<const IMAGE_DOS_HEADER*>(pModule);
@@ -43,7 +43,7 @@ public:
             __register_frame(m_pFrames);
     }
     ~OwnFrames() {
-        // At the end of the process the unwinder's lock may be held by a thread that is no more.
+        // When the process ends, the unwinder's lock may be held by a thread that no longer exists.
         if (m_pFrames != nullptr && !ProcessIsEnding())
             __deregister_frame(m_pFrames);
     }
@@ -54,7 +54,7 @@ private:
     void* m_pFrames = nullptr;
 };
 
-// The first object of the module to be made and the last to go.
+// The first object of the module to be constructed and the last to be destroyed.
 [[gnu::init_priority(101)]] OwnFrames g_ownFrames;
 
 } // namespace

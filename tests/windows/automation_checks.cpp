@@ -1,7 +1,7 @@
-// The thread that automation runs on, and waits that serve the thread's messages.
+// The automation thread, and waits that dispatch the thread's messages.
 #include <windows.h>
 
-// After the system's main header, on whose types it builds.
+// After windows.h, whose types it uses.
 #include <objbase.h>
 
 #include <memory>
@@ -29,13 +29,13 @@ public:
 };
 
 void AutomationThread() {
-    for (int i = 0; i < 2; ++i) { // the second time on a new thread
+    for (int i = 0; i < 2; ++i) { // the second round uses a new thread
         const auto pManager = ComThreadManager::Use();
         const auto pAsk = std::make_shared<AskForApartment>();
         pManager->executeFunction(pAsk, nullptr, 10000);
         EXPECT(pAsk->bFound);
     }
-    EXPECT(!HasApartment()); // COM is gone with the thread, and was never this one's
+    EXPECT(!HasApartment()); // COM was initialised on the other thread alone
     {
         const ComApartment apartment;
         EXPECT(HasApartment());
@@ -57,16 +57,16 @@ void WaitsWithMessages() {
     g_pToSet = &event;
     EXPECT_EQ(wait(10), kWaitTimedOut);
     SetTimer(nullptr, 0, 10, SetTheEvent);
-    EXPECT(!event.Wait(200)); // serves no timer
+    EXPECT(!event.Wait(200)); // dispatches no timer messages
     EXPECT_EQ(wait(30000), DWORD{0});
     event.Set();
     EXPECT_EQ(wait(30000), DWORD{0});
-    EXPECT_EQ(wait(10), kWaitTimedOut); // it was taken
+    EXPECT_EQ(wait(10), kWaitTimedOut); // the wait above reset the event
     PostQuitMessage(7);
     EXPECT_EQ(wait(50), kWaitTimedOut);
     MSG message{};
     EXPECT_EQ(PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE), TRUE);
-    EXPECT_EQ(message.wParam, WPARAM{7}); // the request to end the thread's loop is still there
+    EXPECT_EQ(message.wParam, WPARAM{7}); // the quit message is still in the queue
 }
 
 LRESULT CALLBACK SetTheEventTo(HWND hWindow, UINT iMessage, WPARAM wParam, LPARAM lParam) {
@@ -75,7 +75,8 @@ LRESULT CALLBACK SetTheEventTo(HWND hWindow, UINT iMessage, WPARAM wParam, LPARA
     return DefWindowProcA(hWindow, iMessage, wParam, lParam);
 }
 
-// The first message ends the wait; the second one is in the queue then, and the next wait has to serve it.
+/// The first message ends the first wait. The second message is then in the queue, and the next wait must
+/// dispatch it.
 void MessagesThatAWaitLeaves() {
     WaitEvent event;
     void* const hEvent = event.Handle();
@@ -94,6 +95,6 @@ void MessagesThatAWaitLeaves() {
 
 int main() {
     return RunChecks({{"the automation thread", AutomationThread},
-                      {"waits that serve messages", WaitsWithMessages},
-                      {"messages that a wait leaves", MessagesThatAWaitLeaves}});
+                      {"waits that dispatch messages", WaitsWithMessages},
+                      {"messages left by a wait", MessagesThatAWaitLeaves}});
 }

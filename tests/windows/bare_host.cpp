@@ -1,4 +1,4 @@
-// A host that has nothing of the compiler's run-time libraries.
+// A host without the compiler's run-time libraries.
 #include "tests/windows/flat_calls.h"
 
 extern "C" void mainCRTStartup() {

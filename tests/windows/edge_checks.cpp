@@ -1,5 +1,6 @@
-// A program and the library as modules of their own: every way in and out, with what is thrown on either
-// side. It is built with the compiler's libraries inside of the program and, once more, beside it.
+// The program and the library as separate modules: every call in either direction, with exceptions thrown on
+// either side. The program is built twice: with the compiler's libraries linked statically and with them in
+// DLLs.
 #include "quillet.h"
 
 #include <future>
@@ -12,7 +13,7 @@ namespace {
 
 using Trouble = FakeProgram::Trouble;
 
-// What an operation raises, caught in this program.
+/// Returns the text of the exception that an operation throws, caught in this program.
 std::string Raised(const std::function<void()>& operation) {
     try {
         operation();
@@ -44,7 +45,7 @@ void ServersThatThrow() {
     unsigned char aBytes[8] = {};
     unsigned short iSize = sizeof aBytes;
     const struct {
-        const char* sFunction; // of the server
+        const char* sFunction; // the server's function
         const char* sOperation;
         std::function<void(QpstServer&)> operation;
     } rows[] = {
@@ -95,7 +96,7 @@ void RaisedToTheCaller() {
     EXPECT(!phone.IsPhoneConnected());
 }
 
-/// A call of the program's own on the automation thread.
+/// A call that this program defines, run on the automation thread.
 class OwnCall : public FunctionDispatcher {
 public:
     OwnCall() : FunctionDispatcher("own") {}
@@ -184,7 +185,7 @@ int main() {
     return RunChecks({{"flat functions", FlatFunctions},
                       {"no port server", NoServer},
                       {"servers that throw", ServersThatThrow},
-                      {"raised to the caller", RaisedToTheCaller},
-                      {"calls of the program's own", CallsOfTheProgram},
-                      {"calls out to the program", CallsOut}});
+                      {"exceptions for the caller", RaisedToTheCaller},
+                      {"calls that the program defines", CallsOfTheProgram},
+                      {"callbacks into the program", CallsOut}});
 }

@@ -1,4 +1,4 @@
-// The library through its flat functions alone, as a host calls it that shares nothing with it. Needs no
+// Calls the library through its flat functions alone, as a host does that shares no code with it. Needs no
 // run-time library.
 #pragma once
 
@@ -21,8 +21,8 @@ Function* FlatFunction(HMODULE hLibrary, const char* sName) {
     return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(hLibrary, sName)));
 }
 
-/// CallFlatFunctions loads the library, calls it and gives it back, twice; 0, or the line that went wrong. In
-/// port-server mode without a server the reason is thrown and caught inside of the library.
+/// Loads, calls and unloads the library twice. Returns 0, or the line number of the first failure. In
+/// port-server mode without a server, the library throws the reason and must catch it itself.
 inline int CallFlatFunctions() {
     for (int i = 0; i < 2; ++i) {
         const HMODULE hLibrary = LoadLibraryA(sizeof(void*) == 4 ? "quillet.wfx" : "quillet.wfx64");
