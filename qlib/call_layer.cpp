@@ -109,7 +109,7 @@ bool QLIB_EfsWriteOpenedTarget(void* hContext) {
 
 bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure) {
     const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
-    if (!pPhone || !pFailure)
+    if (pPhone == nullptr || pFailure == nullptr)
         return false;
     *pFailure = pPhone->EFS2_LastFailure();
     return true;
