@@ -64,7 +64,6 @@ public:
                                        unsigned char& iLastItemStatus);
 
 protected:
-protected:
     /// ResetBatch switches batch mode off and drops the queued items.
     void ResetBatch();
 

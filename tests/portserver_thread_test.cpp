@@ -7,6 +7,7 @@
 
 #include "eventually.h"
 #include "fake_port_server.h"
+#include "link/clock.h"
 #include "portserver/com_thread_manager.h"
 #include "portserver/function_dispatcher.h"
 #include "portserver/qpst_server.h"
