@@ -136,10 +136,12 @@ private:
         if (m_isOneFile)
             return m_progress.ReportBytes(static_cast<int>(part), item.entry.size);
         const uint64_t done = m_listedBytes + item.entry.size * part / 100;
-        const uint64_t share = m_tree.bytes ? done * 100 / m_tree.bytes : m_tried * 100 / m_tree.files;
+        const size_t tried = m_tried + (part == 100 ? 1 : 0);
+        const uint64_t share = m_tree.bytes ? done * 100 / m_tree.bytes : tried * 100 / m_tree.files;
         m_progress.ReportBytes(static_cast<int>(share), m_tree.bytes,
-                               std::to_string(m_files) + " of " + Count(m_tree.files, "file") + ", " +
-                                   std::to_string(m_tree.files - m_tried) + " left");
+                               std::to_string(m_files + tried - m_tried) + " of " +
+                                   Count(m_tree.files, "file") + ", " +
+                                   std::to_string(m_tree.files - tried) + " left");
     }
 
     void Folder(const TreeItem& item) {
