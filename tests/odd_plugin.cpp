@@ -1,5 +1,6 @@
 // A plug-in of the host's interface that is not quillet: its folders never end or have impossible names, and
 // it fails as the environment says. ODD_RESULT is the result of copies, ODD_LINE a reason that it logs then.
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -48,6 +49,8 @@ EXPORTED BOOL FsFindNext(HANDLE, WIN32_FIND_DATAA* record) {
 
 EXPORTED HANDLE FsFindFirst(char* path, WIN32_FIND_DATAA* record) {
     const std::string folder = path;
+    if (folder.starts_with("/file"))
+        return reinterpret_cast<HANDLE>(static_cast<intptr_t>(-1));
     const char* const names[] = {"file", folder == "/" ? "impossible" : "end", "endless", "end"};
     const char* const impossible[] = {"", "../endless", "end", "end"};
     const char* const endless[] = {"endless", "end", "end", "end"};

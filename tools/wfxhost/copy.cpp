@@ -94,15 +94,17 @@ CopyResult CopyFailure(Session& session, int result, const std::string& target, 
     return Failed(reason.empty() ? doubt : reason);
 }
 
-CopyResult GetFailure(Session& session, int result, const PhonePath& path, const std::string& localFile) {
+/// `arrival` is the file that was written to be `localFile`.
+CopyResult GetFailure(Session& session, int result, const PhonePath& path, const std::string& localFile,
+                      const std::string& arrival) {
     std::string doubt = "the phone did not hand out the whole file " + Quoted(path.Text());
     if (result == FS_FILE_NOTFOUND)
         doubt = "the phone has no file " + Quoted(path.Text());
     else if (result != FS_FILE_WRITEERROR)
         doubt = Quoted(path.Text()) + ": " + MeaningOf(result);
-    else if (!CanWrite(localFile))
+    else if (!CanWrite(arrival))
         doubt = "cannot write " + Quoted(localFile);
-    const bool isFull = DiskIsFull(localFile);
+    const bool isFull = DiskIsFull(arrival);
     CopyResult failure = CopyFailure(session, result, localFile, isFull ? "the disk is full" : doubt);
     failure.isHopeless = failure.isHopeless || isFull;
     return failure;
@@ -186,7 +188,7 @@ CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, c
     const int code = session.Get(path, entry, arrival.File(), force ? FS_COPYFLAGS_OVERWRITE : 0,
                                  StoppedByInterrupt(report));
     if (code != FS_FILE_OK) {
-        CopyResult failure = GetFailure(session, code, path, arrival.File());
+        CopyResult failure = GetFailure(session, code, path, localFile, arrival.File());
         failure.remark += arrival.CleanUp();
         return failure;
     }

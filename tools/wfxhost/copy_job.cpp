@@ -140,8 +140,8 @@ private:
         const uint64_t share = m_tree.bytes ? done * 100 / m_tree.bytes : tried * 100 / m_tree.files;
         m_progress.ReportBytes(static_cast<int>(share), m_tree.bytes,
                                std::to_string(m_files + tried - m_tried) + " of " +
-                                   Count(m_tree.files, "file") + ", " +
-                                   std::to_string(m_tree.files - tried) + " left");
+                                   Count(m_tree.files, "file") + ", " + std::to_string(m_tree.files - tried) +
+                                   " left");
     }
 
     void Folder(const TreeItem& item) {

@@ -32,7 +32,7 @@ public:
 } // namespace
 
 void Removal::Add(const Found& found, bool withContent) {
-    if (m_isPlanned.contains(found.path.Text()))
+    if (m_planned.contains(found.path.Text()))
         return;
     Collector collector;
     if (withContent)
@@ -40,8 +40,7 @@ void Removal::Add(const Found& found, bool withContent) {
     else
         collector.found.push_back(found);
     for (const Found& one : collector.found)
-        if (m_isPlanned.try_emplace(one.path.Text(), true).second)
-            m_planned.push_back(one);
+        m_planned.try_emplace(one.path.Text(), one);
     m_folders[found.path.Folder().Text()].added.push_back(found);
 }
 
@@ -73,7 +72,7 @@ void Removal::RemoveAll() {
         batch.emplace(m_session, FS_STATUS_OP_DELETE, PhonePath(m_folders.begin()->first));
     Progress progress("deleting", isBatch && TerminalWidth() > 0);
     size_t done = 0;
-    for (const Found& found : std::views::reverse(m_planned)) {
+    for (const auto& [path, found] : std::views::reverse(m_planned)) {
         if (Interrupted()) {
             m_stop = "interrupted";
             return;
@@ -81,7 +80,7 @@ void Removal::RemoveAll() {
         const bool isAnswered =
             found.entry.isFolder ? m_session.RemoveFolder(found.path) : m_session.RemoveFile(found.path);
         if (std::string reason = m_session.TakeReason(); !reason.empty())
-            m_reasons[found.path.Text()] = std::move(reason);
+            m_reasons[path] = std::move(reason);
         if (!isAnswered && !m_session.Answers())
             throw Failure("deleting failed: the handset stopped answering");
         progress.ReportSteps(++done, m_planned.size());
@@ -110,9 +109,8 @@ void Removal::Verify(const std::string& path, const Folder& folder, Problems& pr
 /// Reports what is left of an added entry: of a folder that was not emptied, what it still holds.
 void Removal::ReportLeft(const Found& found, Problems& problems, const char* ifRefused) {
     Collector left;
-    const bool hadContent = std::ranges::any_of(m_planned, [&](const Found& planned) {
-        return planned.path.Text().starts_with(found.path.Text() + "/");
-    });
+    const auto content = m_planned.upper_bound(found.path.Text() + "/");
+    const bool hadContent = content != m_planned.end() && content->first.starts_with(found.path.Text() + "/");
     if (hadContent)
         AfterTheBeginning([&] { WalkPhone(m_session, found.path, found.entry, left, "see what is left"); });
     else

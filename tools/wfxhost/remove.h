@@ -20,8 +20,8 @@ public:
     /// already is left out. Throws Failure when what a folder holds cannot be found out.
     void Add(const Found& found, bool withContent);
 
-    /// All that is planned, folders before what they hold.
-    const std::vector<Found>& Planned() const { return m_planned; }
+    /// All that is planned, by path: folders come before what they hold.
+    const std::map<std::string, Found>& Planned() const { return m_planned; }
 
     /// Run removes all that is planned. What is still there goes to `problems`, with `ifRefused` after the
     /// reason where the plug-in sent none. Throws Failure when nothing shows what became of the entries.
@@ -39,8 +39,7 @@ private:
     void ReportLeft(const Found& found, Problems& problems, const char* ifRefused);
 
     Session& m_session;
-    std::vector<Found> m_planned;
-    std::map<std::string, bool> m_isPlanned;      // by path
+    std::map<std::string, Found> m_planned;       // by path
     std::map<std::string, Folder> m_folders;      // those in which the added entries are
     std::map<std::string, std::string> m_reasons; // the plug-in's, by path
     std::string m_stop;                           // why it ended early

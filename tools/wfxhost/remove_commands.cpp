@@ -40,8 +40,8 @@ void RemoveCommand(Session& session, const Job& job) {
         }
     }
     if (job.Has("--dry-run")) {
-        for (const Found& found : removal.Planned())
-            std::printf("would delete %s\n", Quoted(found.path.Text()).c_str());
+        for (const auto& [path, found] : removal.Planned())
+            std::printf("would delete %s\n", Quoted(path).c_str());
     } else if (!removal.Planned().empty()) {
         Problems left("not deleted", removal.Planned().size() == 1 && problems.Count() == 0);
         AfterTheBeginning([&] { removal.Run(left, ""); });
