@@ -72,6 +72,7 @@ void MeasureFraming(Bench& bench);
 void MeasureIdle(Bench& bench);
 void MeasureMemory(Bench& bench);
 void MeasurePortSearch(Bench& bench);
+void MeasurePrograms(Bench& bench);
 
 /// A connection to COM1 as the measurements use it, with the text log of the condition. Throws when the port
 /// cannot be opened.

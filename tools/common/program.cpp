@@ -44,7 +44,7 @@ unsigned long ParseNumber(const std::string& text, unsigned long limit, const st
 
 const std::vector<Option>& StandardOptions() {
     static const std::vector<Option> options = {
-        {"--help", "h", nullptr, "print this text; after a command, the help for that command"},
+        {"--help", "h", nullptr, "print the help; with a command, the help for that command"},
         {"--version", "V", nullptr, "print the version"},
         {"--man", "", nullptr, "print the manual page, for man -l -"},
         {"--completion", "", nullptr, "print the completion for bash, to be read with source"},
