@@ -178,8 +178,10 @@ void ListCommand(Session& session, const Job& job) {
     const PhonePath path(job.arguments.empty() ? "/" : job.arguments[0]);
     std::vector<Entry> entries;
     Session::ListResult result = session.List(path, entries, path.NamesFolder());
-    if (result == Session::ListResult::Empty && path.IsRoot())
+    if (result == Session::ListResult::Empty && path.IsRoot()) {
+        session.TakeReason();
         result = session.List(path, entries); // an empty root, or a handset that went away meanwhile?
+    }
     if (result == Session::ListResult::NoAnswer)
         throw session.NoHandset();
     const std::string refusal = session.TakeReason();

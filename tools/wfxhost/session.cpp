@@ -156,8 +156,15 @@ Session::ListResult Session::List(const PhonePath& folder, std::vector<Entry>& e
 
 std::optional<Entry> Session::Find(const PhonePath& path) {
     std::vector<Entry> entries;
-    if (List(path.Folder(), entries) == ListResult::NoAnswer)
+    const ListResult result = List(path.Folder(), entries);
+    if (result == ListResult::NoAnswer)
         throw NoHandset();
+    if (const std::string refusal = TakeReason(); result == ListResult::Empty && !refusal.empty()) {
+        // A folder that is missing has no entries; one that is there and refuses to be read is a failure.
+        const std::optional<Entry> folder = path.Folder().IsRoot() ? std::nullopt : Find(path.Folder());
+        if (path.Folder().IsRoot() || (folder && folder->isFolder))
+            throw Failure(refusal);
+    }
     if (path.IsRoot()) {
         Entry root;
         root.isFolder = true;

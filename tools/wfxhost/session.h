@@ -84,8 +84,8 @@ public:
     /// the two differently.
     ListResult List(const PhonePath& folder, std::vector<Entry>& entries, bool withSlash = true);
 
-    /// Find looks an entry up in the listing of its folder; the root is always found. Throws Failure (no
-    /// handset) when the folder cannot be listed.
+    /// Find looks an entry up in the listing of its folder; the root is always found. Throws Failure when the
+    /// folder cannot be listed: no handset, or the plug-in's reason when the phone refused it.
     std::optional<Entry> Find(const PhonePath& path);
     /// IsFolder says whether the path is a folder, or a link to a folder that has entries. Throws as Find.
     bool IsFolder(const PhonePath& path);

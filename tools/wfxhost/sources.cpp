@@ -48,7 +48,13 @@ const std::map<std::string, Entry>& PhoneLookup::Entries(const PhonePath& folder
         const Failure none = m_session.NoHandset();
         throw m_folders.empty() ? none : Failure(none.what());
     }
-    m_session.TakeReason(); // a folder that is missing has no entries
+    // A folder that is missing has no entries; one that is there and refuses to be read is a failure.
+    const std::string refusal = m_session.TakeReason();
+    if (entries.empty() && !refusal.empty()) {
+        const Entry* entry = folder.IsRoot() ? nullptr : Find(folder);
+        if (folder.IsRoot() || (entry && entry->isFolder))
+            throw Failure(refusal);
+    }
     std::map<std::string, Entry>& kept = m_folders[folder.Text()];
     for (Entry& entry : entries)
         kept.try_emplace(entry.name, entry);

@@ -23,7 +23,8 @@ public:
     explicit PhoneLookup(Session& session) : m_session(session) {}
 
     /// Find returns the entry at `path`, null when there is none. The root is always found. Throws Failure
-    /// when the folder cannot be listed: no handset at the first look-up, else a plain failure.
+    /// when the folder cannot be listed: no handset at the first look-up, else a plain failure, as when the
+    /// phone refuses to list it.
     const Entry* Find(const PhonePath& path);
     /// Entries returns the entries of a folder. Throws as Find.
     const std::map<std::string, Entry>& Entries(const PhonePath& folder);
