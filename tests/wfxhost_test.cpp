@@ -328,6 +328,7 @@ TEST_F(WfxhostOddPluginTest, FoldersWithoutEndAndNamesThatAreNoneAreLeftOut) {
         {"rm -r endless", 1, "its folders are nested too deep; nothing was deleted"},
         {"find impossible", 1, "\"../endless\" is no name"},
         {"rm -r impossible", 1, "is no name; nothing was deleted"},
+        {"rm -r 'impossible/*'", 1, "nothing fits it as a pattern"},
     });
 }
 

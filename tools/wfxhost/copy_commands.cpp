@@ -124,7 +124,10 @@ private:
         try {
             if (!m_paths.insert(found.path.Text()).second)
                 return; // named twice
-            if (!isOnly && !m_keys.insert(LocalNameKey(found.path.Name())).second)
+            const std::string key = LocalNameKey(found.path.Name());
+            if (!isOnly && key.empty())
+                throw Failure(Quoted(found.path.Text()) + ": this system can hold no file of that name");
+            if (!isOnly && !m_keys.insert(key).second)
                 throw Failure(Quoted(found.path.Text()) + ": another source has the same name here");
             if (isOnly ? IsTree(found) : m_job.Has("--recursive") && found.entry.isFolder)
                 AddTree(found);

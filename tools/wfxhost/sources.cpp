@@ -56,8 +56,11 @@ const std::map<std::string, Entry>& PhoneLookup::Entries(const PhonePath& folder
             throw Failure(refusal);
     }
     std::map<std::string, Entry>& kept = m_folders[folder.Text()];
-    for (Entry& entry : entries)
-        kept.try_emplace(entry.name, entry);
+    for (Entry& entry : entries) {
+        // A name that is a path would lead to some other entry.
+        if (!entry.name.empty() && entry.name.find('/') == std::string::npos)
+            kept.try_emplace(entry.name, entry);
+    }
     return kept;
 }
 
