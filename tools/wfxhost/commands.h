@@ -14,10 +14,11 @@ namespace tools::wfxhost {
 void ListCommand(Session& session, const Job& job);
 void FindCommand(Session& session, const Job& job);
 void UsageCommand(Session& session, const Job& job);
-// copy_commands.cpp
+// get_command.cpp
 void GetCommand(Session& session, const Job& job);
-void PutCommand(Session& session, const Job& job);
 void PrintCommand(Session& session, const Job& job);
+// put_command.cpp
+void PutCommand(Session& session, const Job& job);
 // remove_commands.cpp
 void RemoveCommand(Session& session, const Job& job);
 void RemoveFolderCommand(Session& session, const Job& job);
