@@ -18,7 +18,7 @@ struct CopyOptions {
 /// What cannot be copied is named on standard error and left out, and the rest goes on; the copy stops at
 /// Ctrl-C, when the handset no longer answers, and when the disk is full. What arrived stays. They throw
 /// Failure unless everything was copied. Links to folders are named, not followed, and no failure.
-void CopyFromPhone(Session& session, Tree tree, const CopyOptions& options);
-void CopyToPhone(Session& session, Tree tree, const CopyOptions& options);
+void CopyFromPhone(Session& session, const Tree& tree, const CopyOptions& options);
+void CopyToPhone(Session& session, const Tree& tree, const CopyOptions& options);
 
 } // namespace tools::wfxhost

@@ -40,7 +40,7 @@ void RemoveFile(Session& session, const PhonePath& path) {
 void CopyBack(Session& session, const Found& found, const std::string& local) {
     Tree tree;
     tree.Add({found.path, local, found.entry});
-    CopyFromPhone(session, std::move(tree), {});
+    CopyFromPhone(session, tree, {});
 }
 
 /// Deletes the demonstration's file on the phone when the demonstration ends before it did that itself.
@@ -142,7 +142,7 @@ void CopyOneThere(Session& session, const TemporaryFolder& local) {
     Entry file;
     file.size = content.size();
     tree.Add({path, local.File("upload"), file});
-    CopyToPhone(session, std::move(tree), {});
+    CopyToPhone(session, tree, {});
     Show(session, PhonePath());
     Say("\nReading it back:");
     const std::optional<Entry> entry = AfterTheBeginning([&] { return session.Find(path); });

@@ -88,7 +88,7 @@ public:
             batch.emplace(m_session, FS_STATUS_OP_GET_MULTI, m_found[0].path.Folder());
         for (const Found& found : m_found)
             Add(found);
-        CopyFromPhone(m_session, std::move(m_tree), CopyOptionsOf(m_job));
+        CopyFromPhone(m_session, m_tree, CopyOptionsOf(m_job));
     }
 
 private:

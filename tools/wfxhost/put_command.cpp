@@ -45,7 +45,7 @@ public:
                           m_found.size() > 1 ? target : Destination(m_found[0]).Folder());
         for (const fs::path& found : m_found)
             Add(found);
-        CopyToPhone(m_session, std::move(m_tree), CopyOptionsOf(m_job));
+        CopyToPhone(m_session, m_tree, CopyOptionsOf(m_job));
     }
 
 private:

@@ -70,7 +70,7 @@ void PutInput(Session& session, const PhonePath& path, const CopyOptions& option
     std::error_code error;
     entry.size = std::filesystem::file_size(folder.File("input"), error);
     tree.Add({path, folder.File("input"), entry});
-    CopyToPhone(session, std::move(tree), options);
+    CopyToPhone(session, tree, options);
 }
 
 } // namespace tools::wfxhost
