@@ -1,7 +1,6 @@
 #include "wfxhost/remove.h"
 
 #include <algorithm>
-#include <ranges>
 #include <set>
 
 #include "common/interrupt.h"
@@ -55,9 +54,10 @@ void Removal::Run(Problems& problems, const char* ifRefused) {
 
 /// Finds out whether the folders will be empty afterwards, because a listing that broke off looks empty, too.
 void Removal::LookAround() {
-    for (auto& [path, folder] : m_folders) {
+    for (auto& known : m_folders) {
+        Folder& folder = known.second;
         std::vector<Entry> entries;
-        m_session.List(PhonePath(path), entries);
+        m_session.List(PhonePath(known.first), entries);
         folder.holdsOthers = std::ranges::any_of(entries, [&](const Entry& entry) {
             return std::ranges::none_of(folder.added,
                                         [&](const Found& found) { return found.path.Name() == entry.name; });
@@ -72,7 +72,8 @@ void Removal::RemoveAll() {
         batch.emplace(m_session, FS_STATUS_OP_DELETE, PhonePath(m_folders.begin()->first));
     Progress progress("deleting", isBatch && TerminalWidth() > 0);
     size_t done = 0;
-    for (const auto& [path, found] : std::views::reverse(m_planned)) {
+    for (auto planned = m_planned.rbegin(); planned != m_planned.rend(); ++planned) {
+        const auto& [path, found] = *planned;
         if (Interrupted()) {
             m_stop = "interrupted";
             return;
