@@ -1,5 +1,5 @@
-// quillet-bench: what the client adds to a bare request and answer over the same pseudo-terminal with the
-// same handset in the same run.
+// quillet-bench: the cost that the client adds to a bare request and response, over the same pseudo-terminal
+// with the same handset in the same run.
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -35,10 +35,9 @@ void PrintUsage(FILE* file) {
     std::fputs(
         "usage: quillet-bench [--quick | --full] [--json FILE] [--only TOPIC] [--profile BYTES [--log]]\n\n"
         "--quick: about two minutes (the default); --full: about eleven, with large files and folders\n"
-        "--json FILE: writes the rows to FILE\n"
+        "--json FILE: write the rows to FILE\n"
         "--only TOPIC: exchange, listing, transfer, framing, idle, memory, ports or programs\n"
-        "--profile BYTES: nothing but one download by the client, to run under a profiler; --log: with the "
-        "text log\n",
+        "--profile BYTES: only one download by the client, for a profiler; --log: with the text log\n",
         file);
 }
 

@@ -32,7 +32,7 @@ bool IsMet(const Row& row) {
     }
 }
 
-/// Three significant digits as long as there are fewer before the point.
+/// Three significant digits, but all digits before the point.
 std::string Number(double fValue) {
     if (std::isnan(fValue))
         return "";

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <new>
 
+#include "diag/command.h"
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 
 namespace {
@@ -14,7 +16,7 @@ constexpr unsigned char kEveryKind = 255;
 
 enum EntryType : DWORD { kTypeFile = 0, kTypeDirectory = 1, kTypeLink = 2 };
 
-/// What one answer tells of an entry.
+/// One entry, as read from a response.
 struct Entry {
     DWORD iType = 0;
     DWORD iSize = 0;
@@ -23,8 +25,8 @@ struct Entry {
     bool bNameIsCut = false;
 };
 
-/// ReadEntry takes an entry from an answer that grants it: with a directory handle, without an error number,
-/// and with a name that ends, unless the largest answer there is could not hold its end.
+/// ReadEntry takes an entry from a response that has a directory handle and error number 0. The name must be
+/// terminated, except in a response of the largest size, where it may be cut.
 bool ReadEntry(const ResponseReader& answer, Entry& entry) {
     DWORD iDirectory = 0;
     DWORD iErrnum = 0;
@@ -49,7 +51,7 @@ DWORD KindOf(DWORD iType) {
     return iType == kTypeFile ? 1 : iType == kTypeLink ? 2 : 0;
 }
 
-/// FillItem makes the record of an entry; false when its path does not fit in there.
+/// FillItem makes the record of an entry; false when its path does not fit.
 bool FillItem(const char* sPath, const Entry& entry, Efs2DirItem& item) {
     const char* sSeparator = entry.sName[0] == '/' ? "" : "/";
     const int iLength =
@@ -94,8 +96,8 @@ bool Efs2Directory::ReadEntries(const char* sPath, DWORD iDirectory, unsigned ch
             continue;
         Efs2DirItem item{};
         if (!FillItem(sPath, entry, item))
-            m_frame.Log().LogMessage(LOG_ERR, "QLIB_EfsDirectory() - Path too long, entry left out: %s/%s",
-                                     sPath, entry.sName);
+            LogLine(m_frame, LOG_ERR, "QLIB_EfsDirectory() - Path too long, entry left out: %s/%s", sPath,
+                    entry.sName);
         else if (!Append(list, item))
             return false;
     }
@@ -115,8 +117,8 @@ int Efs2Directory::IterateEFS2Entries(const char* sPath, std::vector<Efs2DirItem
     const bool bRead = ReadEntries(sPath, iDirectory, iKindFilter, *pList);
     if (bRead && piCount != nullptr)
         *piCount = static_cast<DWORD>(pList->size());
-    // Also after a failed read, or the phone would run out of directory handles; but a phone that has just
-    // let five attempts pass is asked once.
+    // Also after a failed read, or the phone would run out of directory handles. A phone that has just
+    // ignored five attempts is asked only once.
     const bool bClosed = CloseDirectory(iDirectory, bRead ? kEfs2Attempts : 1);
     return bRead && bClosed ? 1 : 0;
 }
@@ -125,19 +127,20 @@ void Efs2Directory::Deliver(Efs2DirItem& item) {
     m_callbacks.m_pfnEfsDirCallBack(item.sName, static_cast<unsigned char>(item.isFile), item.Mask,
                                     item.BufOption, item.Clean, item.Date, item.FileSize,
                                     m_callbacks.m_pEfsCallBackUserData);
-    m_frame.Log().LogMessage(LOG_RET, " EFS DIR - '%s' %d bytes", item.sName, AsInt(item.FileSize));
+    LogLine(m_frame, LOG_RET, " EFS DIR - '%s' %d bytes", item.sName, item.FileSize);
 }
 
 bool Efs2Directory::EFS2_DIAG_ENUM_DIR(const char* sFolderPath) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s )", sFolderPath);
+    LogLine(m_frame, LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s )", sFolderPath);
+    m_frame.ForgetFailure();
     std::vector<Efs2DirItem> list;
     DWORD iCount = 0;
     if (IterateEFS2Entries(sFolderPath, &list, &iCount, kEveryKind) == 0) {
-        m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s ) - Failed", sFolderPath);
+        LogLine(m_frame, LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s ) - Failed", sFolderPath);
         return false;
     }
     for (Efs2DirItem& item : list)
-        if (m_callbacks.m_pfnEfsDirCallBack != nullptr) // a call may have switched it off
+        if (m_callbacks.m_pfnEfsDirCallBack != nullptr) // an earlier call may have switched it off
             Deliver(item);
     return true;
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 #include "efs2/local_files.h"
 #include "efs2/transfer.h"
@@ -14,6 +15,8 @@ constexpr size_t kWriteBlock = 512;
 constexpr size_t kReadHeader = 20;
 constexpr size_t kWriteHeader = 12;
 constexpr DWORD kNoCount = 0xFFFFFFFF;
+
+using Kind = OperationFailure::Kind;
 
 } // namespace
 
@@ -35,7 +38,7 @@ bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, cons
                                       const char* sLocalFile) {
     DownloadTarget target(sLocalFile);
     if (!target.IsOpen())
-        return false;
+        return Fail({Kind::LocalNotWritten, target.ErrorNo()});
     std::array<unsigned char, kReadBlock> aBlock;
     DWORD iPosition = 0;
     DWORD iBytesRead = kReadBlock;
@@ -46,14 +49,14 @@ bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, cons
             break;
         iPosition += iBytesRead;
         Report(sLocalFile, sGivenLocalFile, EFS2_CMD_READ, iPosition, iPosition);
-        m_frame.Log().LogMessage(LOG_RET, " EFS Read Transferred %d", AsInt(iPosition));
+        LogLine(m_frame, LOG_RET, " EFS Read Transferred %d", iPosition);
     }
     const bool bStored = target.Finish();
     if (IsAborted())
         std::remove(sLocalFile);
     else if (!bStored) {
-        m_frame.Log().LogMessage(LOG_ERR, "QLIB_EfsRead() - Local file cannot be written: %s", sLocalFile);
-        return false;
+        LogLine(m_frame, LOG_ERR, "QLIB_EfsRead() - Local file cannot be written: %s", sLocalFile);
+        return Fail({Kind::LocalNotWritten, target.ErrorNo()});
     }
     if (piBytesRead != nullptr)
         *piBytesRead = iPosition;
@@ -81,7 +84,7 @@ bool Efs2Transfer::WriteBlock(LONG iDescriptor, DWORD iOffset, std::span<const u
 
 bool Efs2Transfer::EFS2WriteEntireFile(LONG iDescriptor, UploadSource& source, const char* sEFS_File) {
     if (!source.Open())
-        return false;
+        return Fail({Kind::LocalNotRead, source.ErrorNo()});
     std::array<unsigned char, kWriteBlock> aBlock;
     while (!IsAborted()) {
         const DWORD iOffset = source.Taken();
@@ -91,13 +94,12 @@ bool Efs2Transfer::EFS2WriteEntireFile(LONG iDescriptor, UploadSource& source, c
         if (!WriteBlock(iDescriptor, iOffset, block))
             return false;
         Report(source.Name(), sEFS_File, EFS2_CMD_WRITE, source.Taken(), source.Size());
-        m_frame.Log().LogMessage(LOG_RET, " EFS Write Transferred %d / %d bytes", AsInt(source.Taken()),
-                                 AsInt(source.Size()));
+        LogLine(m_frame, LOG_RET, " EFS Write Transferred %d / %d bytes", source.Taken(), source.Size());
         if (source.Taken() == source.Size())
             break;
     }
     if (IsAborted() || source.IsExhausted())
         return true;
-    m_frame.Log().LogMessage(LOG_ERR, "QLIB_EfsWrite() - Local file ended early: %s", source.Name());
-    return false;
+    LogLine(m_frame, LOG_ERR, "QLIB_EfsWrite() - Local file ended early: %s", source.Name());
+    return Fail({Kind::LocalNotRead, source.ErrorNo()});
 }

@@ -31,7 +31,7 @@ int ListenOn(const std::string& path) {
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     struct stat existing {};
     if (lstat(path.c_str(), &existing) == 0 && S_ISSOCK(existing.st_mode))
-        unlink(path.c_str()); // what an earlier run left behind
+        unlink(path.c_str()); // left over from an earlier run
     const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (listener < 0 || bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         listen(listener, 8) != 0)
@@ -39,7 +39,7 @@ int ListenOn(const std::string& path) {
     return listener;
 }
 
-/// A client that does not read its answers loses them.
+/// Gives up on a client that does not read its output.
 void WriteAll(int output, const std::string& text) {
     for (size_t at = 0; at < text.size();) {
         const ssize_t count = write(output, text.data() + at, text.size() - at);

@@ -1,4 +1,4 @@
-// Names of the simulated file system: making, removing, renaming and asking about entries.
+// Names in the simulated file system: entries are made, removed, renamed and looked up.
 #include "handset/file_system.h"
 
 #include "handset/file_system_paths.h"

@@ -1,4 +1,4 @@
-// Open files and folders of the simulated file system, and its space.
+// Open files and folders of the simulated file system, and its free space.
 #include <algorithm>
 
 #include "handset/file_system_paths.h"

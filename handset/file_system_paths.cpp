@@ -1,4 +1,4 @@
-// Path look-up of the simulated file system.
+// Path look-up in the simulated file system.
 #include "handset/file_system_paths.h"
 
 #include <chrono>

@@ -5,7 +5,9 @@
 #include <iterator>
 #include <string_view>
 
+#include "link/as_int.h"
 #include "link/crc16.h"
+#include "link/extended_message_text.h"
 #include "link/format_expansion.h"
 #include "link/message_queue.h"
 #include "link/packet_codes.h"

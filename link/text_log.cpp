@@ -9,12 +9,13 @@
 #include <mutex>
 #include <string>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 
 namespace {
 
 constexpr int kMaxHexBytes = 3967;
-constexpr size_t kHexDigits = 3; // of one byte, with the blank
+constexpr size_t kHexDigits = 3; // of one byte, with its blank
 constexpr size_t kMaxHexText = kMaxHexBytes * kHexDigits;
 constexpr size_t kMaxFileName = 202;
 
@@ -40,7 +41,7 @@ size_t IndentOf(unsigned int iCategory) {
     return iCategory >= LOG_IO_DEV && iCategory <= LOG_ERR_DEV ? 4 : 0;
 }
 
-/// "00 " to "FF ", each with the zero that ends a text behind it.
+/// "00 " to "FF ", each with a terminating zero.
 using HexText = std::array<char, kHexDigits + 1>;
 constexpr std::array<HexText, 256> kHexTexts = [] {
     constexpr char sDigits[] = "0123456789ABCDEF";
@@ -50,7 +51,7 @@ constexpr std::array<HexText, 256> kHexTexts = [] {
     return texts;
 }();
 
-/// DateAndTime is now, local time. The C library keeps one record of it for all logs of the process.
+/// DateAndTime returns the local time. std::localtime uses one record for the whole process, hence the lock.
 std::string DateAndTime() {
     static std::mutex recordLock;
     const std::lock_guard lock(recordLock);
@@ -112,7 +113,7 @@ void DataLogFileHandler::WriteMessage(unsigned int iCategory) {
     WriteLine(m_sText, static_cast<int>(iCategory));
     if (m_pfnTextLogCallBack == nullptr)
         return;
-    // A copy: the callback may log, and so write over the text.
+    // A copy, because the callback may log and so overwrite the text.
     TextLogRecord record{};
     record.iCategory = static_cast<unsigned short>(iCategory);
     record.iElapsed_ms = iElapsed_ms;

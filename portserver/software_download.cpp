@@ -16,16 +16,17 @@ struct ModeCall {
 
 SoftwareDownloadListener::~SoftwareDownloadListener() = default;
 
-SoftwareDownload::SoftwareDownload(void* hContext, const char* sClientName)
-    : Dispatched("SoftwareDownload", sClientName), m_hContext(hContext) {}
+SoftwareDownload::SoftwareDownload(void* hContext, const char* sClientName,
+                                   std::shared_ptr<ComThreadManager> pComThread)
+    : Dispatched("SoftwareDownload", sClientName, std::move(pComThread)), m_hContext(hContext) {}
 SoftwareDownload::~SoftwareDownload() = default;
 
 bool SoftwareDownload::connect(unsigned short iComPort) {
-    return Connect(PortName(iComPort), m_aTimeOuts[QMSL_TimeOut_ServerConnect]);
+    return Connect(PortName(iComPort));
 }
 
 bool SoftwareDownload::connect(const char* sPortName) {
-    return Connect(sPortName ? sPortName : "", m_aTimeOuts[QMSL_TimeOut_ServerConnect]);
+    return Connect(sPortName ? sPortName : "");
 }
 
 void SoftwareDownload::ConfigureCallBacks(SoftwareDownloadCallBack pfnProgress, void* pUserData) {
@@ -40,17 +41,6 @@ void SoftwareDownload::addListener(SoftwareDownloadListener* pListener) {
 
 void SoftwareDownload::removeListener(SoftwareDownloadListener* pListener) {
     std::erase(m_listeners, pListener);
-}
-
-bool SoftwareDownload::ConfigureTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms) {
-    if (!IsTimeOutId(eTimeOutId))
-        return false;
-    m_aTimeOuts[static_cast<size_t>(eTimeOutId)] = iNewValue_ms;
-    return true;
-}
-
-DWORD SoftwareDownload::GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId) const {
-    return IsTimeOutId(eTimeOutId) ? m_aTimeOuts[static_cast<size_t>(eTimeOutId)] : 0;
 }
 
 void SoftwareDownload::Error(const std::string& sText) {
@@ -74,7 +64,7 @@ void SoftwareDownload::OnProgress(DWORD iDone, DWORD iInAll) {
 bool SoftwareDownload::getPhoneMode(DWORD& iMode) {
     return Attempt("getPhoneMode", [&] {
         OnBegin("getPhoneMode");
-        RequireConnection("getPhoneMode");
+        RequireServer("getPhoneMode");
         const auto pCall = std::make_shared<ModeCall>();
         Execute("getPhoneMode", &SoftwareDownload::getPhoneModeImpl, pCall, kCallLimit_ms);
         if (!pCall->bDone)

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Hands an argument on in the form in which the method takes it: out-values as pointer or by reference.
+// Passes an argument in the form that the method takes: an out-value by pointer or by reference.
 template <class Parameter, class Argument>
 Parameter HandOn(Argument* pArgument) {
     if constexpr (std::is_reference_v<Parameter>)
@@ -17,18 +17,21 @@ Parameter HandOn(Argument* pArgument) {
         return pArgument;
 }
 
-// Calls a method of the context's connection. False without a connection, with a null argument, or when the
-// method ran out of memory.
+// Calls a method of the context's connection. False without a connection or when memory runs out.
 template <class Class, class... Parameters, class... Arguments>
-bool Forward(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
-    if (!(pArguments && ...))
-        return false;
+bool ForwardAsGiven(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
     try {
         Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
         return pPhone && (pPhone->*pMethod)(HandOn<Parameters>(pArguments)...);
     } catch (...) {
         return false;
     }
+}
+
+// The same for methods that accept no null pointers: false for one.
+template <class Method, class... Arguments>
+bool Forward(void* hContext, Method pMethod, Arguments*... pArguments) {
+    return (pArguments && ...) && ForwardAsGiven(hContext, pMethod, pArguments...);
 }
 
 } // namespace
@@ -51,6 +54,11 @@ void QLIB_DisconnectPort(void* hContext) {
 
 bool QLIB_IsPhoneConnected(void* hContext) {
     return Forward(hContext, &Diag_FTM::IsPhoneConnected);
+}
+
+PortError QLIB_GetPortError(void* hContext) {
+    const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    return pPhone ? pPhone->GetPortError() : PortError::None;
 }
 
 void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack pfnEfs,
@@ -85,7 +93,8 @@ bool QLIB_EfsDirectory(void* hContext, const char* sFolderPath) {
 }
 
 bool QLIB_EfsRead(void* hContext, const char* sEFS_File, const char* sLocalFile) {
-    return Forward(hContext, &Diag_FTM::EFS2_DIAG_READ_FILE, sLocalFile, sEFS_File);
+    return sEFS_File != nullptr &&
+           ForwardAsGiven(hContext, &Diag_FTM::EFS2_DIAG_READ_FILE, sLocalFile, sEFS_File);
 }
 
 bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File) {
@@ -95,6 +104,14 @@ bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File
 bool QLIB_EfsWriteOpenedTarget(void* hContext) {
     const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
     return pPhone && pPhone->EFS2_LastWriteOpenedTarget();
+}
+
+bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure) {
+    const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    if (!pPhone || !pFailure)
+        return false;
+    *pFailure = pPhone->EFS2_LastFailure();
+    return true;
 }
 
 bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath) {

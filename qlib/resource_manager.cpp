@@ -18,8 +18,8 @@ std::array<QLib_ResourceContext, 50> QLib_ResourceManager::aResourceList{};
 bool QLib_ResourceManager::m_bIsUsingQpst = false;
 unsigned QLib_ResourceManager::m_iContextCounter = 0;
 
-// Where the process ends by ending the threads first, what they leave goes with the process: waiting for
-// them, or for what they held, could last for ever.
+// On systems that end a process by ending its threads first, the contexts are left to the system: waiting for
+// those threads, or for what they held, could last forever.
 void QLib_ResourceManager::DestroyAllAtExit() {
     struct AtExit {
         ~AtExit() {

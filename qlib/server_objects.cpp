@@ -1,4 +1,4 @@
-// The port-server objects of contexts, and the lists that come from a port server.
+// The port-server objects of contexts, and the lists read from a port server.
 #include <memory>
 #include <utility>
 
@@ -15,7 +15,7 @@ namespace {
 
 constexpr DWORD kConnectTimeOut_ms = 200;
 
-// A client that could not connect is none.
+// A client that could not connect is discarded.
 template <class Client>
 std::unique_ptr<Client> Connected(std::unique_ptr<Client> pClient, unsigned short iComPort) {
     return pClient->connect(iComPort) ? std::move(pClient) : nullptr;
@@ -82,7 +82,7 @@ std::vector<std::string> QLib_ResourceManager::ServerPortNames(bool bOnlyWithPho
             names.push_back(phone[0]);
         return names;
     } catch (...) {
-        // The next query starts anew, with a server that may be back.
+        // The next query starts anew, when the server may be back.
         delete std::exchange(m_pInfoServer, nullptr);
         return {};
     }

@@ -1,5 +1,5 @@
 #!/bin/sh
-# checks.sh SOURCE BUILD: rules that no compiler checks. Prints each breach; exit status 1 when there are any.
+# checks.sh SOURCE BUILD: checks rules that no compiler checks. Prints each breach; exit status 1 if there are any.
 set -eu
 cd "$1"
 build=$2
@@ -11,7 +11,7 @@ breach() {
 
 product="plugin qlib link diag efs2 ftm portserver"
 
-# What each folder may include, besides the standard library.
+# The folders that each folder may include, besides the standard library.
 layers_below() {
     case $1 in
     platform) echo "platform system" ;;
@@ -44,7 +44,7 @@ for folder in platform $product handset tools/common tools/wfxhost tools/qdiag \
         *) own= ;;
         esac
         if found=$(grep -nE '^ *# *include *"' "$file" | grep -vE "\"(($allowed)/$own)"); then
-            breach "$file includes against the direction of the layers: $found"
+            breach "$file includes a header that its layer may not use: $found"
         fi
     done
 done
@@ -52,9 +52,9 @@ done
 for folder in $product; do
     for file in $(sources_of "$folder"); do
         if found=$(grep -nE '^ *# *(if|ifdef|ifndef|elif)\b' "$file"); then
-            breach "$file has conditional code; what differs between systems belongs to platform/: $found"
+            breach "$file has conditional code; code that differs between systems belongs in platform/: $found"
         fi
-        # The headers of the standard library have no dot and no folder in their names.
+        # Names of standard library headers contain neither a dot nor a folder.
         if found=$(grep -nE '^ *# *include *<[^>]*[./]' "$file"); then
             breach "$file includes a system header: $found"
         fi
@@ -62,7 +62,7 @@ for folder in $product; do
 done
 
 echo '#include "quillet.h"' | ${CXX:-g++} -std=c++20 -I . -fsyntax-only -x c++ - ||
-    breach "quillet.h does not compile alone"
+    breach "quillet.h does not compile on its own"
 
 for file in tests/*_test.cpp; do
     grep -q "/$file\"" "$build/compile_commands.json" || breach "$file is not built"
@@ -72,7 +72,7 @@ if command -v clang-format >/dev/null 2>&1; then
     # shellcheck disable=SC2046
     clang-format --dry-run -Werror quillet.h \
         $(for folder in platform $product handset tools tests bench fuzz; do sources_of "$folder"; done) ||
-        breach "not formatted as .clang-format says"
+        breach "not formatted according to .clang-format"
 fi
 
 plugin=$build/quillet.wfx
@@ -88,6 +88,6 @@ for class in $(for folder in $product; do sources_of "$folder"; done | xargs \
     printf '%s\n' "$exported_names" | grep -qE " $class(<.*>)?::| for $class\$" ||
         breach "quillet.wfx does not export the class $class"
 done
-readelf -d "$plugin" | grep -q 'SONAME.*\[quillet\.wfx\]' || breach "quillet.wfx does not name itself so"
+readelf -d "$plugin" | grep -q 'SONAME.*\[quillet\.wfx\]' || breach "quillet.wfx does not have its own name as SONAME"
 
 [ "$breaches" -eq 0 ]

@@ -1,5 +1,5 @@
 #!/bin/sh
-# package_checks.sh: unpacks what ./package.sh made and looks whether users get what they need. Exit status 1 when
+# package_checks.sh: unpacks the packages from ./package.sh and checks that users get what they need. Exit status 1 if
 # they do not.
 set -eu
 cd "$(dirname "$0")/.."
@@ -8,11 +8,11 @@ fail() {
     echo "FAILED packages: $*"
     failures=$((failures + 1))
 }
-# expect_files FOLDER NAME...: the folder holds just these.
+# expect_files FOLDER NAME...: the folder holds exactly these files.
 expect_files() {
     found=$(cd "$1" && find . -type f | sed 's/^\.\///' | sort | paste -sd ' ' -)
     shift
-    [ "$found" = "$*" ] || fail "there is [$found] instead of [$*]"
+    [ "$found" = "$*" ] || fail "found [$found] instead of [$*]"
 }
 # expect_text FILE REGEX
 expect_text() {
@@ -49,17 +49,19 @@ for id in 05c6:3197 05c6:9002 4b56:0001 4b56:0002; do
     expect_text "$rules" "^SUBSYSTEM==\"usb\", .*$same\$"
 done
 [ "$(grep -c uaccess "$rules")" -eq "$(grep -cE '^ *\{0x[0-9A-F]{4}, 0x[0-9A-F]{4}\},' plugin/port_discovery.cpp)" ] ||
-    fail "the rules and the accepted handsets differ"
+    fail "the udev rules and the accepted phones differ"
 if grep -rn '@[A-Z]*@' "$windows"/*.txt "$windows"/*.inf "$linux"/INSTALL; then
-    fail "something was not filled in"
+    fail "a placeholder was not filled in"
 fi
 
-# The unpacked program finds the unpacked plug-in, and both a handset.
+# The unpacked programs must find the unpacked plug-in and the handset.
 mkfifo "$work/output"
 build/simulated-handset --device-root "$device_root" > "$work/output" < /dev/null &
 handset=$!
-read -r ready < "$work/output" || fail "the simulated handset does not start"
+read -r ready < "$work/output" || fail "the simulated handset did not start"
 QUILLET_DEVICE_ROOT=$device_root "$linux/wfxhost" ls > "$work/listing" || fail "the unpacked wfxhost: ${ready-}"
-[ -s "$work/listing" ] || fail "the unpacked plug-in lists nothing"
+QUILLET_DEVICE_ROOT=$device_root "$linux/qdiag" info > "$work/info" || fail "the unpacked qdiag"
+grep -q . "$work/info" || fail "the unpacked qdiag printed nothing about the phone"
+[ -s "$work/listing" ] || fail "the unpacked plug-in listed nothing"
 
 [ "$failures" -eq 0 ]

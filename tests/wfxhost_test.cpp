@@ -151,11 +151,11 @@ TEST_F(WfxhostPhoneTest, RefusalsOfThePhoneAreFailures) {
     for (const char* sRequest : {"4B130800", "4B130900", "4B130200"})
         m_phone.Misbehave(Action::Refuse, sRequest, -1, 13);
     Expect({
-        {"rm kept.txt", 1, "/kept.txt"},
-        {"mkdir new", 1, "/new"},
-        {"mkdir -p new/deep", 1, "/new"},
-        {"get --force kept.txt old.bin", 1, "/kept.txt"},
-        {"put mine.bin", 1, "/mine.bin"},
+        {"rm kept.txt", 1, "wfxhost: delete: /kept.txt: the phone refused it: permission denied (13)\n"},
+        {"mkdir new", 1, "/new: the phone refused it: permission denied (13)\n"},
+        {"mkdir -p new/deep", 1, "/new: the phone refused it: permission denied (13)\n"},
+        {"get --force kept.txt old.bin", 1, "/kept.txt: the phone refused it: permission denied (13)\n"},
+        {"put mine.bin", 1, "/mine.bin: the phone refused it: permission denied (13)\n"},
     });
     EXPECT_EQ(m_local.Read("old.bin"), Pattern(5));
 }
@@ -267,7 +267,7 @@ TEST_F(WfxhostPhoneTest, LinksFoldersAndProperties) {
         {"ln dir none/x", 1, "the phone has no folder \"/none\""},
         {"ln dir 'a\"b'", 1, "double quote"},
         {"cd dir/sub", 0, "/dir/sub\n"},
-        {"cd dir/none", 1, "/dir/none"},
+        {"cd dir/none", 1, "/dir/none: the phone refused it: no such file or folder (2)\n"},
         {"props dir/sub/p.lnk", 0, "Link to:\t\t/dir/my photo.bin\nType:\t\t<FILE> [81B6]\nSize:\t\t1 234\n"},
         {"props /", 0, "Type:\t\t<DIR>"},
         {"props dir/none", 1, "no file or folder"},
@@ -278,7 +278,7 @@ TEST_F(WfxhostPhoneTest, LinksFoldersAndProperties) {
     EXPECT_EQ(m_phone.Content("dir/sub/p.lnk"), Pattern(1234));
     EXPECT_TRUE(m_phone.Exists("s.lnk"));
     m_phone.Misbehave(Action::Refuse, "4B130600", -1, 13);
-    Expect({{"ln dir other", 1, "/other.lnk"}});
+    Expect({{"ln dir other", 1, "/other.lnk to /dir: the phone refused it: permission denied (13)\n"}});
 }
 
 TEST_F(WfxhostTest, DemonstrationStartsASimulatedHandset) {

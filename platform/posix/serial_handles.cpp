@@ -15,8 +15,8 @@ struct HandleTable {
     uintptr_t iLastHandle = 0;                               // under lock
 };
 
-// The table is never destroyed: connections are closed by destructors that may run after those of this
-// file. Its storage is part of the module, so that nothing is left over when the module is unloaded.
+/// The table is never destroyed: destructors of other files may still close connections after those of this
+/// file. Its storage is part of the module, so unloading the module leaves nothing over.
 HandleTable& Handles() {
     alignas(HandleTable) static std::byte aStorage[sizeof(HandleTable)];
     static HandleTable& table = *new (aStorage) HandleTable;
@@ -28,7 +28,7 @@ HandleTable& Handles() {
 HANDLE AddSerialHandle(std::shared_ptr<SerialDevice> pDevice) {
     HandleTable& table = Handles();
     std::lock_guard lock(table.lock);
-    // A handle is a number in the guise of a pointer.
+    // A handle is a number cast to a pointer.
     const HANDLE hPort = reinterpret_cast<HANDLE>(++table.iLastHandle); // NOLINT(performance-no-int-to-ptr)
     table.devices.emplace(hPort, std::move(pDevice));
     return hPort;

@@ -1,4 +1,4 @@
-// A message to the user: the host's own.
+// A message to the user, shown by the host.
 #include "platform/user_message.h"
 
 void ShowUserMessage(const MessageHost& host, std::string sTitle, std::string sText) {

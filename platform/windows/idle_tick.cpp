@@ -10,7 +10,7 @@
 
 namespace {
 
-// A timer that may still call into this module, which therefore stays loaded.
+/// A timer that may still call into this module, and so keeps it loaded.
 class Timer {
 public:
     explicit Timer(IdleTickProc pfn) : pfnTick(pfn) {
@@ -24,7 +24,7 @@ public:
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
 
-    // A timer ends with the thread that started it.
+    /// A timer ends with the thread that started it.
     bool HasEnded() const { return m_hThread && WaitForSingleObject(m_hThread, 0) == WAIT_OBJECT_0; }
 
     IdleTickProc pfnTick; // null: stopped by another thread, which cannot end the timer
@@ -36,20 +36,20 @@ private:
 
 std::mutex g_lock;
 
-// Under g_lock. Never destroyed: at the process's end nothing is to be done for timers that still run, and
-// while one runs, nothing else destroys it.
+/// Under g_lock. Never destroyed: when the process ends, running timers need no clean-up, and until then a
+/// running timer keeps the module loaded.
 std::map<UINT_PTR, Timer>& Timers() {
     static auto& timers = *new std::map<UINT_PTR, Timer>;
     return timers;
 }
 
-// Ends a timer of this thread. Under g_lock.
+/// Ends a timer of this thread. Under g_lock.
 void End(UINT_PTR iTimerId) {
     KillTimer(nullptr, iTimerId);
     Timers().erase(iTimerId);
 }
 
-// What is to be called; null for a tick that was stopped, which is ended now.
+/// Returns the procedure to call; null for a stopped tick, which is ended here.
 IdleTickProc ProcOf(UINT_PTR iTimerId) {
     std::lock_guard lock(g_lock);
     const auto found = Timers().find(iTimerId);

@@ -7,10 +7,10 @@ namespace {
 constexpr UINT kClassStyle = CS_BYTEALIGNCLIENT | CS_BYTEALIGNWINDOW;
 constexpr int kExtraBytes = 30;
 
-// Old systems have no such function: looked up by name, they still load the library.
+// Looked up by name, because the library must also load on old systems that lack the function.
 decltype(&::SetLayeredWindowAttributes) pfnSetLayeredWindowAttributes = nullptr;
 
-// The object whose window is being served.
+// The object whose window is handling messages.
 SplashWindow* pServed = nullptr;
 
 } // namespace

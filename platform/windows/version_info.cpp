@@ -2,7 +2,7 @@
 
 #include <vector>
 
-// After the system's main header, on whose types it builds.
+// Must follow the system's main header, whose types it uses.
 #include <winver.h>
 
 namespace {

@@ -1,4 +1,4 @@
-// The program simulated-handset: a simulated handset to run beside a client.
+// The program simulated-handset: runs a simulated handset for a client.
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -10,6 +10,7 @@
 #include "handset/file_system.h"
 #include "handset/fill.h"
 #include "handset/handset.h"
+#include "handset/misbehaviour.h"
 
 namespace {
 
@@ -92,25 +93,23 @@ tools::Program MakeProgram() {
         .options =
             {
                 {"--device-root", "", "DIR",
-                 "show the handset in DIR (made if missing) as a USB device; start clients with "
-                 "QUILLET_DEVICE_ROOT=DIR",
+                 "make the handset a USB device in folder DIR; start clients with QUILLET_DEVICE_ROOT=DIR",
                  Word::LocalPath},
-                {"--fill", "", "FOLDER", "put a copy of FOLDER into the handset (default: a small sample)",
-                 Word::LocalPath},
+                {"--fill", "", "FOLDER",
+                 "copy the content of FOLDER into the handset (default: a small sample)", Word::LocalPath},
                 {"--free", "", "BLOCKS", "free blocks of 512 bytes (default 131072)"},
                 {"--vendor", "", "HEX", "USB vendor id (default 05C6)"},
                 {"--product", "", "HEX", "USB product id (default 3197)"},
                 {"--bus", "", "NAME", "name of the USB device (default 1-1.2)"},
-                {"--latency", "", "MICROSECONDS", "time before every answer (default 0)"},
+                {"--latency", "", "MICROSECONDS", "delay of every response (default 0)"},
                 {"--requests", "", nullptr, "print every request as it arrives"},
-                {"--control", "", "SOCKET",
-                 "take commands from a unix socket; answers end with \"ok\" or \"error: ...\"",
-                 Word::LocalPath},
+                {"--control", "", "SOCKET", "accept commands on a unix socket", Word::LocalPath},
             },
         .remarks =
-            "Prints \"ready TTY\" when it answers. Ends at SIGINT, SIGTERM or the command quit. These are "
-            "the commands, also on standard input:\n\n" +
-            Console::Help(),
+            "Prints \"ready TTY\" once it answers requests. SIGINT, SIGTERM or the command quit ends it. "
+            "Commands come from standard input and from SOCKET. The output of a command ends with \"ok\" or "
+            "\"error: REASON\".\n\nCommands:\n\n" +
+            Console::Help() + "\nACTION of misbehave (N: value=, PACKETS: packet=):\n\n" + FaultHelp(),
         .withoutCommand = Run,
         .needsHandset = false,
     };
