@@ -10,7 +10,7 @@ writes the same rows to build-bench/bench.json, or to FILE.
 
 --quick: about two minutes on an idle machine (the default).
 --full: about eleven; with files of 64 MiB, folders of 100 000 entries and more at 1 ms.
---only TOPIC: exchange, listing, transfer, framing, idle, memory or ports.
+--only TOPIC: exchange, listing, transfer, framing, idle, memory, ports or programs.
 TEXT
 }
 

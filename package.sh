@@ -40,10 +40,15 @@ done
 zip=$PWD/dist/quillet-$version.zip
 (cd "$work/windows" && zip -q -X -9 "$zip" pluginst.inf readme.txt quillet.wfx quillet.wfx64)
 
-for program in quillet.wfx wfxhost qdiag; do
+for program in quillet.wfx wfxhost qdiag simulated-handset; do
     strip --strip-unneeded -o "$work/$linux/$program" build/$program
 done
 fill INSTALL "$work/$linux/INSTALL"
 packaging/udev-rules.sh > "$work/$linux/70-quillet.rules"
+mkdir "$work/$linux/man" "$work/$linux/completions"
+for program in wfxhost qdiag simulated-handset; do
+    gzip -9n < "build/documents/$program.1" > "$work/$linux/man/$program.1.gz"
+    cp "build/documents/$program.bash" "$work/$linux/completions/$program"
+done
 tar -C "$work" --owner=0 --group=0 --sort=name -czf "dist/$linux.tar.gz" "$linux"
 ls -l dist

@@ -18,9 +18,9 @@ struct Topic {
     void (*pfnMeasure)(Bench&);
 };
 constexpr Topic kTopics[] = {
-    {"exchange", MeasureExchanges}, {"listing", MeasureListings}, {"transfer", MeasureTransfers},
-    {"framing", MeasureFraming},    {"idle", MeasureIdle},        {"memory", MeasureMemory},
-    {"ports", MeasurePortSearch},
+    {"exchange", MeasureExchanges}, {"listing", MeasureListings},  {"transfer", MeasureTransfers},
+    {"framing", MeasureFraming},    {"idle", MeasureIdle},         {"memory", MeasureMemory},
+    {"ports", MeasurePortSearch},   {"programs", MeasurePrograms},
 };
 
 struct Options {
@@ -36,7 +36,7 @@ void PrintUsage(std::FILE* file) {
         "usage: quillet-bench [--quick | --full] [--json FILE] [--only TOPIC] [--profile BYTES [--log]]\n\n"
         "--quick: about two minutes (the default); --full: about eleven, with large files and folders\n"
         "--json FILE: write the rows to FILE\n"
-        "--only TOPIC: exchange, listing, transfer, framing, idle, memory or ports\n"
+        "--only TOPIC: exchange, listing, transfer, framing, idle, memory, ports or programs\n"
         "--profile BYTES: only one download by the client, for a profiler; --log: with the text log\n",
         file);
 }

@@ -76,6 +76,7 @@ void MeasureFraming(Bench& bench);
 void MeasureIdle(Bench& bench);
 void MeasureMemory(Bench& bench);
 void MeasurePortSearch(Bench& bench);
+void MeasurePrograms(Bench& bench);
 
 /// A connection to COM1, with the text log of the condition. Throws when the port cannot be opened.
 class Client {

@@ -8,6 +8,8 @@ namespace {
 
 const char* Text(Goal eGoal) {
     switch (eGoal) {
+        case Goal::Factor110:
+            return "<= 1.1 x";
         case Goal::Factor115:
             return "<= 1.15 x";
         case Goal::Added100:
@@ -19,6 +21,8 @@ const char* Text(Goal eGoal) {
 
 bool IsMet(const Row& row) {
     switch (row.eGoal) {
+        case Goal::Factor110:
+            return row.fFactor <= 1.1;
         case Goal::Factor115:
             return row.fFactor <= 1.15;
         case Goal::Added100:

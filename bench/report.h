@@ -11,6 +11,7 @@ constexpr double kNoFigure = std::numeric_limits<double>::quiet_NaN();
 /// The goal of a row.
 enum class Goal {
     None,
+    Factor110, // the client costs at most 1.1 times the floor
     Factor115, // the client costs at most 1.15 times the floor
     Added100,  // the client adds at most 100 microseconds per exchange
 };

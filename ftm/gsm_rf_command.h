@@ -5,7 +5,7 @@
 
 /// BeginGsmRf begins a request; the GSM layout has 16 spare bits after the command id.
 inline RequestBuilder& BeginGsmRf(CommandFrame& frame, unsigned short iCommandId) {
-    return BeginFtm(frame, iCommandId).U16(0);
+    return BeginFtm(frame, iCommandId).U16(0).EndHeader();
 }
 
 /// SendGsmRf exchanges a setting whose entry line shows all its fields. Any response of the command type is

@@ -26,6 +26,7 @@ layers_below() {
     tools/common) echo "common" ;;
     tools/wfxhost) echo "platform system common wfxhost" ;;
     tools/qdiag) echo "common qdiag" ;;
+    tools/simulated_handset) echo "common handset" ;;
     esac
 }
 
@@ -33,7 +34,8 @@ sources_of() {
     [ ! -d "$1" ] || find "$1" -name '*.cpp' -o -name '*.h'
 }
 
-for folder in platform $product handset tools/common tools/wfxhost tools/qdiag; do
+for folder in platform $product handset tools/common tools/wfxhost tools/qdiag \
+    tools/simulated_handset; do
     allowed=$(layers_below "$folder" | tr ' ' '|')
     for file in $(sources_of "$folder"); do
         case $file in

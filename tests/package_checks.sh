@@ -35,7 +35,13 @@ expect_text "$windows/pluginst.inf" '^type=wfx.$'
 expect_text "$windows/pluginst.inf" '^file=quillet\.wfx.$'
 tests/windows/product_checks.sh "$windows/quillet.wfx" "$windows/quillet.wfx64" "$version" || fail "Windows editions"
 
-expect_files "$linux" 70-quillet.rules INSTALL qdiag quillet.wfx wfxhost
+expect_files "$linux" 70-quillet.rules INSTALL completions/qdiag completions/simulated-handset completions/wfxhost \
+    man/qdiag.1.gz man/simulated-handset.1.gz man/wfxhost.1.gz qdiag quillet.wfx simulated-handset wfxhost
+for program in wfxhost qdiag simulated-handset; do
+    [ "$("$linux/$program" --version)" = "$program $version" ] || fail "the version of $program"
+    gzip -dc "$linux/man/$program.1.gz" | grep -q "^\.TH .*quillet $version" || fail "the manual page of $program"
+    bash -n "$linux/completions/$program" || fail "the completion of $program"
+done
 rules=$linux/70-quillet.rules
 for id in 05c6:3197 05c6:9002 4b56:0001 4b56:0002; do
     same="idVendor\}==\"${id%:*}\", ATTRS?\{idProduct\}==\"${id#*:}\", ENV\{ID_MM_DEVICE_IGNORE\}=\"1\""

@@ -372,6 +372,7 @@ TEST_F(Soak, ReportsAreTrue) {
 /// soak [--seed N] [--operations N] [--seconds N]
 int main(int iCount, char** aArguments) {
     testing::InitGoogleTest(&iCount, aArguments);
+    InstallLineTap();
     for (int i = 1; i + 1 < iCount; i += 2)
         options.at(aArguments[i]) = std::stoull(aArguments[i + 1]);
     return RUN_ALL_TESTS();
