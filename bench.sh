@@ -10,7 +10,7 @@ writes the same rows to build-bench/bench.json, or to FILE.
 
 --quick: about two minutes on an idle machine (the default).
 --full: about eleven; with files of 64 MiB, folders of 100 000 entries and more at 1 ms.
---only TOPIC: exchange, listing, transfer, framing, idle, memory, ports or mount.
+--only TOPIC: exchange, listing, transfer, framing, idle, memory, ports, programs or mount.
 TEXT
 }
 
@@ -46,8 +46,6 @@ done
 
 . "$here/tools/need.sh"
 need_build_tools
-need_mount_library
-need fusermount3:fuse3
 (
     cd "$here"
     cmake --preset bench

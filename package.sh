@@ -9,7 +9,6 @@ fi
 cd "$(dirname "$0")"
 . tools/need.sh
 need_build_tools
-need_mount_library
 need_windows_compilers
 need zip:zip
 
@@ -41,11 +40,17 @@ done
 zip=$PWD/dist/quillet-$version.zip
 (cd "$work/windows" && zip -q -X -9 "$zip" pluginst.inf readme.txt quillet.wfx quillet.wfx64)
 
-for program in quillet.wfx wfxhost quillet-mount; do
+for program in quillet.wfx wfxhost qdiag simulated-handset quillet-mount; do
     strip --strip-unneeded -o "$work/$linux/$program" build/$program
 done
 fill INSTALL "$work/$linux/INSTALL"
 packaging/udev-rules.sh > "$work/$linux/70-quillet.rules"
-cp packaging/quillet-mount.service docs/man/quillet-mount.1 "$work/$linux/"
+cp packaging/quillet-mount.service "$work/$linux/"
+mkdir "$work/$linux/man" "$work/$linux/completions"
+for program in wfxhost qdiag simulated-handset; do
+    gzip -9n < "build/documents/$program.1" > "$work/$linux/man/$program.1.gz"
+    cp "build/documents/$program.bash" "$work/$linux/completions/$program"
+done
+gzip -9n < docs/man/quillet-mount.1 > "$work/$linux/man/quillet-mount.1.gz"
 tar -C "$work" --owner=0 --group=0 --sort=name -czf "dist/$linux.tar.gz" "$linux"
 ls -l dist

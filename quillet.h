@@ -1,14 +1,19 @@
-// quillet: the complete client of a handset's diagnostic protocol, for programs that link quillet.wfx.
+// quillet: a complete client of a phone's diagnostic protocol, for programs that link quillet.wfx.
 //
 //     #include "quillet.h"
 //     Diag_FTM phone(5);                     // COM5
 //     if (phone.IsPhoneConnected())
 //         phone.EFS2_DIAG_ENUM_DIR("");      // entries arrive through ConfigureEfsCallbacks
 //
-// Conventions (errors, ownership, threads, units, text encoding) stand in docs/ARCHITECTURE.md.
+// CONTRIBUTING.md describes the conventions: errors, ownership, threads, units, text encoding.
 #pragma once
 
+#include "efs2/failure_text.h"
+#include "link/event_listener.h"
 #include "link/event_names.h"
+#include "link/message_queue.h"
+#include "link/port_error_text.h"
+#include "link/text_log.h"
 #include "portserver/efs.h"
 #include "portserver/qpst_server.h"
 #include "portserver/software_download.h"

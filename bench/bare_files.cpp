@@ -38,7 +38,7 @@ void BareListing(BareLine& line, const std::string& sFolder, size_t iEntries) {
         ++iNumber;
     line.Exchange(BareLine::Request(kCloseDir, {iFolder}));
     if (iNumber != iEntries + 1)
-        throw std::runtime_error("not every entry was listed");
+        throw std::runtime_error("the listing is incomplete");
 }
 
 void BareDownload(BareLine& line, const std::string& sPath, const std::string& sLocal) {

@@ -6,13 +6,13 @@
 
 #include "bench/bare_line.h"
 
-/// What one request moves.
+/// Bytes that one request transfers.
 constexpr size_t kReadBlock = 1536;
 constexpr size_t kWriteBlock = 512;
 
-/// The status of a file, once.
+/// Requests the status of a file once.
 void BareStatus(BareLine& line, const std::string& sPath);
-/// Lists a folder of iEntries entries and throws when it has another number.
+/// Lists a folder. Throws unless it has iEntries entries.
 void BareListing(BareLine& line, const std::string& sFolder, size_t iEntries);
 void BareDownload(BareLine& line, const std::string& sPath, const std::string& sLocal);
 void BareUpload(BareLine& line, const std::string& sLocal, const std::string& sPath);

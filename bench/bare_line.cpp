@@ -16,7 +16,7 @@ constexpr int kTimeOut_ms = 2000;
 
 void WriteAll(int fd, const void* pBytes, size_t iCount) {
     if (write(fd, pBytes, iCount) != static_cast<ssize_t>(iCount))
-        throw std::runtime_error("the request was not written");
+        throw std::runtime_error("cannot write the request");
 }
 
 } // namespace
@@ -24,7 +24,7 @@ void WriteAll(int fd, const void* pBytes, size_t iCount) {
 BareLine::BareLine(const std::string& sTty) : m_fd(open(sTty.c_str(), O_RDWR | O_NOCTTY)) {
     termios settings{};
     if (m_fd < 0 || tcgetattr(m_fd, &settings) != 0)
-        throw std::runtime_error("the tty cannot be opened: " + sTty);
+        throw std::runtime_error("cannot open tty " + sTty);
     cfmakeraw(&settings);
     tcsetattr(m_fd, TCSANOW, &settings);
     tcflush(m_fd, TCIOFLUSH);
@@ -80,12 +80,12 @@ const std::vector<uint8_t>& BareLine::Exchange(const std::vector<uint8_t>& reque
         m_answer.clear();
         while (!TakePacket())
             if (!TakeInput(kTimeOut_ms))
-                throw std::runtime_error("no answer");
+                throw std::runtime_error("no response");
     } while (!m_answer.empty() && m_answer[0] == kLogRecord);
     const size_t iSize = m_answer.size();
     if (iSize < 3 ||
         CrcByteByByte({m_answer.data(), iSize - 2}) != (m_answer[iSize - 2] | m_answer[iSize - 1] << 8))
-        throw std::runtime_error("an answer with a wrong check sequence");
+        throw std::runtime_error("a response with a wrong FCS");
     m_answer.resize(iSize - 2);
     return m_answer;
 }

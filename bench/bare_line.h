@@ -1,4 +1,5 @@
-// The least that a request and its answer cost: frames over a raw descriptor, without threads, queues, logs.
+// The minimum cost of a request and its response: frames over a raw descriptor, without threads, queues or
+// logs.
 #pragma once
 
 #include <array>
@@ -7,30 +8,29 @@
 #include <string>
 #include <vector>
 
-/// BareLine talks to a handset's tty directly, as a yardstick for the client. It shares no code with it.
+/// BareLine uses a handset's tty directly, as a yardstick for the client. It shares no code with the client.
 class BareLine {
 public:
-    /// Opens the tty in raw mode; throws std::runtime_error when that fails.
+    /// Opens the tty in raw mode. Throws std::runtime_error on failure.
     explicit BareLine(const std::string& sTty);
     ~BareLine();
     BareLine(const BareLine&) = delete;
     BareLine& operator=(const BareLine&) = delete;
 
-    /// Sends one request and waits for its answer, which stands without its check sequence until the next
-    /// call; log records that come before it are passed over. Throws std::runtime_error when none comes
-    /// within two seconds or the check sequence is wrong.
+    /// Sends one request and returns its response without FCS, valid until the next call. Skips log records.
+    /// Throws std::runtime_error when no response arrives within two seconds or its FCS is wrong.
     const std::vector<uint8_t>& Exchange(const std::vector<uint8_t>& request);
 
-    /// Sends one request, or text as it is.
+    /// Sends one request, framed; or text, unframed.
     void Write(const std::vector<uint8_t>& request);
     void WriteText(const std::string& sText);
-    /// Waits at most iLimit_ms for bytes of whatever kind and drops them; false when none come.
+    /// Waits at most iLimit_ms for bytes of any kind and discards them; false when none arrive.
     bool DropInput(int iLimit_ms);
 
-    /// Builds an EFS2 request: its command, 32-bit values, and bytes behind them.
+    /// Builds an EFS2 request: the command, 32-bit values, then other bytes.
     static std::vector<uint8_t> Request(uint8_t iCommand, std::initializer_list<uint32_t> values,
                                         const void* pTail = nullptr, size_t iTailSize = 0);
-    /// The 32-bit value at an offset of an answer.
+    /// The 32-bit value at an offset of a response.
     static uint32_t ValueAt(const std::vector<uint8_t>& answer, size_t iOffset);
 
 private:
@@ -41,7 +41,7 @@ private:
     std::vector<uint8_t> m_frame;
     std::array<uint8_t, 4096> m_input;
     size_t m_iFilled = 0; // bytes in m_input
-    size_t m_iTaken = 0;  // of them looked at
+    size_t m_iTaken = 0;  // of those, consumed
     std::vector<uint8_t> m_answer;
     bool m_bEscaped = false;
 };

@@ -1,4 +1,4 @@
-// One request and its answer.
+// One request and its response.
 #include "bench/bare_files.h"
 #include "bench/measure.h"
 
@@ -6,7 +6,7 @@ namespace {
 
 constexpr size_t kFileSize = 1024;
 
-/// Times every single exchange of a round.
+/// The time of every exchange of a round.
 std::function<void()> Timed(std::vector<double>& times_us, size_t iCount,
                             const std::function<void()>& exchange) {
     return [&times_us, iCount, &exchange] {

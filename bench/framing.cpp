@@ -1,4 +1,4 @@
-// Frames made and read, and the check sequence, without a line.
+// Encoding and decoding of frames, and the FCS, without a line.
 #include <algorithm>
 
 #include "bench/measure.h"
@@ -16,7 +16,7 @@ using Bytes = std::vector<uint8_t>;
 constexpr size_t kPackets = 200;
 constexpr size_t kRounds = 60;
 
-/// The rate of the fastest round, floor and client by turns.
+/// Adds the rate of the fastest round; floor and client take turns.
 void AddRates(Bench& bench, const std::string& sItem, const char* sContent, size_t iBytes,
               const std::function<void()>& floor, const std::function<void()>& client) {
     double fFloor_us = 0;
@@ -47,7 +47,7 @@ void MeasureCrc(Bench& bench, const Bytes& packet) {
     AddRates(bench, "CRC, to eight tables", "", iBytes, times(CrcEightAtATime), client);
     Require(iSum != 0 && ComputeCrc16(packet.data(), iBits) == CrcEightAtATime(packet) &&
                 CrcByteByByte(packet) == CrcEightAtATime(packet),
-            "two check sequences of one packet");
+            "floor and client compute different FCSs");
 }
 
 void MeasureEncoding(Bench& bench, const Bytes& packet, const char* sContent) {
@@ -63,10 +63,10 @@ void MeasureEncoding(Bench& bench, const Bytes& packet, const char* sContent) {
             for (size_t i = 0; i < kPackets; ++i)
                 Require(frame.Encode(packet, false), "the packet does not fit in a frame");
         });
-    Require(std::ranges::equal(frame.Bytes(), simpleFrame), "two frames of one packet");
+    Require(std::ranges::equal(frame.Bytes(), simpleFrame), "floor and client make different frames");
 }
 
-/// Without a delivery thread the posted packets stay in the dispatcher, as the copies do on the other side.
+/// Without a delivery thread the posted packets stay in the dispatcher, like the copies of the floor.
 void MeasureDecoding(Bench& bench, const Bytes& packet, const char* sContent) {
     Bytes frame;
     Bytes wire;
@@ -89,7 +89,7 @@ void MeasureDecoding(Bench& bench, const Bytes& packet, const char* sContent) {
 } // namespace
 
 void MeasureFraming(Bench& bench) {
-    constexpr size_t kPacketSize = 1556; // the answer that carries a block of a download
+    constexpr size_t kPacketSize = 1556; // a response with a block of a download
     const Bytes mixed = FilePattern(kPacketSize);
     Bytes plain = mixed;
     std::ranges::replace_if(

@@ -52,7 +52,7 @@ public:
     }
 
     void Serve(int fd) {
-        Message message; // the first answer only says that the handset is there
+        Message message; // the first reply only confirms that the handset runs
         do
             message.iValue = CarryOut(static_cast<Order>(message.iOrder), message.iValue);
         while (Post(fd, message) && Receive(fd, message));
@@ -118,7 +118,7 @@ HandsetProcess::HandsetProcess() {
     int aSockets[2];
     if (mkdtemp(sTemplate.data()) == nullptr || socketpair(AF_UNIX, SOCK_SEQPACKET, 0, aSockets) != 0 ||
         (m_iProcess = fork()) < 0)
-        throw std::runtime_error("no process for the handset");
+        throw std::runtime_error("cannot start a process for the handset");
     m_sFolder = sTemplate;
     m_fd = aSockets[m_iProcess == 0 ? 1 : 0];
     close(aSockets[m_iProcess == 0 ? 0 : 1]);
@@ -132,7 +132,7 @@ HandsetProcess::HandsetProcess() {
         _exit(0);
     }
     if (!Receive(m_fd, ready))
-        throw std::runtime_error("no handset");
+        throw std::runtime_error("the handset did not start");
     setenv("QUILLET_DEVICE_ROOT", m_sFolder.c_str(), 1);
 }
 
@@ -155,6 +155,6 @@ void HandsetProcess::AddNeighbours(size_t iPorts, size_t iAnswering) {
 uint64_t HandsetProcess::Ask(Order eOrder, uint64_t iValue) {
     Message message{static_cast<uint64_t>(eOrder), iValue};
     if (!Post(m_fd, message) || !Receive(m_fd, message))
-        throw std::runtime_error("the handset's process is gone");
+        throw std::runtime_error("the handset's process has ended");
     return message.iValue;
 }

@@ -1,17 +1,17 @@
-// The simulated handset, in a process of its own: processor time, memory and threads of the measuring process
-// are then those of the client alone.
+// The simulated handset in a process of its own, so that processor time, memory and threads of the measuring
+// process are only the client's.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-/// The content of every measured file: all byte values, also those that frames escape.
+/// The content of every measured file: all byte values, including those that frames escape.
 std::vector<uint8_t> FilePattern(size_t iSize);
 
-/// HandsetProcess is a handset on COM1 of a device root, which QUILLET_DEVICE_ROOT names from then on. It
-/// must be made before the process starts its first thread. Every operation throws std::runtime_error when
-/// the handset's process is gone.
+/// HandsetProcess is a handset on COM1 of a device root. It sets QUILLET_DEVICE_ROOT to that folder. Make it
+/// before the process starts its first thread. Every operation throws std::runtime_error when the handset's
+/// process has ended.
 class HandsetProcess {
 public:
     HandsetProcess();
@@ -20,28 +20,27 @@ public:
     HandsetProcess(const HandsetProcess&) = delete;
     HandsetProcess& operator=(const HandsetProcess&) = delete;
 
-    /// The folder of the device root, which local files of the measurements may use too.
+    /// The folder of the device root. Measurements may put local files there too.
     const std::string& Folder() const { return m_sFolder; }
     /// The path of the tty of COM iPort.
     std::string Tty(int iPort = 1) const;
 
-    /// Every answer takes this long; 0 at first.
+    /// Delays every response by this time; initially 0.
     void SetLatency(unsigned iLatency_us) { Ask(Order::Latency, iLatency_us); }
-    /// So many log records come before every answer; 0 at first.
+    /// Sends this many log records before every response; initially 0.
     void SetChatter(unsigned iRecords) { Ask(Order::Chatter, iRecords); }
-    /// The file "file<iSize>" holds FilePattern(iSize).
+    /// Makes the file "file<iSize>" with the content FilePattern(iSize).
     void MakeFile(size_t iSize) { Ask(Order::File, iSize); }
-    /// The folder "folder<iEntries>" has so many files.
+    /// Makes the folder "folder<iEntries>" with that many files.
     void MakeFolder(size_t iEntries) { Ask(Order::Folder, iEntries); }
-    /// Whether the file "up" holds FilePattern(iSize).
+    /// True when the content of the file "up" is FilePattern(iSize).
     bool UploadIsRight(size_t iSize) { return Ask(Order::CheckUpload, iSize) != 0; }
-    /// Counts requests from now on, until RequestCount, which returns their number.
+    /// Starts to count requests. RequestCount returns their number.
     void CountRequests() { Ask(Order::CountRequests, 0); }
     uint64_t RequestCount() { return Ask(Order::RequestCount, 0); }
-    /// Makes COM2 and the ports behind it, iPorts in all, each with a handset, of which only that number
-    /// iAnswering (from 1) answers.
+    /// Makes iPorts ports from COM2 on, each with a handset. Only number iAnswering (from 1) answers.
     void AddNeighbours(size_t iPorts, size_t iAnswering);
-    /// How many requests the neighbour of that number has received.
+    /// The number of requests that the neighbour with this number has received.
     uint64_t RequestsOfNeighbour(size_t iNumber) { return Ask(Order::RequestsOfNeighbour, iNumber); }
 
 private:

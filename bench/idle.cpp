@@ -1,4 +1,4 @@
-// An open connection that nobody uses.
+// An open, idle connection.
 #include <chrono>
 #include <thread>
 

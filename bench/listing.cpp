@@ -12,7 +12,7 @@ bool IsWorthWhile(const Bench& bench, const Condition& condition, size_t iEntrie
 }
 
 void MeasureFolder(Bench& bench, const Condition& condition, size_t iEntries) {
-    constexpr size_t kOtherRequests = 3; // opening, the end of the folder, closing
+    constexpr size_t kOtherRequests = 3; // open, end of the folder, close
     const size_t iExchanges = iEntries + kOtherRequests;
     const std::string sFolder = "folder" + std::to_string(iEntries);
     const auto best = bench.Compare(

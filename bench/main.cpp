@@ -1,5 +1,5 @@
-// quillet-bench: what the client adds to a bare request and answer over the same pseudo-terminal with the
-// same handset in the same run.
+// quillet-bench: the cost that the client adds to a bare request and response, over the same pseudo-terminal
+// with the same handset in the same run.
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -18,9 +18,9 @@ struct Topic {
     void (*pfnMeasure)(Bench&);
 };
 constexpr Topic kTopics[] = {
-    {"exchange", MeasureExchanges}, {"listing", MeasureListings}, {"transfer", MeasureTransfers},
-    {"framing", MeasureFraming},    {"idle", MeasureIdle},        {"memory", MeasureMemory},
-    {"ports", MeasurePortSearch},   {"mount", MeasureMounted},
+    {"exchange", MeasureExchanges}, {"listing", MeasureListings},  {"transfer", MeasureTransfers},
+    {"framing", MeasureFraming},    {"idle", MeasureIdle},         {"memory", MeasureMemory},
+    {"ports", MeasurePortSearch},   {"programs", MeasurePrograms}, {"mount", MeasureMounted},
 };
 
 struct Options {
@@ -31,14 +31,13 @@ struct Options {
     bool bLog = false;
 };
 
-void PrintUsage(FILE* file) {
+void PrintUsage(std::FILE* file) {
     std::fputs(
         "usage: quillet-bench [--quick | --full] [--json FILE] [--only TOPIC] [--profile BYTES [--log]]\n\n"
         "--quick: about two minutes (the default); --full: about eleven, with large files and folders\n"
-        "--json FILE: writes the rows to FILE\n"
-        "--only TOPIC: exchange, listing, transfer, framing, idle, memory, ports or mount\n"
-        "--profile BYTES: nothing but one download by the client, to run under a profiler; --log: with the "
-        "text log\n",
+        "--json FILE: write the rows to FILE\n"
+        "--only TOPIC: exchange, listing, transfer, framing, idle, memory, ports, programs or mount\n"
+        "--profile BYTES: only one download by the client, for a profiler; --log: with the text log\n",
         file);
 }
 

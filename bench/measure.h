@@ -1,4 +1,4 @@
-// Stop-watches, and the pairs of floor and client that every topic measures.
+// Stopwatches, and the pair of floor and client that every topic measures.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@
 #include "bench/report.h"
 #include "qlib/diag_ftm.h"
 
-/// Time of one piece of work; processor time is that of all threads of this process.
+/// Time of one piece of work. Processor time counts all threads of this process.
 struct Usage {
     double fWall_us = 0;
     double fCpu_us = 0;
@@ -18,32 +18,36 @@ struct Usage {
 
 Usage Measure(const std::function<void()>& work);
 
-/// Throws std::runtime_error with that text unless bHolds.
+/// Throws std::runtime_error(sWhat) unless bHolds.
 void Require(bool bHolds, const char* sWhat);
 
-/// The value below which that part (0 to 1) of the values lie; `values` is sorted.
+/// The value below which the fraction fPart (0 to 1) of the values lies. Sorts `values`.
 double Percentile(std::vector<double>& values, double fPart);
 
-/// How the handset behaves, and whether the client writes its text log.
+/// The behaviour of the handset, and whether the client writes its text log.
 struct Condition {
     const char* sName;
     unsigned iLatency_us;
-    unsigned iChatter; // log records before every answer
+    unsigned iChatter; // log records before every response
     bool bLog;
 
     bool IsPlain() const { return iChatter == 0 && !bLog; }
-    /// The goal of figures under this condition, when they have one.
+    /// The goal of figures under this condition.
     Goal GoalOf() const {
         return !IsPlain() ? Goal::None : iLatency_us == 0 ? Goal::Added100 : Goal::Factor115;
     }
 };
 
 constexpr Condition kConditions[] = {
-    {"at once", 0, 0, false},       {"at once, log", 0, 0, true}, {"at once, flood", 0, 20, false},
-    {"after 1 ms", 1000, 0, false}, {"1 ms, log", 1000, 0, true}, {"1 ms, flood", 1000, 20, false},
+    {.sName = "at once", .iLatency_us = 0, .iChatter = 0, .bLog = false},
+    {.sName = "at once, log", .iLatency_us = 0, .iChatter = 0, .bLog = true},
+    {.sName = "at once, flood", .iLatency_us = 0, .iChatter = 20, .bLog = false},
+    {.sName = "after 1 ms", .iLatency_us = 1000, .iChatter = 0, .bLog = false},
+    {.sName = "1 ms, log", .iLatency_us = 1000, .iChatter = 0, .bLog = true},
+    {.sName = "1 ms, flood", .iLatency_us = 1000, .iChatter = 20, .bLog = false},
 };
 
-/// What the topics share. The handset's process must have been made before anything else.
+/// Shared by the topics. Make the handset's process before anything else.
 struct Bench {
     HandsetProcess phone;
     Report report;
@@ -52,19 +56,19 @@ struct Bench {
     std::string Local(const char* sName) const { return phone.Folder() + "/" + sName; }
     void Set(const Condition& condition);
 
-    /// Runs both sides by turns, iRounds times each, and takes the fastest round of each side: the one that
-    /// other programs on the machine disturbed least. Opening the port is not measured.
+    /// Runs both sides in turn, iRounds times each, and returns the fastest round of each side: the one that
+    /// other programs disturbed least. Does not measure opening the port.
     struct Pair {
         Usage bare;
         Usage client;
     };
     Pair Compare(const Condition& condition, size_t iRounds, const std::function<void(BareLine&)>& bare,
                  const std::function<void(Diag_FTM&)>& client);
-    /// So many rounds are worth while for work of so many exchanges.
+    /// A useful number of rounds for work of iExchanges exchanges.
     size_t RoundsFor(const Condition& condition, size_t iExchanges) const;
 };
 
-// The topics, each in a file of its name.
+// The topics, one per source file.
 void MeasureExchanges(Bench& bench);
 void MeasureListings(Bench& bench);
 void MeasureTransfers(Bench& bench);
@@ -72,10 +76,10 @@ void MeasureFraming(Bench& bench);
 void MeasureIdle(Bench& bench);
 void MeasureMemory(Bench& bench);
 void MeasurePortSearch(Bench& bench);
+void MeasurePrograms(Bench& bench);
 void MeasureMounted(Bench& bench);
 
-/// A connection to COM1 as the measurements use it, with the text log of the condition. Throws when the port
-/// cannot be opened.
+/// A connection to COM1, with the text log of the condition. Throws when the port cannot be opened.
 class Client {
 public:
     Client(const Bench& bench, const Condition& condition);
@@ -85,7 +89,7 @@ private:
     Diag_FTM m_diag{1};
 };
 
-/// The client's side of the work, with a check of what it did.
+/// The client's side of the work. Throws when the result is wrong.
 void ClientStatus(Diag_FTM& diag, const std::string& sPath);
 void ClientListing(Diag_FTM& diag, const std::string& sFolder, size_t iEntries);
 void ClientDownload(Diag_FTM& diag, const std::string& sPath, const std::string& sLocal);

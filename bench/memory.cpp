@@ -1,4 +1,4 @@
-// How much memory work takes on top of what the process had before.
+// The memory that work takes, in addition to what the process used before.
 #include "bench/bare_files.h"
 #include "bench/measure.h"
 #include "bench/process_figures.h"

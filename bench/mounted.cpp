@@ -82,7 +82,7 @@ void MeasureCopies(Bench& bench, const Condition& condition) {
     constexpr size_t kSize = 4 * kMiB;
     const std::string sFile = "file" + std::to_string(kSize);
     const std::string sLocal = bench.Local("client");
-    const std::vector<std::string> host = {QUILLET_WFXHOST, "--plugin", QUILLET_PLUGIN_FILE, "--force"};
+    const std::vector<std::string> host = {QUILLET_WFXHOST, "--plugin", QUILLET_PLUGIN_FILE};
     const auto with = [&](std::initializer_list<std::string> more) {
         std::vector<std::string> words = host;
         words.insert(words.end(), more);
@@ -91,8 +91,8 @@ void MeasureCopies(Bench& bench, const Condition& condition) {
     double fGetHost = 1e9, fPutHost = 1e9, fGetMount = 1e9, fPutMount = 1e9;
     bench.phone.MakeFile(kSize);
     for (int i = 0; i < (bench.bFull ? 3 : 1); ++i) {
-        fGetHost = std::min(fGetHost, Seconds(with({"get", "/" + sFile, sLocal})));
-        fPutHost = std::min(fPutHost, Seconds(with({"put", sLocal, "/up"})));
+        fGetHost = std::min(fGetHost, Seconds(with({"get", "--force", "/" + sFile, sLocal})));
+        fPutHost = std::min(fPutHost, Seconds(with({"put", "--force", sLocal, "/up"})));
         const MountedFolder folder(bench);
         fGetMount = std::min(fGetMount, Seconds({"cp", folder.Path(sFile), sLocal}));
         fPutMount = std::min(fPutMount, Seconds({"cp", sLocal, folder.Path("up")}));

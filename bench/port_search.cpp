@@ -1,4 +1,4 @@
-// The search for a port on which a phone answers. The silent ports cost what the phone check waits for them.
+// The search for a port on which a handset answers. A silent port costs the time-outs of the phone check.
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -14,10 +14,10 @@ constexpr size_t kAnswering = 6; // of them, counted from 1
 constexpr int kPhoneCheck_ms = 80;
 constexpr int kTextAttempts = 2;
 constexpr int kTextAnswer_ms = 200;
-constexpr const char* kFlag = "~";         // ends whatever a phone takes for the beginning of a frame
+constexpr const char* kFlag = "~";         // ends a frame that the handset may have begun
 constexpr unsigned short kFirstNumber = 2; // COM1 is the handset of all other measurements
 
-/// Counts how often ttys are opened.
+/// Counts how often ttys are opened. inotify merges equal events in a row, so it watches closings too.
 class OpenCounter {
 public:
     OpenCounter() : m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
@@ -27,8 +27,7 @@ public:
 
     void Watch(const std::string& sTty) { inotify_add_watch(m_fd, sTty.c_str(), IN_OPEN | IN_CLOSE); }
     size_t Count() const {
-        // Events without a name have all the same size. Equal ones in a row are told as one, therefore the
-        // closings.
+        // Events without a name all have the same size.
         inotify_event aEvents[1024];
         size_t iOpened = 0;
         for (ssize_t iRead; (iRead = read(m_fd, aEvents, sizeof aEvents)) > 0;)
@@ -42,7 +41,7 @@ private:
     int m_fd;
 };
 
-/// The same waits as the phone check's, on one bare port after the other.
+/// Waits as the phone check does, on one bare port after another.
 void BareSearch(const HandsetProcess& phone) {
     const std::vector<uint8_t> loopback = {0x7B, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
     for (size_t i = 0; i < kPorts; ++i) {

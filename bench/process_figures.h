@@ -1,11 +1,11 @@
-// What the system counts for this process.
+// Figures that the system keeps about this process.
 #pragma once
 
 #include <cstdint>
 
-/// How often the threads of this process have gone to sleep so far (and woken again).
+/// How often the threads of this process have gone to sleep and woken.
 uint64_t VoluntarySwitches();
-/// Memory in use now, and the most since ForgetPeak, in MiB.
+/// Memory in use now, and the peak since ForgetPeak, in MiB.
 double Resident_MiB();
 double Peak_MiB();
 void ForgetPeak();

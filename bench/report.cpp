@@ -8,6 +8,8 @@ namespace {
 
 const char* Text(Goal eGoal) {
     switch (eGoal) {
+        case Goal::Factor110:
+            return "<= 1.1 x";
         case Goal::Factor115:
             return "<= 1.15 x";
         case Goal::Added100:
@@ -21,6 +23,8 @@ const char* Text(Goal eGoal) {
 
 bool IsMet(const Row& row) {
     switch (row.eGoal) {
+        case Goal::Factor110:
+            return row.fFactor <= 1.1;
         case Goal::Factor115:
             return row.fFactor <= 1.15;
         case Goal::Added100:
@@ -32,7 +36,7 @@ bool IsMet(const Row& row) {
     }
 }
 
-/// Three significant digits as long as there are fewer before the point.
+/// Three significant digits, but all digits before the point.
 std::string Number(double fValue) {
     if (std::isnan(fValue))
         return "";
@@ -81,8 +85,8 @@ void Report::AddRate(Row row) {
 }
 
 bool Report::WriteJson(const std::string& sFile) const {
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(sFile.c_str(), "w"), std::fclose);
-    if (!file)
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(sFile.c_str(), "w"), std::fclose);
+    if (file == nullptr)
         return false;
     const char* sSeparator = "[\n";
     for (const auto& [sTopic, row, bMet] : m_entries) {

@@ -1,4 +1,4 @@
-// The table that a person reads while it grows, and the file that a program reads.
+// The results: a table for people, printed row by row, and a file for programs.
 #pragma once
 
 #include <limits>
@@ -8,26 +8,27 @@
 /// A figure that a row does not have.
 constexpr double kNoFigure = std::numeric_limits<double>::quiet_NaN();
 
-/// What a row is to keep to.
+/// The goal of a row.
 enum class Goal {
     None,
-    Factor115, // the client costs at most 1.15 times what the floor costs
-    Added100,  // it adds at most 100 microseconds per exchange
-    NotMore,   // its figure is not above the floor's, which is a limit
+    Factor110, // the client costs at most 1.1 times the floor
+    Factor115, // the client costs at most 1.15 times the floor
+    Added100,  // the client adds at most 100 microseconds per exchange
+    NotMore,   // the client's figure is not above the floor's, which is a limit
 };
 
-/// One measurement, the client's beside its floor's of the same run.
+/// One measurement: client and floor in the same run.
 struct Row {
-    std::string sItem;      // what was measured
-    std::string sCondition; // and under which circumstances
+    std::string sItem;      // the measured item
+    std::string sCondition; // the condition under which it was measured
     std::string sUnit;
     double fFloor = kNoFigure;
     double fClient = kNoFigure;
-    double fAdded_us = kNoFigure; // what the client adds to one exchange
+    double fAdded_us = kNoFigure; // added by the client to one exchange
     double fFactor = kNoFigure;   // cost of the client / cost of the floor
     Goal eGoal = Goal::None;
-    // Processor time of one exchange, all threads of this process together: it hardly depends on what else
-    // the machine does.
+    // Processor time of one exchange, all threads of this process together. Other programs on the machine
+    // hardly affect it.
     double fFloorCpu_us = kNoFigure;
     double fClientCpu_us = kNoFigure;
 };
@@ -37,13 +38,13 @@ class Report {
 public:
     void BeginTopic(const std::string& sTitle);
     void Add(const Row& row);
-    /// A time: less is better.
+    /// Adds a time: less is better.
     void AddTime(Row row);
-    /// A rate: more is better.
+    /// Adds a rate: more is better.
     void AddRate(Row row);
     /// Writes all rows as JSON; false when the file cannot be written.
     bool WriteJson(const std::string& sFile) const;
-    /// How many rows missed their goal.
+    /// The number of rows that missed their goal.
     size_t Missed() const { return m_iMissed; }
 
 private:

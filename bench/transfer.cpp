@@ -1,5 +1,4 @@
-// Copying files of different sizes: the rate must not depend on the size once opening and closing do not
-// count.
+// Copies files of different sizes. The rate must not depend on the size, apart from opening and closing.
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -17,11 +16,11 @@ struct Direction {
     size_t iBlock;
     size_t iOtherRequests;
 };
-constexpr Direction kDownload = {"download", kReadBlock, 2}; // opening, closing
-constexpr Direction kUpload = {"upload", kWriteBlock, 3};    // and the space that is left
+constexpr Direction kDownload = {"download", kReadBlock, 2}; // open, close
+constexpr Direction kUpload = {"upload", kWriteBlock, 3};    // and free space
 
 size_t ExchangesFor(const Direction& direction, size_t iSize) {
-    // A download's end shows by a block that is not full.
+    // A block that is not full ends a download.
     const size_t iBlocks = iSize / direction.iBlock + (&direction == &kDownload ? 1 : 0);
     return iBlocks + direction.iOtherRequests;
 }
@@ -47,11 +46,11 @@ void Add(Bench& bench, const Condition& condition, const Direction& direction, s
                           best.client.fCpu_us / fExchanges});
 }
 
-/// A fast transfer of wrong bytes is no transfer.
+/// Throws unless the right bytes were transferred.
 void RequireSameBytes(const std::string& sLocal, size_t iSize) {
     std::ifstream file(sLocal, std::ios::binary);
     const std::vector<uint8_t> copied{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    Require(copied == FilePattern(iSize), "a download brought other bytes");
+    Require(copied == FilePattern(iSize), "a download has wrong content");
 }
 
 void MeasureDownload(Bench& bench, const Condition& condition, size_t iSize) {
@@ -68,16 +67,16 @@ void MeasureDownload(Bench& bench, const Condition& condition, size_t iSize) {
 }
 
 void MeasureUpload(Bench& bench, const Condition& condition, size_t iSize) {
-    const std::string sSource = bench.Local("client"); // what the download brought
+    const std::string sSource = bench.Local("client"); // the downloaded file
     const size_t iRounds = bench.RoundsFor(condition, ExchangesFor(kUpload, iSize));
     const auto best = bench.Compare(
         condition, iRounds, [&](BareLine& line) { BareUpload(line, sSource, "up"); },
         [&](Diag_FTM& diag) { ClientUpload(diag, sSource, "up"); });
     Add(bench, condition, kUpload, iSize, best);
-    Require(bench.phone.UploadIsRight(iSize), "an upload brought other bytes");
+    Require(bench.phone.UploadIsRight(iSize), "an upload has wrong content");
 }
 
-/// A floor that sends fewer or more requests than the client would be none.
+/// Throws unless floor and client send the same number of requests; otherwise the floor is no floor.
 void RequireSameRequests(Bench& bench, size_t iSize) {
     const std::string sPhone = "file" + std::to_string(iSize);
     const std::string sLocal = bench.Local("client");
@@ -93,7 +92,8 @@ void RequireSameRequests(Bench& bench, size_t iSize) {
             ClientDownload(diag, sPhone, sLocal);
             ClientUpload(diag, sLocal, "up");
         });
-    Require(bench.phone.RequestCount() == 2 * iExpected, "floor and client do not send the same requests");
+    Require(bench.phone.RequestCount() == 2 * iExpected,
+            "floor and client send different numbers of requests");
 }
 
 } // namespace

@@ -8,7 +8,7 @@ constexpr size_t kSlices = 8;
 constexpr uint16_t kGoodResidue = 0x0F47;
 using Table = std::array<uint16_t, 256>;
 
-/// tables[n][i]: what byte i does to the register when n more bytes follow it.
+/// tables[n][i]: the effect of byte i on the register after n more bytes.
 std::array<Table, kSlices> MakeTables() {
     std::array<Table, kSlices> tables{};
     for (unsigned i = 0; i < 256; ++i) {

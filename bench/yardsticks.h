@@ -1,5 +1,5 @@
-// Framing as one writes it at first, byte by byte, and the check sequence as fast as portable code computes
-// it: what the client's own are measured against. Nothing here is shared with the client.
+// Yardsticks for the client's framing: plain framing, byte by byte, and the fastest FCS in portable code.
+// They share no code with the client.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ uint16_t CrcByteByByte(std::span<const uint8_t> bytes);
 /// The same, eight bytes at a time from eight tables.
 uint16_t CrcEightAtATime(std::span<const uint8_t> bytes);
 
-/// Makes the frame of a packet in `frame`, whose former content goes.
+/// Replaces the content of `frame` by the frame of a packet.
 void EncodeByteByByte(std::span<const uint8_t> packet, std::vector<uint8_t>& frame);
-/// Takes the packets out of frames and copies each, with its check sequence; returns how many were right.
+/// Extracts the packets from frames and copies each, with its FCS. Returns the number of valid ones.
 size_t DecodeByteByByte(std::span<const uint8_t> wire, std::vector<std::vector<uint8_t>>& packets);

@@ -5,6 +5,22 @@ add_library(tools_common STATIC ${tools_sources}
     ${PROJECT_SOURCE_DIR}/tools/common/terminal_${QUILLET_SYSTEM}.cpp)
 target_include_directories(tools_common PUBLIC ${PROJECT_SOURCE_DIR}/tools)
 target_link_libraries(tools_common PRIVATE quillet_options)
+target_compile_definitions(tools_common PRIVATE QUILLET_VERSION="${PROJECT_VERSION}")
+
+# quillet_program_documents(NAME): the program's manual page and bash completion, which it prints itself, in
+# documents/ of the build folder.
+function(quillet_program_documents name)
+    if(QUILLET_SANITIZE)
+        return() # those programs need special settings to run
+    endif()
+    set(folder ${CMAKE_BINARY_DIR}/documents)
+    add_custom_command(OUTPUT ${folder}/${name}.1 ${folder}/${name}.bash
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
+        COMMAND ${name} --man > ${folder}/${name}.1
+        COMMAND ${name} --completion > ${folder}/${name}.bash
+        DEPENDS ${name} VERBATIM)
+    add_custom_target(${name}_documents ALL DEPENDS ${folder}/${name}.1 ${folder}/${name}.bash)
+endfunction()
 
 file(GLOB wfxhost_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/wfxhost/*.cpp)
 list(FILTER wfxhost_sources EXCLUDE REGEX "/system_[a-z]+\\.cpp$")
@@ -16,6 +32,8 @@ target_link_libraries(wfxhost PRIVATE tools_common quillet_options ${CMAKE_DL_LI
 set_target_properties(wfxhost PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 if(WIN32)
     target_link_options(wfxhost PRIVATE -static -s)
+else()
+    quillet_program_documents(wfxhost)
 endif()
 
 # qdiag uses the library as any other program would: quillet.h, and the plug-in's file beside it. It needs
@@ -27,6 +45,15 @@ if(NOT WIN32)
     target_link_libraries(qdiag PRIVATE tools_common quillet quillet_options)
     set_target_properties(qdiag PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
         INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+    quillet_program_documents(qdiag)
+endif()
+
+# The simulated handset on a pseudo-terminal.
+if(NOT WIN32)
+    add_executable(simulated-handset ${PROJECT_SOURCE_DIR}/tools/simulated_handset/main.cpp)
+    target_link_libraries(simulated-handset PRIVATE tools_common handset)
+    set_target_properties(simulated-handset PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+    quillet_program_documents(simulated-handset)
 endif()
 
 # quillet-mount uses the library in the same way. What it does on the phone (mount_parts) is apart from libfuse 3, so

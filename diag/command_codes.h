@@ -1,9 +1,9 @@
-// First bytes of the general commands' requests, and the subsystems that they address.
+// The first byte of each general command's request, and the subsystems that requests address.
 #pragma once
 
 enum DiagCommandCode : unsigned char {
     DIAG_VERSION = 0x00,
-    DIAG_DOWNLOAD_HELLO = 0x01, // in download mode; answered with DIAG_DOWNLOAD_HELLO_ANSWER
+    DIAG_DOWNLOAD_HELLO = 0x01, // in download mode; the response begins with DIAG_DOWNLOAD_HELLO_ANSWER
     DIAG_DOWNLOAD_HELLO_ANSWER = 0x02,
     DIAG_PEEK_8 = 0x02,
     DIAG_PEEK_16 = 0x03,
@@ -34,8 +34,12 @@ enum DiagCommandCode : unsigned char {
 enum DiagSubsystem : unsigned char {
     DIAG_SUBSYSTEM_CALL_MANAGER = 0x04,
     DIAG_SUBSYSTEM_GSM = 0x08,
+    DIAG_SUBSYSTEM_FTM = 0x0B,
     DIAG_SUBSYSTEM_GPS = 0x0D,
     DIAG_SUBSYSTEM_DISPLAY = 0x10,
+    DIAG_SUBSYSTEM_EFS2 = 0x13,
+    DIAG_SUBSYSTEM_SIM = 0x21,
+    DIAG_SUBSYSTEM_MEDIA_FLO = 0x2B,
     DIAG_SUBSYSTEM_NV_BATCH = 0x30,
     DIAG_SUBSYSTEM_NV_BACKUP = 0x37,
 };

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "diag/command.h"
+
 namespace {
 
-/// The length field of a test command's header: fixed per command id, 0 for ids that are not listed.
+/// The length field of a test command's header: fixed per command id, 0 for ids not listed.
 struct RequestLength {
     unsigned short iCommandId;
     unsigned short iLength;
@@ -22,17 +24,20 @@ unsigned short LengthOf(std::span<const RequestLength> lengths, unsigned short i
     return found == lengths.end() ? 0 : found->iLength;
 }
 
-constexpr unsigned char kMediaFloSubsystem = 43;
-constexpr unsigned char kGsdiSubsystem = 33;
-constexpr unsigned char kDelayedSubsystemCommand = 0x80;
+constexpr unsigned short kGsdiCommand = 72;
 constexpr size_t kGsdiDataSize = 16;
 
 } // namespace
 
+void CommandFrame::NoteFailure(const OperationFailure& failure) {
+    if (m_lastFailure.eKind == OperationFailure::Kind::None)
+        m_lastFailure = failure;
+}
+
 bool CommandFrame::Exchange(unsigned char iExpected, DWORD iReadDelay_ms) {
     return m_connection.SendSync(m_buffer.RequestLength(), m_buffer.RequestBytes(),
                                  &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
-                                 m_connection.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
+                                 m_access.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
 }
 
 bool CommandFrame::SendExpectingCommandType() {
@@ -50,9 +55,9 @@ bool CommandFrame::Send(DWORD iReadDelay_ms) {
 }
 
 bool CommandFrame::SendWithDifferentResponseCmd(unsigned char iExpected, DWORD iReadDelay_ms) {
-    return m_connection.SendSyncExpecting(m_buffer.RequestLength(), m_buffer.RequestBytes(),
-                                          &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
-                                          m_connection.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
+    return m_access.SendSyncExpecting(m_buffer.RequestLength(), m_buffer.RequestBytes(),
+                                      &m_buffer.ResponseLength(), m_buffer.ResponseBytes(), iExpected,
+                                      m_access.TimeOut_ms(QMSL_TimeOut_SyncRequest), iReadDelay_ms);
 }
 
 bool CommandFrame::SendFtmCmd() {
@@ -88,7 +93,7 @@ bool CommandFrame::SendCDMA2000() {
 }
 
 void CommandFrame::SetSystemMode(FTM_Mode_Id_Enum iSystem_Mode) {
-    Log().LogMessage(LOG_FN, "QLIB_SetSystemMode(iSystem_Mode = %d)()", static_cast<int>(iSystem_Mode));
+    LogLine(*this, LOG_FN, "QLIB_SetSystemMode(iSystem_Mode = %d)()", iSystem_Mode);
     m_eSystemMode = iSystem_Mode;
 }
 
@@ -102,22 +107,23 @@ RequestBuilder& CommandFrame::FormatFTMHeader() {
         return BeginRequest()
             .U8(FTM_COMMAND_75)
             .U8(m_iFtmSubsystem)
-            .U16(static_cast<unsigned>(m_eSystemMode));
-    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U16(0x0077).U16(0);
+            .U16(static_cast<unsigned>(m_eSystemMode))
+            .EndHeader();
+    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U16(0x0077).U16(0).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatExtendedFTMHeader(unsigned short iFirst, unsigned short iSecond,
                                                       unsigned short iThird) {
-    return FormatFTMHeader().U16(iFirst).U16(iSecond).U16(iThird);
+    return FormatFTMHeader().U16(iFirst).U16(iSecond).U16(iThird).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatExtendedFTMHeader(unsigned short iMode, unsigned short iFirst,
                                                       unsigned short iSecond, unsigned short iThird) {
-    return FormatSubsystemDiagHeader(m_iFtmSubsystem, iMode).U16(iFirst).U16(iSecond).U16(iThird);
+    return FormatSubsystemDiagHeader(m_iFtmSubsystem, iMode).U16(iFirst).U16(iSecond).U16(iThird).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatSubsystemDiagHeader(unsigned char iSubsystem, unsigned short iCommand) {
-    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U8(iSubsystem).U16(iCommand);
+    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U8(iSubsystem).U16(iCommand).EndHeader();
 }
 
 RequestBuilder& CommandFrame::FormatBT_FTMHeader(unsigned short iCommandId, unsigned short iLength) {
@@ -142,36 +148,42 @@ RequestBuilder& CommandFrame::FormatAGPS_FTMHeader(unsigned short iCommandId) {
 }
 
 RequestBuilder& CommandFrame::FormatPMIC_FTMHeader(unsigned short iCommandId, unsigned char iSubcommandId) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_PMIC, iCommandId, 0, 0).U8(iSubcommandId);
+    return FormatExtendedFTMHeader(FTM_MODE_ID_PMIC, iCommandId, 0, 0).U8(iSubcommandId).EndHeader();
 }
 
-RequestBuilder& CommandFrame::FormatAudioFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_AUDIO, iA, iB, iC);
+RequestBuilder& CommandFrame::FormatAudioFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                                   unsigned short iResponseLength) {
+    return FormatExtendedFTMHeader(FTM_MODE_ID_AUDIO, iCommandId, iRequestLength, iResponseLength);
 }
 
-RequestBuilder& CommandFrame::FormatCameraFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_CAMERA, iA, iB, iC);
+RequestBuilder& CommandFrame::FormatCameraFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                                    unsigned short iResponseLength) {
+    return FormatExtendedFTMHeader(FTM_MODE_ID_CAMERA, iCommandId, iRequestLength, iResponseLength);
 }
 
-RequestBuilder& CommandFrame::FormatRF_CommonHeader(unsigned short iA, unsigned short iB, unsigned short iC) {
-    return FormatExtendedFTMHeader(FTM_MODE_ID_RF_COMMON, iA, iB, iC);
+RequestBuilder& CommandFrame::FormatRF_CommonHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                                    unsigned short iResponseLength) {
+    return FormatExtendedFTMHeader(FTM_MODE_ID_RF_COMMON, iCommandId, iRequestLength, iResponseLength);
 }
 
 RequestBuilder& CommandFrame::FormatMF_DiagHeader(unsigned char iCommandId) {
-    return BeginRequest().U8(static_cast<unsigned>(m_eCommandType)).U8(kMediaFloSubsystem).U8(iCommandId);
+    return BeginRequest()
+        .U8(static_cast<unsigned>(m_eCommandType))
+        .U8(DIAG_SUBSYSTEM_MEDIA_FLO)
+        .U8(iCommandId);
 }
 
-RequestBuilder& CommandFrame::FormatGSDI_DiagHeader(DWORD iA, DWORD iB, unsigned char iC, unsigned char iD,
-                                                    const unsigned char* pData) {
+RequestBuilder& CommandFrame::FormatGSDI_DiagHeader(DWORD iFirst, DWORD iCommandId, unsigned char iSecond,
+                                                    unsigned char bHasData, const unsigned char* pData) {
     constexpr unsigned char aZeros[kGsdiDataSize] = {};
-    const unsigned char* pSent = iD != 0 && pData != nullptr ? pData : aZeros;
+    const unsigned char* pSent = bHasData != 0 && pData != nullptr ? pData : aZeros;
     return BeginRequest()
-        .U8(kDelayedSubsystemCommand)
-        .U8(kGsdiSubsystem)
-        .U16(72)
-        .U32(iA)
-        .U32(iB)
-        .U8(iC)
-        .U8(iD)
+        .U8(DIAG_SUBSYSTEM_DELAYED)
+        .U8(DIAG_SUBSYSTEM_SIM)
+        .U16(kGsdiCommand)
+        .U32(iFirst)
+        .U32(iCommandId)
+        .U8(iSecond)
+        .U8(bHasData)
         .Bytes({pSent, kGsdiDataSize});
 }

@@ -1,90 +1,78 @@
 // The frame of every diagnostic command: the buffer pair, the exchange, and the factory-test headers.
 #pragma once
 
-#include <cstdint>
-
+#include "diag/command_codes.h"
+#include "diag/ftm_types.h"
+#include "diag/operation_failure.h"
 #include "diag/packet_buffer.h"
-#include "link/diag_connection.h"
-#include "platform/export.h"
+#include "link/connection_access.h"
 #include "platform/types.h"
 
-/// The first byte of factory-test (FTM) requests.
-enum FTM_Command_Type : int {
-    FTM_COMMAND_59 = 59,      // the older form, with a length field
-    FTM_COMMAND_75 = 75,      // a subsystem command
-    FTM_COMMAND_UNKNOWN = -1, // no form was detected
-};
-
-/// The mode field of factory-test requests: what the command is for. Values without a name are allowed.
-enum FTM_Mode_Id_Enum : int {
-    FTM_MODE_ID_FACTORY = 0,
-    FTM_MODE_ID_CDMA_1X = 1,
-    FTM_MODE_ID_BLUETOOTH = 4,
-    FTM_MODE_ID_CDMA2000 = 7,
-    FTM_MODE_ID_EVDO = 8,
-    FTM_MODE_ID_LOG = 9,
-    FTM_MODE_ID_AGPS = 10,
-    FTM_MODE_ID_PMIC = 11,
-    FTM_MODE_ID_GSM_BER = 13,
-    FTM_MODE_ID_AUDIO = 14,
-    FTM_MODE_ID_CAMERA = 15,
-    FTM_MODE_ID_WCDMA_BER = 16,
-    FTM_MODE_ID_CDMA_API2 = 18,
-    FTM_MODE_ID_RF_COMMON = 20,
-    FTM_MODE_ID_WCDMA_SECONDARY = 21,
-};
-
-/// CommandFrame is what every command family is built on. A command logs its entry line, begins a request
-/// with one of the Format functions (which clear the buffer pair), appends its fields to the builder that
-/// they return, exchanges it with one of the Send functions, and takes its values from Response(), last
-/// first.
+/// CommandFrame is the base that every command family uses; programs cannot reach it. A command logs its
+/// entry line, begins a request with BeginRequest or a Format function (both clear the buffer pair), appends
+/// its fields to the returned builder, exchanges the request with a Send function, and takes its values from
+/// Response(), last first. diag/command.h has each of these steps as one line.
 ///
-/// One command at a time, on the caller's thread: the buffer pair is shared by all commands of the
-/// connection. The connection must outlive the frame.
-class QUILLET_API CommandFrame {
+/// One command at a time, on the caller's thread: all commands of the connection share the buffer pair. The
+/// connection must outlive the frame.
+class CommandFrame {
 public:
-    explicit CommandFrame(DiagConnection& connection) : m_connection(connection) {}
+    explicit CommandFrame(DiagConnection& connection) : m_connection(connection), m_access(connection) {}
     CommandFrame(const CommandFrame&) = delete;
     CommandFrame& operator=(const CommandFrame&) = delete;
 
     // --- Exchange -----------------------------------------------------------------------------------
-    // All of them wait for QMSL_TimeOut_SyncRequest and leave the response in the buffer pair.
+    // Each waits up to QMSL_TimeOut_SyncRequest and leaves the response in the buffer pair.
 
-    /// Send exchanges the request as built; iReadDelay_ms is slept between writing and waiting. True when
-    /// a response with the request's first byte arrived.
+    /// Send exchanges the request as built, and sleeps for iReadDelay_ms between writing and waiting. True
+    /// when a response with the request's first byte arrived.
     bool Send(DWORD iReadDelay_ms);
-    /// The same for a request that is answered with another first byte, iExpected.
+    /// The same for a request whose response begins with another byte, iExpected.
     bool SendWithDifferentResponseCmd(unsigned char iExpected, DWORD iReadDelay_ms);
 
-    /// SendFtmCmd is SendFtmCmd59 or SendFtmCmd75, by the command type.
+    /// SendFtmCmd is SendFtmCmd59 or SendFtmCmd75, depending on the command type.
     bool SendFtmCmd();
     /// True when the response begins with the command type, the FTM subsystem and the system mode.
     bool SendFtmCmd75();
     /// Fills in the length field (offset 3) first. True when the response begins with the request's first
-    /// three bytes. After any response, takes read the fields that end at the request's length.
+    /// three bytes. Whenever a response arrived, the values taken from it are those that end at the request's
+    /// length.
     bool SendFtmCmd59();
-    /// True when the response carries mode 8 (third byte) and status 0 (seventh byte).
+    /// True when the response has mode 8 (third byte) and status 0 (seventh byte).
     bool SendEVDO();
-    /// With command type 59 SendFtmCmd59; otherwise true when the response begins with the command type.
+    /// SendFtmCmd59 with command type 59; otherwise true when the response begins with the command type.
     bool SendCDMA2000();
 
     // --- Settings -----------------------------------------------------------------------------------
 
-    /// SetCommandType chooses the form of FTM requests (75 at first).
+    /// SetCommandType sets the form of FTM requests (initially 75).
     void SetCommandType(FTM_Command_Type eCommandType) { m_eCommandType = eCommandType; }
     FTM_Command_Type GetCommandType() const { return m_eCommandType; }
-    /// SetSystemMode sets the mode field of FTM requests (1 at first).
+    /// SetSystemMode sets the mode field of FTM requests (initially 1).
     void SetSystemMode(FTM_Mode_Id_Enum iSystem_Mode);
     FTM_Mode_Id_Enum GetSystemMode() const { return m_eSystemMode; }
 
-    // --- For the command families (private in Diag_FTM) ---------------------------------------------
+    // --- What a command works with ------------------------------------------------------------------
 
     DiagConnection& Connection() { return m_connection; }
-    DataLogFileHandler& Log() { return *m_connection.GetDataLogFileHandler(); }
+    /// Access: the parts of the connection that are hidden from programs.
+    const ConnectionAccess& Access() { return m_access; }
+    DataLogFileHandler& Log() { return m_access.Log(); }
     PacketBuffer& Buffer() { return m_buffer; }
     ResponseReader Response() { return m_buffer.Response(); }
-    /// StoreSystemMode is SetSystemMode without its log line, for commands from which the mode follows.
+    /// AskForValues is Send for a command whose result is only in the response's values: false also when
+    /// nothing follows the response's header.
+    bool AskForValues() { return Send(0) && Response().HoldsValues(); }
+    /// StoreSystemMode is SetSystemMode without the log line, for commands that imply a mode.
     void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
+
+    /// ForgetFailure begins an operation that reports why it fails; NoteFailure keeps the reason, unless
+    /// there is one already.
+    void ForgetFailure() { m_lastFailure = {}; }
+    void NoteFailure(const OperationFailure& failure);
+    const OperationFailure& LastFailure() const { return m_lastFailure; }
+
+    // The response begins with the same header as the request, which is what the Format functions write.
 
     /// BeginRequest clears the buffer pair and returns the builder of an empty request.
     RequestBuilder& BeginRequest();
@@ -100,20 +88,26 @@ public:
     RequestBuilder& FormatSubsystemDiagHeader(unsigned char iSubsystem, unsigned short iCommand);
 
     RequestBuilder& FormatBT_FTMHeader(unsigned short iCommandId, unsigned short iLength);
-    /// The length field follows from the command id. With command type 59: appends type, command id and
-    /// 0 to what the request already holds.
+    /// The length field depends on the command id. With command type 59: appends type, command id and 0 to
+    /// what the request already holds.
     RequestBuilder& FormatCDMA2000_FTMHeader(unsigned short iCommandId);
-    /// The length field follows from the command id. With command type 59: nothing.
+    /// The length field depends on the command id. With command type 59: appends nothing.
     RequestBuilder& FormatEVDO_FTMHeader(unsigned short iCommandId);
     RequestBuilder& FormatAGPS_FTMHeader(unsigned short iCommandId);
     RequestBuilder& FormatPMIC_FTMHeader(unsigned short iCommandId, unsigned char iSubcommandId);
-    RequestBuilder& FormatAudioFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC);
-    RequestBuilder& FormatCameraFTMHeader(unsigned short iA, unsigned short iB, unsigned short iC);
-    RequestBuilder& FormatRF_CommonHeader(unsigned short iA, unsigned short iB, unsigned short iC);
+    // Lengths are in bytes, as the phone's software expects them; some leave out fields. A response length is
+    // that of the whole packet, and so is a camera request's. An audio request's counts the fields alone.
+    RequestBuilder& FormatAudioFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                         unsigned short iResponseLength);
+    RequestBuilder& FormatCameraFTMHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                          unsigned short iResponseLength);
+    RequestBuilder& FormatRF_CommonHeader(unsigned short iCommandId, unsigned short iRequestLength,
+                                          unsigned short iResponseLength);
     RequestBuilder& FormatMF_DiagHeader(unsigned char iCommandId);
-    /// pData: 16 bytes that are sent when iD is not 0; null or iD 0 sends 16 zero bytes.
-    RequestBuilder& FormatGSDI_DiagHeader(DWORD iA, DWORD iB, unsigned char iC, unsigned char iD,
-                                          const unsigned char* pData);
+    /// iFirst is 1 in all known commands. pData: 16 bytes, sent when bHasData is not 0; otherwise, and for
+    /// null, 16 zero bytes are sent.
+    RequestBuilder& FormatGSDI_DiagHeader(DWORD iFirst, DWORD iCommandId, unsigned char iSecond,
+                                          unsigned char bHasData, const unsigned char* pData);
 
 private:
     bool Exchange(unsigned char iExpected, DWORD iReadDelay_ms);
@@ -121,8 +115,10 @@ private:
     bool ResponseByteIs(size_t iOffset, unsigned iValue);
 
     DiagConnection& m_connection;
+    const ConnectionAccess m_access;
     PacketBuffer m_buffer;
-    unsigned char m_iFtmSubsystem = 11;
+    OperationFailure m_lastFailure;
+    unsigned char m_iFtmSubsystem = DIAG_SUBSYSTEM_FTM;
     FTM_Mode_Id_Enum m_eSystemMode = FTM_MODE_ID_CDMA_1X;
     FTM_Command_Type m_eCommandType = FTM_COMMAND_75;
 };

@@ -1,5 +1,6 @@
 #include "diag/delayed_responses.h"
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/received_packet.h"
 #include "diag/simple_command.h"
@@ -7,13 +8,13 @@
 
 namespace {
 
-/// What the first answer and every delayed response carry behind command, subsystem and subsystem command.
+/// The fields after command, subsystem and subsystem command, in the first response and in every delayed one.
 struct DelayedHead {
     DWORD iStatus = 0;
     unsigned short iResponseId = 0;
     unsigned short iCount = 0;
 
-    /// False when the packet ends before it.
+    /// False when the packet is too short for them.
     bool Read(const ResponseReader& packet) {
         return packet.U32At(4, iStatus) && packet.U16At(8, iResponseId) && packet.U16At(10, iCount);
     }
@@ -22,7 +23,7 @@ struct DelayedHead {
 } // namespace
 
 bool DelayedResponses::DIAG_NV_CNV_DIAG_BACKUP_F() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_NV_CNV_DIAG_BACKUP_F()");
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_NV_CNV_DIAG_BACKUP_F()");
     m_frame.BeginRequest().U8(DIAG_SUBSYSTEM_DELAYED).U8(DIAG_SUBSYSTEM_NV_BACKUP).U16(0);
     return SendDiag2WithMultipleResponse(1, 0);
 }
@@ -31,7 +32,7 @@ bool DelayedResponses::GPS_SET_TEST_MODE_PARAMS(unsigned char iByte1, unsigned c
                                                 unsigned char iByte3, unsigned char iByte4,
                                                 unsigned char iByte5, DWORD iValue1, DWORD iValue2,
                                                 DWORD iValue3, DWORD iValue4) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_GPS_COLD_START()");
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_GPS_COLD_START()");
     RequestBuilder& request = m_frame.BeginRequest().U8(DIAG_SUBSYSTEM).U8(DIAG_SUBSYSTEM_GPS).U16(0x0012);
     for (const unsigned char iByte : {iByte1, iByte2, iByte3, iByte4, iByte5})
         request.U8(iByte);
@@ -43,11 +44,11 @@ bool DelayedResponses::GPS_SET_TEST_MODE_PARAMS(unsigned char iByte1, unsigned c
 bool DelayedResponses::HS_DISPLAY_CAPTURE_DELAYED_CMD(unsigned char iDisplayID, unsigned short iStartingRow,
                                                       unsigned short iStartingCol, unsigned short iHeight,
                                                       unsigned short iWidth, const char* sFileName) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_HS_DISPLAY_CAPTURE_DELAYED_CMD( ) -- NOT IMPLEMENTED!!!");
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_HS_DISPLAY_CAPTURE_DELAYED_CMD( iDisplayID = %d, iStartingRow = %d, "
-                             "iStartingCol = %d, iHeight = %d, iWidth = %d, sFileName = %s)",
-                             iDisplayID, iStartingRow, iStartingCol, iHeight, iWidth, sFileName);
+    LogLine(m_frame, LOG_FN, "QLIB_HS_DISPLAY_CAPTURE_DELAYED_CMD( ) -- NOT IMPLEMENTED!!!");
+    LogLine(m_frame, LOG_FN,
+            "QLIB_HS_DISPLAY_CAPTURE_DELAYED_CMD( iDisplayID = %d, iStartingRow = %d, "
+            "iStartingCol = %d, iHeight = %d, iWidth = %d, sFileName = %s)",
+            iDisplayID, iStartingRow, iStartingCol, iHeight, iWidth, sFileName);
     RequestBuilder& request = m_frame.BeginRequest()
                                   .U8(DIAG_SUBSYSTEM_DELAYED)
                                   .U8(DIAG_SUBSYSTEM_DISPLAY)
@@ -62,17 +63,17 @@ bool DelayedResponses::HS_DISPLAY_CAPTURE_DELAYED_CMD(unsigned char iDisplayID, 
 }
 
 bool DelayedResponses::SendDiag2WithMultipleResponse(int iNumResponses, DWORD) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_SendDiag2WithMultipleResponse()");
-    m_frame.Connection().DelayedResponseQueue().Clear();
+    LogLine(m_frame, LOG_FN, "QLIB_SendDiag2WithMultipleResponse()");
+    m_frame.Access().DelayedResponseQueue().Clear();
     unsigned short iResponseId = 0;
     if (!m_frame.Send(0) || !IsAnnounced(iResponseId))
         return false;
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_SendDiag2WithMultipleResponse()--send successful");
+    LogLine(m_frame, LOG_RET, "QLIB_SendDiag2WithMultipleResponse()--send successful");
     for (int iAccepted = 0; iAccepted < iNumResponses; ++iAccepted) {
         if (!WaitForOne(iResponseId)) {
-            m_frame.Log().LogMessage(
-                LOG_RET, "QLIB_SendDiag2WithMultipleResponse()--exit after %d response messages received",
-                iAccepted);
+            LogLine(m_frame, LOG_RET,
+                    "QLIB_SendDiag2WithMultipleResponse()--exit after %d response messages received",
+                    iAccepted);
             return false;
         }
     }
@@ -87,7 +88,7 @@ bool DelayedResponses::IsAnnounced(unsigned short& iResponseId) {
 }
 
 bool DelayedResponses::WaitForOne(unsigned short iResponseId) {
-    DiagConnection& connection = m_frame.Connection();
+    const ConnectionAccess& connection = m_frame.Access();
     const DWORD iTimeOut_ms = connection.TimeOut_ms(QMSL_TimeOut_MultipleResponse);
     const DWORD iStart_ms = TickCount_ms();
     QueueItem item;
@@ -103,13 +104,12 @@ bool DelayedResponses::WaitForOne(unsigned short iResponseId) {
 }
 
 bool DelayedResponses::IsAwaited(const QueueItem& item, unsigned short iResponseId) {
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_SendDiag2WithMultipleResponse()-delayed response detected");
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_SendDiag2WithMultipleResponse()--delayed response check match");
+    LogLine(m_frame, LOG_RET, "QLIB_SendDiag2WithMultipleResponse()-delayed response detected");
+    LogLine(m_frame, LOG_RET, "QLIB_SendDiag2WithMultipleResponse()--delayed response check match");
     unsigned short iPosition = 0;
     DelayedHead head;
     const bool bComplete = head.Read(ResponseReader(WithoutFcs(item), iPosition));
-    m_frame.Log().LogMessage(LOG_RET,
-                             "QLIB_SendDiag2WithMultipleResponse()-- Status: %d, RespID: %d, Count: %d ",
-                             AsInt(head.iStatus), head.iResponseId, head.iCount);
+    LogLine(m_frame, LOG_RET, "QLIB_SendDiag2WithMultipleResponse()-- Status: %d, RespID: %d, Count: %d ",
+            head.iStatus, head.iResponseId, head.iCount);
     return bComplete && head.iResponseId == iResponseId && head.iStatus == 0;
 }

@@ -1,22 +1,23 @@
 // The greeting of the phone's download mode.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 
-/// DownloadGreeting talks to a phone in download mode, which answers no diagnostic requests. Two requests,
-/// each within QMSL_TimeOut_SyncRequest. Caller's thread. The frame must outlive it.
+class CommandFrame;
+
+/// DownloadGreeting addresses a phone in download mode, which does not answer diagnostic requests. Each
+/// request waits up to QMSL_TimeOut_SyncRequest. Caller's thread. The frame must outlive it.
 class QUILLET_API DownloadGreeting {
 public:
     explicit DownloadGreeting(CommandFrame& frame) : m_frame(frame) {}
 
-    /// DOWNLOAD_Hello greets the phone with the host's protocol version, the oldest version that it
-    /// understands and its feature bits, then sends an empty request. True when the greeting was answered;
-    /// then piResponse (null, or at least 4096 bytes) receives the answer to the empty request, if there was
-    /// one.
+    /// DOWNLOAD_Hello greets the phone with the host's protocol version, the oldest version that it supports,
+    /// and its feature bits, then sends an empty request. True when the phone answered the greeting.
+    /// piResponse (null, or at least 4096 bytes) then receives the response to the empty request, if there
+    /// was one.
     bool DOWNLOAD_Hello(unsigned char iVersionNumber, unsigned char iCompatibleVersion,
                         unsigned char iFeatureBits, unsigned char* piResponse);
-    /// DOWNLOAD_Ping tells whether a phone in download mode answers.
+    /// DOWNLOAD_Ping: true when a phone in download mode answers.
     bool DOWNLOAD_Ping();
 
 private:

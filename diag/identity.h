@@ -1,17 +1,17 @@
-// Who the phone is: version, build, serial number.
+// What identifies the phone and its software.
 #pragma once
 
 #include <cstddef>
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
+class CommandFrame;
 class NvItems;
 
 #pragma pack(push, 1)
-/// The phone's version answer as it stands on the wire, 16-bit fields little-endian. Texts have fixed widths,
-/// are filled up with blanks and end without a zero.
+/// The phone's version response, in wire layout; 16-bit fields are little-endian. Texts have fixed widths,
+/// are padded with blanks and are not zero-terminated.
 struct QLIB_PhoneResp_Version {
     unsigned char iCmdCode; // 0x00
     char sCompileDate[11];  // "Mar 14 2008"
@@ -29,27 +29,28 @@ struct QLIB_PhoneResp_Version {
 #pragma pack(pop)
 static_assert(sizeof(QLIB_PhoneResp_Version) == 54);
 
-/// PhoneIdentity: each operation is one request and its answer, within QMSL_TimeOut_SyncRequest. Caller's
+/// PhoneIdentity: each operation is one request and its response, within QMSL_TimeOut_SyncRequest. Caller's
 /// thread. The frame and the NV items must outlive it.
 class QUILLET_API PhoneIdentity {
 public:
-    /// Texts that are handed out take up to this many bytes of the caller's buffer, the zero included.
+    /// The size of each text buffer of the caller, the terminating zero included.
     static constexpr size_t kBuildTextSize = 512;
 
     PhoneIdentity(CommandFrame& frame, NvItems& nvItems) : m_frame(frame), m_nvItems(nvItems) {}
 
-    /// DIAG_VERNO_F reads the version answer into *pVersion; what a phone says beyond the record is left out.
-    /// False, with the record as it was, without an answer, for an answer below 54 bytes, and for null (the
-    /// phone is asked all the same).
+    /// DIAG_VERNO_F reads the version response into *pVersion and ignores any bytes beyond the record. False,
+    /// with the record unchanged, without a response, for one below 54 bytes, and for null (the request is
+    /// still sent).
     bool DIAG_VERNO_F(QLIB_PhoneResp_Version* pVersion);
 
     /// DIAG_EXT_BUILD_ID_F reads the modem chip's version, the model number, and the names of the software
-    /// and the model (kBuildTextSize bytes each; longer ones are cut, missing ones are empty). True when the
-    /// phone answered; numbers that the answer lacks stay as they were.
+    /// and the model (kBuildTextSize bytes each; longer names are cut, missing ones are empty). True when the
+    /// phone answered; numbers missing from the response stay unchanged. False, with everything unchanged,
+    /// for a response that ends within its header.
     bool DIAG_EXT_BUILD_ID_F(DWORD& iMSM_HW_Version, DWORD& iMobModel, char* sMobSwRev, char* sModelStr);
 
-    /// DIAG_READ_ESN_F reads the electronic serial number (NV item 0). False, with iESN as it was, without an
-    /// answer or when the phone refuses the item.
+    /// DIAG_READ_ESN_F reads the electronic serial number (NV item 0). False, with iESN unchanged, without a
+    /// response, when it is too short for the number, and when the phone refuses to read the item.
     bool DIAG_READ_ESN_F(DWORD& iESN);
 
 private:

@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <cstring>
 
+#include "diag/command.h"
 #include "diag/log_masks.h"
 #include "diag/received_packet.h"
 #include "link/extended_message.h"
+#include "link/extended_message_text.h"
 
 namespace {
 
 constexpr unsigned char kPressed = 1;
 constexpr unsigned char kReleased = 2;
 
-/// The codes of a common keypad, each with its key, in the order in which the map lists them.
+/// The hardware codes of a common keypad and their keys, in the order of the default map.
 constexpr struct {
     unsigned short iHW_ID;
     unsigned char iKeyPressSW_ID;
@@ -61,34 +63,34 @@ bool KeyPresses::DIAG_KeyPress_ConfigureKeyDetect(const char* sKeyReleasePrefix,
 }
 
 bool KeyPresses::DIAG_KeyPress_StartCapture() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_KeyPress_StartCapture()");
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_KeyPress_StartCapture()");
     const bool bAnswered = m_masks.DIAG_SetMessageFilter(m_iSSID, m_iRT_MASK);
     m_masks.DIAG_SetPhoneLoggingState(true);
     return bAnswered;
 }
 
 bool KeyPresses::DIAG_KeyPress_StopCapture() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_KeyPress_StopCapture()");
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_KeyPress_StopCapture()");
     const bool bAnswered = m_masks.DIAG_SetMessageFilter(m_iSSID, 0);
     m_masks.DIAG_SetPhoneLoggingState(false);
     return bAnswered;
 }
 
 bool KeyPresses::DIAG_KeyPress_ClearQueue() {
-    m_frame.Connection().PhoneLogQueue().Clear();
+    m_frame.Access().PhoneLogQueue().Clear();
     m_keyEvents.clear();
     return true;
 }
 
 bool KeyPresses::DIAG_KeyPress_ClearMap() {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_KeyPress_ClearMap( )");
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_KeyPress_ClearMap( )");
     m_keyMap.clear();
     return true;
 }
 
 bool KeyPresses::DIAG_KeyPress_AddMapEntry(unsigned short iHW_ID, unsigned char iKeyPressSW_ID) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_KeyPress_AddMapEntry( iHW_ID = %d, iKeyPressSW_ID = %d )",
-                             iHW_ID, iKeyPressSW_ID);
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_KeyPress_AddMapEntry( iHW_ID = %d, iKeyPressSW_ID = %d )", iHW_ID,
+            iKeyPressSW_ID);
     m_keyMap.push_back({iHW_ID, iKeyPressSW_ID});
     return true;
 }
@@ -118,7 +120,7 @@ bool KeyPresses::DIAG_KeyPress_GetNextKeyEvent(unsigned short& iKeyPressID, unsi
 void KeyPresses::DIAG_KeyPress_ProcessResponseBuffer() {
     QueueItem item;
     ExtendedMessage message;
-    while (m_frame.Connection().PhoneLogQueue().Pop(&item)) {
+    while (m_frame.Access().PhoneLogQueue().Pop(&item)) {
         if (item.length < kMaxPacketSize && ParseExtendedMessage(PacketOf(item), message))
             ProcessMessage(message.sFormat);
     }
@@ -128,8 +130,8 @@ void KeyPresses::ProcessMessage(std::string_view sFormat) {
     const std::string_view sPress = m_sPressPrefix.data();
     const bool bPressed = sFormat.starts_with(sPress);
     const bool bReleased = sFormat.starts_with(m_sReleasePrefix.data());
-    // The code is looked for where it stands behind the press text; the longer release text only brings
-    // characters in front of it that count as zeros.
+    // The code is searched for after the press prefix in release messages too. The longer release prefix only
+    // adds leading characters, which count as zeros.
     constexpr size_t kHexMark = 2;
     const DWORD iCode = ParseHexString(sFormat.substr(std::min(sFormat.size(), sPress.size() + kHexMark)));
     const int iKey = DIAG_KeyPress_GetSW_CodeFromHW_Code(static_cast<unsigned short>(iCode));

@@ -1,4 +1,4 @@
-// The phone's key presses, caught from the debug messages that its software writes for them.
+// Key presses on the phone, detected in the debug messages that its software writes for them.
 #pragma once
 
 #include <array>
@@ -6,44 +6,43 @@
 #include <string_view>
 #include <vector>
 
-#include "diag/command_frame.h"
 #include "diag/key_press_id.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
+class CommandFrame;
 class LogMasks;
 
-/// KeyPresses: configured (by default for common phones) -> capturing -> stopped. While the phone writes its
-/// messages, the size and event queries turn them into key events and drop everything else that waits in the
-/// phone-log queue. Caller's thread. The frame and the log masks must outlive it.
+/// KeyPresses: configured (by default for common phones) -> capturing -> stopped. During a capture the size
+/// and event queries turn the phone's messages into key events, and drop everything else in the phone-log
+/// queue. Caller's thread. The frame and the log masks must outlive it.
 class QUILLET_API KeyPresses {
 public:
     KeyPresses(CommandFrame& frame, LogMasks& masks);
 
-    /// DIAG_KeyPress_ConfigureKeyDetect says how messages of keys begin (each text cut to 99 characters) and
-    /// which messages to ask the phone for. Behind the text stand "0x" and the key's hardware code. Always
-    /// true.
+    /// DIAG_KeyPress_ConfigureKeyDetect sets the prefixes of key messages (each cut to 99 characters), and
+    /// which messages to request from the phone. After the prefix a message has "0x" and the key's hardware
+    /// code. Always true.
     bool DIAG_KeyPress_ConfigureKeyDetect(const char* sKeyReleasePrefix, const char* sKeyPressPrefix,
                                           unsigned short iSSID, DWORD iRT_MASK);
 
-    /// DIAG_KeyPress_StartCapture asks for the messages and switches phone logging on; StopCapture undoes
+    /// DIAG_KeyPress_StartCapture requests the messages and switches phone logging on; StopCapture undoes
     /// both. True when the phone answered.
     bool DIAG_KeyPress_StartCapture();
     bool DIAG_KeyPress_StopCapture();
 
-    /// DIAG_KeyPress_ClearQueue drops all key events and everything that waits in the phone-log queue. Always
-    /// true.
+    /// DIAG_KeyPress_ClearQueue drops all key events and all packets in the phone-log queue. Always true.
     bool DIAG_KeyPress_ClearQueue();
 
-    /// DIAG_KeyPress_ClearMap, DIAG_KeyPress_AddMapEntry: the key map, from hardware codes to keys. The first
-    /// entry of a code counts; keys that are not in the map, or are 0 there, give no events. Always true.
+    /// DIAG_KeyPress_ClearMap, DIAG_KeyPress_AddMapEntry edit the map from hardware codes to keys. The first
+    /// entry for a code is used. Keys that are not in the map, or map to 0, produce no events. Always true.
     bool DIAG_KeyPress_ClearMap();
     bool DIAG_KeyPress_AddMapEntry(unsigned short iHW_ID, unsigned char iKeyPressSW_ID);
 
-    /// DIAG_KeyPress_GetQueueSize tells how many key events wait. Always true.
+    /// DIAG_KeyPress_GetQueueSize reads the number of queued key events. Always true.
     bool DIAG_KeyPress_GetQueueSize(DWORD& iQueueSize);
-    /// DIAG_KeyPress_GetNextKeyEvent takes the oldest one: the key, and 1 for pressed or 2 for released.
-    /// Without one both stay as they were. Always true.
+    /// DIAG_KeyPress_GetNextKeyEvent takes the oldest event: the key, and 1 for pressed or 2 for released.
+    /// Both stay unchanged when there is none. Always true.
     bool DIAG_KeyPress_GetNextKeyEvent(unsigned short& iKeyPressID, unsigned char& iEventType);
 
 private:

@@ -4,11 +4,12 @@
 #include <array>
 #include <span>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 
 namespace {
 
-/// One width of access: its codes, the bytes that a request's data area has, how the log calls it.
+/// One access width: its codes, the size of a request's data area, its name in the log.
 struct Width {
     unsigned char iPeek;
     unsigned char iPoke;
@@ -16,14 +17,14 @@ struct Width {
     const char* sPeek;
     const char* sEquals;
     const char* sPoke;
-    unsigned iPokeCategory;
+    LogCategory ePokeCategory;
 };
 
 constexpr Width kWidth8 = {DIAG_PEEK_8, DIAG_POKE_8, 4, "8bit", "= ", "8bit", LOG_FN};
 constexpr Width kWidth16 = {DIAG_PEEK_16, DIAG_POKE_16, 4, "16bit", "=", "16bit", LOG_RET};
 constexpr Width kWidth32 = {DIAG_PEEK_32, DIAG_POKE_32, 8, "32bit", "= ", "32 bit", LOG_FN};
 
-constexpr size_t kPeekedOffset = 7; // behind the code, the address and the count
+constexpr size_t kPeekedOffset = 7; // after code, address and count
 constexpr std::array<unsigned char, 8> kPadding{};
 
 const Width& WidthOf(unsigned char) {
@@ -36,7 +37,7 @@ const Width& WidthOf(DWORD) {
     return kWidth32;
 }
 
-/// Copies as many whole values as the answer holds.
+/// Copies every complete value of the response.
 template <class Value>
 void CopyPeeked(CommandFrame& frame, std::span<Value> values) {
     const ResponseReader response = frame.Response();
@@ -56,28 +57,29 @@ void CopyPeeked(CommandFrame& frame, std::span<Value> values) {
 template <class Value>
 bool Peek(CommandFrame& frame, DWORD iAddress, unsigned short iNumItems, Value* pOut) {
     const Width& width = WidthOf(Value{});
-    frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_MEMORY_PEEK_F-%s(iAddress=0x%X, iNumItems=%d)", width.sPeek,
-                           AsInt(iAddress), iNumItems);
+    LogLine(frame, LOG_FN, "QLIB_DIAG_MEMORY_PEEK_F-%s(iAddress=0x%X, iNumItems=%d)", width.sPeek, iAddress,
+            iNumItems);
     const size_t iCount = std::min<size_t>(iNumItems, width.iArea / sizeof(Value));
     frame.BeginRequest()
         .U8(width.iPeek)
         .U32(iAddress)
         .U16(static_cast<unsigned>(iCount))
+        .EndHeader()
         .Bytes(std::span(kPadding).first(width.iArea));
-    const bool bAnswered = frame.Send(0);
+    const bool bAnswered = iCount > 0 ? frame.AskForValues() : frame.Send(0);
     if (bAnswered)
         CopyPeeked(frame, std::span(pOut, iCount));
-    frame.Log().LogMessage(LOG_RET, "QLIB_DIAG_MEMORY_PEEK_F-%s(iAddress=0x%X, iNumItems=%d) %s0x%X, OK = %d",
-                           width.sPeek, AsInt(iAddress), static_cast<int>(iCount), width.sEquals,
-                           iCount > 0 ? AsInt(pOut[0]) : 0, bAnswered ? 1 : 0);
+    LogLine(frame, LOG_RET, "QLIB_DIAG_MEMORY_PEEK_F-%s(iAddress=0x%X, iNumItems=%d) %s0x%X, OK = %d",
+            width.sPeek, iAddress, static_cast<int>(iCount), width.sEquals, iCount > 0 ? pOut[0] : 0,
+            bAnswered ? 1 : 0);
     return bAnswered;
 }
 
 template <class Value>
 bool Poke(CommandFrame& frame, DWORD iAddress, unsigned short iNumItems, const Value* pData) {
     const Width& width = WidthOf(Value{});
-    frame.Log().LogMessage(width.iPokeCategory, "QLIB_POKE-%s(iAddress=0x%X, iNumBytes=%d, data[0]=0x%X)",
-                           width.sPoke, AsInt(iAddress), iNumItems, iNumItems > 0 ? AsInt(pData[0]) : 0);
+    LogLine(frame, width.ePokeCategory, "QLIB_POKE-%s(iAddress=0x%X, iNumBytes=%d, data[0]=0x%X)",
+            width.sPoke, iAddress, iNumItems, iNumItems > 0 ? pData[0] : 0);
     const size_t iCount = std::min<size_t>(iNumItems, width.iArea / sizeof(Value));
     RequestBuilder& request =
         frame.BeginRequest().U8(width.iPoke).U32(iAddress).U8(static_cast<unsigned>(iCount));

@@ -1,7 +1,8 @@
-// Writing NV items in batches: several items in one request, each with a verdict of its own in the answer.
+// Writing NV items in batches: several items per request, each with its own status in the response.
 #include <algorithm>
 #include <utility>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/nv_items.h"
 
@@ -15,8 +16,8 @@ constexpr unsigned short kNoItem = 0xFFFF;
 } // namespace
 
 bool NvItems::DIAG_NV_WRITE_SetBatchMode(bool bStartBatchMode) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_NV_WRITE_SetBatchMode( bStartBatchMode = %d)",
-                             bStartBatchMode ? 1 : 0);
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_NV_WRITE_SetBatchMode( bStartBatchMode = %d)",
+            bStartBatchMode ? 1 : 0);
     ResetBatch();
     m_bBatchMode = bStartBatchMode;
     return true;
@@ -30,29 +31,27 @@ void NvItems::ResetBatch() {
 bool NvItems::DIAG_NV_WRITE_BatchQueue_SetRO_List(const unsigned short* pNvIds, unsigned short iCount) {
     m_readOnlyItems.assign(pNvIds, pNvIds + iCount);
     for (const unsigned short iItemID : m_readOnlyItems)
-        m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_NV_WRITE_BatchQueue_SetRO_List( ) -- Adding NV ID #%d",
-                                 iItemID);
+        LogLine(m_frame, LOG_FN, "QLIB_DIAG_NV_WRITE_BatchQueue_SetRO_List( ) -- Adding NV ID #%d", iItemID);
     return true;
 }
 
 bool NvItems::DIAG_NV_Add_WRITE_QueueItem(unsigned short iItemID, const unsigned char* pItemData,
                                           int iLength) {
-    m_frame.Log().LogMessage(LOG_FN, "DIAG_NV_Add_WRITE_QueueItem(iItemID = %d, iLength = %d)", iItemID,
-                             iLength);
+    LogLine(m_frame, LOG_FN, "DIAG_NV_Add_WRITE_QueueItem(iItemID = %d, iLength = %d)", iItemID, iLength);
     NV_WriteQueueItem item{iItemID, 0, {}};
     const int iCount = std::clamp<int>(iLength, 0, static_cast<int>(item.aItemData.size()));
     item.iItemLength = static_cast<unsigned char>(iCount);
     std::copy_n(pItemData, iCount, item.aItemData.begin());
     m_writeQueue.push_back(item);
-    m_frame.Log().LogMessage(LOG_RET, "DIAG_NV_Add_WRITE_QueueItem() -- Queue Size = %d",
-                             static_cast<int>(m_writeQueue.size()));
+    LogLine(m_frame, LOG_RET, "DIAG_NV_Add_WRITE_QueueItem() -- Queue Size = %d",
+            static_cast<int>(m_writeQueue.size()));
     return true;
 }
 
 void NvItems::DIAG_NV_ClearWriteQueue() {
     if (m_writeQueue.empty())
         return;
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_NV_ClearWriteQueue()");
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_NV_ClearWriteQueue()");
     m_writeQueue.clear();
 }
 
@@ -78,12 +77,11 @@ bool NvItems::SendBatch(const std::vector<NV_WriteQueueItem>& batch, unsigned iP
                                   .S16(iCount)
                                   .U16(iPayloadSize)
                                   .U16(0);
-    m_frame.Log().LogMessage(LOG_RET,
-                             "     _iCurrentNumActiveItems = %d(0x%X), _iCurrentPayloadSize = %d(0x%X)",
-                             iCount, iCount, iPayload, iPayload);
+    LogLine(m_frame, LOG_RET, "     _iCurrentNumActiveItems = %d(0x%X), _iCurrentPayloadSize = %d(0x%X)",
+            iCount, iCount, iPayload, iPayload);
     for (const NV_WriteQueueItem& item : batch) {
-        m_frame.Log().LogMessage(LOG_RET, "     iItemID = %d (0x%X), iLength  = %d(0x%X)", item.iItemID,
-                                 item.iItemID, item.iItemLength, item.iItemLength);
+        LogLine(m_frame, LOG_RET, "     iItemID = %d (0x%X), iLength  = %d(0x%X)", item.iItemID, item.iItemID,
+                item.iItemLength, item.iItemLength);
         request.U8(item.iItemLength)
             .U16(item.iItemID)
             .U8(0)
@@ -96,14 +94,14 @@ bool NvItems::IsItemWritten(BatchResult result) {
     if (result.iLastItemStatus == kWriteStatusReadOnly &&
         std::find(m_readOnlyItems.begin(), m_readOnlyItems.end(), result.iLastItemID) !=
             m_readOnlyItems.end()) {
-        m_frame.Log().LogMessage(LOG_RET, "     Found item in the read-only list so no failure: iNvId = %d ",
-                                 result.iLastItemID);
+        LogLine(m_frame, LOG_RET, "     Found item in the read-only list so no failure: iNvId = %d ",
+                result.iLastItemID);
         result.iLastItemStatus = 0;
     }
     if (result.iLastItemStatus == 0)
         return true;
-    m_frame.Log().LogMessage(LOG_RET, "     Error Detected: iLastErrorNvId = %d, iLastItemStatus = %d )",
-                             result.iLastItemID, result.iLastItemStatus);
+    LogLine(m_frame, LOG_RET, "     Error Detected: iLastErrorNvId = %d, iLastItemStatus = %d )",
+            result.iLastItemID, result.iLastItemStatus);
     return false;
 }
 
@@ -130,9 +128,9 @@ bool NvItems::ReadBatchAnswer(BatchResult result) {
 bool NvItems::DIAG_NV_WRITE_FlushBatchQueue(unsigned short& iLastItemID, unsigned short& iBatchStatus,
                                             unsigned char& iLastItemStatus) {
     iLastItemID = kNoItem;
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_NV_WRITE_FlushBatchQueue( ) -- Queue size = %d",
-                             static_cast<int>(m_writeQueue.size()));
-    // The first request may open the port, and that empties the member.
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_NV_WRITE_FlushBatchQueue( ) -- Queue size = %d",
+            static_cast<int>(m_writeQueue.size()));
+    // The first request may open the port, which clears the member.
     std::deque<NV_WriteQueueItem> queue = std::exchange(m_writeQueue, {});
     size_t iWritten = 0;
     bool bDone = false;
@@ -145,7 +143,7 @@ bool NvItems::DIAG_NV_WRITE_FlushBatchQueue(unsigned short& iLastItemID, unsigne
     } while (bDone && !queue.empty());
     m_writeQueue = std::move(queue);
     DIAG_NV_WRITE_SetBatchMode(false);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_DIAG_NV_WRITE_FlushBatchQueue( ) -- Number Items Written = %d",
-                             static_cast<int>(iWritten));
+    LogLine(m_frame, LOG_RET, "QLIB_DIAG_NV_WRITE_FlushBatchQueue( ) -- Number Items Written = %d",
+            static_cast<int>(iWritten));
     return bDone;
 }

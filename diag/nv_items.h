@@ -5,32 +5,38 @@
 #include <deque>
 #include <vector>
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 
-/// NvItems: an NV item is up to 128 bytes that the phone keeps without power, known by its number. Lengths
-/// are bytes. Each request waits within QMSL_TimeOut_SyncRequest. Caller's thread. The frame must outlive it.
+class CommandFrame;
+
+/// NvItems: an NV item is up to 128 bytes, identified by a number, that the phone keeps without power.
+/// Lengths are in bytes. Each request waits up to QMSL_TimeOut_SyncRequest. Caller's thread. The frame must
+/// outlive it.
 ///
-/// A status is the phone's verdict: 0 done, 7 read-only on writing, others as the phone's software defines
-/// them. True with another status than 0 means that the phone answered and refused.
+/// A status is the phone's result: 0 done, 7 read-only (when writing), others as the phone's software defines
+/// them. True with a status other than 0 means that the phone answered and refused.
 class QUILLET_API NvItems {
 public:
     static constexpr size_t kItemSize = 128;
+    /// In a batch an item may be one byte longer.
+    static constexpr size_t kBatchItemSize = 129;
 
     explicit NvItems(CommandFrame& frame) : m_frame(frame) {}
 
     /// DIAG_NV_READ_F reads an item's first iLength bytes (at most kItemSize). pItemData is written only when
-    /// the status is 0. False, with both out-values as they were, without an answer, and for an answer that
-    /// says done and ends before the data that were asked for.
+    /// the status is 0; a shorter response fills only the start of it. False, with both out-values unchanged,
+    /// without a response and for one without a status.
     bool DIAG_NV_READ_F(unsigned short iItemID, unsigned char* pItemData, int iLength,
                         unsigned short& iStatus);
-    /// DIAG_NV_READ_ARRAY_F is the same for one element of an item that is an array (at most 127 bytes). The
-    /// first byte of pItemData is logged on entry.
+    /// DIAG_NV_READ_ARRAY_F does the same for one element of an array item (at most 127 bytes). The first
+    /// byte of pItemData is logged on entry.
     bool DIAG_NV_READ_ARRAY_F(unsigned short iItemID, unsigned char iArrayIndex, unsigned char* pItemData,
                               int iLength, unsigned short& iStatus);
 
-    /// DIAG_NV_WRITE_F writes an item: iLength bytes (at most kItemSize), zeros up to kItemSize. In batch
-    /// mode it only queues the item and reports status 0. False also for an answer without a status.
+    /// DIAG_NV_WRITE_F writes an item: iLength bytes (at most kItemSize), padded with zeros to kItemSize.
+    /// False, with iStatus unchanged, without a response and for one without a status. In batch mode it only
+    /// queues the item, of up to kBatchItemSize bytes, and sets iStatus to 0. A length out of range is
+    /// clamped, so at most iLength bytes are read.
     bool DIAG_NV_WRITE_F(unsigned short iItemID, const unsigned char* pItemData, int iLength,
                          unsigned short& iStatus);
     /// DIAG_NV_WRITE_ARRAY_F writes one element of an array (at most 127 bytes).
@@ -39,32 +45,33 @@ public:
 
     // --- Batches: off -> on -> items queue up as they are written -> flushed, off again ---------------
 
-    /// DIAG_NV_WRITE_SetBatchMode switches batch mode; either way what was queued is dropped. Opening the
-    /// port switches it off. Always true.
+    /// DIAG_NV_WRITE_SetBatchMode switches batch mode on or off, and drops the queued items in either case.
+    /// Opening the port switches it off. Always true.
     bool DIAG_NV_WRITE_SetBatchMode(bool bStartBatchMode);
 
-    /// DIAG_NV_WRITE_BatchQueue_SetRO_List replaces the list of items whose status 7 in a batch is no error.
-    /// It stays until replaced. Always true.
+    /// DIAG_NV_WRITE_BatchQueue_SetRO_List replaces the list of items for which status 7 in a batch is no
+    /// error. The list stays until replaced. Always true.
     bool DIAG_NV_WRITE_BatchQueue_SetRO_List(const unsigned short* pNvIds, unsigned short iCount);
 
-    /// DIAG_NV_WRITE_FlushBatchQueue sends the queue, as many items per request as fit, at least one request;
-    /// then batch mode is off and the queue is empty, whatever happened. iLastItemID and iLastItemStatus are
-    /// those of the last item that the phone told about (iLastItemID 0xFFFF: none), iBatchStatus is the last
-    /// batch's.
-    /// False without an answer, at the first item with an error, and for an answer that ends before the items
-    /// that it counts; items behind it were not sent then, or their fate is not known.
+    /// DIAG_NV_WRITE_FlushBatchQueue sends the queue with as many items per request as fit, and at least one
+    /// request. Afterwards batch mode is off and the queue is empty, whatever the result. iLastItemID and
+    /// iLastItemStatus belong to the last item that a response reported (iLastItemID 0xFFFF: none),
+    /// iBatchStatus to the last batch.
+    ///
+    /// False without a response, at the first item with an error, and for a response that is too short for
+    /// the items it counts. Later items were then not sent, or their status is unknown.
     bool DIAG_NV_WRITE_FlushBatchQueue(unsigned short& iLastItemID, unsigned short& iBatchStatus,
                                        unsigned char& iLastItemStatus);
 
 protected:
-    /// ResetBatch switches batch mode off and drops what was queued.
+    /// ResetBatch switches batch mode off and drops the queued items.
     void ResetBatch();
 
 private:
     struct NV_WriteQueueItem {
         unsigned short iItemID;
         unsigned char iItemLength;
-        std::array<unsigned char, 129> aItemData;
+        std::array<unsigned char, kBatchItemSize> aItemData;
     };
     static_assert(sizeof(NV_WriteQueueItem) == 132);
 

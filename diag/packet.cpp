@@ -36,6 +36,8 @@ RequestBuilder& RequestBuilder::Number(DWORD iValue, unsigned iSize) {
 }
 
 bool ResponseReader::Take(std::span<unsigned char> out) {
+    if (m_iHeader != 0 && !HoldsValues())
+        return false;
     if (m_iPosition == 0)
         m_iPosition = static_cast<unsigned short>(m_response.size());
     if (out.size() > m_iPosition)

@@ -1,19 +1,18 @@
-// Building a request field by field and reading a response field by field, over any buffer.
+// Building a request field by field, and reading a response field by field, in any buffer.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
-#include "platform/export.h"
 #include "platform/types.h"
 
-/// RequestBuilder appends fields, little-endian and without gaps, to a buffer that somebody else owns. A
-/// field that does not fit is left out whole, and Complete() is false from then on; whoever sends something
-/// that must not lose a field (a path, say) looks at it first.
-class QUILLET_API RequestBuilder {
+/// RequestBuilder appends fields, little-endian and without padding, to a buffer that the caller owns. A
+/// field that does not fit is left out whole, and Complete() is false from then on. Callers that must not
+/// lose a field (a path, say) check it before they send.
+class RequestBuilder {
 public:
-    /// Builds into `area`, all of which may be used, behind the iLength bytes that it already holds.
+    /// Builds into `area`, after the iLength bytes that it already holds. All of `area` may be used.
     RequestBuilder(std::span<unsigned char> area, unsigned short& iLength)
         : m_area(area), m_iLength(iLength) {}
 
@@ -23,19 +22,29 @@ public:
     RequestBuilder& S8(int iValue) { return Number(static_cast<DWORD>(iValue), 1); }
     RequestBuilder& S16(int iValue) { return Number(static_cast<DWORD>(iValue), 2); }
     RequestBuilder& S32(LONG iValue) { return Number(static_cast<DWORD>(iValue), 4); }
-    /// The bytes of `data` as they are.
+    /// The bytes of `data`, unchanged.
     RequestBuilder& Bytes(std::span<const unsigned char> data);
     /// The bytes of sText and one zero byte.
     RequestBuilder& Text(const char* sText);
+
+    /// EndHeader sets the length of the response's header, which precedes its first value: the bytes appended
+    /// so far plus iReserved.
+    RequestBuilder& EndHeader(size_t iReserved = 0) {
+        m_iHeader = m_iLength + iReserved;
+        return *this;
+    }
+    /// The length of that header; 0 without EndHeader.
+    size_t HeaderLength() const { return m_iHeader; }
 
     /// Begins a new request in `area`.
     void Restart(std::span<unsigned char> area) {
         m_area = area;
         m_iLength = 0;
+        m_iHeader = 0;
         m_bComplete = true;
     }
 
-    /// False when a field was left out.
+    /// False when a field has been left out.
     bool Complete() const { return m_bComplete; }
 
 private:
@@ -43,19 +52,23 @@ private:
 
     std::span<unsigned char> m_area;
     unsigned short& m_iLength;
+    size_t m_iHeader = 0;
     bool m_bComplete = true;
 };
 
-/// ResponseReader reads a response from its end towards its begin: the handset's answers may grow in front,
-/// their last fields stay where they are. Each successful Take moves the read position back over what it
-/// took; a failed one (fewer bytes before the position than asked for) changes neither its out-value nor the
-/// position, and later ones may succeed. A position of 0 counts as "not started" and stands for the end.
-/// The At functions read at fixed offsets from the begin and leave the position alone.
-class QUILLET_API ResponseReader {
+/// ResponseReader reads a response from its end towards its beginning, because some phones insert fields at
+/// the front while the last fields keep their place. Each successful Take moves the read position back over
+/// the value. A failed one (too few bytes before the position) changes neither its out-value nor the
+/// position, and later ones may succeed. Position 0 means "not started", and reading begins at the end. A
+/// response that ends within its header has no values: every Take fails.
+///
+/// The At functions read at fixed offsets from the beginning and do not move the position.
+class ResponseReader {
 public:
-    /// Reads `response`; iPosition (0: the end) belongs to the caller, so that a later reader goes on.
-    ResponseReader(std::span<const unsigned char> response, unsigned short& iPosition)
-        : m_response(response), m_iPosition(iPosition) {}
+    /// Reads `response`, whose first iHeader bytes are not values. The caller owns iPosition (0: the end), so
+    /// that another reader can continue there.
+    ResponseReader(std::span<const unsigned char> response, unsigned short& iPosition, size_t iHeader = 0)
+        : m_response(response), m_iPosition(iPosition), m_iHeader(iHeader) {}
 
     bool Take(unsigned char& iValue) { return TakeNumber(iValue); }
     bool Take(signed char& iValue) { return TakeNumber(iValue); }
@@ -63,21 +76,24 @@ public:
     bool Take(short& iValue) { return TakeNumber(iValue); }
     bool Take(DWORD& iValue) { return TakeNumber(iValue); }
     bool Take(LONG& iValue) { return TakeNumber(iValue); }
-    /// Fills `out` with the bytes before the position, in their order on the wire.
+    /// Fills `out` with the bytes before the position, in wire order.
     bool Take(std::span<unsigned char> out);
-    /// Sets the position; beyond the response it becomes the response's end.
+    /// Sets the position; one beyond the response is set to its end.
     void SetPosition(size_t iPosition);
 
-    /// The little-endian value at a fixed offset; false, with the value as it was, when it is not all there.
+    /// The little-endian value at a fixed offset; false, with the value unchanged, when not all of it is
+    /// there.
     bool U8At(size_t iOffset, unsigned char& iValue) const;
     bool U16At(size_t iOffset, unsigned short& iValue) const;
     bool U32At(size_t iOffset, DWORD& iValue) const;
-    /// Copies the zero-terminated text at iOffset into sOut (iCapacity bytes, at least 1), always terminated,
-    /// cut to what fits. A text that ends with the response instead of a zero is taken up to there; a missing
-    /// one gives the empty string. Returns the length of the text as it stands in the response, uncut.
+    /// Copies the zero-terminated text at iOffset into sOut (iCapacity bytes, at least 1), cut to fit and
+    /// always terminated. A text without a zero ends with the response; beyond the response it is empty.
+    /// Returns the length of the text in the response, uncut.
     size_t TextAt(size_t iOffset, char* sOut, size_t iCapacity) const;
 
     size_t Size() const { return m_response.size(); }
+    /// True when at least iSize bytes follow the header.
+    bool HoldsValues(size_t iSize = 1) const { return m_response.size() >= m_iHeader + iSize; }
 
 private:
     template <class T>
@@ -86,4 +102,5 @@ private:
 
     std::span<const unsigned char> m_response;
     unsigned short& m_iPosition;
+    size_t m_iHeader;
 };

@@ -3,10 +3,13 @@
 #include <cstring>
 #include <string_view>
 
+#include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/log_masks.h"
 #include "diag/received_packet.h"
 #include "link/extended_message.h"
+#include "link/extended_message_text.h"
+#include "link/log_codes.h"
 #include "link/packet_codes.h"
 
 namespace {
@@ -30,16 +33,19 @@ bool IsLogRecord(const QueueItem& item, unsigned short iLogCode) {
     const ResponseReader record(WithoutFcs(item), iPosition);
     unsigned char iCommand = 0;
     unsigned short iFound = 0;
-    return record.U8At(0, iCommand) && iCommand == kLogRecord && record.U16At(6, iFound) &&
+    return record.U8At(0, iCommand) && iCommand == kLogRecord && record.U16At(kRecordLogCodeOffset, iFound) &&
            iFound == iLogCode;
 }
 
-/// Takes packets until a time has passed, and then those that are waiting at that moment: a phone that never
-/// stops sending does not keep its caller.
+/// Takes packets until the time-out, then those queued at that moment: a phone that never stops sending does
+/// not block the caller forever.
 class TimedTaking {
 public:
-    TimedTaking(DiagConnection& connection, DWORD iTimeOut_ms)
-        : m_connection(connection), m_iTimer(connection.StartTimer()), m_iTimeOut_ms(iTimeOut_ms) {}
+    TimedTaking(CommandFrame& frame, DWORD iTimeOut_ms)
+        : m_connection(frame.Connection()),
+          m_queue(frame.Access().PhoneLogQueue()),
+          m_iTimer(m_connection.StartTimer()),
+          m_iTimeOut_ms(iTimeOut_ms) {}
     ~TimedTaking() {
         m_connection.PrintTimer(m_iTimer, "Wait for Multiple Logs took (ms):");
         m_connection.StopTimer(m_iTimer);
@@ -48,18 +54,18 @@ public:
     TimedTaking& operator=(const TimedTaking&) = delete;
 
     bool Next(QueueItem& item) {
-        CQLibMessageQueue& queue = m_connection.PhoneLogQueue();
         const DWORD iElapsed_ms = m_connection.GetTimerElapsed(m_iTimer);
-        if (iElapsed_ms < m_iTimeOut_ms && queue.WaitPop(&item, m_iTimeOut_ms - iElapsed_ms))
+        if (iElapsed_ms < m_iTimeOut_ms && m_queue.WaitPop(&item, m_iTimeOut_ms - iElapsed_ms))
             return true;
         if (!m_bIsOver)
-            queue.GetCount(m_iLeft);
+            m_queue.GetCount(m_iLeft);
         m_bIsOver = true;
-        return m_iLeft > 0 && m_iLeft-- > 0 && queue.Pop(&item);
+        return m_iLeft > 0 && m_iLeft-- > 0 && m_queue.Pop(&item);
     }
 
 private:
     DiagConnection& m_connection;
+    CQLibMessageQueue& m_queue;
     const DWORD m_iTimer;
     const DWORD m_iTimeOut_ms;
     bool m_bIsOver = false;
@@ -69,30 +75,30 @@ private:
 } // namespace
 
 bool PhoneQueues::DIAG_ClearPhoneLogQueue() {
-    return m_frame.Connection().PhoneLogQueue().Clear();
+    return m_frame.Access().PhoneLogQueue().Clear();
 }
 
 bool PhoneQueues::DIAG_ClearCommandResponseQueue() {
-    return m_frame.Connection().CommandResponseQueue().Clear();
+    return m_frame.Access().CommandResponseQueue().Clear();
 }
 
 bool PhoneQueues::DIAG_GetPhoneLogQueueSize(DWORD& iQueueSize) {
-    return Size(m_frame.Connection().PhoneLogQueue(), iQueueSize);
+    return Size(m_frame.Access().PhoneLogQueue(), iQueueSize);
 }
 
 bool PhoneQueues::DIAG_GetCommandResponseQueueSize(DWORD& iQueueSize) {
-    return Size(m_frame.Connection().CommandResponseQueue(), iQueueSize);
+    return Size(m_frame.Access().CommandResponseQueue(), iQueueSize);
 }
 
 bool PhoneQueues::DIAG_GetNextPhoneLog(unsigned short* piSize, unsigned char* piBuffer, DWORD) {
-    return TakeNext(m_frame.Connection().PhoneLogQueue(), piSize, piBuffer);
+    return TakeNext(m_frame.Access().PhoneLogQueue(), piSize, piBuffer);
 }
 
 bool PhoneQueues::DIAG_GetNextCommandResponse(unsigned short* piSize, unsigned char* piBuffer,
                                               DWORD iTimeout) {
-    if (!TakeNext(m_frame.Connection().CommandResponseQueue(), piSize, piBuffer))
+    if (!TakeNext(m_frame.Access().CommandResponseQueue(), piSize, piBuffer))
         return false;
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_GetNextCommandResponse(iTimeout=%d)", AsInt(iTimeout));
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_GetNextCommandResponse(iTimeout=%d)", iTimeout);
     m_frame.Log().LogHex(LOG_RET, piBuffer, *piSize, "SYNC_RESPONSE DATA: ");
     return true;
 }
@@ -100,13 +106,13 @@ bool PhoneQueues::DIAG_GetNextCommandResponse(unsigned short* piSize, unsigned c
 bool PhoneQueues::DIAG_GetMultipleLogs(unsigned char iEquipmentID, unsigned short iLogCode,
                                        unsigned short& iNumLogs, DWORD iTimeOut_ms, unsigned char** aBuffers,
                                        unsigned short* aSizes) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_DIAG_GetMultipleLogs( iEquipmentID = %d, iLogCode = 0x%X, iNumLogs = %d, "
-                             "iTimeOut_ms = %d )",
-                             iEquipmentID, iLogCode, iNumLogs, AsInt(iTimeOut_ms));
+    LogLine(m_frame, LOG_FN,
+            "QLIB_DIAG_GetMultipleLogs( iEquipmentID = %d, iLogCode = 0x%X, iNumLogs = %d, "
+            "iTimeOut_ms = %d )",
+            iEquipmentID, iLogCode, iNumLogs, iTimeOut_ms);
     if (!m_masks.DIAG_AddExtendedLogCode(iEquipmentID, iLogCode))
         return false;
-    TimedTaking taking(m_frame.Connection(), iTimeOut_ms);
+    TimedTaking taking(m_frame, iTimeOut_ms);
     unsigned short iFound = 0;
     for (QueueItem item; iFound < iNumLogs && taking.Next(item);) {
         if (!IsLogRecord(item, iLogCode))
@@ -114,7 +120,7 @@ bool PhoneQueues::DIAG_GetMultipleLogs(unsigned char iEquipmentID, unsigned shor
         std::memcpy(aBuffers[iFound], item.data, item.length);
         aSizes[iFound] = item.length;
         ++iFound;
-        m_frame.Log().LogMessage(LOG_RET, "QLIB_DIAG_GetMultipleLogs() -- Found log code 0x%X", iLogCode);
+        LogLine(m_frame, LOG_RET, "QLIB_DIAG_GetMultipleLogs() -- Found log code 0x%X", iLogCode);
     }
     iNumLogs = iFound;
     return true;
@@ -122,9 +128,8 @@ bool PhoneQueues::DIAG_GetMultipleLogs(unsigned char iEquipmentID, unsigned shor
 
 bool PhoneQueues::DIAG_GetSingleLog(unsigned char iEquipmentID, unsigned short iLogCode, DWORD iTimeOut_ms,
                                     unsigned char* piBuffer, unsigned short& iSize) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_DIAG_GetSingleLog( iEquipmentID = %d, iLogCode = 0x%X, iTimeOut_ms = %d )",
-                             iEquipmentID, iLogCode, AsInt(iTimeOut_ms));
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_GetSingleLog( iEquipmentID = %d, iLogCode = 0x%X, iTimeOut_ms = %d )",
+            iEquipmentID, iLogCode, iTimeOut_ms);
     unsigned short iNumLogs = 1;
     return DIAG_GetMultipleLogs(iEquipmentID, iLogCode, iNumLogs, iTimeOut_ms, &piBuffer, &iSize) &&
            iNumLogs == 1;
@@ -133,10 +138,10 @@ bool PhoneQueues::DIAG_GetSingleLog(unsigned char iEquipmentID, unsigned short i
 bool PhoneQueues::DIAG_FindDebugMessage(const char* sSearchString, bool& bFound, DWORD& iArg1, DWORD& iArg2,
                                         DWORD& iArg3) {
     bFound = false;
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_DIAG_FindDebugMessage(sSearchString=%s )", sSearchString);
+    LogLine(m_frame, LOG_FN, "QLIB_DIAG_FindDebugMessage(sSearchString=%s )", sSearchString);
     QueueItem item;
     ExtendedMessage message;
-    while (!bFound && m_frame.Connection().PhoneLogQueue().Pop(&item)) {
+    while (!bFound && m_frame.Access().PhoneLogQueue().Pop(&item)) {
         bFound = ParseExtendedMessage(PacketOf(item), message) &&
                  std::string_view(message.sFormat) == sSearchString;
     }
@@ -145,7 +150,7 @@ bool PhoneQueues::DIAG_FindDebugMessage(const char* sSearchString, bool& bFound,
     iArg1 = message.aArgs[0];
     iArg2 = message.aArgs[1];
     iArg3 = message.aArgs[2];
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_DIAG_FindDebugMessage() found match with arguments: %d, %d, %d",
-                             AsInt(iArg1), AsInt(iArg2), AsInt(iArg3));
+    LogLine(m_frame, LOG_RET, "QLIB_DIAG_FindDebugMessage() found match with arguments: %d, %d, %d", iArg1,
+            iArg2, iArg3);
     return true;
 }

@@ -1,4 +1,4 @@
-// A packet out of a queue of received packets.
+// A packet taken from a queue of received packets.
 #pragma once
 
 #include <span>
@@ -6,12 +6,12 @@
 #include "link/crc16.h"
 #include "link/message_queue.h"
 
-/// PacketOf gives a queued packet as it was received, as long as the item lives.
+/// PacketOf is the queued packet as received. Valid as long as the item.
 inline std::span<const unsigned char> PacketOf(const QueueItem& item) {
     return {item.data, item.length};
 }
 
-/// WithoutFcs gives it without the FCS at its end; replayed packets may have none.
+/// WithoutFcs is the packet without the FCS at its end, which replayed packets may lack.
 inline std::span<const unsigned char> WithoutFcs(const QueueItem& item) {
     return WithoutFcs(PacketOf(item));
 }

@@ -1,7 +1,16 @@
 #include "diag/simple_command.h"
 
+#include "diag/command.h"
+
 bool SimpleCommand(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request) {
-    frame.Log().LogMessage(LOG_FN, "%s", sEntry);
+    LogLine(frame, LOG_FN, "%s", sEntry);
     frame.BeginRequest().Bytes({request.begin(), request.size()});
     return frame.Send(0);
+}
+
+bool SimpleQuestion(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request,
+                    size_t iReserved) {
+    LogLine(frame, LOG_FN, "%s", sEntry);
+    frame.BeginRequest().Bytes({request.begin(), request.size()}).EndHeader(iReserved);
+    return frame.AskForValues();
 }

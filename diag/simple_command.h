@@ -1,18 +1,24 @@
-// What many commands share: requests without anything to build, answers with one value at their end.
+// Shared by many commands: requests of fixed bytes, responses with one value at their end.
 #pragma once
 
+#include <cstddef>
 #include <initializer_list>
 
-#include "diag/command_frame.h"
+#include "diag/command.h"
 
-/// SimpleCommand logs sEntry under LOG_FN, sends the given bytes and waits for their answer, which is then in
-/// the frame's buffer pair. True when it came.
+/// SimpleCommand logs sEntry under LOG_FN, sends the given bytes and waits for the response, which is then in
+/// the frame's buffer pair. True when it arrived.
 bool SimpleCommand(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request);
 
-/// TakeLast takes an answer's last field. False, with iValue as it was, when the answer ends before it: the
-/// iHead bytes with which answers to that command begin are no values.
+/// SimpleQuestion does the same for a command whose result is only in the response's values. The response's
+/// header is the request's bytes and iReserved more (see CommandFrame::AskForValues).
+bool SimpleQuestion(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request,
+                    size_t iReserved = 0);
+
+/// TakeLast takes the last field of a response. False, with iValue unchanged, when the field overlaps the
+/// header.
 template <class T>
-bool TakeLast(CommandFrame& frame, size_t iHead, T& iValue) {
+bool TakeLast(CommandFrame& frame, T& iValue) {
     ResponseReader response = frame.Response();
-    return response.Size() >= iHead + sizeof iValue && response.Take(iValue);
+    return response.HoldsValues(sizeof iValue) && response.Take(iValue);
 }

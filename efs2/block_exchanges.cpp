@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "diag/command.h"
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 
 namespace {

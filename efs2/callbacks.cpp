@@ -1,5 +1,7 @@
 #include "efs2/callbacks.h"
 
+#include "diag/command.h"
+
 void Efs2Callbacks::ConfigureEfsCallbacks(void* pUserData, EfsTransferCallBack pfnTransfer,
                                           EfsDirectoryCallBack pfnDirectory) {
     m_pEfsCallBackUserData = pUserData;
@@ -8,7 +10,7 @@ void Efs2Callbacks::ConfigureEfsCallbacks(void* pUserData, EfsTransferCallBack p
 }
 
 bool Efs2Callbacks::EFS2_DIAG_ABORT() {
-    m_frame.Log().LogMessage(LOG_FN, "EFS2_DIAG_ABORT( )");
+    LogLine(m_frame, LOG_FN, "EFS2_DIAG_ABORT( )");
     m_bEfsAbort = 1;
     return true;
 }

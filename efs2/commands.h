@@ -1,12 +1,8 @@
 // The commands of the phone's EFS2 subsystem.
 #pragma once
 
-/// The first two bytes of every EFS2 request: the dispatch command and the subsystem it is meant for. The
-/// requests carry this dispatch command whatever command type the connection uses for factory tests.
-constexpr unsigned char kSubsystemDispatch = 75;
-constexpr unsigned char kEfs2Subsystem = 19;
-
-/// The third and fourth byte: what the subsystem is to do.
+/// The third and fourth byte of an EFS2 request: the command of the subsystem. The first two are
+/// DIAG_SUBSYSTEM, whatever command type the connection uses for factory tests, and DIAG_SUBSYSTEM_EFS2.
 enum EFS2_Cmd_Enum : unsigned short {
     EFS2_CMD_OPEN = 2,
     EFS2_CMD_CLOSE = 3,

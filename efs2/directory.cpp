@@ -3,7 +3,9 @@
 #include <cstdio>
 #include <new>
 
-#include "efs2/directory_entry.h"
+#include "diag/command.h"
+#include "efs2/commands.h"
+#include "efs2/entry_response.h"
 #include "efs2/exchange.h"
 
 namespace {
@@ -18,7 +20,7 @@ DWORD KindOf(DWORD iType) {
     return iType == EFS2_ENTRY_FILE ? 1 : iType == EFS2_ENTRY_LINK ? 2 : 0;
 }
 
-/// FillItem makes the record of an entry; false when its path does not fit in there.
+/// FillItem makes the record of an entry; false when its path does not fit.
 bool FillItem(const char* sPath, const Efs2DirEntry& entry, Efs2DirItem& item) {
     const char* sSeparator = entry.sName[0] == '/' ? "" : "/";
     const int iLength =
@@ -52,7 +54,7 @@ bool Efs2Directory::ReadEntries(const char* sPath, DWORD iDirectory, unsigned ch
                                 std::vector<Efs2DirItem>& list) {
     for (DWORD iSequence = 1;; ++iSequence) {
         Efs2DirEntry entry;
-        Efs2Frame<kEfs2EntryAnswer> frame(m_frame, EFS2_CMD_READDIR);
+        Efs2Frame<kEfs2EntryResponse> frame(m_frame, EFS2_CMD_READDIR);
         frame.Request().U32(iDirectory).U32(iSequence);
         if (!frame.ExchangeUntil(kEfs2Attempts, [&](const ResponseReader& answer) {
                 return ReadDirectoryEntry(answer, entry);
@@ -64,8 +66,8 @@ bool Efs2Directory::ReadEntries(const char* sPath, DWORD iDirectory, unsigned ch
             continue;
         Efs2DirItem item{};
         if (!FillItem(sPath, entry, item))
-            m_frame.Log().LogMessage(LOG_ERR, "QLIB_EfsDirectory() - Path too long, entry left out: %s/%s",
-                                     sPath, entry.sName);
+            LogLine(m_frame, LOG_ERR, "QLIB_EfsDirectory() - Path too long, entry left out: %s/%s", sPath,
+                    entry.sName);
         else if (!Append(list, item))
             return false;
     }
@@ -85,8 +87,8 @@ int Efs2Directory::IterateEFS2Entries(const char* sPath, std::vector<Efs2DirItem
     const bool bRead = ReadEntries(sPath, iDirectory, iKindFilter, *pList);
     if (bRead && piCount != nullptr)
         *piCount = static_cast<DWORD>(pList->size());
-    // Also after a failed read, or the phone would run out of directory handles; but a phone that has just
-    // let five attempts pass is asked once.
+    // Also after a failed read, or the phone would run out of directory handles. A phone that has just
+    // ignored five attempts is asked only once.
     const bool bClosed = CloseDirectory(iDirectory, bRead ? kEfs2Attempts : 1);
     return bRead && bClosed ? 1 : 0;
 }
@@ -95,19 +97,20 @@ void Efs2Directory::Deliver(Efs2DirItem& item) {
     m_callbacks.m_pfnEfsDirCallBack(item.sName, static_cast<unsigned char>(item.isFile), item.Mask,
                                     item.BufOption, item.Clean, item.Date, item.FileSize,
                                     m_callbacks.m_pEfsCallBackUserData);
-    m_frame.Log().LogMessage(LOG_RET, " EFS DIR - '%s' %d bytes", item.sName, AsInt(item.FileSize));
+    LogLine(m_frame, LOG_RET, " EFS DIR - '%s' %d bytes", item.sName, item.FileSize);
 }
 
 bool Efs2Directory::EFS2_DIAG_ENUM_DIR(const char* sFolderPath) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s )", sFolderPath);
+    LogLine(m_frame, LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s )", sFolderPath);
+    m_frame.ForgetFailure();
     std::vector<Efs2DirItem> list;
     DWORD iCount = 0;
     if (IterateEFS2Entries(sFolderPath, &list, &iCount, kEveryKind) == 0) {
-        m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s ) - Failed", sFolderPath);
+        LogLine(m_frame, LOG_FN, "QLIB_EfsDirectory( sFolderPath = %s ) - Failed", sFolderPath);
         return false;
     }
     for (Efs2DirItem& item : list)
-        if (m_callbacks.m_pfnEfsDirCallBack != nullptr) // a call may have switched it off
+        if (m_callbacks.m_pfnEfsDirCallBack != nullptr) // an earlier call may have switched it off
             Deliver(item);
     return true;
 }

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "diag/command.h"
 #include "efs2/exchange.h"
 
 namespace {
@@ -14,20 +15,21 @@ constexpr size_t kValuesSize = 3 * sizeof(DWORD);
 
 } // namespace
 
-RequestBuilder* FileAttributes::BeginRequest(unsigned char iOperation, const char* sPath) {
+RequestBuilder* FileAttributes::BeginAttributes(unsigned char iOperation, const char* sPath) {
     const size_t iLength = std::strlen(sPath);
     if (iLength > kLongestPath)
         return nullptr;
     return &m_frame.BeginRequest()
                 .U8(kFileSystemOperation)
                 .U8(iOperation)
+                .EndHeader()
                 .U8(static_cast<unsigned>(iLength + 1))
                 .Text(sPath);
 }
 
 bool FileAttributes::DIAG_GET_FILE_ATTRIBUTES(const char* sPath, DWORD* piFirst, DWORD* piSecond,
                                               DWORD* piThird) {
-    if (BeginRequest(kGetAttributes, sPath) == nullptr || !SendWholeRequest(m_frame))
+    if (BeginAttributes(kGetAttributes, sPath) == nullptr || !AskWholeRequest(m_frame))
         return false;
     ResponseReader response = m_frame.Response();
     if (response.Size() >= kValuesSize) {
@@ -39,7 +41,7 @@ bool FileAttributes::DIAG_GET_FILE_ATTRIBUTES(const char* sPath, DWORD* piFirst,
 }
 
 bool FileAttributes::DIAG_SET_FILE_ATTRIBUTES(const char* sPath, DWORD iFirst, DWORD iSecond) {
-    RequestBuilder* pRequest = BeginRequest(kSetAttributes, sPath);
+    RequestBuilder* pRequest = BeginAttributes(kSetAttributes, sPath);
     if (pRequest == nullptr)
         return false;
     pRequest->U32(iFirst).U32(iSecond);

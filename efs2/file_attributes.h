@@ -1,27 +1,29 @@
 // The two file-attribute requests of the phone's older file-system command.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// FileAttributes asks and sets the attributes of phone files. What the values mean is the phone's own
-/// affair; they are passed through. Caller's thread; each method blocks for up to QMSL_TimeOut_SyncRequest.
-/// False means that no answer came. A path of 255 characters or more is refused: its length is sent in one
+class CommandFrame;
+class RequestBuilder;
+
+/// FileAttributes reads and sets the attributes of phone files. The meaning of the values is up to the phone;
+/// they are passed through. Caller's thread; each method blocks for up to QMSL_TimeOut_SyncRequest. False
+/// means that no response arrived. A path of 255 characters or more is refused: its length is sent in one
 /// byte.
 class QUILLET_API FileAttributes {
 public:
     explicit FileAttributes(CommandFrame& frame) : m_frame(frame) {}
 
-    /// DIAG_GET_FILE_ATTRIBUTES hands out the three values at the end of the answer. An answer that has no
-    /// room for them leaves them as they were, and true is returned nevertheless.
+    /// DIAG_GET_FILE_ATTRIBUTES reads three values from the response's end. When the response is too short
+    /// for them they stay unchanged, and the result is still true.
     bool DIAG_GET_FILE_ATTRIBUTES(const char* sPath, DWORD* piFirst, DWORD* piSecond, DWORD* piThird);
 
-    /// DIAG_SET_FILE_ATTRIBUTES sends two values; whether the phone took them is not looked at.
+    /// DIAG_SET_FILE_ATTRIBUTES sends two values. It does not check whether the phone accepted them.
     bool DIAG_SET_FILE_ATTRIBUTES(const char* sPath, DWORD iFirst, DWORD iSecond);
 
 private:
-    RequestBuilder* BeginRequest(unsigned char iOperation, const char* sPath);
+    RequestBuilder* BeginAttributes(unsigned char iOperation, const char* sPath);
 
     CommandFrame& m_frame;
 };

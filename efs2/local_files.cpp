@@ -1,19 +1,30 @@
 #include "efs2/local_files.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <optional>
 
 #include "platform/local_files.h"
 
+DownloadTarget::DownloadTarget(const char* sFileName) : m_hFile(std::fopen(sFileName, "wb")) {
+    Note(m_hFile != nullptr);
+}
+
+bool DownloadTarget::Note(bool bDone) {
+    if (!bDone && m_iErrorNo == 0)
+        m_iErrorNo = static_cast<DWORD>(errno);
+    return bDone;
+}
+
 bool DownloadTarget::Append(std::span<const unsigned char> block) {
-    return std::fwrite(block.data(), 1, block.size(), m_hFile.get()) == block.size();
+    return Note(std::fwrite(block.data(), 1, block.size(), m_hFile.get()) == block.size());
 }
 
 bool DownloadTarget::Finish() {
-    // A disk that fills up may say so only when the last bytes leave the stream's buffer.
-    const bool bFlushed = std::fflush(m_hFile.get()) == 0 && std::ferror(m_hFile.get()) == 0;
-    return std::fclose(m_hFile.release()) == 0 && bFlushed;
+    // A full disk may be reported only when the stream's buffer is flushed.
+    const bool bFlushed = Note(std::fflush(m_hFile.get()) == 0 && std::ferror(m_hFile.get()) == 0);
+    return Note(std::fclose(m_hFile.release()) == 0) && bFlushed;
 }
 
 bool UploadSource::Measure() {
@@ -34,7 +45,10 @@ bool UploadSource::Open() {
     m_iTaken = 0;
     if (m_bIsFile)
         m_hFile.reset(std::fopen(m_sFileName, "rb"));
-    return !m_bIsFile || m_hFile != nullptr;
+    if (!m_bIsFile || m_hFile != nullptr)
+        return true;
+    m_iErrorNo = static_cast<DWORD>(errno);
+    return false;
 }
 
 std::span<const unsigned char> UploadSource::Next(std::span<unsigned char> area) {
@@ -44,6 +58,8 @@ std::span<const unsigned char> UploadSource::Next(std::span<unsigned char> area)
     if (m_bIsFile) {
         iCount = static_cast<DWORD>(std::fread(area.data(), 1, iRoom, m_hFile.get()));
         block = area.first(iCount);
+        if (std::ferror(m_hFile.get()) != 0 && m_iErrorNo == 0)
+            m_iErrorNo = static_cast<DWORD>(errno);
     } else {
         iCount = std::min(iRoom, m_iSize - m_iTaken);
         block = m_memory.subspan(m_iTaken, iCount);

@@ -1,17 +1,18 @@
 // Files of the phone as open objects: opened once, read and written at any offset, closed.
 #pragma once
 
-#include "diag/command_frame.h"
 #include "platform/export.h"
 #include "platform/types.h"
+
+class CommandFrame;
 
 /// Efs2OpenFiles: opening, writing and closing are tried five times until the phone grants them, reading
 /// once, within 2000 ms per attempt. Caller's thread. The frame must outlive it.
 ///
-/// True means that the phone answered; whether it granted the request shows in iErrorNo (0: yes; otherwise
-/// the phone's error number, of the last answer). Other out-values are written only when it did. Without a
-/// usable answer the result is false and no out-value changes. An open whose answers were all lost may have
-/// been carried out; so may a write.
+/// True means that the phone answered; whether it granted the request is in iErrorNo (0: yes; otherwise
+/// the phone's error number, of the last response). Other out-values are written only when it did. Without a
+/// usable response the result is false and no out-value changes. An open whose responses were all lost may
+/// have been carried out; so may a write.
 class QUILLET_API Efs2OpenFiles {
 public:
     /// The most bytes that one read brings, and that one write takes.
@@ -22,7 +23,7 @@ public:
 
     /// EFS2_DIAG_OPEN opens sFilePath (at most 243 characters, or nothing is sent). iFlags: 0 to read, 1 to
     /// write, 2 for both; 0x40 makes a missing file, with the permission bits of iMode; 0x80 with that:
-    /// only a missing one; 0x200 empties it. Every descriptor wants its EFS2_DIAG_CLOSE: the phone has few.
+    /// only a missing one; 0x200 empties it. Every descriptor needs its EFS2_DIAG_CLOSE: the phone has few.
     bool EFS2_DIAG_OPEN(const char* sFilePath, DWORD iFlags, DWORD iMode, LONG& iDescriptor, DWORD& iErrorNo);
 
     /// EFS2_DIAG_READ reads up to iSize bytes (kEfs2MostRead at most) at iOffset into pData. Fewer than that

@@ -1,4 +1,4 @@
-// What a phone path consists of, and how long it may be.
+// The parts of a phone path, and its maximum length.
 #include <cstring>
 
 #include "efs2/metadata.h"
@@ -8,7 +8,7 @@ namespace {
 constexpr size_t kLongestPath = 128;
 constexpr size_t kLongestName = 80;
 
-/// Where the name begins: behind the last '/', or at the start.
+/// The offset of the name: after the last '/', or 0.
 size_t NameStart(const std::string& sPath) {
     const size_t iSlash = sPath.rfind('/');
     return iSlash == std::string::npos ? 0 : iSlash + 1;

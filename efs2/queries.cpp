@@ -1,4 +1,5 @@
-// The operations that only ask: an entry, the file system, the flash chip.
+// The operations that only read status.
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 #include "efs2/metadata.h"
 
@@ -8,7 +9,7 @@ constexpr size_t kStatSize = 32;
 constexpr size_t kStatfsSize = 48;
 constexpr size_t kShortTypeStatfsSize = 44;
 
-/// Where the block size stands in a file-system status: behind a type of 8 bytes, or of 4.
+/// The offset of the block size in a file-system status: after a type of 8 bytes, or of 4.
 size_t BlockSizeOffset(const ResponseReader& response) {
     return response.Size() == kShortTypeStatfsSize ? 16 : 20;
 }
@@ -17,21 +18,19 @@ size_t BlockSizeOffset(const ResponseReader& response) {
 
 bool Efs2Metadata::EFS2_DIAG_STAT(const char* sFilePath, DWORD& iErrorNo, DWORD& iMode, DWORD& iSize,
                                   DWORD& iNlink, DWORD& iAtime, DWORD& iMtime, DWORD& iCtime) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_STAT( sFilePath = %s", sFilePath);
-    if (!SendPath(EFS2_CMD_STAT, sFilePath))
+    LogLine(m_frame, LOG_FN, "QLIB_EFS2_DIAG_STAT( sFilePath = %s", sFilePath);
+    if (!AskOfPath(EFS2_CMD_STAT, sFilePath))
         return false;
     ResponseReader response = m_frame.Response();
-    // Of an answer that ends early the header would be taken for an error number: an entry that is there
-    // would pass for one that is not.
+    // In a short response the header would be read as the error number, and an existing entry would appear
+    // not to exist.
     if (response.Size() >= kStatSize)
         for (DWORD* piValue : {&iCtime, &iMtime, &iAtime, &iNlink, &iSize, &iMode, &iErrorNo})
             response.Take(*piValue);
-    m_frame.Log().LogMessage(
-        LOG_RET,
-        "QLIB_EFS2_DIAG_STAT( \t\t\tsFilePath = %s, iErrorNo = 0x%X, iMode = 0x%X, "
-        "iSize = 0x%X, \t\t\tiNlink = 0x%X, iAtime = 0x%X, iMtime = 0x%X, iCtime  = 0x%X)",
-        sFilePath, AsInt(iErrorNo), AsInt(iMode), AsInt(iSize), AsInt(iNlink), AsInt(iAtime), AsInt(iMtime),
-        AsInt(iCtime));
+    LogLine(m_frame, LOG_RET,
+            "QLIB_EFS2_DIAG_STAT( \t\t\tsFilePath = %s, iErrorNo = 0x%X, iMode = 0x%X, "
+            "iSize = 0x%X, \t\t\tiNlink = 0x%X, iAtime = 0x%X, iMtime = 0x%X, iCtime  = 0x%X)",
+            sFilePath, iErrorNo, iMode, iSize, iNlink, iAtime, iMtime, iCtime);
     return true;
 }
 
@@ -39,8 +38,8 @@ bool Efs2Metadata::EFS2_DIAG_STATFS(const char* sFilePath, DWORD& iErrorNo, DWOR
                                     DWORD& iBlockSize, DWORD& iTotalBlocks, DWORD& iAvailBlocks,
                                     DWORD& iFreeBlocks, DWORD& iMaxFileSize, DWORD& iNfiles,
                                     DWORD& iMaxNfiles) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_STATFS( sFilePath = %s)", sFilePath);
-    if (!SendPath(EFS2_CMD_STATFS, sFilePath))
+    LogLine(m_frame, LOG_FN, "QLIB_EFS2_DIAG_STATFS( sFilePath = %s)", sFilePath);
+    if (!AskOfPath(EFS2_CMD_STATFS, sFilePath))
         return false;
     const ResponseReader response = m_frame.Response();
     if (!response.U32At(4, iErrorNo))
@@ -53,13 +52,12 @@ bool Efs2Metadata::EFS2_DIAG_STATFS(const char* sFilePath, DWORD& iErrorNo, DWOR
         response.U32At(iOffset, *piValue);
         iOffset += sizeof(DWORD);
     }
-    m_frame.Log().LogMessage(
-        LOG_RET,
-        "QLIB_EFS2_DIAG_STATFS( \t\t\tsFilePath = %s, iErrorNo  = %d, iFS_ID  = %d, "
-        "iFS_Type  = %d, iBlockSize  = %d, \t\t\tiTotalBlocks  = %d, iAvailBlocks  = %d, "
-        "iFreeBlocks  = %d, iMaxFileSize  = %d,\t\t\tiNfiles  = %d, iMaxNfiles  = %d)",
-        sFilePath, AsInt(iErrorNo), AsInt(iFS_ID), AsInt(iFS_Type), AsInt(iBlockSize), AsInt(iTotalBlocks),
-        AsInt(iAvailBlocks), AsInt(iFreeBlocks), AsInt(iMaxFileSize), AsInt(iNfiles), AsInt(iMaxNfiles));
+    LogLine(m_frame, LOG_RET,
+            "QLIB_EFS2_DIAG_STATFS( \t\t\tsFilePath = %s, iErrorNo  = %d, iFS_ID  = %d, "
+            "iFS_Type  = %d, iBlockSize  = %d, \t\t\tiTotalBlocks  = %d, iAvailBlocks  = %d, "
+            "iFreeBlocks  = %d, iMaxFileSize  = %d,\t\t\tiNfiles  = %d, iMaxNfiles  = %d)",
+            sFilePath, iErrorNo, iFS_ID, iFS_Type, iBlockSize, iTotalBlocks, iAvailBlocks, iFreeBlocks,
+            iMaxFileSize, iNfiles, iMaxNfiles);
     return true;
 }
 
@@ -69,23 +67,21 @@ DWORD Efs2Metadata::StatFSAvailSpace(const char* sPath) {
         return kPathTooLong;
     DWORD iBlockSize = 0;
     DWORD iAvailBlocks = 0;
-    if (!frame.Exchange())
-        return 0;
-    const ResponseReader response = frame.Response();
-    const size_t iOffset = BlockSizeOffset(response);
-    if (!response.U32At(iOffset, iBlockSize) || !response.U32At(iOffset + 8, iAvailBlocks))
-        return 0;
-    return iBlockSize * iAvailBlocks;
+    const bool bTold = frame.ExchangeUntil(1, [&](const ResponseReader& response) {
+        const size_t iOffset = BlockSizeOffset(response);
+        return response.U32At(iOffset, iBlockSize) && response.U32At(iOffset + 8, iAvailBlocks);
+    });
+    return bTold ? iBlockSize * iAvailBlocks : 0;
 }
 
 bool Efs2Metadata::EFS2_DIAG_DEV_INFO(DWORD& iErrorNo, DWORD& iTotalNumOfBlocks, DWORD& iNumPagesPerBlock,
                                       DWORD& iPageSize, DWORD& iTotalPageSize, DWORD& iMakerId,
                                       DWORD& iDeviceId, unsigned char& iDeviceType, char* psDeviceName) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_DEV_INFO()");
+    LogLine(m_frame, LOG_FN, "QLIB_EFS2_DIAG_DEV_INFO()");
     BeginEfs2Request(m_frame, EFS2_CMD_DEV_INFO);
-    if (!SendWholeRequest(m_frame))
+    if (!AskWholeRequest(m_frame))
         return false;
-    // The answer may go on behind the name, so its end says nothing about where the values are.
+    // More fields may follow the name, so the values cannot be taken from the end.
     const ResponseReader response = m_frame.Response();
     size_t iOffset = 4;
     for (DWORD* piValue : {&iErrorNo, &iTotalNumOfBlocks, &iNumPagesPerBlock, &iPageSize, &iTotalPageSize,
@@ -95,40 +91,36 @@ bool Efs2Metadata::EFS2_DIAG_DEV_INFO(DWORD& iErrorNo, DWORD& iTotalNumOfBlocks,
     }
     response.U8At(32, iDeviceType);
     response.TextAt(33, psDeviceName, kEfs2TextSize);
-    m_frame.Log().LogMessage(
-        LOG_RET,
-        "QLIB_EFS2_DIAG_DEV_INFO( \t\t\tiErrorNo = 0x%X, iTotalNumOfBlocks = 0x%X, "
-        "iNumPagesPerBlock = 0x%X, \t\t\tiPageSize = 0x%X, iTotalPageSize = 0x%X, "
-        "iMakerId = 0x%X, iDeviceId = 0x%X, \t\t\tiDeviceType = 0x%X, psDeviceName  = %s)",
-        AsInt(iErrorNo), AsInt(iTotalNumOfBlocks), AsInt(iNumPagesPerBlock), AsInt(iPageSize),
-        AsInt(iTotalPageSize), AsInt(iMakerId), AsInt(iDeviceId), iDeviceType, psDeviceName);
+    LogLine(m_frame, LOG_RET,
+            "QLIB_EFS2_DIAG_DEV_INFO( \t\t\tiErrorNo = 0x%X, iTotalNumOfBlocks = 0x%X, "
+            "iNumPagesPerBlock = 0x%X, \t\t\tiPageSize = 0x%X, iTotalPageSize = 0x%X, "
+            "iMakerId = 0x%X, iDeviceId = 0x%X, \t\t\tiDeviceType = 0x%X, psDeviceName  = %s)",
+            iErrorNo, iTotalNumOfBlocks, iNumPagesPerBlock, iPageSize, iTotalPageSize, iMakerId, iDeviceId,
+            iDeviceType, psDeviceName);
     return true;
 }
 
 bool Efs2Metadata::EFS2_DIAG_EXTENDED_INFO(EFS2_EXT_QueryType_Enum iQueryType,
                                            EFS2_EXT_Kind_Enum& eReturnKind, DWORD& iReturnInt,
                                            char* const sReturnString) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EFS2_DIAG_EXTENDED_INFO( iQueryType = %d )",
-                             static_cast<int>(iQueryType));
+    LogLine(m_frame, LOG_FN, "QLIB_EFS2_DIAG_EXTENDED_INFO( iQueryType = %d )", static_cast<int>(iQueryType));
     BeginEfs2Request(m_frame, EFS2_CMD_EXTENDED_INFO).U32(static_cast<DWORD>(iQueryType)).U32(0).U8(0);
-    if (!SendWholeRequest(m_frame))
+    if (!AskWholeRequest(m_frame))
         return false;
     const ResponseReader response = m_frame.Response();
     DWORD iKind = 0;
     const bool bHasKind = response.U32At(4, iKind);
     if (bHasKind && iKind == EFS2_EXT_KIND_INT && response.U32At(8, iReturnInt)) {
         eReturnKind = EFS2_EXT_KIND_INT;
-        m_frame.Log().LogMessage(LOG_RET, "QLIB_EFS2_DIAG_EXTENDED_INFO( iReturnInt = %d )",
-                                 AsInt(iReturnInt));
+        LogLine(m_frame, LOG_RET, "QLIB_EFS2_DIAG_EXTENDED_INFO( iReturnInt = %d )", iReturnInt);
         return true;
     }
     if (bHasKind && iKind == EFS2_EXT_KIND_STRING) {
         eReturnKind = EFS2_EXT_KIND_STRING;
         response.TextAt(12, sReturnString, kEfs2TextSize);
-        m_frame.Log().LogMessage(LOG_RET, "QLIB_EFS2_DIAG_EXTENDED_INFO( sReturnString = %s )",
-                                 sReturnString);
+        LogLine(m_frame, LOG_RET, "QLIB_EFS2_DIAG_EXTENDED_INFO( sReturnString = %s )", sReturnString);
         return true;
     }
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_EFS2_DIAG_EXTENDED_INFO( ) -- Error: invalid data return type");
+    LogLine(m_frame, LOG_RET, "QLIB_EFS2_DIAG_EXTENDED_INFO( ) -- Error: invalid data return type");
     return false;
 }

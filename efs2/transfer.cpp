@@ -1,9 +1,11 @@
-// The operations that copy a file: open, blocks, close, and what an abort removes.
+// The operations that copy a file: open, blocks, close, and the removal after an abort.
 #include "efs2/transfer.h"
 
 #include <cstdio>
 #include <cstring>
 
+#include "diag/command.h"
+#include "efs2/commands.h"
 #include "efs2/exchange.h"
 #include "efs2/local_files.h"
 
@@ -15,6 +17,8 @@ constexpr LONG kOpenForWriting = 0x241; // write-only, create, truncate
 constexpr LONG kWritableByAll = 0666;
 constexpr size_t kLocalPathSize = 1024;
 
+using Kind = OperationFailure::Kind;
+
 const char* PassOrFail(bool bPassed) {
     return bPassed ? "PASS" : "FAIL";
 }
@@ -24,6 +28,11 @@ const char* Shown(const char* sText) {
 }
 
 } // namespace
+
+bool Efs2Transfer::Fail(const OperationFailure& failure) {
+    m_frame.NoteFailure(failure);
+    return false;
+}
 
 bool Efs2Transfer::EFS2FileOpen(const char* sEFS_File, LONG iOpenFlags, LONG iMode, LONG* piDescriptor) {
     Efs2Frame<12> frame(m_frame, EFS2_CMD_OPEN);
@@ -44,7 +53,7 @@ bool Efs2Transfer::EFS2FileClose(LONG iDescriptor) {
 bool Efs2Transfer::PerformEFS2ReadOp(const char* sEFS_File, DWORD* piBytesRead, const char* sLocalFile) {
     const bool bGiven = sLocalFile != nullptr && *sLocalFile != '\0';
     if (std::strlen(bGiven ? sLocalFile : sEFS_File) >= kLocalPathSize)
-        return false;
+        return Fail({Kind::LocalNotWritten});
     LONG iDescriptor = 0;
     if (!EFS2FileOpen(sEFS_File, kOpenForReading, kReadableByAll, &iDescriptor))
         return false;
@@ -59,21 +68,21 @@ bool Efs2Transfer::PerformEFS2ReadOp(const char* sEFS_File, DWORD* piBytesRead, 
 }
 
 bool Efs2Transfer::EFS2_DIAG_READ_FILE(const char* sLocalFile, const char* sEFS_File) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsRead( sLocalFile = %s, sEFS_File = %s)", Shown(sLocalFile),
-                             sEFS_File);
+    LogLine(m_frame, LOG_FN, "QLIB_EfsRead( sLocalFile = %s, sEFS_File = %s)", Shown(sLocalFile), sEFS_File);
     m_callbacks.m_bEfsAbort = 0;
+    m_frame.ForgetFailure();
     DWORD iBytesRead = 0;
     const bool bPassed = PerformEFS2ReadOp(sEFS_File, &iBytesRead, sLocalFile);
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_EfsRead() - %s", PassOrFail(bPassed));
+    LogLine(m_frame, LOG_RET, "QLIB_EfsRead() - %s", PassOrFail(bPassed));
     return bPassed;
 }
 
 bool Efs2Transfer::PerformEFS2WriteOp(const char* sEFS_File, UploadSource& source) {
     if (!source.Measure())
-        return false;
+        return Fail({Kind::LocalNotRead});
     const DWORD iAvailable = m_metadata.StatFSAvailSpace("");
     if (iAvailable == Efs2Metadata::kPathTooLong || source.Size() > iAvailable)
-        return false;
+        return Fail({Kind::NoRoom});
     LONG iDescriptor = 0;
     if (!EFS2FileOpen(sEFS_File, kOpenForWriting, kWritableByAll, &iDescriptor))
         return false;
@@ -87,30 +96,29 @@ bool Efs2Transfer::PerformEFS2WriteOp(const char* sEFS_File, UploadSource& sourc
 
 bool Efs2Transfer::Uploaded(const char* sOperation, const char* sEFS_File, UploadSource& source) {
     m_callbacks.m_bEfsAbort = 0;
+    m_frame.ForgetFailure();
     m_bLastWriteOpenedTarget = false;
     const bool bPassed = PerformEFS2WriteOp(sEFS_File, source);
-    m_frame.Log().LogMessage(LOG_RET, "%s() - %s", sOperation, PassOrFail(bPassed));
+    LogLine(m_frame, LOG_RET, "%s() - %s", sOperation, PassOrFail(bPassed));
     return bPassed;
 }
 
 bool Efs2Transfer::EFS2_DIAG_WRITE_FILE(const char* sLocalFile, const char* sEFS_File) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_EfsWrite( sLocalFile = %s, sEFS_File = %s)", Shown(sLocalFile),
-                             sEFS_File);
+    LogLine(m_frame, LOG_FN, "QLIB_EfsWrite( sLocalFile = %s, sEFS_File = %s)", Shown(sLocalFile), sEFS_File);
     UploadSource source(sLocalFile);
     return Uploaded("QLIB_EfsWrite", sEFS_File, source);
 }
 
 bool Efs2Transfer::EFS2_DIAG_WRITE_FILE_MEM(const char* pLocalFile, DWORD iSize, const char* sEFS_File) {
-    m_frame.Log().LogMessage(
-        LOG_FN, "Diag_FTM::EFS2_DIAG_WRITE_FILE_MEM( pLocalFile = %p, iSize=%ld, sEFS_File = %s)",
-        static_cast<const void*>(pLocalFile), static_cast<long>(iSize), sEFS_File);
+    LogLine(m_frame, LOG_FN, "Diag_FTM::EFS2_DIAG_WRITE_FILE_MEM( pLocalFile = %p, iSize=%d, sEFS_File = %s)",
+            static_cast<const void*>(pLocalFile), iSize, sEFS_File);
     UploadSource source(std::span(reinterpret_cast<const unsigned char*>(pLocalFile), iSize));
     return Uploaded("QLIB_EfsWriteMem", sEFS_File, source);
 }
 
 void Efs2Transfer::Report(const char* sFirstName, const char* sSecondName, int iOperation, DWORD iDone,
                           DWORD iInAll) {
-    // The callback's type promises no constness, though nobody is meant to write to the names.
+    // The callback takes non-const names, although it must not write to them.
     if (m_callbacks.m_pfnEfsTransferCallBack != nullptr)
         m_callbacks.m_pfnEfsTransferCallBack(const_cast<char*>(sFirstName), const_cast<char*>(sSecondName),
                                              iOperation, 0, iDone, iInAll,

@@ -2,10 +2,17 @@
 #include <array>
 #include <cstdio>
 
+#include "diag/command.h"
 #include "efs2/block_exchanges.h"
 #include "efs2/commands.h"
 #include "efs2/local_files.h"
 #include "efs2/transfer.h"
+
+namespace {
+
+using Kind = OperationFailure::Kind;
+
+} // namespace
 
 bool Efs2Transfer::ReadBlock(LONG iDescriptor, DWORD iOffset, std::span<unsigned char> area,
                              DWORD& iBytesRead) {
@@ -17,7 +24,7 @@ bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, cons
                                       const char* sLocalFile) {
     DownloadTarget target(sLocalFile);
     if (!target.IsOpen())
-        return false;
+        return Fail({Kind::LocalNotWritten, target.ErrorNo()});
     std::array<unsigned char, kEfs2ReadBlock> aBlock;
     DWORD iPosition = 0;
     DWORD iBytesRead = kEfs2ReadBlock;
@@ -28,14 +35,14 @@ bool Efs2Transfer::EFS2ReadEntireFile(LONG iDescriptor, DWORD* piBytesRead, cons
             break;
         iPosition += iBytesRead;
         Report(sLocalFile, sGivenLocalFile, EFS2_CMD_READ, iPosition, iPosition);
-        m_frame.Log().LogMessage(LOG_RET, " EFS Read Transferred %d", AsInt(iPosition));
+        LogLine(m_frame, LOG_RET, " EFS Read Transferred %d", iPosition);
     }
     const bool bStored = target.Finish();
     if (IsAborted())
         std::remove(sLocalFile);
     else if (!bStored) {
-        m_frame.Log().LogMessage(LOG_ERR, "QLIB_EfsRead() - Local file cannot be written: %s", sLocalFile);
-        return false;
+        LogLine(m_frame, LOG_ERR, "QLIB_EfsRead() - Local file cannot be written: %s", sLocalFile);
+        return Fail({Kind::LocalNotWritten, target.ErrorNo()});
     }
     if (piBytesRead != nullptr)
         *piBytesRead = iPosition;
@@ -56,7 +63,7 @@ bool Efs2Transfer::WriteBlock(LONG iDescriptor, DWORD iOffset, std::span<const u
 
 bool Efs2Transfer::EFS2WriteEntireFile(LONG iDescriptor, UploadSource& source, const char* sEFS_File) {
     if (!source.Open())
-        return false;
+        return Fail({Kind::LocalNotRead, source.ErrorNo()});
     std::array<unsigned char, kEfs2WriteBlock> aBlock;
     while (!IsAborted()) {
         const DWORD iOffset = source.Taken();
@@ -66,13 +73,12 @@ bool Efs2Transfer::EFS2WriteEntireFile(LONG iDescriptor, UploadSource& source, c
         if (!WriteBlock(iDescriptor, iOffset, block))
             return false;
         Report(source.Name(), sEFS_File, EFS2_CMD_WRITE, source.Taken(), source.Size());
-        m_frame.Log().LogMessage(LOG_RET, " EFS Write Transferred %d / %d bytes", AsInt(source.Taken()),
-                                 AsInt(source.Size()));
+        LogLine(m_frame, LOG_RET, " EFS Write Transferred %d / %d bytes", source.Taken(), source.Size());
         if (source.Taken() == source.Size())
             break;
     }
     if (IsAborted() || source.IsExhausted())
         return true;
-    m_frame.Log().LogMessage(LOG_ERR, "QLIB_EfsWrite() - Local file ended early: %s", source.Name());
-    return false;
+    LogLine(m_frame, LOG_ERR, "QLIB_EfsWrite() - Local file ended early: %s", source.Name());
+    return Fail({Kind::LocalNotRead, source.ErrorNo()});
 }

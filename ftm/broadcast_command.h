@@ -1,27 +1,26 @@
-// What the commands of the broadcast receiver share.
+// Shared by the commands of the broadcast receiver.
 #pragma once
 
 #include <cstddef>
 
 #include "ftm/ftm_command.h"
 
-/// Requests and answers begin with command type, subsystem and command id.
+/// Requests and responses begin with command type, subsystem and command id.
 constexpr size_t kBroadcastHeader = 4;
 
-/// BeginBroadcast begins a request; the id stands in the method that is named after the command.
+/// BeginBroadcast begins a request. Each id appears only in the method named after its command.
 inline RequestBuilder& BeginBroadcast(CommandFrame& frame, unsigned char iCommandId) {
-    constexpr unsigned char kBroadcastSubsystem = 43;
-    return frame.FormatSubsystemDiagHeader(kBroadcastSubsystem, iCommandId);
+    return frame.FormatSubsystemDiagHeader(DIAG_SUBSYSTEM_MEDIA_FLO, iCommandId);
 }
 
-/// TakeBroadcast is TakeLogged for values that have to lie behind the header: all are written or none.
+/// TakeBroadcast is TakeLogged for values that must all follow the header: all are written, or none.
 template <class... Values>
 bool TakeBroadcast(CommandFrame& frame, TextFor<Values...> result, Values&... values) {
     return frame.Response().Size() >= kBroadcastHeader + (sizeof values + ... + 0) &&
            TakeLogged(frame, result, values...);
 }
 
-/// SendBroadcast exchanges a command whose fields are what its entry line shows. True when it was answered.
+/// SendBroadcast exchanges a command whose entry line shows all its fields. True when the phone answered.
 template <class... Fields>
 bool SendBroadcast(CommandFrame& frame, unsigned char iCommandId, TextFor<Fields...> entry,
                    Fields... fields) {

@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "ftm/broadcast_command.h"
+#include "ftm/broadcast_reading.h"
+#include "ftm/ftm_command.h"
 
 namespace {
 
@@ -14,14 +16,13 @@ RequestBuilder& FlowId(RequestBuilder& request, DWORD iFlowID) {
 } // namespace
 
 bool BroadcastFlows::MFLO_ACTIVATE_FLOW(DWORD iFlowID, unsigned char eBinding) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_ACTIVATE_FLOW( iFlowID = %d, eBinding = %d )", AsInt(iFlowID),
-                             eBinding);
+    LogLine(m_frame, LOG_FN, "QLIB_MFLO_ACTIVATE_FLOW( iFlowID = %d, eBinding = %d )", iFlowID, eBinding);
     FlowId(BeginBroadcast(m_frame, 9), iFlowID).U8(eBinding);
     return m_frame.Send(0);
 }
 
 bool BroadcastFlows::MFLO_DEACTIVATE_FLOW(DWORD iFlowID) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_DEACTIVATE_FLOW( iFlowID = %d )", AsInt(iFlowID));
+    LogLine(m_frame, LOG_FN, "QLIB_MFLO_DEACTIVATE_FLOW( iFlowID = %d )", iFlowID);
     FlowId(BeginBroadcast(m_frame, 10), iFlowID);
     return m_frame.Send(0);
 }
@@ -62,18 +63,18 @@ bool BroadcastFlows::ReadList(unsigned char iCommandId, const char* sArray, unsi
         return false;
     std::ranges::copy(entries, pList);
     for (int i = 0; i < iCount; ++i) {
-        m_frame.Log().LogMessage(LOG_RET, "\t\t %s[%d]", sArray, i);
+        LogLine(m_frame, LOG_RET, "\t\t %s[%d]", sArray, i);
         LogRecord(m_frame.Log(), pList[i]);
     }
     return true;
 }
 
 bool BroadcastFlows::MFLO_GET_BOUND_FLOW_LIST(unsigned char& iCount, mftypes_active_flow_info* pList) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_GET_BOUND_FLOW_LIST( iCount = %d )", iCount);
+    LogLine(m_frame, LOG_FN, "QLIB_MFLO_GET_BOUND_FLOW_LIST( iCount = %d )", iCount);
     return ReadList(11, "pActiveFlowInfoArray", iCount, pList);
 }
 
 bool BroadcastFlows::MFLO_GET_ACTIVE_MLC_LIST(unsigned char& iCount, mftypes_active_mlc_info* pList) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_GET_ACTIVE_MLC_LIST( iCount = %d )", iCount);
+    LogLine(m_frame, LOG_FN, "QLIB_MFLO_GET_ACTIVE_MLC_LIST( iCount = %d )", iCount);
     return ReadList(40, "pActiveMlcInfoArray", iCount, pList);
 }

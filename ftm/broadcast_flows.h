@@ -2,31 +2,33 @@
 #pragma once
 
 #include "ftm/broadcast_records.h"
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// BroadcastFlows: every command is one request and its answer, within QMSL_TimeOut_SyncRequest. An answer to
-/// a count or list carries the count behind its header and the entries, one directly after the other (laid
-/// out as broadcast_records.h says), behind the count. Caller's thread. The frame must outlive it.
+class CommandFrame;
+
+/// BroadcastFlows: every command is one request and its response, within QMSL_TimeOut_SyncRequest. The
+/// response to a count or list has the count after its header. The entries follow without gaps, laid out as
+/// described in broadcast_records.h. Caller's thread. The frame must outlive it.
 class QUILLET_API BroadcastFlows {
 public:
     explicit BroadcastFlows(CommandFrame& frame) : m_frame(frame) {}
 
-    // Of a flow id the low 24 bits are sent.
+    // Only the low 24 bits of a flow id are sent.
     bool MFLO_ACTIVATE_FLOW(DWORD iFlowID, unsigned char eBinding);
     bool MFLO_DEACTIVATE_FLOW(DWORD iFlowID);
 
-    /// MFLO_GET_..._COUNT: false, with the count as it was, when the answer ends before it.
+    /// MFLO_GET_..._COUNT: false, with the count unchanged, when the response lacks it.
     bool MFLO_GET_BOUND_FLOW_COUNT(unsigned char& piBoundFlowCount);
     bool MFLO_GET_ACTIVE_MLC_COUNT(unsigned char& piActiveMlcCount);
 
     /// MFLO_GET_..._LIST read the entries.
-    ///   iCount  in: how many the list has room for; out: how many the handset has, also when the result is
-    ///           false because entries are missing. More than there was room for: no entry is written, and
-    ///           the result is true.
-    ///   pList   is filled with all entries, or left as it was
-    /// False when the answer ends before the count or before the last entry.
+    ///   iCount  in: the room in pList, in entries; out: how many entries the phone has, also when the result
+    ///           is false because entries are missing
+    ///   pList   receives all entries, or stays unchanged
+    ///
+    /// True also when the phone has more entries than there is room for; none is written then. False when the
+    /// response lacks the count or an entry.
     bool MFLO_GET_BOUND_FLOW_LIST(unsigned char& iCount, mftypes_active_flow_info* pList);
     bool MFLO_GET_ACTIVE_MLC_LIST(unsigned char& iCount, mftypes_active_mlc_info* pList);
 

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "ftm/broadcast_command.h"
+#include "ftm/ftm_command.h"
 
 bool BroadcastReceiver::MFLO_START_FLO() {
     return SendBroadcast(m_frame, 2, "QLIB_MFLO_START_FLO( )");
@@ -46,7 +47,7 @@ bool BroadcastReceiver::MFLO_GET_RSSI_VALUE(double& pdRSSI) {
     const auto [iPositive, iFirst, iSecond, iHundredths] = aParts;
     const double dSize = (iFirst + iSecond) + iHundredths * 0.01;
     pdRSSI = iPositive == 0 ? -dSize : dSize;
-    m_frame.Log().LogMessage(LOG_RET, "QLIB_MFLO_GET_RSSI_VALUE( pdRSSI = %.2f )", pdRSSI);
+    LogLine(m_frame, LOG_RET, "QLIB_MFLO_GET_RSSI_VALUE( pdRSSI = %.2f )", pdRSSI);
     return true;
 }
 

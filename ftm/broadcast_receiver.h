@@ -1,13 +1,13 @@
-// The broadcast receiver: start, state, version, channel, signal strength.
+// The broadcast receiver: its state and settings.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 
-/// BroadcastReceiver: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true
-/// means that the handset answered, with all values. Out-values are taken from the end of the answer; when it
-/// ends before them, they all stay as they were. Values are the handset's. Caller's thread. The frame
-/// must outlive it.
+class CommandFrame;
+
+/// BroadcastReceiver: every command is one request and its response, within QMSL_TimeOut_SyncRequest. True
+/// means that the phone answered with all values. Out-values are taken from the response's end; when it is
+/// too short they all stay unchanged. Values are phone-specific. Caller's thread. The frame must outlive it.
 class QUILLET_API BroadcastReceiver {
 public:
     explicit BroadcastReceiver(CommandFrame& frame) : m_frame(frame) {}
@@ -21,8 +21,8 @@ public:
 
     bool MFLO_SET_RF_CHNL(unsigned char iChannel);
     bool MFLO_GET_RF_CHNL(unsigned char& piChannel);
-    /// MFLO_GET_RSSI_VALUE: the signal strength with two decimals. It changes only when the answer is long
-    /// enough for all of it.
+    /// MFLO_GET_RSSI_VALUE: the signal strength with two decimals. It stays unchanged when the response is
+    /// too short.
     bool MFLO_GET_RSSI_VALUE(double& pdRSSI);
 
     bool MFLO_ENABLE_FTAP_PLP_DATA(unsigned char bEnable);

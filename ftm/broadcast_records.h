@@ -1,14 +1,10 @@
-// What the broadcast receiver tells about its flows and channels, as records and as they stand in an answer.
+// The records of the broadcast receiver's flows and channels.
 #pragma once
 
-#include <cstddef>
-
-#include "diag/packet.h"
-#include "link/text_log.h"
 #include "platform/types.h"
 
-// In an answer the fields of a record stand in the order in which they are declared, little-endian and
-// without gaps, each as wide as it is here; the flow id takes three bytes.
+// In a response the fields of a record are in the order of their declaration, little-endian and without
+// padding, each with the width it has here, except that the flow id has three bytes.
 
 /// A flow that is being received.
 struct mftypes_active_flow_info {
@@ -52,7 +48,7 @@ struct mftypes_active_mlc_info {
     mftypes_mlc_plp_stats_type PlpStats;
 };
 
-/// Where an MLC stands in the present super-frame.
+/// The position of an MLC in the present super-frame.
 struct mftypes_mlc_dyn_params_type {
     unsigned char MlcID;
     unsigned short BaseFFTaddress;
@@ -63,22 +59,3 @@ struct mftypes_mlc_dyn_params_type {
     unsigned short NumSlots;
     unsigned short NumCodeBlocks;
 };
-
-/// RecordReader reads records of an answer one after the other, from iOffset on.
-class RecordReader {
-public:
-    RecordReader(const ResponseReader& response, size_t iOffset) : m_response(response), m_iOffset(iOffset) {}
-
-    /// Read fills one of the records above. False, with the record as it was, when the answer ends before it
-    /// does.
-    template <class Record>
-    bool Read(Record& record);
-
-private:
-    const ResponseReader& m_response;
-    size_t m_iOffset;
-};
-
-/// LogRecord writes the fields of one of the records above under LOG_RET, one to a line.
-template <class Record>
-void LogRecord(DataLogFileHandler& log, const Record& record);

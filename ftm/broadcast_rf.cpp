@@ -1,5 +1,7 @@
 #include "ftm/broadcast_rf.h"
 
+#include "ftm/ftm_command.h"
+
 bool BroadcastRf::FTM_MF_TUNE_PLL(unsigned short iChannel) {
     return SendFtm(m_frame, 413, "QLIB_FTM_MF_TUNE_PLL( iChannel = %d )", iChannel);
 }

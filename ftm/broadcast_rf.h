@@ -1,12 +1,13 @@
-// The radio of the broadcast receiver: tuning, gain, signal strength, its calibration data.
+// The radio of the broadcast receiver, and its calibration data.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 
-/// BroadcastRf calibrates the broadcast receiver's radio. Every command is one request and its answer, within
-/// QMSL_TimeOut_SyncRequest; true means that the handset answered it in the current command type and system
-/// mode, with all values. Units are the handset's. Caller's thread. The frame must outlive it.
+class CommandFrame;
+
+/// BroadcastRf calibrates the broadcast receiver's radio. Every command is one request and its response,
+/// within QMSL_TimeOut_SyncRequest. True means that the phone answered in the current command type and system
+/// mode, with all values. Units are phone-specific. Caller's thread. The frame must outlive it.
 class QUILLET_API BroadcastRf {
 public:
     explicit BroadcastRf(CommandFrame& frame) : m_frame(frame) {}
@@ -20,14 +21,14 @@ public:
     bool FTM_MF_GET_AGC_STATE(unsigned short& iGainState, unsigned short& iDvga);
     bool FTM_MF_GET_RX_RSSI(unsigned short& iRssiValue);
     /// FTM_MF_GET_RSSI_CAL_POINT measures the calibration point of a gain state at a known input power. The
-    /// answer must hold the point and one value more, which is not handed out.
+    /// response must have the point and one further value, which is ignored.
     bool FTM_MF_GET_RSSI_CAL_POINT(unsigned short iGainState, unsigned short iInputPower,
                                    unsigned short& iCalPoint);
-    /// FTM_MF_GET_IM2: as FTM_GET_CDMA_IM2_WITH_SUPPRESSSION, for this receiver.
+    /// FTM_MF_GET_IM2 is FTM_GET_CDMA_IM2_WITH_SUPPRESSSION for this receiver.
     bool FTM_MF_GET_IM2(unsigned short& iSuppression, unsigned char& iIValue, unsigned char& iQValue,
                         unsigned char& iTransconductance);
-    /// FTM_MF_WRITE_CAL_DATA makes the handset keep a band's calibration. True when it answered; whether it
-    /// wrote stands in the log (_iWriteStatus).
+    /// FTM_MF_WRITE_CAL_DATA makes the phone store a band's calibration. True when it answered. Whether it
+    /// stored them is only in the log (_iWriteStatus).
     bool FTM_MF_WRITE_CAL_DATA(unsigned short iBand);
 
 private:

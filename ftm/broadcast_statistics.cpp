@@ -1,10 +1,12 @@
 #include "ftm/broadcast_statistics.h"
 
 #include "ftm/broadcast_command.h"
+#include "ftm/broadcast_reading.h"
+#include "ftm/ftm_command.h"
 
 bool BroadcastStatistics::SendForChannel(const char* sMethod, unsigned char iCommandId, unsigned char iMlcID,
                                          unsigned char eSystem) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_%s( iMlcID = %d, eSystem = %d )", sMethod, iMlcID, eSystem);
+    LogLine(m_frame, LOG_FN, "QLIB_%s( iMlcID = %d, eSystem = %d )", sMethod, iMlcID, eSystem);
     BeginBroadcast(m_frame, iCommandId).U8(iMlcID).U8(eSystem);
     return m_frame.Send(0);
 }
@@ -20,8 +22,8 @@ bool BroadcastStatistics::TakeRecord(Record* pRecord) {
 
 bool BroadcastStatistics::MFLO_RST_PLP_STATS(unsigned char bResetAll, unsigned char iMlcId,
                                              unsigned char eSystem) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_MFLO_RST_PLP_STATS( bResetAll = %d, iMlcId = %d, eSystem = %d )",
-                             bResetAll, iMlcId, eSystem);
+    LogLine(m_frame, LOG_FN, "QLIB_MFLO_RST_PLP_STATS( bResetAll = %d, iMlcId = %d, eSystem = %d )",
+            bResetAll, iMlcId, eSystem);
     RequestBuilder& request = BeginBroadcast(m_frame, 0);
     if (bResetAll == 0)
         request.U8(iMlcId).U8(eSystem);

@@ -1,16 +1,16 @@
-// What the broadcast receiver counts: physical-layer packets (PLPs) of its channels, flows and overhead
-// (OIS).
+// The broadcast receiver's counts of physical-layer packets (PLPs), in channels, flows and overhead (OIS).
 #pragma once
 
 #include "ftm/broadcast_records.h"
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// BroadcastStatistics: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true
-/// means that the handset answered, with all values. An answer with a record carries it directly behind its
-/// header, laid out as broadcast_records.h says; a record is filled whole or left as it was. Caller's thread.
-/// The frame must outlive it.
+class CommandFrame;
+
+/// BroadcastStatistics: every command is one request and its response, within QMSL_TimeOut_SyncRequest. True
+/// means that the phone answered with all values. A record directly follows the response's header, laid out
+/// as described in broadcast_records.h, and is filled completely or stays unchanged. Caller's thread. The
+/// frame must outlive it.
 class QUILLET_API BroadcastStatistics {
 public:
     explicit BroadcastStatistics(CommandFrame& frame) : m_frame(frame) {}
@@ -26,14 +26,14 @@ public:
     bool MFLO_GET_MLC_DYN_PARAMS(unsigned char iMlcID, unsigned char eSystem,
                                  mftypes_mlc_dyn_params_type* pDynParams);
 
-    /// MFLO_GET_OIS_PLP_STAT takes four counters from the end of the answer, in this order there; all are
-    /// written or none.
+    /// MFLO_GET_OIS_PLP_STAT takes four counters from the response's end, in wire order. All are written, or
+    /// none.
     bool MFLO_GET_OIS_PLP_STAT(unsigned char eOIStype, DWORD& iFirst, DWORD& iSecond, DWORD& iThird,
                                DWORD& iFourth);
     bool MFLO_RST_OIS_PLP_STAT(unsigned char eOIStype);
 
-    /// MFLO_GET_FLO_PLP_DYN_PARAMS: a flow's good and erased packets, in all and in the present super-frame;
-    /// all are written or none.
+    /// MFLO_GET_FLO_PLP_DYN_PARAMS: a flow's good and erased packets, in total and in the present
+    /// super-frame. All are written, or none.
     bool MFLO_GET_FLO_PLP_DYN_PARAMS(DWORD iFlowID, unsigned short& iTotalGoodPlps,
                                      unsigned short& iTotalErasures, unsigned short& iSuperFrameGoodPlps,
                                      unsigned short& iSuperFrameErasures);

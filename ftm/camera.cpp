@@ -1,41 +1,41 @@
 #include "ftm/camera.h"
 
-#include "ftm/peripheral_command.h"
+#include "ftm/camera_command.h"
 
 bool FtmCamera::FTM_CAMERA_START(unsigned short& iCameraStatus) {
-    const bool bPassed = SendSetting(m_frame, m_frame.FormatCameraFTMHeader(0, 10, 12), iCameraStatus,
-                                     "QLIB_FTM_CAMERA_START( )");
+    const bool bPassed =
+        SendSetting(m_frame, BeginCamera(m_frame, kCameraStart), iCameraStatus, "QLIB_FTM_CAMERA_START( )");
     m_bStarted = m_bStarted || bPassed;
     return bPassed;
 }
 
 bool FtmCamera::FTM_CAMERA_STOP(unsigned short& iCameraStatus) {
-    const bool bPassed = SendSetting(m_frame, m_frame.FormatCameraFTMHeader(1, 10, 12), iCameraStatus,
-                                     "QLIB_FTM_CAMERA_STOP( )");
+    const bool bPassed =
+        SendSetting(m_frame, BeginCamera(m_frame, kCameraStop), iCameraStatus, "QLIB_FTM_CAMERA_STOP( )");
     m_bStarted = m_bStarted && !bPassed;
     return bPassed;
 }
 
 bool FtmCamera::FTM_CAMERA_SET_PARM(unsigned short iParmId, DWORD iParmValue, unsigned short& iCameraStatus) {
-    return SendSetting(m_frame, m_frame.FormatCameraFTMHeader(2, 16, 12), iCameraStatus,
+    return SendSetting(m_frame, BeginCamera(m_frame, kCameraSetParm), iCameraStatus,
                        "QLIB_FTM_CAMERA_SET_PARM( iParmId = %d, iParmValue = %d )", iParmId, iParmValue);
 }
 
 bool FtmCamera::FTM_CAMERA_SET_DIMENSIONS(unsigned short iPictureWidth, unsigned short iPictureHeight,
                                           unsigned short iLCDWidth, unsigned short& iCameraStatus) {
     return SendSetting(
-        m_frame, m_frame.FormatCameraFTMHeader(3, 14, 12), iCameraStatus,
+        m_frame, BeginCamera(m_frame, kCameraSetDimensions), iCameraStatus,
         "QLIB_FTM_CAMERA_SET_DIMENSIONS( iPictureWidth = %d, iPictureHeight = %d, iLCDWidth = %d )",
         iPictureWidth, iPictureHeight, iLCDWidth);
 }
 
 bool FtmCamera::FTM_CAMERA_START_PREVIEW(unsigned short& iCameraStatus) {
-    return SendSetting(m_frame, m_frame.FormatCameraFTMHeader(4, 0, 12), iCameraStatus,
+    return SendSetting(m_frame, BeginCamera(m_frame, kCameraStartPreview), iCameraStatus,
                        "QLIB_FTM_CAMERA_START_PREVIEW( )");
 }
 
 bool FtmCamera::FTM_CAMERA_STOP_PREVIEW(unsigned short& iCameraStatus) {
-    return SendSetting(m_frame, m_frame.FormatCameraFTMHeader(5, 0, 12), iCameraStatus,
+    return SendSetting(m_frame, BeginCamera(m_frame, kCameraStopPreview), iCameraStatus,
                        "QLIB_FTM_CAMERA_STOP_PREVIEW( )");
 }
 
@@ -43,7 +43,7 @@ bool FtmCamera::FTM_CAMERA_GET_PARM(unsigned short iParmId, DWORD& iMinimum, DWO
                                     DWORD& iDefault, DWORD& iCurrent, unsigned short& iParmStatus,
                                     unsigned short& iCameraStatus) {
     static constexpr char sLine[] = "QLIB_FTM_CAMERA_GET_PARM( iParmId = %d )";
-    AppendLogged(m_frame, m_frame.FormatCameraFTMHeader(8, 12, 12), sLine, iParmId);
+    AppendLogged(m_frame, BeginCamera(m_frame, kCameraGetParm), sLine, iParmId);
     return SendForStatus(m_frame, sLine, iCameraStatus, iMinimum, iMaximum, iStep, iDefault, iCurrent,
                          iParmStatus);
 }
@@ -52,12 +52,12 @@ bool FtmCamera::FTM_CAMERA_GET_INFO(unsigned short& iOrientation, unsigned short
                                     unsigned char& iSensorRotation, unsigned short& iSensorWidth,
                                     unsigned short& iSensorHeight, unsigned short& iCameraStatus) {
     static constexpr char sLine[] = "QLIB_FTM_CAMERA_GET_INFO( )";
-    AppendLogged(m_frame, m_frame.FormatCameraFTMHeader(9, 10, 21), sLine);
+    AppendLogged(m_frame, BeginCamera(m_frame, kCameraGetInfo), sLine);
     return SendForStatus(m_frame, sLine, iCameraStatus, iOrientation, iRotation, iSensorRotation,
                          iSensorWidth, iSensorHeight);
 }
 
 bool FtmCamera::FTM_CAMERA_SET_SENSOR_ID(unsigned char iSensorID, unsigned short& iCameraStatus) {
-    return SendSetting(m_frame, m_frame.FormatCameraFTMHeader(10, 11, 12), iCameraStatus,
+    return SendSetting(m_frame, BeginCamera(m_frame, kCameraSetSensorId), iCameraStatus,
                        "QLIB_FTM_CAMERA_SET_SENSOR_ID( iSensorID = %d )", iSensorID);
 }

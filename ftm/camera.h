@@ -1,11 +1,12 @@
-// The camera: parameters, preview, taking a picture and fetching it.
+// The camera: settings, and taking and reading a picture.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// What is set up for a picture; all values are the handset's.
+class CommandFrame;
+
+/// The settings for a picture. All values are phone-specific.
 struct FTM_Camera_PictureSettings {
     unsigned short iParmId; // one parameter to set, and its value
     DWORD iParmValue;
@@ -16,18 +17,17 @@ struct FTM_Camera_PictureSettings {
     unsigned short iFormat;
 };
 
-/// FtmCamera: every command is one request and its answer, within QMSL_TimeOut_SyncRequest. iCameraStatus is
-/// what the handset says: 0 when it worked, otherwise its reason, 1 also when no answer came or the answer is
-/// too short for a status. True means status 0 with all values there; other out-values are written together
-/// or not at all. Values are the handset's and are passed on unchanged. Caller's thread. The frame must
-/// outlive it.
+/// FtmCamera: every command is one request and its response, within QMSL_TimeOut_SyncRequest. iCameraStatus
+/// is the phone's status: 0 when the command worked, otherwise the reason; 1 also when no response arrived or
+/// it has no status. True means status 0 and all values present. Other out-values are written all or none.
+/// Values are phone-specific and passed on unchanged. Caller's thread. The frame must outlive it.
 class QUILLET_API FtmCamera {
 public:
     explicit FtmCamera(CommandFrame& frame) : m_frame(frame) {}
 
     bool FTM_CAMERA_START(unsigned short& iCameraStatus);
     bool FTM_CAMERA_STOP(unsigned short& iCameraStatus);
-    /// IsCameraStarted: the camera was started, and not stopped since.
+    /// IsCameraStarted: the camera has been started, and not stopped since.
     bool IsCameraStarted() const { return m_bStarted; }
 
     bool FTM_CAMERA_SET_PARM(unsigned short iParmId, DWORD iParmValue, unsigned short& iCameraStatus);
@@ -37,35 +37,36 @@ public:
     bool FTM_CAMERA_START_PREVIEW(unsigned short& iCameraStatus);
     bool FTM_CAMERA_STOP_PREVIEW(unsigned short& iCameraStatus);
 
-    /// FTM_CAMERA_GET_PARM reads what a parameter can be and is; in the answer the five numbers stand in this
-    /// order behind the header, then iParmStatus (the handset's word on the parameter), then the status.
+    /// FTM_CAMERA_GET_PARM reads the range and the value of a parameter. The response has the five numbers in
+    /// this order after its header, then iParmStatus (the parameter's own status), then the status.
     bool FTM_CAMERA_GET_PARM(unsigned short iParmId, DWORD& iMinimum, DWORD& iMaximum, DWORD& iStep,
                              DWORD& iDefault, DWORD& iCurrent, unsigned short& iParmStatus,
                              unsigned short& iCameraStatus);
-    /// FTM_CAMERA_GET_INFO reads how the sensor is mounted and its size in pixels; in the answer the values
-    /// stand in this order, the status last.
+    /// FTM_CAMERA_GET_INFO reads how the sensor is mounted, and its size in pixels. The response has the
+    /// values in this order, the status last.
     bool FTM_CAMERA_GET_INFO(unsigned short& iOrientation, unsigned short& iRotation,
                              unsigned char& iSensorRotation, unsigned short& iSensorWidth,
                              unsigned short& iSensorHeight, unsigned short& iCameraStatus);
 
-    /// FTM_CAMERA_TAKE_PICTURE_AND_ENCODE takes a picture; its size in bytes comes out.
+    /// FTM_CAMERA_TAKE_PICTURE_AND_ENCODE takes a picture and reads its size in bytes.
     bool FTM_CAMERA_TAKE_PICTURE_AND_ENCODE(DWORD iQuality, unsigned short iFormat, DWORD& iPictureSize,
                                             unsigned short& iCameraStatus);
-    /// FTM_CAMERA_GET_PICTURE reads a piece of the picture. Its answer carries the offset and the size again,
-    /// then the data and the status; what does not fit what was asked for is refused with nothing written.
-    ///   iDataSize  in: how much to read and the room in piData; out: how much came
+    /// FTM_CAMERA_GET_PICTURE reads a piece of the picture. The response repeats the offset and has the size,
+    /// then the data and the status. False, with nothing written but the status, when they do not match the
+    /// request.
+    ///   iDataSize  in: how much to read, and the room in piData; out: how much was read
     bool FTM_CAMERA_GET_PICTURE(DWORD iDataOffset, unsigned short& iDataSize, unsigned char* piData,
                                 unsigned short& iCameraStatus);
 
-    /// FTM_CAMERA_PerformTakePictureSequence takes a picture from any state of the camera: it starts, stops
-    /// and starts it (the first two may fail, they bring it to a known state), sets the parameter, reads the
-    /// information, sets the dimensions, starts and stops the preview, takes the picture. It ends with the
-    /// first step that fails, and then leaves the camera as that step did. The status is the last step's.
+    /// FTM_CAMERA_PerformTakePictureSequence takes a picture from any state of the camera. It starts, stops
+    /// and starts the camera (the first two may fail; they bring it to a known state), sets the parameter,
+    /// reads the information, sets the dimensions, starts and stops the preview, and takes the picture. It
+    /// ends at the first step that fails, and leaves the camera in that state. The status is the last step's.
     bool FTM_CAMERA_PerformTakePictureSequence(const FTM_Camera_PictureSettings& settings,
                                                DWORD& iPictureSize, unsigned short& iCameraStatus);
-    /// FTM_CAMERA_GetEntirePicture reads a taken picture of iPictureSize bytes, for which piPicture has room,
-    /// in pieces of iTransferSize bytes (at most 4076, what an answer holds), then stops the camera, also
-    /// when a piece fails. True when every byte came and the camera stopped.
+    /// FTM_CAMERA_GetEntirePicture reads a picture of iPictureSize bytes, which is also the room in
+    /// piPicture, in pieces of iTransferSize bytes (at most 4076, what a response can carry). Then it stops
+    /// the camera, also when a piece failed. True when every byte arrived and the camera stopped.
     bool FTM_CAMERA_GetEntirePicture(DWORD iPictureSize, unsigned short iTransferSize,
                                      unsigned char* piPicture);
 

@@ -1,12 +1,12 @@
-// Taking a picture and fetching it in pieces.
+// Taking a picture and reading it in pieces.
 #include <algorithm>
 
 #include "ftm/camera.h"
-#include "ftm/peripheral_command.h"
+#include "ftm/camera_command.h"
 
 namespace {
 
-/// Of an answer with a piece of the picture, what is not picture: header, offset, size, status.
+/// The bytes of a response that are not picture data: header, offset, size, status.
 constexpr unsigned short kPieceFrame = kPeripheralHeader + 8;
 
 } // namespace
@@ -14,14 +14,13 @@ constexpr unsigned short kPieceFrame = kPeripheralHeader + 8;
 bool FtmCamera::FTM_CAMERA_TAKE_PICTURE_AND_ENCODE(DWORD iQuality, unsigned short iFormat,
                                                    DWORD& iPictureSize, unsigned short& iCameraStatus) {
     static constexpr char sLine[] = "QLIB_FTM_CAMERA_TAKE_PICTURE_AND_ENCODE( iQuality = %d, iFormat = %d )";
-    AppendLogged(m_frame, m_frame.FormatCameraFTMHeader(6, 10, 16), sLine, iQuality, iFormat);
+    AppendLogged(m_frame, BeginCamera(m_frame, kCameraTakePictureAndEncode), sLine, iQuality, iFormat);
     return SendForStatus(m_frame, sLine, iCameraStatus, iPictureSize);
 }
 
 bool FtmCamera::FTM_CAMERA_GET_PICTURE(DWORD iDataOffset, unsigned short& iDataSize, unsigned char* piData,
                                        unsigned short& iCameraStatus) {
-    const auto iAnswer = static_cast<unsigned short>(iDataSize + kPieceFrame);
-    return SendSetting(m_frame, m_frame.FormatCameraFTMHeader(7, 16, iAnswer), iCameraStatus,
+    return SendSetting(m_frame, BeginCamera(m_frame, kCameraGetPicture, iDataSize), iCameraStatus,
                        "QLIB_FTM_CAMERA_GET_PICTURE( iDataOffset = %d, iDataSize = %d )", iDataOffset,
                        iDataSize) &&
            TakePiece(m_frame, iDataOffset, iDataSize, piData, sizeof iCameraStatus);
@@ -29,7 +28,7 @@ bool FtmCamera::FTM_CAMERA_GET_PICTURE(DWORD iDataOffset, unsigned short& iDataS
 
 bool FtmCamera::FTM_CAMERA_PerformTakePictureSequence(const FTM_Camera_PictureSettings& settings,
                                                       DWORD& iPictureSize, unsigned short& iCameraStatus) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CAMERA_PerformTakePictureSequence( )");
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_CAMERA_PerformTakePictureSequence( )");
     unsigned short iOrientation = 0;
     unsigned short iRotation = 0;
     unsigned char iSensorRotation = 0;
@@ -61,9 +60,8 @@ bool FtmCamera::ReadPicture(DWORD iPictureSize, unsigned short iTransferSize, un
 
 bool FtmCamera::FTM_CAMERA_GetEntirePicture(DWORD iPictureSize, unsigned short iTransferSize,
                                             unsigned char* piPicture) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_FTM_CAMERA_GetEntirePicture( iPictureSize = %d, iTransferSize = %d )",
-                             AsInt(iPictureSize), iTransferSize);
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_CAMERA_GetEntirePicture( iPictureSize = %d, iTransferSize = %d )",
+            iPictureSize, iTransferSize);
     const bool bRead = iTransferSize > 0 && ReadPicture(iPictureSize, iTransferSize, piPicture);
     unsigned short iStatus = 0;
     return FTM_CAMERA_STOP(iStatus) && bRead;

@@ -3,19 +3,21 @@
 #include <span>
 #include <string>
 
+#include "ftm/ftm_command.h"
+
 namespace {
 
-/// Answers begin with the request's 10 bytes.
+/// Responses begin with the request's 10 bytes.
 constexpr size_t kResults = 10;
 
-/// ReadCount reads the number of results, which depends on the path alone.
+/// ReadCount reads the number of results. False unless it is the number that the path has.
 bool ReadCount(const ResponseReader& response, size_t iOffset, unsigned char iPath, unsigned char& iCount) {
     if (!response.U8At(iOffset, iCount))
         return false;
     return (iPath == 0 && iCount == 3) || (iPath == 1 && iCount == 1);
 }
 
-/// ReadBytes fills `out` from an offset on; false, with `out` as it was, when the answer ends before.
+/// ReadBytes fills `out` from an offset on. False, with `out` unchanged, when the response is too short.
 bool ReadBytes(const ResponseReader& response, size_t iOffset, std::span<unsigned char> out) {
     if (response.Size() < iOffset + out.size())
         return false;
@@ -25,29 +27,29 @@ bool ReadBytes(const ResponseReader& response, size_t iOffset, std::span<unsigne
 }
 
 template <class Value>
-void LogValues(CommandFrame& frame, unsigned iCategory, const char* sName, std::span<const Value> values) {
+void LogValues(CommandFrame& frame, LogCategory eCategory, const char* sName, std::span<const Value> values) {
     std::string sText = sName;
     for (const Value iValue : values)
         sText += " " + std::to_string(iValue);
-    frame.Log().LogMessage(iCategory, "%s", sText.c_str());
+    LogLine(frame, eCategory, "%s", sText.c_str());
 }
 
 } // namespace
 
-RequestBuilder& CdmaApi2::Begin(unsigned short iCommandId) {
+RequestBuilder& CdmaApi2::BeginCdmaApi2(unsigned short iCommandId) {
     m_frame.SetSystemMode(FTM_MODE_ID_CDMA_API2);
     return m_frame.FormatExtendedFTMHeader(iCommandId, 0, 0);
 }
 
-bool CdmaApi2::Exchange() {
-    // An answer of type 59 carries neither subsystem nor mode, so it never tells what it answers.
+bool CdmaApi2::ExchangeCdmaApi2() {
+    // A response of type 59 has neither subsystem nor mode, so it cannot be matched to its request.
     return m_frame.SendFtmCmd() && m_frame.GetCommandType() != FTM_COMMAND_59;
 }
 
 bool CdmaApi2::FTM_CDMA_API2_COMMIT_RF_TO_NV(unsigned short iBandClass) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CDMA_API2_COMMIT_RF_TO_NV iBandClass=%d", iBandClass);
-    Begin(0).U8(iBandClass);
-    return Exchange();
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_CDMA_API2_COMMIT_RF_TO_NV iBandClass=%d", iBandClass);
+    BeginCdmaApi2(0).U8(iBandClass);
+    return ExchangeCdmaApi2();
 }
 
 bool CdmaApi2::ReadGains(unsigned char iPath, unsigned char& iCount, unsigned short* piValues) {
@@ -65,10 +67,10 @@ bool CdmaApi2::ReadGains(unsigned char iPath, unsigned char& iCount, unsigned sh
 
 bool CdmaApi2::FTM_CDMA_API2_CALIBRATE_DVGA(unsigned char iPath, unsigned short iInputPower,
                                             unsigned char& iCount, unsigned short* piValues) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CDMA_API2_CALIBRATE_DVGA iPath=%d, iInputPower=%d", iPath,
-                             iInputPower);
-    Begin(1).U8(iPath).U16(iInputPower);
-    if (!Exchange() || !ReadGains(iPath, iCount, piValues))
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_CDMA_API2_CALIBRATE_DVGA iPath=%d, iInputPower=%d", iPath,
+            iInputPower);
+    BeginCdmaApi2(1).U8(iPath).U16(iInputPower);
+    if (!ExchangeCdmaApi2() || !ReadGains(iPath, iCount, piValues))
         return false;
     LogValues<unsigned short>(m_frame, LOG_RET, "DVGA values: ", {piValues, iCount});
     return true;
@@ -77,12 +79,12 @@ bool CdmaApi2::FTM_CDMA_API2_CALIBRATE_DVGA(unsigned char iPath, unsigned short 
 bool CdmaApi2::FTM_CDMA_API2_CALIBRATE_LNA(unsigned char iPath, unsigned short iInputPower,
                                            unsigned char iLNAstep, unsigned char& iCount,
                                            unsigned short* piValues) {
-    m_frame.Log().LogMessage(LOG_FN,
-                             "QLIB_FTM_CDMA_API2_CALIBRATE_LNA Path=%d, "
-                             "\t\t\t\t\t\t\t\t\t\t\t\t\t\tInput Power=%d, LNA step",
-                             iPath, iInputPower);
-    Begin(2).U8(iPath).U8(iLNAstep).U16(iInputPower);
-    if (!Exchange() || !ReadGains(iPath, iCount, piValues))
+    LogLine(m_frame, LOG_FN,
+            "QLIB_FTM_CDMA_API2_CALIBRATE_LNA Path=%d, "
+            "\t\t\t\t\t\t\t\t\t\t\t\t\t\tInput Power=%d, LNA step",
+            iPath, iInputPower);
+    BeginCdmaApi2(2).U8(iPath).U8(iLNAstep).U16(iInputPower);
+    if (!ExchangeCdmaApi2() || !ReadGains(iPath, iCount, piValues))
         return false;
     LogValues<unsigned short>(m_frame, LOG_FN, "LNA values: ", {piValues, iCount});
     return true;
@@ -91,9 +93,9 @@ bool CdmaApi2::FTM_CDMA_API2_CALIBRATE_LNA(unsigned char iPath, unsigned short i
 bool CdmaApi2::FTM_CDMA_API2_CALIBRATE_IM2(unsigned char iPath, unsigned short& iResult,
                                            unsigned char& iCount, unsigned char* piValues) {
     constexpr size_t kCount = kResults + 2;
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CDMA_API2_CALIBRATE_IM2 Path=%d, Path=%d", iPath, iPath);
-    Begin(3).U8(iPath);
-    if (!Exchange())
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_CDMA_API2_CALIBRATE_IM2 Path=%d, Path=%d", iPath, iPath);
+    BeginCdmaApi2(3).U8(iPath);
+    if (!ExchangeCdmaApi2())
         return false;
     const ResponseReader response = m_frame.Response();
     unsigned char iResults = 0;
@@ -109,11 +111,11 @@ bool CdmaApi2::FTM_CDMA_API2_CALIBRATE_IM2(unsigned char iPath, unsigned short& 
 
 bool CdmaApi2::FTM_CDMA_API2_CALIBRATE_INTELLICEIVER(unsigned char iPath, unsigned short& iInputPower,
                                                      unsigned char* piValues) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_CDMA_API2_CALIBRATE_INTELLICEIVER Path=%d, Input Power=%d",
-                             iPath, iInputPower);
-    Begin(4).U8(iPath).U16(iInputPower);
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_CDMA_API2_CALIBRATE_INTELLICEIVER Path=%d, Input Power=%d", iPath,
+            iInputPower);
+    BeginCdmaApi2(4).U8(iPath).U16(iInputPower);
     unsigned char iSucceeded = 0;
-    if (!Exchange() || !m_frame.Response().U8At(kResults, iSucceeded) || iSucceeded == 0 ||
+    if (!ExchangeCdmaApi2() || !m_frame.Response().U8At(kResults, iSucceeded) || iSucceeded == 0 ||
         !ReadBytes(m_frame.Response(), kResults + 1, {piValues, kIntelliceiverSize}))
         return false;
     LogValues<unsigned char>(m_frame, LOG_RET, "INTELLICEIVER values: ", {piValues, kIntelliceiverSize});

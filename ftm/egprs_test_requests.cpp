@@ -1,5 +1,7 @@
 #include "ftm/egprs_test_requests.h"
 
+#include "ftm/test_request.h"
+
 bool EgprsTestRequests::FTM_EGPRS_BER_START_GPRS_IDLE_MODE_REQ(unsigned char& iStatus) {
     return SendTest(m_frame, kGsmTest, 256, iStatus, "QLIB_FTM_EGPRS_BER_START_GPRS_IDLE_MODE_REQ()");
 }

@@ -1,11 +1,12 @@
 // The requests of the EGPRS bit-error-rate test.
 #pragma once
 
-#include "ftm/test_request.h"
 #include "platform/export.h"
 
+class CommandFrame;
+
 /// EgprsTestRequests: further requests of the GSM test, with results as in GsmTestRequests. TSC, TFI, USF,
-/// band and slot values are the phone's. Caller's thread. The frame must outlive it.
+/// band and slot values are phone-specific. Caller's thread. The frame must outlive it.
 class QUILLET_API EgprsTestRequests {
 public:
     explicit EgprsTestRequests(CommandFrame& frame) : m_frame(frame) {}
@@ -16,7 +17,7 @@ public:
                                         unsigned char iBand, unsigned char bFirstSlotActive,
                                         unsigned char iFirstSlotNum, unsigned char bSecondSlotActive,
                                         unsigned char iSecondSlotNum, unsigned char& iStatus);
-    /// iThird is passed on between USF and slots.
+    /// iThird is sent between USF and slots.
     bool FTM_EGPRS_BER_CONFIGURE_UL_TBF(unsigned char iUL_TSC, unsigned char iUSF, unsigned char iThird,
                                         unsigned char bFirstSlotActive, unsigned char iFirstSlotNum,
                                         unsigned char bSecondSlotActive, unsigned char iSecondSlotNum,

@@ -1,28 +1,31 @@
 // The EGPRS bit-error-rate test: packet data on top of the GSM test.
 #pragma once
 
+#include <memory>
+
 #include "ftm/gsm_test_session.h"
 #include "platform/export.h"
 
-/// EgprsTestSession: within a GSM session, AssignBCCH (which also starts GPRS idle mode), Configure_DL_TBF,
-/// Configure_UL_TBF, Establish_SRB_LOOPBACK, GetRxMetrics as often as it is measured, Release_All_TBF. What
-/// operations and their results mean is as in GsmTestSession; configuring, loopback and release need an
+/// EgprsTestSession: within a GSM session, a test calls AssignBCCH (which also starts GPRS idle mode),
+/// Configure_DL_TBF, Configure_UL_TBF, Establish_SRB_LOOPBACK, GetRxMetrics for each measurement,
+/// Release_All_TBF. Steps and results work as in GsmTestSession. Configuring, loopback and release need an
 /// active EGPRS session.
 ///
 /// Blocks the caller's thread while it waits. Frame, families and session record must outlive it.
 class QUILLET_API EgprsTestSession {
 public:
     EgprsTestSession(CommandFrame& frame, LogMasks& masks, EgprsTestRequests& requests, GsmTestSession& gsm,
-                     RadioSessions& sessions)
-        : m_steps(frame, masks), m_requests(requests), m_gsm(gsm), m_sessions(sessions) {}
+                     RadioSessions& sessions);
+    ~EgprsTestSession();
 
-    /// FTM_EGPRS_BER_AssignBCCH looks for the broadcast channel, then starts GPRS idle mode whether or not it
-    /// was found; the result is that of idle mode alone.
+    /// FTM_EGPRS_BER_AssignBCCH searches for the broadcast channel, then starts GPRS idle mode whether or not
+    /// it was found. The result is that of idle mode alone.
     bool FTM_EGPRS_BER_AssignBCCH(unsigned short iChannel, unsigned char iBand);
     /// FTM_EGPRS_BER_StartIdleMode needs a GSM session. The EGPRS session counts as active afterwards even
     /// when this fails.
     bool FTM_EGPRS_BER_StartIdleMode();
-    /// FTM_EGPRS_BER_Configure_... set up a block flow; no confirmation is waited for. iThird is passed on.
+    /// FTM_EGPRS_BER_Configure_... set up a block flow, and do not wait for a confirmation. iThird is passed
+    /// on.
     bool FTM_EGPRS_BER_Configure_DL_TBF(unsigned char iDL_TSC, unsigned char iDL_TFI, unsigned short iChannel,
                                         unsigned char iBand, unsigned char bFirstSlotActive,
                                         unsigned char iFirstSlotNum, unsigned char bSecondSlotActive,
@@ -30,29 +33,27 @@ public:
     bool FTM_EGPRS_BER_Configure_UL_TBF(unsigned char iUL_TSC, unsigned char iUSF, unsigned char iThird,
                                         unsigned char bFirstSlotActive, unsigned char iFirstSlotNum,
                                         unsigned char bSecondSlotActive, unsigned char iSecondSlotNum);
-    /// FTM_EGPRS_BER_Establish_SRB_LOOPBACK waits for the downlink flow to be established; the indication of
-    /// that is taken for the uplink flow too.
+    /// FTM_EGPRS_BER_Establish_SRB_LOOPBACK waits until the downlink flow is established. The same indication
+    /// counts for the uplink flow.
     bool FTM_EGPRS_BER_Establish_SRB_LOOPBACK();
     /// FTM_EGPRS_BER_Release_... wait for any indication of a block flow. The session stays active.
     bool FTM_EGPRS_BER_Release_All_TBF();
     bool FTM_EGPRS_BER_Release_UL_TBF();
 
-    /// FTM_EGPRS_BER_GetRxMetrics waits for the next measurement, session or not. On false the value stays as
-    /// it was.
+    /// FTM_EGPRS_BER_GetRxMetrics waits for the next measurement, with or without a session. On false the
+    /// value is unchanged.
     bool FTM_EGPRS_BER_GetRxMetrics(unsigned char& iRxLevAverage);
-    /// FTM_EGPRS_BER_ClearStatus, FTM_EGPRS_BER_GetStatus: as those of GSM, for the EGPRS block. Always true.
+    /// FTM_EGPRS_BER_ClearStatus, FTM_EGPRS_BER_GetStatus: as for GSM, with the EGPRS block. Always true.
     bool FTM_EGPRS_BER_ClearStatus();
     bool FTM_EGPRS_BER_GetStatus(EGPRS_BER_State* pState);
 
-    // --- Private in Diag_FTM ------------------------------------------------------------------------
-
-    /// WaitForEGPRS_BER_Update waits for a record since the last clear; for a block-flow record with eFlow
-    /// downlink, until the downlink flow's last event is eEvent (for the uplink any such record will do).
-    /// False at once for other ids, and with a QMSL_TimeOut_StatisticsWait of 0.
+private:
+    /// WaitForEGPRS_BER_Update waits for a record since the last clear. For a block-flow record with eFlow
+    /// downlink it waits until the downlink flow's last event is eEvent; for the uplink any block-flow record
+    /// is enough. False at once for other ids, and with a QMSL_TimeOut_StatisticsWait of 0.
     bool WaitForEGPRS_BER_Update(log_FTM2_EGPRS_BER_log_id_enum eId, ftm_log_egprs_tbf_enum eFlow,
                                  ftm_log_egprs_tbf_event_type eEvent);
 
-private:
     struct ReleaseTexts {
         const char* sEntry;
         const char* sNotStarted;
@@ -60,13 +61,14 @@ private:
     };
 
     bool ClearEgprsStatus();
-    /// Begin logs the entry line, clears the status, and is false, with its line, without a session.
-    bool Begin(const char* sEntry, const char* sNotStarted);
-    bool IsActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Egprs); }
+    /// BeginEgprs logs the entry line and clears the status. False, after logging sNotStarted, without a
+    /// session.
+    bool BeginEgprs(const char* sEntry, const char* sNotStarted);
+    bool IsEgprsActive() const { return m_sessions.IsRadioSessionActive(RadioSession::Egprs); }
     bool WaitForFlow(ftm_log_egprs_tbf_enum eFlow, ftm_log_egprs_tbf_event_type eEvent, const char* sEvent);
     bool Release(const ReleaseTexts& texts, bool (EgprsTestRequests::*pMethod)(unsigned char&));
 
-    TestSteps m_steps;
+    const std::unique_ptr<TestSteps> m_pSteps;
     EgprsTestRequests& m_requests;
     GsmTestSession& m_gsm;
     RadioSessions& m_sessions;

@@ -1,8 +1,10 @@
 #include "ftm/gps.h"
 
+#include "ftm/ftm_command.h"
+
 namespace {
 
-/// Send exchanges a command whose fields are what its entry line shows. True when it was answered.
+/// Send exchanges a command whose entry line shows all its fields. True when the phone answered.
 template <class... Fields>
 bool Send(CommandFrame& frame, unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
     AppendLogged(frame, frame.FormatAGPS_FTMHeader(iCommandId), entry, fields...);

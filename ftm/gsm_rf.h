@@ -1,15 +1,18 @@
-// The GSM radio in factory tests: bursts out and in, power control, calibration of the transmit path.
+// The GSM radio in factory tests: settings, and calibration of the transmit path.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "ftm/ftm_log.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// GsmRf calibrates GSM transmit and receive. Every command is one request and its answer, within
-/// QMSL_TimeOut_SyncRequest. The settings of bursts, slots, power and sweeps, and FTM_GET_RSSI, take any
-/// answer of the command type; the calibrations (below) only one in the current system mode. Slots count from
-/// 0; units are the handset's. Caller's thread. The frame and the FTM log must outlive it.
+class CommandFrame;
+class RequestBuilder;
+class FtmLog;
+
+/// GsmRf calibrates GSM transmit and receive. Every command is one request and its response, within
+/// QMSL_TimeOut_SyncRequest. The first group accepts any response of the command type, the calibrations only
+/// one in the current system mode. Slots count from 0; units are phone-specific. Caller's thread. The frame
+/// and the FTM log must outlive it.
 class QUILLET_API GsmRf {
 public:
     /// Values in each table of a PA profile.
@@ -19,8 +22,8 @@ public:
 
     // --- Bursts, slots, power -----------------------------------------------------------------------
 
-    /// FTM_SET_PA_PROFILE sends two tables of kPaProfileSize values each, of which the handset uses the first
-    /// iRampSize and iPaLookupTableSize.
+    /// FTM_SET_PA_PROFILE sends two tables of kPaProfileSize values each. The phone uses the first iRampSize
+    /// and iPaLookupTableSize of them.
     bool FTM_SET_PA_PROFILE(const unsigned short* piRampTable, const unsigned short* piPaLookupTable,
                             unsigned char iRampSize, unsigned char iPaLookupTableSize);
     /// FTM_SET_TRANSMIT_CONT, FTM_SET_TRANSMIT_BURST transmit in a slot, continuously or in bursts:
@@ -40,41 +43,27 @@ public:
 
     // --- Calibration --------------------------------------------------------------------------------
 
-    /// FTM_DO_GSM_AUTOCAL starts the handset's own calibration, whose results come as FTM log 10: that log is
-    /// started first, and without it nothing is sent.
+    /// FTM_DO_GSM_AUTOCAL starts the phone's own calibration, whose results arrive as FTM log 10. It starts
+    /// that log first; when this fails, the calibration is not started.
     bool FTM_DO_GSM_AUTOCAL(short iPower, unsigned short iPA_DAC_Value, LONG iMax_Power, LONG iMin_Power,
                             unsigned char iWriteNVFlag, unsigned short iRSB_Cor_A_R0,
                             unsigned short iRSB_Cor_A_R1, unsigned short iRSB_Cor_B_R0,
                             unsigned short iRSB_Cor_B_R1);
-    /// FTM_SET_PATH_DELAY sends *piDelay and stores what the handset made of it.
+    /// FTM_SET_PATH_DELAY sends *piDelay and replaces it with the phone's value.
     bool FTM_SET_PATH_DELAY(short* piDelay);
-    /// FTM_ENABLE_POLAR_REF_CAL and FTM_SET_TWOTONE_FREQ_OFFSET are one command to the handset.
+    /// FTM_ENABLE_POLAR_REF_CAL and FTM_SET_TWOTONE_FREQ_OFFSET are the same command to the phone.
     bool FTM_ENABLE_POLAR_REF_CAL(unsigned char iEnable);
     bool FTM_SET_TWOTONE_FREQ_OFFSET(unsigned short iFreqOffsetSecTone);
-    /// FTM_DO_CALPATH_RSB sends both residual-sideband corrections and stores the handset's.
+    /// FTM_DO_CALPATH_RSB sends both residual-sideband corrections and replaces them with the phone's.
     bool FTM_DO_CALPATH_RSB(unsigned char iRSB_Subcmd_ID, unsigned char iDone_RSG, unsigned short* piRSB_A,
                             unsigned short* piRSB_B);
     bool FTM_SET_OPLL_BW(unsigned char iBandwidth_Num);
     bool FTM_BASEBAND_BW_CAL(unsigned char iBandwidth_Num);
     /// FTM_GSM_POLAR_TX_SWEEP_CAL sweeps over iNumDac pairs of 16-bit values (the low halves of both lists'
-    /// entries). More than about 1020 pairs do not fit in a request: false, and nothing is sent.
+    /// entries). False, with nothing sent, when the pairs do not fit in a request (more than about 1020).
     bool FTM_GSM_POLAR_TX_SWEEP_CAL(DWORD iNumDac, const DWORD* piFirstList, const DWORD* piSecondList);
 
 private:
-    /// The GSM layout has 16 spare bits behind the command id.
-    RequestBuilder& Begin(unsigned short iCommandId) { return BeginFtm(m_frame, iCommandId).U16(0); }
-    /// Send exchanges a setting, Calibrate a calibration, each with the fields that its entry line shows.
-    template <class... Fields>
-    bool Send(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
-        AppendLogged(m_frame, Begin(iCommandId), entry, fields...);
-        return m_frame.Send(0);
-    }
-    template <class... Fields>
-    bool Calibrate(unsigned short iCommandId, TextFor<Fields...> entry, Fields... fields) {
-        AppendLogged(m_frame, Begin(iCommandId), entry, fields...);
-        return m_frame.SendFtmCmd();
-    }
-
     CommandFrame& m_frame;
     FtmLog& m_ftmLog;
 };

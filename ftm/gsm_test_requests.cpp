@@ -1,5 +1,7 @@
 #include "ftm/gsm_test_requests.h"
 
+#include "ftm/test_request.h"
+
 bool GsmTestRequests::FTM_GSM_START_MODE_REQ(unsigned char& iStatus) {
     return SendTest(m_frame, kGsmTest, 0, iStatus, "QLIB_FTM_GSM_START_MODE_REQ()");
 }

@@ -1,16 +1,17 @@
 // The requests of the GSM bit-error-rate test.
 #pragma once
 
-#include "ftm/test_request.h"
 #include "platform/export.h"
 
-/// What the phone loops back, and the kind of traffic channel: the phone's numbers.
+class CommandFrame;
+
+/// The data that the phone loops back, and the kind of traffic channel, by the phone's numbers.
 enum FTM_GSM_BER_LoopbackType_Enum : int {};
 enum FTM_GSM_BER_Channel_Modes_Enum : int {};
 
-/// GsmTestRequests: one request each. True means that the phone answered; iStatus is its verdict (0:
-/// accepted) as ExchangeTest says. FTM_GSM_... sessions put them into order. Caller's thread. The frame must
-/// outlive it.
+/// GsmTestRequests: one request each. True means that the phone answered. iStatus is its status (0:
+/// accepted), see ExchangeTest. The test sessions call them in order. Caller's thread. The frame must outlive
+/// it.
 class QUILLET_API GsmTestRequests {
 public:
     explicit GsmTestRequests(CommandFrame& frame) : m_frame(frame) {}

@@ -1,5 +1,7 @@
 #include "ftm/hsdpa_test_requests.h"
 
+#include "ftm/test_request.h"
+
 bool HsdpaTestRequests::FTM_HSDPA_BLER_CMD_START_HS(unsigned char& iStatus) {
     return SendTest(m_frame, kHsdpaTest, 256, iStatus, "QLIB_FTM_HSDPA_BLER_CMD_START_HS()");
 }

@@ -1,12 +1,13 @@
 // The requests of the HSDPA block-error-rate test.
 #pragma once
 
-#include "ftm/test_request.h"
 #include "platform/export.h"
 
-/// HsdpaTestRequests: further requests of the WCDMA test, with results as in GsmTestRequests, but for the
-/// status, which stands one byte later in these answers. Values are the phone's. Caller's thread. The frame
-/// must outlive it.
+class CommandFrame;
+
+/// HsdpaTestRequests: further requests of the WCDMA test, with results as in GsmTestRequests, except that the
+/// status is one byte later in the responses. Values are phone-specific. Caller's thread. The frame must
+/// outlive it.
 class QUILLET_API HsdpaTestRequests {
 public:
     static constexpr size_t kCodes = 4;
@@ -18,7 +19,7 @@ public:
     bool FTM_HSDPA_BLER_CMD_STOP_HS(unsigned char& iStatus);
     bool FTM_HSDPA_BLER_CMD_RECONFIG_HS(unsigned char iReconfigBitmask, unsigned char& iStatus);
     bool FTM_HSDPA_BLER_CMD_CONFIG_HS_PDSCH(unsigned short iValue, unsigned char& iStatus);
-    /// aiCodes: always kCodes bytes, whatever iNumCodes.
+    /// aiCodes: always kCodes bytes, whatever the value of iNumCodes.
     bool FTM_HSDPA_BLER_CMD_CONFIG_HS_SCCH(unsigned char iNumCodes, const unsigned char* aiCodes,
                                            unsigned char& iStatus);
     /// aiMemPartitionInfo: always kMemPartitions bytes.

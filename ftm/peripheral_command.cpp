@@ -3,10 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "ftm/ftm_command.h"
+
 bool LogStatus(CommandFrame& frame, const char* sEntry, bool bPassed, unsigned short iStatus) {
     const std::string sMethod(sEntry, std::string_view(sEntry).find('('));
-    frame.Log().LogMessage(LOG_RET, "%s(): %s, status: %d", sMethod.c_str(), bPassed ? "PASS" : "FAIL",
-                           iStatus);
+    LogLine(frame, LOG_RET, "%s(): %s, status: %d", sMethod.c_str(), bPassed ? "PASS" : "FAIL", iStatus);
     return bPassed;
 }
 

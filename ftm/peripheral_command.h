@@ -1,17 +1,19 @@
-// What the commands of audio and camera share: an answer that ends with a status, data in pieces.
+// Shared by the audio and camera commands: responses that end with a status, and data in pieces.
 #pragma once
 
 #include <span>
 
 #include "ftm/ftm_command.h"
 
-/// The header of their requests and answers, in bytes.
+/// The size of the header of requests and responses.
 constexpr size_t kPeripheralHeader = 10;
-/// The longest answer, without its FCS.
+/// The length of a response that carries a status alone.
+constexpr unsigned short kStatusResponse = kPeripheralHeader + 2;
+/// The longest response, without its FCS.
 constexpr unsigned short kLongestAnswer = 4094;
 
-/// TakeBehindHeader takes values from the end of the answer, as TakeValues does, but all or none: false, with
-/// all of them as they were, when they do not lie behind the header.
+/// TakeBehindHeader is TakeValues for values that must all follow the header. False, with all of them
+/// unchanged, when they do not.
 template <class... Values>
 bool TakeBehindHeader(CommandFrame& frame, Values&... values) {
     const size_t iPosition = frame.Buffer().ReadPosition();
@@ -19,14 +21,13 @@ bool TakeBehindHeader(CommandFrame& frame, Values&... values) {
     return iEnd >= kPeripheralHeader + (sizeof values + ... + 0) && TakeValues(frame, values...);
 }
 
-/// LogStatus writes the result line of a command and returns bPassed. sEntry begins with the command's name
-/// and a bracket, as its entry line does.
+/// LogStatus logs the result line of a command and returns bPassed. sEntry is the command's entry line: its
+/// name, then a parenthesis.
 bool LogStatus(CommandFrame& frame, const char* sEntry, bool bPassed, unsigned short iStatus);
 
-/// SendForStatus sends the request as built and takes the status at the answer's end, then the values in
-/// front of it (in the order of the layout). True when the status is 0 and all values are there. iStatus is 1
-/// when no answer came or it ends too early for a status; the values then stay as they were. sEntry: as for
-/// LogStatus.
+/// SendForStatus sends the request as built, then takes the status at the response's end and the values
+/// before it (in wire order). True when the status is 0 and all values are there. When no response arrived,
+/// or it is too short for a status, iStatus is 1 and the values stay unchanged. sEntry: as for LogStatus.
 template <class... Values>
 bool SendForStatus(CommandFrame& frame, const char* sEntry, unsigned short& iStatus, Values&... values) {
     iStatus = 1;
@@ -35,8 +36,8 @@ bool SendForStatus(CommandFrame& frame, const char* sEntry, unsigned short& iSta
     return LogStatus(frame, sEntry, bTaken && iStatus == 0, iStatus);
 }
 
-/// SendSetting logs the entry line of a command that shows all its fields, appends them to its request, and
-/// sends that for a status alone.
+/// SendSetting is for a command whose entry line shows all its fields: it logs the line, appends the fields,
+/// and sends the request for a status alone.
 template <class... Fields>
 bool SendSetting(CommandFrame& frame, RequestBuilder& request, unsigned short& iStatus,
                  TextFor<Fields...> entry, Fields... fields) {
@@ -44,10 +45,12 @@ bool SendSetting(CommandFrame& frame, RequestBuilder& request, unsigned short& i
     return SendForStatus(frame, entry.sFormat, iStatus);
 }
 
-/// TakePiece takes a piece of something longer out of an answer: behind the header stand its offset (32
-/// bits), its size (16 bits) and its bytes; iTail bytes more follow.
-///   iOffset  where the piece was asked for; a piece of another place is refused
-///   iSize    in: the size asked for and the room in piData; out: the size of the piece, which may be smaller
-/// False, with both out-values as they were, when the piece is larger than asked for or not all there.
+/// TakePiece takes a piece of longer data from a response. After the header come its offset (32 bits), its
+/// size (16 bits), its bytes, and iTail more bytes.
+///   iOffset  the requested offset; a piece at another offset is refused
+///   iSize    in: the requested size, and the room in piData; out: the size of the piece, which may be
+///            smaller
+///
+/// False, with both out-values unchanged, when the piece is larger than requested or incomplete.
 bool TakePiece(CommandFrame& frame, DWORD iOffset, unsigned short& iSize, unsigned char* piData,
                size_t iTail);

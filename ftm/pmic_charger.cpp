@@ -1,10 +1,11 @@
 #include "ftm/pmic_charger.h"
 
+#include "ftm/ftm_command.h"
 #include "ftm/pmic_command.h"
 
 namespace {
 
-/// All configuration is one command, in which a selector says what the values behind it are.
+/// All configuration is one command. A selector determines the meaning of the values after it.
 template <class... Values>
 bool Configure(CommandFrame& frame, unsigned char iSelector, TextFor<Values...> entry, Values... values) {
     AppendLogged(frame, BeginPmic(frame, FTM_PMIC_CMD_CHARGER, 1).U8(iSelector), entry, values...);

@@ -1,12 +1,13 @@
 // The chargers of the power-management chip.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 
-/// PmicCharger sets the chargers and what limits them. Every command is one request and its answer, within
-/// QMSL_TimeOut_SyncRequest; true means that the handset answered, in whatever system mode. Values are the
-/// chip's and are passed on unchanged. Caller's thread. The frame must outlive it.
+class CommandFrame;
+
+/// PmicCharger sets the chargers and their limits. Every command is one request and its response, within
+/// QMSL_TimeOut_SyncRequest. True means that the phone answered, in any system mode. Values are chip-specific
+/// and passed on unchanged. Caller's thread. The frame must outlive it.
 class QUILLET_API PmicCharger {
 public:
     explicit PmicCharger(CommandFrame& frame) : m_frame(frame) {}

@@ -3,13 +3,14 @@
 #include <cstdio>
 #include <initializer_list>
 
+#include "ftm/ftm_command.h"
 #include "ftm/pmic_command.h"
 
 namespace {
 
 constexpr unsigned char kRead = 1;
 
-/// The fields of a moment, in their order on the wire.
+/// The fields of a date and time, in wire order.
 struct Moment {
     unsigned char& iTimeMode;
     unsigned char& iMonth;
@@ -20,7 +21,7 @@ struct Moment {
     unsigned char& iSecond;
 };
 
-/// A command that sets or gets a moment; in front of it stand read/write and, for an alarm, its id.
+/// A command that sets or reads a date and time. They are preceded by read/write and, for an alarm, its id.
 struct MomentCommand {
     const char* sMethod;
     unsigned char iSubcommand;
@@ -33,12 +34,11 @@ void LogMoment(CommandFrame& frame, const MomentCommand& command, const char* sS
     char sAlarm[24] = "";
     if (command.front.size() > 1)
         std::snprintf(sAlarm, sizeof sAlarm, "iAlarmId = 0x%X, ", command.front.begin()[1]);
-    frame.Log().LogMessage(LOG_FN,
-                           "QLIB_%s-%s( iReadWrite = 0x%X, %siTimeMode = 0x%X, iMonth = 0x%X, iDay = 0x%X, "
-                           "iYear = 0x%X, iHour = 0x%X, iMinute = 0x%X, iSecond = 0x%X)",
-                           command.sMethod, sStage, command.ReadWrite(), sAlarm, moment.iTimeMode,
-                           moment.iMonth, moment.iDay, moment.iYear, moment.iHour, moment.iMinute,
-                           moment.iSecond);
+    LogLine(frame, LOG_FN,
+            "QLIB_%s-%s( iReadWrite = 0x%X, %siTimeMode = 0x%X, iMonth = 0x%X, iDay = 0x%X, "
+            "iYear = 0x%X, iHour = 0x%X, iMinute = 0x%X, iSecond = 0x%X)",
+            command.sMethod, sStage, command.ReadWrite(), sAlarm, moment.iTimeMode, moment.iMonth,
+            moment.iDay, moment.iYear, moment.iHour, moment.iMinute, moment.iSecond);
 }
 
 bool SetGetMoment(CommandFrame& frame, const MomentCommand& command, const Moment& moment) {
@@ -47,9 +47,10 @@ bool SetGetMoment(CommandFrame& frame, const MomentCommand& command, const Momen
     request.Bytes({command.front.begin(), command.front.size()});
     request.U8(moment.iTimeMode).U8(moment.iMonth).U8(moment.iDay).U16(moment.iYear);
     request.U8(moment.iHour).U8(moment.iMinute).U8(moment.iSecond);
-    if (!frame.Send(0))
+    const bool bReads = command.ReadWrite() == kRead;
+    if (!(bReads ? frame.AskForValues() : frame.Send(0)))
         return false;
-    if (command.ReadWrite() == kRead)
+    if (bReads)
         TakeValues(frame, moment.iTimeMode, moment.iMonth, moment.iDay, moment.iYear, moment.iHour,
                    moment.iMinute, moment.iSecond);
     LogMoment(frame, command, "finish", moment);
@@ -82,10 +83,8 @@ bool PmicClock::FTM_PMIC_RTC_STOP() {
 bool PmicClock::FTM_PMIC_RTC_GET_ALARM_STATUS(unsigned char& iAlarmStatus) {
     LogLine(m_frame, LOG_FN, "QLIB_FTM_PMIC_RTC_GET_ALARM_STATUS( )");
     BeginPmic(m_frame, FTM_PMIC_CMD_CLOCK, 3).U8(iAlarmStatus);
-    if (!m_frame.Send(0))
-        return false;
-    TakeLogged(m_frame, "QLIB_FTM_PMIC_RTC_GET_ALARM_STATUS( iAlarmStatus = %d)", iAlarmStatus);
-    return true;
+    return m_frame.Send(0) &&
+           TakeLogged(m_frame, "QLIB_FTM_PMIC_RTC_GET_ALARM_STATUS( iAlarmStatus = %d)", iAlarmStatus);
 }
 
 bool PmicClock::FTM_PMIC_RTC_DISABLE_ALARM(unsigned char iAlarmId) {
@@ -98,7 +97,5 @@ bool PmicClock::FTM_PMIC_RTC_SET_GET_TIME_ADJUST(unsigned char iReadWrite, unsig
         "QLIB_FTM_PMIC_RTC_SET_GET_TIME_ADJUST( iReadWrite = %d , iTimeAdjust = %d)";
     if (!SendPmic(m_frame, FTM_PMIC_CMD_CLOCK, 5, sLine, iReadWrite, iTimeAdjust))
         return false;
-    if (iReadWrite == kRead)
-        TakeLogged(m_frame, sLine, std::tuple(iReadWrite), iTimeAdjust);
-    return true;
+    return iReadWrite != kRead || TakeLogged(m_frame, sLine, std::tuple(iReadWrite), iTimeAdjust);
 }

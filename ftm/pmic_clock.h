@@ -1,14 +1,16 @@
 // The real-time clock of the power-management chip, and its alarms.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 
-/// PmicClock: every command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that
-/// the handset answered, in whatever system mode. Values are the chip's and are passed on unchanged. The
-/// caller's values are always sent. With iReadWrite 1 they are then replaced by the handset's, taken from the
-/// answer's end: of an answer that ends early the bytes that there are pass for values. With
-/// any other iReadWrite nothing is changed. Caller's thread. The frame must outlive it.
+class CommandFrame;
+
+/// PmicClock: every command is one request and its response, within QMSL_TimeOut_SyncRequest. True means that
+/// the phone answered, in any system mode. Values are chip-specific and passed on unchanged. The caller's
+/// values are always sent. With iReadWrite 1 they are then replaced by those at the response's end. A
+/// truncated response is read the same way, so other bytes of it may be returned; one that ends within its
+/// header (11 bytes) makes the result false. With any other iReadWrite no value changes. Caller's thread. The
+/// frame must outlive it.
 class QUILLET_API PmicClock {
 public:
     explicit PmicClock(CommandFrame& frame) : m_frame(frame) {}
@@ -16,7 +18,7 @@ public:
     bool FTM_PMIC_RTC_SET_GET_TIME(unsigned char iReadWrite, unsigned char& iTimeMode, unsigned char& iMonth,
                                    unsigned char& iDay, unsigned short& iYear, unsigned char& iHour,
                                    unsigned char& iMinute, unsigned char& iSecond);
-    /// FTM_PMIC_RTC_SET_GET_ALARM_TIME: the same for the alarm iAlarmId, which stays as it is.
+    /// FTM_PMIC_RTC_SET_GET_ALARM_TIME: the same for the alarm iAlarmId, which is not changed.
     bool FTM_PMIC_RTC_SET_GET_ALARM_TIME(unsigned char iReadWrite, unsigned char& iAlarmId,
                                          unsigned char& iTimeMode, unsigned char& iMonth, unsigned char& iDay,
                                          unsigned short& iYear, unsigned char& iHour, unsigned char& iMinute,
@@ -25,7 +27,7 @@ public:
     bool FTM_PMIC_RTC_STOP();
     bool FTM_PMIC_RTC_GET_ALARM_STATUS(unsigned char& iAlarmStatus);
     bool FTM_PMIC_RTC_DISABLE_ALARM(unsigned char iAlarmId);
-    /// FTM_PMIC_RTC_SET_GET_TIME_ADJUST: the correction of the clock's speed.
+    /// FTM_PMIC_RTC_SET_GET_TIME_ADJUST: the correction of the clock rate.
     bool FTM_PMIC_RTC_SET_GET_TIME_ADJUST(unsigned char iReadWrite, unsigned char& iTimeAdjust);
 
 private:

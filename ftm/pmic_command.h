@@ -1,9 +1,9 @@
-// What the commands of the power-management chip share.
+// Shared by the commands of the power-management chip.
 #pragma once
 
 #include "ftm/ftm_command.h"
 
-/// FTM_PMIC_Cmd_Id_Enum: the part of the chip that a command is for.
+/// FTM_PMIC_Cmd_Id_Enum: the part of the chip that a command addresses.
 enum FTM_PMIC_Cmd_Id_Enum : unsigned short {
     FTM_PMIC_CMD_CLOCK = 0,
     FTM_PMIC_CMD_CHARGER = 1,
@@ -13,8 +13,8 @@ enum FTM_PMIC_Cmd_Id_Enum : unsigned short {
     FTM_PMIC_CMD_DRIVER = 6,
 };
 
-/// FTM_PMIC_SubCmd_Id_Enum: what is done with that part. The numbers begin anew for each part; one stands in
-/// the method that is named after the command and nowhere else.
+/// FTM_PMIC_SubCmd_Id_Enum: the operation on that part. Each part has its own numbers, and each number
+/// appears only in the method named after its command.
 enum FTM_PMIC_SubCmd_Id_Enum : unsigned char {};
 
 /// BeginPmic begins a request; the command's fields follow.
@@ -23,7 +23,7 @@ inline RequestBuilder& BeginPmic(CommandFrame& frame, FTM_PMIC_Cmd_Id_Enum eComm
     return frame.FormatPMIC_FTMHeader(eCommand, FTM_PMIC_SubCmd_Id_Enum{iSubcommand});
 }
 
-/// SendPmic exchanges a command whose fields are what its entry line shows. True when it was answered.
+/// SendPmic exchanges a command whose entry line shows all its fields. True when the phone answered.
 template <class... Fields>
 bool SendPmic(CommandFrame& frame, FTM_PMIC_Cmd_Id_Enum eCommand, unsigned char iSubcommand,
               TextFor<Fields...> entry, Fields... fields) {

@@ -1,5 +1,6 @@
 #include "ftm/pmic_regulator.h"
 
+#include "ftm/ftm_command.h"
 #include "ftm/pmic_command.h"
 
 bool PmicRegulator::FTM_PMIC_VREG_CONTROL(unsigned char iVRegCmd, DWORD iVRegSelect) {

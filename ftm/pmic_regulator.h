@@ -1,18 +1,20 @@
 // The voltage regulators of the power-management chip.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// PmicRegulator switches and sets the regulators. Every command is one request and its answer, within
-/// QMSL_TimeOut_SyncRequest; true means that the handset answered, in whatever system mode. Values are the
-/// chip's and are passed on unchanged. Caller's thread. The frame must outlive it.
+class CommandFrame;
+
+/// PmicRegulator switches and sets the regulators. Every command is one request and its response, within
+/// QMSL_TimeOut_SyncRequest. True means that the phone answered, in any system mode. Values are chip-specific
+/// and passed on unchanged. Caller's thread. The frame must outlive it.
 class QUILLET_API PmicRegulator {
 public:
     explicit PmicRegulator(CommandFrame& frame) : m_frame(frame) {}
 
-    /// FTM_PMIC_VREG_CONTROL: iVRegSelect names regulators by 32 bits, everywhere else it is one's number.
+    /// FTM_PMIC_VREG_CONTROL: iVRegSelect selects regulators with 32 bits; in all other commands it is the
+    /// number of one.
     bool FTM_PMIC_VREG_CONTROL(unsigned char iVRegCmd, DWORD iVRegSelect);
     bool FTM_PMIC_VREG_SET_LEVEL(unsigned char iVRegSelect, unsigned short iVoltageLevel);
     /// FTM_PMIC_VREG_CONFIG_SMPS_MODE: the mode of a switched-mode regulator.

@@ -1,5 +1,6 @@
 #include "ftm/pmic_signals.h"
 
+#include "ftm/ftm_command.h"
 #include "ftm/pmic_command.h"
 
 bool PmicSignals::FTM_PMIC_AMUX_CONFIG(unsigned char iMuxSelect, unsigned char iMuxScale) {
@@ -11,10 +12,8 @@ bool PmicSignals::FTM_PMIC_INT_GET_RT_STATUS(unsigned char& iInterruptStatusId,
                                              unsigned char& iInterruptStatus) {
     static constexpr char sLine[] =
         "QLIB_FTM_PMIC_INT_GET_RT_STATUS( iInterruptStatusId = %d, iInterruptStatus = %d)";
-    if (!SendPmic(m_frame, FTM_PMIC_CMD_INTERRUPT, 0, sLine, iInterruptStatusId, iInterruptStatus))
-        return false;
-    TakeLogged(m_frame, sLine, std::tuple(iInterruptStatusId), iInterruptStatus);
-    return true;
+    return SendPmic(m_frame, FTM_PMIC_CMD_INTERRUPT, 0, sLine, iInterruptStatusId, iInterruptStatus) &&
+           TakeLogged(m_frame, sLine, std::tuple(iInterruptStatusId), iInterruptStatus);
 }
 
 bool PmicSignals::FTM_PMIC_INT_IRQ_CLR(unsigned char iInterruptHandler) {

@@ -1,4 +1,4 @@
-// Which radio-test sessions run on a connection.
+// Which radio-test sessions are active on a connection.
 #pragma once
 
 #include <array>
@@ -7,18 +7,25 @@
 
 enum class RadioSession : unsigned char { Gsm, Egprs, Wcdma, Hsdpa };
 
-/// RadioSessions is the one record of what the sessions must know of each other: starting one stops another.
-/// It is what the library asked for; a phone that was switched off in between knows nothing of it. Caller's
-/// thread.
+/// RadioSessions records which sessions are active, because starting one stops others. It reflects the
+/// library's requests: a phone that was switched off in between has no session. Caller's thread.
 class QUILLET_API RadioSessions {
 public:
-    /// IsRadioSessionActive: no session is at first.
+    /// IsRadioSessionActive: initially false for every session.
     bool IsRadioSessionActive(RadioSession eSession) const;
-    void SetRadioSession(RadioSession eSession, bool bActive);
-    /// EndRadioSessionsOfPort forgets GSM and WCDMA, which a newly opened port begins without; the packet
-    /// sessions on top of them are forgotten by the operations that end them.
+
+protected:
+    /// EndRadioSessionsOfPort marks GSM and WCDMA as ended, for a newly opened port. The packet sessions that
+    /// use them are ended by their own operations.
     void EndRadioSessionsOfPort();
 
 private:
+    friend class GsmTestSession;
+    friend class EgprsTestSession;
+    friend class WcdmaTestSession;
+    friend class HsdpaTestSession;
+
+    void SetRadioSession(RadioSession eSession, bool bActive);
+
     std::array<bool, 4> m_aActive{};
 };

@@ -5,13 +5,15 @@
 #include <optional>
 #include <thread>
 
+#include "ftm/ftm_command.h"
+
 namespace {
 
 constexpr FTM_Mode_Id_Enum kFactoryVariant{3};
 constexpr FTM_Mode_Id_Enum kSlowMode{2};
 constexpr std::chrono::milliseconds kSettling(100);
 
-/// Which RF modes are served in which system mode.
+/// The system mode of each supported RF mode.
 struct ServedRfMode {
     int iRfMode;
     FTM_Mode_Id_Enum eSystemMode;
@@ -54,7 +56,7 @@ FTM_Command_Type RfControl::AutoDetectCommandType() {
 }
 
 bool RfControl::FTM_SET_MODE(FTM_RF_Mode_Enum eNewMode) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_MODE(eNewMode=%d)", static_cast<int>(eNewMode));
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_SET_MODE(eNewMode=%d)", static_cast<int>(eNewMode));
     m_frame.BeginRequest();
     m_eRfMode = eNewMode;
     const auto systemMode = SystemModeOf(eNewMode, m_frame.GetSystemMode());
@@ -125,15 +127,15 @@ bool RfControl::FTM_SECOND_CHAIN_TEST_CALL(unsigned char iMode) {
 }
 
 bool RfControl::FTM_SET_WCDMA_SECONDARY_CHAIN(bool bEnableSecondaryChain) {
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_SET_WCDMA_SECONDARY_CHAIN( bEnableSecondaryChain = %d)",
-                             bEnableSecondaryChain);
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_SET_WCDMA_SECONDARY_CHAIN( bEnableSecondaryChain = %d)",
+            bEnableSecondaryChain);
     m_frame.SetSystemMode(FTM_MODE_ID_WCDMA_SECONDARY);
     m_frame.FormatExtendedFTMHeader(120, 0, 0).U8(bEnableSecondaryChain);
     unsigned short iStatus = 0;
     if (!m_frame.Send(0) || !TakeValues(m_frame, iStatus))
         return false;
-    m_frame.Log().LogMessage(
-        LOG_RET, "QLIB_FTM_SET_WCDMA_SECONDARY_CHAIN( bEnableSecondaryChain) status = %d", iStatus);
+    LogLine(m_frame, LOG_RET, "QLIB_FTM_SET_WCDMA_SECONDARY_CHAIN( bEnableSecondaryChain) status = %d",
+            iStatus);
     if (iStatus != 0)
         return false;
     if (bEnableSecondaryChain)

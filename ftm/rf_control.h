@@ -1,31 +1,33 @@
-// The radio's state for factory tests: mode, channel, transmitter, gain stages, second chain.
+// The radio's state for factory tests.
 #pragma once
 
-#include "ftm/ftm_command.h"
+#include "diag/ftm_types.h"
 #include "platform/export.h"
 
-/// The radio technology and band of FTM_SET_MODE, by the handset's numbers.
+class CommandFrame;
+
+/// The radio technology and band of FTM_SET_MODE, by the phone's numbers.
 enum FTM_RF_Mode_Enum : int {};
 
-/// RfControl puts the radio into a state. Every command is one request and its answer, within
-/// QMSL_TimeOut_SyncRequest; true means that the handset answered it in the current command type and system
-/// mode. Meanings and units of the values (PDM, gain, power) are the handset's. Caller's thread. The frame
-/// must outlive it.
+/// RfControl sets up the radio. Every command is one request and its response, within
+/// QMSL_TimeOut_SyncRequest. True means that the phone answered in the current command type and system mode.
+/// Meanings and units of the values (PDM, gain, power) are phone-specific. Caller's thread. The frame must
+/// outlive it.
 class QUILLET_API RfControl {
 public:
     explicit RfControl(CommandFrame& frame) : m_frame(frame) {}
 
-    /// AutoDetectCommandType finds out how the handset wants its factory-test requests, by setting PDM 1 to
-    /// 0: type 75 with mode 0, then with mode 1, then type 59. Returns the type that was answered, or
-    /// FTM_COMMAND_UNKNOWN after up to three time-outs. Type and mode of the last try stay.
+    /// AutoDetectCommandType finds the form of factory-test requests that the phone accepts. It sets PDM 1 to
+    /// 0 with type 75 and mode 0, then type 75 and mode 1, then type 59. Returns the first accepted type, or
+    /// FTM_COMMAND_UNKNOWN after up to three time-outs. Type and mode of the last try stay set.
     FTM_Command_Type AutoDetectCommandType();
 
-    /// FTM_SET_MODE selects technology and band, and with them the system mode of this and later requests:
-    /// RF modes 3, 5, 6, 8, 14, 17, 26, 27 need mode 0 (or 3, when that is set), 9, 15, 16, 22, 23, 25, 28,
-    /// 29 mode 1, 10, 11, 12, 18 mode 2, 30 mode 19. Any other RF mode is remembered but not sent: false.
-    /// After 10, 11, 12 and 18 it waits 100 ms more, in which the radio settles.
+    /// FTM_SET_MODE selects technology and band, and with them the system mode of this and later requests: RF
+    /// modes 3, 5, 6, 8, 14, 17, 26, 27 need mode 0 (or 3, when that is set), 9, 15, 16, 22, 23, 25, 28, 29
+    /// mode 1, 10, 11, 12, 18 mode 2, 30 mode 19. False for any other RF mode, which is recorded but not
+    /// sent. After 10, 11, 12 and 18 it waits another 100 ms for the radio to settle.
     bool FTM_SET_MODE(FTM_RF_Mode_Enum eNewMode);
-    /// GetRfMode: what FTM_SET_MODE was last called with; 0 before.
+    /// GetRfMode: the last argument of FTM_SET_MODE; initially 0.
     FTM_RF_Mode_Enum GetRfMode() const { return m_eRfMode; }
 
     bool FTM_SET_PDM(unsigned short iPDMtype, unsigned short iPDMvalue);
@@ -44,8 +46,8 @@ public:
 
     bool FTM_SET_SECONDARY_CHAIN(unsigned short iMode);
     bool FTM_SECOND_CHAIN_TEST_CALL(unsigned char iMode);
-    /// FTM_SET_WCDMA_SECONDARY_CHAIN works in system mode 21, which it sets. True when the handset's status
-    /// is 0; then, if it switched the chain on, the mode is 1 afterwards. Otherwise it stays 21.
+    /// FTM_SET_WCDMA_SECONDARY_CHAIN sets system mode 21. True when the phone's status is 0. Switching the
+    /// chain on successfully sets the mode to 1 afterwards; otherwise it stays 21.
     bool FTM_SET_WCDMA_SECONDARY_CHAIN(bool bEnableSecondaryChain);
 
 private:

@@ -1,5 +1,7 @@
 #include "ftm/rf_receiver.h"
 
+#include "ftm/ftm_command.h"
+
 bool RfReceiver::FTM_GET_RX_AGC(unsigned short& iRX_AGC) {
     LogLine(m_frame, LOG_FN, "QLIB_FTM_GET_RX_AGC( )");
     BeginFtm(m_frame, 53).U16(0);
@@ -73,7 +75,7 @@ bool RfReceiver::FTM_TEST_GET_DVGA_LNA(bool bGetDVGA, unsigned short iLNAMask, u
     LogLine(m_frame, LOG_FN, "QLIB_FTM_TEST_GET_DVGA_LNA( bGetDVGA = %d, iLNAMask = %d", bGetDVGA, iLNAMask);
     AppendFields(m_frame.FormatFTMHeader(), bGetDVGA, iLNAMask, iRxAGC, iDVGAoffset, iLNA0offset, iLNA1offset,
                  iLNA2offset, iLNA3offset);
-    if (!m_frame.Send(0))
+    if (!m_frame.AskForValues())
         return false;
     TakeLogged(m_frame,
                "QLIB_FTM_TEST_GET_DVGA_LNA( bGetDVGA = %d, iLNAMask = %d, iRxAGC = %d, "

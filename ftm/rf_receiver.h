@@ -1,13 +1,14 @@
-// What the radio receives: gain control, carrier-to-noise, I/Q and intermodulation.
+// Measurement and calibration of the radio's receive path.
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// RfReceiver measures and calibrates the receive path. Every command is one request and its answer, within
-/// QMSL_TimeOut_SyncRequest; true means that the handset answered it in the current command type and system
-/// mode, with all values. Units are the handset's. Caller's thread. The frame must outlive it.
+class CommandFrame;
+
+/// RfReceiver: every command is one request and its response, within QMSL_TimeOut_SyncRequest. True means
+/// that the phone answered in the current command type and system mode, with all values. Units are
+/// phone-specific. Caller's thread. The frame must outlive it.
 class QUILLET_API RfReceiver {
 public:
     explicit RfReceiver(CommandFrame& frame) : m_frame(frame) {}
@@ -24,15 +25,15 @@ public:
     bool FTM_GET_LNA_OFFSET(unsigned short iLNAindex, short iExpectedRX_AGC, short& iLNAoffsetValue);
     bool FTM_SET_FREQ_SENSE_GAIN(unsigned char iModulationIndex);
 
-    /// FTM_GET_CDMA_IM2 finds the mixer settings with the least second-order intermodulation; the other form
-    /// tells how far it was suppressed, too.
+    /// FTM_GET_CDMA_IM2 finds the mixer settings with the least second-order intermodulation. The second form
+    /// also reads how far it was suppressed.
     bool FTM_GET_CDMA_IM2(unsigned char& iIValue, unsigned char& iQValue, unsigned char& iTransconductance);
     bool FTM_GET_CDMA_IM2_WITH_SUPPRESSSION(unsigned char& iIValue, unsigned char& iQValue,
                                             unsigned char& iTransconductance, unsigned short& iSuppression);
 
-    /// FTM_TEST_GET_DVGA_LNA asks for all offsets at once: of the DVGA (when bGetDVGA) and of the LNAs in the
-    /// mask. Its request carries no command id. True when an answer came, whatever its header; values that it
-    /// does not hold stay as they were.
+    /// FTM_TEST_GET_DVGA_LNA reads all offsets at once: of the DVGA (when bGetDVGA) and of the LNAs in the
+    /// mask. Its request has no command id. True when a response arrived that has more than its header; only
+    /// its first byte is checked. Values that it lacks stay unchanged.
     bool FTM_TEST_GET_DVGA_LNA(bool bGetDVGA, unsigned short iLNAMask, unsigned short iRxAGC,
                                unsigned short& iDVGAoffset, unsigned short& iLNA0offset,
                                unsigned short& iLNA1offset, unsigned short& iLNA2offset,

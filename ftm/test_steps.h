@@ -1,11 +1,13 @@
-// The steps that the radio-test sessions are made of: a request that the phone accepts, a record that
-// confirms it, and a log line for each.
+// The steps of the radio-test sessions: a request that the phone accepts, a record that confirms it, and a
+// log line for each.
 #pragma once
 
 #include <functional>
 
+#include "diag/command.h"
 #include "diag/log_masks.h"
 #include "link/event_listener.h"
+#include "link/radio_test_status.h"
 #include "link/text_log.h"
 
 /// The outcome of one test request.
@@ -15,27 +17,28 @@ struct TestAnswer {
     bool Accepted() const { return bExchanged && iStatus == 0; }
 };
 
-/// How a wait measures its time.
+/// The clock of a wait.
 enum class WaitClock {
-    Ticks, // with a time-out of 0 it fails at once
-    Timer, // one of the connection's timers, which stays in its list; looks at the status at least once
+    Ticks, // fails at once with a time-out of 0
+    Timer, // a timer that stays in the connection's list; checks the status at least once
 };
 
-/// TestSteps: what the four kinds of session share. Each has one of its own. Caller's thread. The frame and
-/// the log masks must outlive it.
+/// TestSteps is shared code of the test sessions. Each session has an instance of its own. Caller's thread.
+/// The frame and the log masks must outlive it.
 class TestSteps {
 public:
     TestSteps(CommandFrame& frame, LogMasks& masks) : m_frame(frame), m_masks(masks) {}
 
     DataLogFileHandler& Log() { return m_frame.Log(); }
     DiagConnection& Connection() { return m_frame.Connection(); }
-    CQLibEventListener& Listener() { return Connection().Listener(); }
+    const ConnectionAccess& Access() { return m_frame.Access(); }
+    CQLibEventListener& Listener() { return Access().Listener(); }
 
     /// Enter logs an operation's entry line.
-    void Enter(const char* sLine) { Log().LogMessage(LOG_FN, "%s", sLine); }
-    /// Report logs "    WHAT = PASS" or "... = FAIL" and gives the result back.
+    void Enter(const char* sLine) { LogLine(m_frame, LOG_FN, "%s", sLine); }
+    /// Report logs "    WHAT = PASS" or "... = FAIL" and returns bResult.
     bool Report(const char* sWhat, bool bResult, LogCategory eCategory = LOG_RET);
-    /// Fail logs a line and gives false.
+    /// Fail logs a line and returns false.
     bool Fail(const char* sLine);
 
     /// Request calls a method of `requests` with the arguments and a status, and logs
@@ -45,7 +48,7 @@ public:
                        const Arguments&... arguments) {
         return RequestLoggedAs(LOG_RET, sRequest, requests, pMethod, arguments...);
     }
-    /// Accepted is a Request that has to be accepted.
+    /// Accepted is Request, and true when the phone accepted the request.
     template <class Requests, class... Parameters, class... Arguments>
     bool Accepted(const char* sRequest, Requests& requests, bool (Requests::*pMethod)(Parameters...),
                   const Arguments&... arguments) {
@@ -56,19 +59,20 @@ public:
                                bool (Requests::*pMethod)(Parameters...), const Arguments&... arguments) {
         TestAnswer answer{};
         answer.bExchanged = (requests.*pMethod)(arguments..., answer.iStatus);
-        Log().LogMessage(eCategory, "    %s = %s, status = %d", sRequest, Word(answer.bExchanged),
-                         answer.iStatus);
+        LogLine(m_frame, eCategory, "    %s = %s, status = %d", sRequest, Word(answer.bExchanged),
+                answer.iStatus);
         return answer;
     }
 
-    /// Wait waits for records to make the condition true, within QMSL_TimeOut_StatisticsWait, between two log
-    /// lines with the test's and the record's name.
+    /// Wait waits up to QMSL_TimeOut_StatisticsWait until the condition is true. It logs a line before and
+    /// after, with the names of the test and the record.
     bool Wait(const char* sTest, const char* sRecord, WaitClock eClock,
               const std::function<bool(const RadioTestBlocks&)>& condition);
 
-    /// SetWaitTime makes iWaitTime_ms the time of this and later waits; 0 keeps the one that is set.
+    /// SetWaitTime sets the time-out of this and later waits; 0 leaves it unchanged.
     void SetWaitTime(DWORD iWaitTime_ms);
-    /// EndSession switches phone logging off and on, logs "LINE = PASS" and gives the outcome back.
+    /// EndSession switches phone logging off and on, logs "LINE = PASS" or "LINE = FAIL", and returns
+    /// bOutcome.
     bool EndSession(const char* sLine, bool bOutcome);
 
 private:

@@ -1,5 +1,7 @@
 #include "ftm/tx_sweep.h"
 
+#include "ftm/ftm_command.h"
+
 bool TxSweep::FTM_CONFIGURE_TX_SWEEP_CAL(unsigned short iTimeInterval,
                                          unsigned short iNumofHDETReadingsPerStep) {
     return SendFtm(m_frame, 125,
@@ -21,7 +23,7 @@ bool TxSweep::FTM_GET_HDET_FROM_TX_SWEEP_CAL(unsigned short iIndex, unsigned sho
 
 bool TxSweep::FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL(unsigned char* piHDETvalues) {
     constexpr size_t kWholeAnswer = 6 + kAllHdetSize;
-    m_frame.Log().LogMessage(LOG_FN, "QLIB_FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL( )");
+    LogLine(m_frame, LOG_FN, "QLIB_FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL( )");
     const std::span<unsigned char> table(piHDETvalues, kAllHdetSize);
     BeginFtm(m_frame, 127).Bytes(table);
     if (!m_frame.SendFtmCmd() || m_frame.Response().Size() < kWholeAnswer || !TakeValues(m_frame, table))

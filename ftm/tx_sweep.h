@@ -1,12 +1,13 @@
 // The transmitter's calibration sweep and its power detector (HDET).
 #pragma once
 
-#include "ftm/ftm_command.h"
 #include "platform/export.h"
 
-/// TxSweep steps the transmitter through its power range and reads what the detector saw at each step. Every
-/// command is one request and its answer, within QMSL_TimeOut_SyncRequest; true means that the handset
-/// answered it in the current command type and system mode. Caller's thread. The frame must outlive it.
+class CommandFrame;
+
+/// TxSweep steps the transmitter through its power range and reads the detector at each step. Every command
+/// is one request and its response, within QMSL_TimeOut_SyncRequest. True means that the phone answered in
+/// the current command type and system mode. Caller's thread. The frame must outlive it.
 class QUILLET_API TxSweep {
 public:
     /// Detector readings of one sweep, in bytes.
@@ -14,13 +15,13 @@ public:
 
     explicit TxSweep(CommandFrame& frame) : m_frame(frame) {}
 
-    /// FTM_CONFIGURE_TX_SWEEP_CAL: time per step (in the handset's unit), detector readings per step.
+    /// FTM_CONFIGURE_TX_SWEEP_CAL: time per step (in the phone's unit), detector readings per step.
     bool FTM_CONFIGURE_TX_SWEEP_CAL(unsigned short iTimeInterval, unsigned short iNumofHDETReadingsPerStep);
     /// FTM_TX_SWEEP_CAL starts (1) or ends (0) the sweep.
     bool FTM_TX_SWEEP_CAL(unsigned char bOnOff);
     bool FTM_GET_HDET_FROM_TX_SWEEP_CAL(unsigned short iIndex, unsigned short& iHDETvalue);
-    /// FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL fills piHDETvalues (kAllHdetSize bytes, whose content is sent
-    /// along). False, with the table as it was, also when the answer is too short for a whole one.
+    /// FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL fills piHDETvalues (kAllHdetSize bytes, whose content is sent as
+    /// well). False, with the table unchanged, also when the response is too short for all of it.
     bool FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL(unsigned char* piHDETvalues);
     bool FTM_SET_HDET_TRACKING(unsigned short iOnOff, unsigned short iHDETvalue);
 

@@ -1,5 +1,7 @@
 #include "ftm/wcdma_test_requests.h"
 
+#include "ftm/test_request.h"
+
 bool WcdmaTestRequests::FTM_WCDMA_START_MODE_REQ(unsigned char& iStatus) {
     return SendTest(m_frame, kWcdmaTest, 0, iStatus, "QLIB_FTM_WCDMA_START_MODE_REQ()");
 }
@@ -19,12 +21,11 @@ bool WcdmaTestRequests::FTM_WCDMA_ACQUIRE_REQ(unsigned char iA, unsigned char iB
 }
 
 RequestBuilder& WcdmaTestRequests::BeginSetup(const char* sName, unsigned short iId, const Rmc& rmc) {
-    m_frame.Log().LogMessage(
-        LOG_FN,
-        "QLIB_%s( iRMC_Type = %d, iUL_MaxTxPwr = %d, iUL_DPCH_ScrCode = %d, iUL_PCA = %d, "
-        "iUL_TPC_StepSize = %d, iDL_PriCPICH_Scr_Code = %d, iDL_ChanCode = %d )",
-        sName, rmc.iType, rmc.iMaxTxPwr, AsInt(rmc.iDpchScrCode), rmc.iPca, rmc.iTpcStepSize,
-        rmc.iPriCpichScrCode, rmc.iChanCode);
+    LogLine(m_frame, LOG_FN,
+            "QLIB_%s( iRMC_Type = %d, iUL_MaxTxPwr = %d, iUL_DPCH_ScrCode = %d, iUL_PCA = %d, "
+            "iUL_TPC_StepSize = %d, iDL_PriCPICH_Scr_Code = %d, iDL_ChanCode = %d )",
+            sName, rmc.iType, rmc.iMaxTxPwr, rmc.iDpchScrCode, rmc.iPca, rmc.iTpcStepSize,
+            rmc.iPriCpichScrCode, rmc.iChanCode);
     return AppendFields(BeginTest(m_frame, kWcdmaTest, iId), rmc.iType, rmc.iMaxTxPwr, rmc.iDpchScrCode,
                         rmc.iPca, rmc.iTpcStepSize, rmc.iPriCpichScrCode, rmc.iChanCode);
 }

@@ -1,12 +1,14 @@
 // The requests of the WCDMA bit-error-rate test.
 #pragma once
 
-#include "ftm/test_request.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// WcdmaTestRequests: one request each, with results as in GsmTestRequests. Values without a telling name are
-/// passed on as they are. Caller's thread. The frame must outlive it.
+class CommandFrame;
+class RequestBuilder;
+
+/// WcdmaTestRequests: one request each, with results as in GsmTestRequests. Values with single-letter names
+/// are passed on unchanged. Caller's thread. The frame must outlive it.
 class QUILLET_API WcdmaTestRequests {
 public:
     explicit WcdmaTestRequests(CommandFrame& frame) : m_frame(frame) {}
@@ -20,7 +22,7 @@ public:
                                      DWORD iUL_DPCH_ScrCode, unsigned char iUL_PCA,
                                      unsigned char iUL_TPC_StepSize, unsigned short iDL_PriCPICH_Scr_Code,
                                      unsigned short iDL_ChanCode, unsigned char& iStatus);
-    /// FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B sends nine values more; FTM_WCDMA_RMC_DCH_SETUP_REQ_V2 is the same
+    /// FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B sends nine more values. FTM_WCDMA_RMC_DCH_SETUP_REQ_V2 is the same
     /// request with iH to iM fixed.
     bool FTM_WCDMA_RMC_DCH_SETUP_REQ_V2B(unsigned char iRMC_Type, unsigned char iUL_MaxTxPwr,
                                          DWORD iUL_DPCH_ScrCode, unsigned char iUL_PCA,
@@ -46,7 +48,7 @@ private:
         unsigned short iChanCode;
     };
 
-    /// BeginSetup logs the entry line of a set-up request and appends what all of them begin with.
+    /// BeginSetup logs the entry line of a set-up request and appends the fields that all of them begin with.
     RequestBuilder& BeginSetup(const char* sName, unsigned short iId, const Rmc& rmc);
 
     CommandFrame& m_frame;

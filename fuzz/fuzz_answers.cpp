@@ -1,51 +1,26 @@
-// Every method of the connection object, against a handset whose answers are the fuzzer's bytes.
+// Every method of the connection object, with a handset whose responses are the fuzzer's bytes.
 #include <array>
 #include <fstream>
 #include <tuple>
 #include <type_traits>
 
 #include "hostile_phone.h"
-#include "portserver/qpst_server.h"
+#include "link/time_out_table.h"
 #include "qlib/diag_ftm.h"
 
 namespace {
 
-/// The phone, behind a port server in the calling thread, so that nothing waits.
-class Phone : public QpstServer {
-public:
-    Phone() : QpstServer("fuzz") {}
-    void Use(Input& input) { m_pInput = &input; }
-
-    bool ConnectPort(int, DWORD, std::string&) noexcept override { return true; }
-    bool Exchange(std::span<const unsigned char> request, DWORD, QueueItem& response,
-                  std::string&) noexcept override {
-        std::vector<unsigned char> packet;
-        const bool bAnswered = TakeAnswer(*m_pInput, request, packet, [this](std::span<unsigned char> bytes) {
-            m_pListener->messageReceived(static_cast<LONG>(bytes.size()), bytes.data(), 0, 0, 0, 0);
-        });
-        response.length = static_cast<unsigned short>(std::min<size_t>(packet.size(), kMaxPacketSize));
-        std::copy_n(packet.begin(), response.length, response.data);
-        return bAnswered;
-    }
-    void Listen(CQLibEvents_Listener* pListener) noexcept override { m_pListener = pListener; }
-    void StopListening(CQLibEvents_Listener*) noexcept override {}
-
-private:
-    Input* m_pInput = nullptr;
-    CQLibEvents_Listener* m_pListener = nullptr;
-};
-
-/// What a kind of methods asks of its arguments.
+/// What a kind of methods requires of its arguments.
 struct Kind {
-    size_t iElements = 1;   // behind each pointer
-    bool bCounts = false;   // each number says how many elements there are
+    size_t iElements = 1;   // in each array
+    bool bCounts = false;   // each number is the number of elements
     bool bTimeOuts = false; // each number may be a time-out, so it is small
 };
 constexpr Kind kPlain{};
 constexpr Kind kCounted{.bCounts = true};
 constexpr Kind kTimed{.bTimeOuts = true};
 
-/// One argument of a call, made of the input.
+/// One argument of a call, made from the input.
 template <class Type>
 class Argument {
     using Value = std::remove_cv_t<std::remove_pointer_t<std::remove_cvref_t<Type>>>;
@@ -108,7 +83,8 @@ using Caller = void (*)(Diag_FTM& diag, Input& input);
 template <Kind kind, auto... aMethods>
 constexpr std::array kCalls = {&Call<kind, aMethods>...};
 
-// The corpus names methods by their places: new ones go to the ends of their groups, new groups to the end.
+// Inputs refer to methods by position. Add methods at the end of their group, and groups at the end: then the
+// corpus goes on meaning the same methods (see Chosen).
 
 constexpr auto& kGeneral =
     kCalls<kPlain, &D::SendFtmCmd, &D::SendFtmCmd59, &D::SendEVDO, &D::SendCDMA2000, &D::SetCommandType,
@@ -121,7 +97,7 @@ constexpr auto& kGeneral =
            &D::DIAG_STATUS_F, &D::DIAG_HS_DISPLAY_GET_PARAMS_CMD, &D::DIAG_ERR_READ_F, &D::DIAG_GET_DIPSW_F,
            &D::DIAG_HS_KEY_F, &D::DIAG_GET_FILE_ATTRIBUTES, &D::DIAG_SET_FILE_ATTRIBUTES, &D::EFS2_DIAG_MKDIR,
            &D::EFS2_DIAG_RENAME, &D::EFS2_DIAG_STAT, &D::EFS2_DIAG_STATFS, &D::EFS2_DIAG_CHMOD,
-           &D::EFS2_DIAG_ACCESS, &D::EFS2_DIAG_CREATE_LINK, &D::EFS2_DIAG_ENUM_DIR>;
+           &D::EFS2_DIAG_ACCESS, &D::EFS2_DIAG_CREATE_LINK, &D::EFS2_DIAG_ENUM_DIR, &D::SendFtmCmd75>;
 
 constexpr auto& kFactory = kCalls<
     kPlain, &D::AutoDetectCommandType, &D::FTM_SET_CHAN, &D::FTM_GET_SYNTH_STATE, &D::FTM_GET_ADC_VAL,
@@ -152,7 +128,7 @@ constexpr auto& kSessions =
            &D::FTM_HSDPA_BER_StopSession, &D::FTM_HSDPA_BLER_Reconfigure_HS,
            &D::FTM_HSDPA_BLER_Configure_HS_DSCH_HSET>;
 
-// What the phone only has to answer.
+// Commands that only need a response of the right kind.
 constexpr auto& kGeneralReceipts =
     kCalls<kPlain, &D::DOWNLOAD_Ping, &D::DIAG_KeyPress_StopCapture, &D::DIAG_KeyPress_ClearQueue,
            &D::DIAG_KeyPress_ClearMap, &D::DIAG_KeyPress_GetQueueSize, &D::DIAG_ClearAllLogCodes,
@@ -215,12 +191,13 @@ constexpr auto& kArrays =
            &D::DIAG_NV_WRITE_BatchQueue_SetRO_List, &D::FTM_AUDIO_GET_PCM_CAPTURE_DATA,
            &D::FTM_BT_HCI_USER_CMD, &D::MFLO_GET_BOUND_FLOW_LIST, &D::MFLO_GET_ACTIVE_MLC_LIST,
            &D::FTM_CAMERA_GET_PICTURE, &D::FTM_CAMERA_GetEntirePicture, &D::FTM_CDMA_API2_CALIBRATE_DVGA,
-           &D::FTM_CDMA_API2_CALIBRATE_LNA, &D::FTM_CDMA_API2_CALIBRATE_IM2, &D::FTM_GSM_POLAR_TX_SWEEP_CAL>;
-constexpr auto& kWaits =
-    kCalls<kTimed, &D::FTM_SET_MODE, &D::FTM_AUDIO_PCM_CAPTURE, &D::FTM_LOG_WaitForNextLog,
-           &D::FTM_GSM_BER_StartSession, &D::FTM_WCDMA_BER_StartSession>;
+           &D::FTM_CDMA_API2_CALIBRATE_LNA, &D::FTM_CDMA_API2_CALIBRATE_IM2, &D::FTM_GSM_POLAR_TX_SWEEP_CAL,
+           &D::ReadExtendedLogMask>;
+constexpr auto& kWaits = kCalls<kTimed, &D::FTM_SET_MODE, &D::FTM_AUDIO_PCM_CAPTURE,
+                                &D::FTM_LOG_WaitForNextLog, &D::FTM_GSM_BER_StartSession,
+                                &D::FTM_WCDMA_BER_StartSession, &D::Send, &D::SendWithDifferentResponseCmd>;
 
-// Arrays whose size is settled.
+// Arrays of fixed size.
 constexpr Caller kFixed[] = {Call<Kind{8}, &D::FTM_HSDPA_BLER_Configure_HS_DSCH>,
                              Call<Kind{6}, &D::DIAG_SPC_F>,
                              Call<Kind{14}, &D::FTM_CDMA_API2_CALIBRATE_INTELLICEIVER>,
@@ -301,9 +278,25 @@ constexpr Caller kOpenObjects[] = {
     Call<kPlain, &D::EFS2_DIAG_MAKE_LINK>,   Call<Kind{512}, &D::EFS2_DIAG_LINK_TARGET>,
 };
 
-constexpr std::span<const Caller> kGroups[] = {kGeneral,         kFactory,      kSessions,   kArrays,
-                                               kWaits,           kFixed,        kSequences,  kGeneralReceipts,
-                                               kFactoryReceipts, kTestRequests, kOpenObjects};
+/// A group, and how many of its calls were there when its inputs were first collected.
+struct Group {
+    std::span<const Caller> calls;
+    size_t iSettled; // stays when calls are added
+};
+constexpr Group kGroups[] = {
+    {kGeneral, 38},    {kFactory, 52},  {kSessions, 26},        {kArrays, 18},          {kWaits, 7},
+    {kFixed, 19},      {kSequences, 7}, {kGeneralReceipts, 21}, {kFactoryReceipts, 86}, {kTestRequests, 38},
+    {kOpenObjects, 12}};
+
+constexpr size_t kSettledGroups = 10;
+
+/// The item that a byte of the input refers to. Bytes go round the settled items, except those from 255 down,
+/// one of which belongs to each item that was added since: 255 to the first, 254 to the second.
+template <class Item>
+const Item& Chosen(std::span<const Item> items, size_t iSettled, uint8_t iByte) {
+    const size_t iAdded = iSettled + 255 - iByte;
+    return items[iAdded < items.size() ? iAdded : iByte % iSettled];
+}
 
 void Configure(Diag_FTM& diag, unsigned iFlags) {
     for (int i = 0; i < kTimeOutCount; ++i)
@@ -323,13 +316,12 @@ void Configure(Diag_FTM& diag, unsigned iFlags) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t iSize) {
     Input input(pData, iSize);
-    static Phone phone;
-    phone.Use(input);
-    Diag_FTM diag(&phone, 1);
+    ReplaceLines([&input](int) { return std::make_unique<HostileLine>(input); });
+    Diag_FTM diag(1);
     Configure(diag, input.Byte());
     for (int i = 0; i < 8 && !input.IsEmpty(); ++i) {
-        const auto group = kGroups[input.Byte() % std::size(kGroups)];
-        group[input.Byte() % group.size()](diag, input);
+        const Group& group = Chosen<Group>(kGroups, kSettledGroups, input.Byte());
+        Chosen(group.calls, group.iSettled, input.Byte())(diag, input);
     }
     return 0;
 }

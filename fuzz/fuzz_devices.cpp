@@ -1,4 +1,4 @@
-// The machine's device tree, as anybody may have written it, and the search for a handset in it.
+// The search for a handset in a device tree with arbitrary content.
 #include <filesystem>
 #include <fstream>
 #include <vector>
@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A path of names that stand in real trees; with none it is empty.
+/// A path of up to 5 names from real device trees.
 fs::path TreePath(Input& input) {
     static constexpr const char* kNames[] = {
         "sys/class/tty", "sys/devices", "1-1.2",    "1-1.2:1.0", "ttyUSB0", "ttyUSB1",          "ttyACM0",
@@ -23,7 +23,7 @@ fs::path TreePath(Input& input) {
     return path;
 }
 
-/// Files come first and links last, so that nothing is written through a link.
+/// Makes links last, so that nothing is written through a link.
 void MakeTree(const fs::path& root, Input& input) {
     std::vector<std::pair<fs::path, fs::path>> links;
     std::error_code ignored;
@@ -56,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t iSize) {
     int iDevices = 0;
     FindPhonePorts(pPorts.get(), &iDevices, &iBytes);
     fs::remove_all(root);
-    // What another system's device tree may say.
+    // The other system's device tree.
     std::vector<PhonePortRecord> phones;
     while (!input.IsEmpty())
         RecordPhoneInterface({input.Text(), input.Text(), input.Text()}, phones);

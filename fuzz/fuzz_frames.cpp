@@ -1,4 +1,4 @@
-// The frame decoder: any bytes in any pieces, in every mode.
+// The frame decoder: arbitrary bytes in arbitrary pieces, in every mode.
 #include <condition_variable>
 #include <mutex>
 #include <vector>
@@ -13,7 +13,7 @@ namespace {
 
 using Packets = std::vector<std::vector<unsigned char>>;
 
-/// Decodes, and collects the packets on the dispatcher's thread.
+/// Decodes bytes and collects the packets on the dispatcher's thread.
 class Collector : CQLibEvents_Listener {
 public:
     Collector() {
@@ -22,7 +22,7 @@ public:
     }
     ~Collector() override { m_dispatcher.Stop(); }
 
-    /// The packets that come out of bytes that are read in growing pieces.
+    /// The packets in bytes that arrive in pieces of growing size.
     Packets Decode(std::span<const unsigned char> bytes, ReceiveMode eMode, size_t iPiece) {
         FrameDecoder decoder(m_dispatcher, m_log);
         for (; !bytes.empty(); iPiece = iPiece * 2 + 1) {
@@ -71,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t iSize) {
     if (eMode != ReceiveMode::Framed || bytes.empty())
         return 0;
     Require(collector.Decode(bytes, eMode, bytes.size()) == packets);
-    // What is framed is what comes out again, with its FCS.
+    // A framed packet decodes to itself, with its FCS.
     EncodedFrame frame;
     if (!frame.Encode(bytes, iPiece % 2 != 0))
         return 0;

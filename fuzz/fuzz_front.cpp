@@ -1,10 +1,10 @@
-// The file manager's entry points: paths, verbs and arguments from a hostile host, answers from a hostile
+// The file manager's entry points: paths, verbs and arguments from a hostile host, responses from a hostile
 // handset.
 #include <fstream>
 
 #include "hostile_phone.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
+#include "plugin/front.h"
 #include "plugin/listing.h"
 #include "plugin/transfer_progress.h"
 #include "portserver/port_server.h"
@@ -15,7 +15,7 @@ namespace {
 Input* pInput = nullptr;
 bool bAbort = false;
 
-/// The phone, behind a port server, so that no line is needed.
+/// The handset, reached through a port server, so that no line is needed.
 class Phone : public PortServer {
 public:
     bool attach(const std::string&, const std::shared_ptr<PacketEvents>& pEvents) override {
@@ -45,22 +45,24 @@ private:
 
 void SetUpHost() {
     setenv("QUILLET_DEVICE_ROOT", "/nonexistent", 1);
-    front.ProgressProc = [](int, char*, char*, int iPercent) {
+    TheFront().state.ProgressProc = [](int, char*, char*, int iPercent) {
         Require(iPercent >= 0 && iPercent <= 100);
         return bAbort ? 1 : 0;
     };
-    front.LogProc = [](int, int, char* sText) { Require(std::strlen(sText) > 0); };
-    front.RequestProc = [](int, int, char*, char* sText, char*, int) -> BOOL { return *sText != '\0'; };
+    TheFront().state.LogProc = [](int, int, char* sText) { Require(std::strlen(sText) > 0); };
+    TheFront().state.RequestProc = [](int, int, char*, char* sText, char*, int) -> BOOL {
+        return *sText != '\0';
+    };
 }
 
 void Connect() {
     AttachPortServer([] { return std::make_shared<Phone>(); });
     QLIB_SetQpstMode(1);
-    front.ContextHandle = QLIB_ConnectPort(1);
-    QLIB_ConfigureEfsCallbacks(front.ContextHandle, TransferProgress, OnDirEntry);
+    TheFront().state.ContextHandle = QLIB_ConnectPort(1);
+    QLIB_ConfigureEfsCallbacks(TheFront().state.ContextHandle, TransferProgress, OnDirEntry);
 }
 
-/// The host's buffer: room for what it is promised to have, and no more.
+/// The host's buffer, with the guaranteed size and no more.
 std::unique_ptr<char[]> HostText(const std::string& sText) {
     auto pText = Area<char>(std::max<size_t>(sText.size() + 1, MAX_PATH));
     sText.copy(pText.get(), sText.size());
@@ -73,7 +75,7 @@ void Execute(Input& input, char* sPath) {
     std::string sVerb = kVerbs[iVerb];
     if (iVerb >= 2)
         sVerb += input.Text();
-    // Its own properties are the banner, which takes seconds.
+    // The properties of the plug-in itself show the banner, which takes seconds.
     if (sVerb != "properties" || std::strlen(sPath) > 1)
         FsExecuteFile(nullptr, sPath, HostText(sVerb).get());
 }

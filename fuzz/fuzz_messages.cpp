@@ -1,9 +1,10 @@
-// What the phone says by itself: debug messages with their formats, events, log records.
+// Unsolicited traffic: debug messages with their formats, events, log records.
 #include <vector>
 
 #include "input.h"
 #include "link/event_names.h"
 #include "link/extended_message.h"
+#include "link/extended_message_text.h"
 #include "link/format_expansion.h"
 #include "qlib/diag_ftm.h"
 
@@ -20,7 +21,7 @@ void Expand(Input& input) {
     Require(iLength < iRoom && iLength == std::strlen(pOut.get()));
 }
 
-/// A recorded packet, received by a connection without a phone.
+/// Replays a packet to a connection without a handset.
 void Receive(Diag_FTM& diag, std::vector<unsigned char> packet) {
     ExtendedMessage message;
     if (ParseExtendedMessage(packet, message))

@@ -1,4 +1,4 @@
-// Playing back a text log that anybody may have written.
+// Playback of a text log with arbitrary content.
 #include <fstream>
 
 #include "input.h"

@@ -1,21 +1,25 @@
-// A handset whose answers are the fuzzer's bytes.
+// A handset whose responses are the fuzzer's bytes.
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <vector>
 
 #include "input.h"
+#include "link/event_listener.h"
 #include "link/packet_codes.h"
+#include "link/serial_line.h"
 
-// How a packet is made of the input: its first byte. Its low bits count the bytes of the request that come
-// first, so that headers are right.
+// The first byte of a packet in the input says how the packet is made. Its low bits are the number of bytes
+// copied from the request to the start of the packet, so that headers are correct.
 constexpr unsigned kEchoedMask = 0x0F;
-constexpr unsigned kFilledUp = 0x20; // to its size, when the input ends before
+constexpr unsigned kFilledUp = 0x20; // padded to its size when the input ends early
 constexpr unsigned kSilent = 0x40;   // no packet
-constexpr unsigned kByItself = 0x80; // not an answer: that comes behind it
+constexpr unsigned kByItself = 0x80; // unsolicited; the response follows
 
-/// TakeAnswer takes the answer to a request from the input; false when there is none. What comes before it by
-/// itself goes, with its FCS, to `deliver`. Where the input ends the phone falls silent; a loopback it always
-/// returns.
+/// TakeAnswer takes the response to a request from the input; false when there is none. Unsolicited packets
+/// before it go to `deliver`, with FCS. When the input ends, the handset falls silent, but it always answers
+/// a loopback.
 template <class Deliver>
 bool TakeAnswer(Input& input, std::span<const unsigned char> request, std::vector<unsigned char>& packet,
                 Deliver deliver) {
@@ -39,3 +43,34 @@ bool TakeAnswer(Input& input, std::span<const unsigned char> request, std::vecto
         deliver(packet);
     }
 }
+
+/// HostileLine is a line to that phone, in the calling thread, so that nothing waits.
+class HostileLine : public Transport {
+public:
+    explicit HostileLine(Input& input) : m_input(input) {}
+
+    void Start(const LineOwner& owner) override { m_owner.emplace(owner); }
+    void Stop() override {}
+    bool Open(DWORD) override { return true; }
+    void Close() override {}
+    PortError LastError() const override { return PortError::None; }
+    bool OpensOnDemand() const override { return false; }
+    bool Exchange(const LineRequest& request, LineResponse& response) override {
+        std::vector<unsigned char> packet;
+        const bool bAnswered =
+            TakeAnswer(m_input, request.bytes, packet,
+                       [this](std::span<unsigned char> bytes) { m_owner->listener.ReceivePacket(bytes); });
+        response.iLength = static_cast<unsigned short>(std::min<size_t>(packet.size(), kMaxPacketSize));
+        response.item.length = response.iLength;
+        std::copy_n(packet.begin(), response.iLength, response.item.data);
+        return bAnswered && !packet.empty() && packet[0] == request.iExpectedCode;
+    }
+    bool SwitchToDiagMode() override { return false; }
+    bool AddListener(CQLibEvents_Listener*, CQLibEvents_Filter*) override { return false; }
+    void RemoveListener(CQLibEvents_Listener*) override {}
+    SerialControls* Serial() override { return nullptr; }
+
+private:
+    Input& m_input;
+    std::optional<LineOwner> m_owner;
+};

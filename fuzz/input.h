@@ -1,4 +1,4 @@
-// The fuzzer's bytes, taken from the front.
+// The fuzzer's bytes, read in order.
 #pragma once
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 #include <span>
 #include <string>
 
-/// Input hands out the fuzzer's bytes. Behind their end numbers are 0 and texts empty.
+/// Input reads values from the fuzzer's bytes. After the end numbers are 0 and texts are empty.
 class Input {
 public:
     Input(const uint8_t* pData, size_t iSize) : m_rest(pData, iSize) {}
@@ -21,7 +21,7 @@ public:
         m_rest = m_rest.subspan(bytes.size());
         return bytes;
     }
-    /// A number or a record of numbers, in the order of its bytes in memory.
+    /// A number or a record of numbers, in memory byte order.
     template <class T>
     T Value() {
         T value{};
@@ -30,7 +30,7 @@ public:
         return value;
     }
     uint8_t Byte() { return Value<uint8_t>(); }
-    /// A number of bytes or items: each small one, and some large ones.
+    /// A number of bytes or items: every small number is possible, and some large ones.
     size_t Count() {
         const size_t iCode = Byte();
         return iCode < 192 ? iCode : (iCode - 191) * 80;
@@ -44,13 +44,13 @@ private:
     std::span<const uint8_t> m_rest;
 };
 
-/// An area of exactly that many zeros, so that nothing that is written behind it goes unseen.
+/// Exactly iItems zeros on the heap, so that the sanitizer sees every write past the end.
 template <class T>
 std::unique_ptr<T[]> Area(size_t iItems) {
     return std::make_unique<T[]>(iItems);
 }
 
-/// Require stops the fuzzer when something does not hold.
+/// Require stops the fuzzer unless bHolds.
 inline void Require(bool bHolds) {
     if (!bHolds)
         abort();

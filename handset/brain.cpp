@@ -14,7 +14,6 @@
 namespace handset {
 namespace {
 
-using Action = Misbehaviour::Action;
 using Clock = Outbox::Clock;
 
 const Bytes kModeChange = {0x44};
@@ -44,14 +43,14 @@ Brain::Brain() : line(std::make_unique<Line>()), m_wakeUp(eventfd(0, EFD_NONBLOC
 
 Brain::~Brain() {
     Unplug();
-    Change([this] { m_stop = true; });
+    Change([](Brain& brain) { brain.m_stop = true; });
     m_thread.join();
     close(m_wakeUp);
 }
 
 void Brain::Wake() {
     const uint64_t one = 1;
-    // It fails only when the thread is to be woken already.
+    // The write fails only when the thread is about to wake anyway.
     [[maybe_unused]] const ssize_t written = write(m_wakeUp, &one, sizeof one);
 }
 
@@ -63,9 +62,9 @@ void Brain::Run() {
             return;
         if (m_hangUpWanted)
             HangUp();
-        if (line)
+        if (line != nullptr)
             Receive(lock);
-        if (line)
+        if (line != nullptr)
             outbox.Pump(*line, Clock::now());
     }
 }
@@ -73,13 +72,13 @@ void Brain::Run() {
 void Brain::Wait() {
     pollfd sources[2] = {{m_wakeUp, POLLIN, 0}, {-1, POLLIN, 0}};
     std::optional<Clock::time_point> next;
-    Look([&] {
-        if (!line)
+    Look([&](const Brain& brain) {
+        if (brain.line == nullptr)
             return;
-        sources[1].fd = line->Descriptor();
-        if (outbox.WantsLine())
+        sources[1].fd = brain.line->Descriptor();
+        if (brain.outbox.WantsLine())
             sources[1].events |= POLLOUT;
-        next = outbox.NextPump();
+        next = brain.outbox.NextPump();
     });
     const timespec limit = next ? ToTimespec(*next - Clock::now()) : timespec{};
     ppoll(sources, 2, next ? &limit : nullptr, nullptr);
@@ -92,7 +91,7 @@ void Brain::Wait() {
 // --- Plugging --------------------------------------------------------------------------------------------
 
 void Brain::TellPlugChange() {
-    const auto callbacks = Look([this] { return plugCallbacks; });
+    const auto callbacks = Look([](const Brain& brain) { return brain.plugCallbacks; });
     for (const auto& callback : callbacks)
         callback();
 }
@@ -121,12 +120,12 @@ void Brain::Vanish(Lock& lock) {
 void Brain::Unplug() {
     Lock lock(mutex);
     if (IsOwnThread()) {
-        if (line)
+        if (line != nullptr)
             Vanish(lock);
         return;
     }
     m_changed.wait(lock, [this] { return !m_isTelling; });
-    if (!line)
+    if (line == nullptr)
         return;
     m_hangUpWanted = true;
     Wake();
@@ -140,7 +139,7 @@ void Brain::Replug() {
         Lock lock(mutex);
         if (!IsOwnThread())
             m_changed.wait(lock, [this] { return !m_isTelling; });
-        if (line)
+        if (line != nullptr)
             return;
         line = std::make_unique<Line>();
     }
@@ -185,29 +184,25 @@ void Brain::Answer(const Bytes& request, bool isText, Lock& lock) {
         lock.lock();
     }
     const std::optional<Misbehaviour> rule = misbehaviours.Match(request);
-    if (!rule) {
-        Post(CarryOut(request, isText, lock), isText, nullptr);
-        return;
-    }
-    if (rule->action == Action::Unplug) {
+    Reply reply;
+    if (!rule || CarriesOut(rule->action))
+        reply.packets = CarryOut(request, isText, lock);
+    if (rule)
+        Apply(*rule, request, reply);
+    if (reply.hangsUp)
         Vanish(lock);
-        return;
-    }
-    const std::vector<Bytes> packets = CarriesOut(rule->action)
-                                           ? Distorted(*rule, CarryOut(request, isText, lock))
-                                           : AnswerInstead(*rule, request);
-    if (rule->action == Action::Late)
-        held.insert(held.end(), packets.begin(), packets.end());
+    else if (reply.isHeld)
+        held.insert(held.end(), reply.packets.begin(), reply.packets.end());
     else
-        Post(packets, isText, &*rule);
+        Post(reply, isText);
 }
 
 std::vector<Bytes> Brain::CarryOut(const Bytes& request, bool isText, Lock& lock) {
     const Answerer* best = nullptr;
-    for (const auto& [prefix, answerer] : scripts) // longer prefixes of one request come later in the order
+    for (const auto& [prefix, answerer] : scripts) // of two matching prefixes the longer one sorts later
         if (BeginsWith(request, prefix))
             best = &answerer;
-    if (best) {
+    if (best != nullptr) {
         const Answerer answerer = *best;
         lock.unlock();
         std::vector<Bytes> packets = answerer(request);
@@ -234,9 +229,9 @@ std::vector<Bytes> Brain::CarryOut(const Bytes& request, bool isText, Lock& lock
     return packets;
 }
 
-/// Sends an answer, with the late ones and the log records that come before it, as one piece.
-void Brain::Post(const std::vector<Bytes>& packets, bool isText, const Misbehaviour* rule) {
-    if (packets.empty() || !line)
+/// Sends the held responses, the log records that come before a response, and the response as one piece.
+void Brain::Post(const Reply& reply, bool isText) {
+    if (reply.packets.empty() || !line)
         return;
     Bytes wire;
     for (int i = 0; i < chatter && !isText; ++i)
@@ -244,12 +239,9 @@ void Brain::Post(const std::vector<Bytes>& packets, bool isText, const Misbehavi
     for (const Bytes& packet : held)
         Append(wire, isText ? packet : Frame(packet));
     held.clear();
-    const bool corrupt = rule && rule->action == Action::Corrupt;
-    for (const Bytes& packet : packets)
-        Append(wire, isText ? packet : Frame(packet, corrupt));
-    const bool delayed = rule && rule->action == Action::Delay;
-    const auto delay = latency + std::chrono::milliseconds(delayed ? rule->value : 0);
-    outbox.Send(std::move(wire), Clock::now() + delay);
+    for (const Bytes& packet : reply.packets)
+        Append(wire, isText ? packet : Frame(packet, reply.isCorrupt));
+    outbox.Send(std::move(wire), Clock::now() + latency + reply.delay);
     outbox.Pump(*line, Clock::now());
 }
 

@@ -1,8 +1,8 @@
 // The inside of a Handset: its thread, and the state that the thread and the callers share.
 //
-// One mutex guards everything but the thread's own decoders. The thread alone closes the line, so that it
-// never waits on a descriptor that is gone: another thread that wants to hang up asks it and waits. Callbacks
-// and scripts run without the mutex.
+// One mutex guards everything except the thread's decoders. Only the thread closes the line, so that it never
+// waits on a closed descriptor: another thread that wants to hang up asks it and waits. Callbacks and scripts
+// run without the mutex.
 #pragma once
 
 #include <chrono>
@@ -33,18 +33,19 @@ public:
     Brain(const Brain&) = delete;
     Brain& operator=(const Brain&) = delete;
 
-    /// Runs `work` under the mutex and gives its result; then lets the thread look at what changed.
+    /// Returns the result of `work`, which runs under the mutex and may change the brain. The thread wakes
+    /// afterwards to see what changed.
     template <class Work>
     auto Change(Work work) {
         const WakeAfter wake(*this);
         const std::lock_guard<std::mutex> lock(mutex);
-        return work();
+        return work(*this);
     }
-    /// The same for work that gives the thread nothing to do.
+    /// Returns the result of `work`, which runs under the mutex and only reads.
     template <class Work>
     auto Look(Work work) const {
         const std::lock_guard<std::mutex> lock(mutex);
-        return work();
+        return work(*this);
     }
 
     void Unplug();
@@ -59,7 +60,7 @@ public:
     Record record;
     Outbox outbox;
     std::map<Bytes, Answerer> scripts;
-    std::vector<Bytes> held; // late answers
+    std::vector<Bytes> held; // late responses
     std::unique_ptr<Line> line;
     std::vector<std::function<void()>> plugCallbacks;
     std::function<void(const Bytes&)> requestCallback;
@@ -79,26 +80,26 @@ private:
 
     void Run();
     void Wake();
-    /// Waits until the line has or takes bytes, something is due, or Wake. Without the mutex.
+    /// Waits until the line can be read or written, something is due, or Wake. Call without the mutex.
     void Wait();
     void HangUp();
-    /// Runs the plug callbacks. Without the mutex.
+    /// Runs the plug callbacks. Call without the mutex.
     void TellPlugChange();
-    /// Hangs up and tells, on the handset's own thread.
+    /// Hangs up and runs the plug callbacks. On the handset's thread only.
     void Vanish(Lock& lock);
     bool IsOwnThread() const { return std::this_thread::get_id() == m_thread.get_id(); }
     void Receive(Lock& lock);
-    /// Cuts the next request off the bytes and answers it; gives how many bytes it took.
+    /// Takes the next request from the bytes and answers it; returns how many bytes it took.
     size_t TakeRequest(const uint8_t* data, size_t size, Lock& lock);
     void Answer(const Bytes& request, bool isText, Lock& lock);
     std::vector<Bytes> CarryOut(const Bytes& request, bool isText, Lock& lock);
-    void Post(const std::vector<Bytes>& packets, bool isText, const Misbehaviour* rule);
+    void Post(const Reply& reply, bool isText);
 
     mutable std::condition_variable
         m_changed; // a request was recorded, the line closed, or the callbacks done
     bool m_stop = false;
     bool m_hangUpWanted = false;
-    bool m_isTelling = false; // the thread runs the plug callbacks
+    bool m_isTelling = false; // the thread is running the plug callbacks
     unsigned m_hangUps = 0;
     int m_wakeUp = -1;
     uint16_t m_logNumber = 0;

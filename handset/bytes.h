@@ -9,11 +9,11 @@ namespace handset {
 
 using Bytes = std::vector<uint8_t>;
 
-/// Two upper-case hex digits per byte, separated by blanks ("4B 13 02 00").
+/// Two upper-case hex digits per byte, separated by spaces ("4B 13 02 00").
 std::string ToHex(const Bytes& bytes);
 
-/// Reads hex digits, blanks between bytes allowed ("4B13 0200"). False, with `bytes` emptied, when the text
-/// holds anything else or half a byte.
+/// Parses hex digits; spaces between bytes are allowed ("4B13 0200"). Otherwise returns false and empties
+/// `bytes`.
 bool FromHex(const std::string& text, Bytes& bytes);
 
 /// True when `bytes` begins with `prefix`.

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <system_error>
 #include <vector>
@@ -31,7 +32,7 @@ int ListenOn(const std::string& path) {
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     struct stat existing {};
     if (lstat(path.c_str(), &existing) == 0 && S_ISSOCK(existing.st_mode))
-        unlink(path.c_str()); // what an earlier run left behind
+        unlink(path.c_str()); // left over from an earlier run
     const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (listener < 0 || bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         listen(listener, 8) != 0)
@@ -39,7 +40,7 @@ int ListenOn(const std::string& path) {
     return listener;
 }
 
-/// A client that does not read its answers loses them.
+/// Gives up on a client that does not read its output.
 void WriteAll(int output, const std::string& text) {
     for (size_t at = 0; at < text.size();) {
         const ssize_t count = write(output, text.data() + at, text.size() - at);
@@ -57,8 +58,8 @@ void WriteAll(int output, const std::string& text) {
 } // namespace
 
 CommandLoop::CommandLoop(const std::string& socketPath) : m_socketPath(socketPath) {
-    signal(SIGPIPE, SIG_IGN);
-    signal(SIGTTIN, SIG_IGN); // in the background of a terminal, reading fails instead of stopping us
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGTTIN, SIG_IGN); // in the background of a terminal, reading fails instead of stopping us
     sigset_t endings;
     sigemptyset(&endings);
     sigaddset(&endings, SIGINT);

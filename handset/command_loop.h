@@ -7,26 +7,27 @@
 
 namespace handset {
 
-/// Reads command lines from standard input and from the clients of a unix stream socket, answers each where
-/// it came from, and ends at SIGINT, SIGTERM or when told. Belongs to one thread, which no handset may have
-/// been made before: the signals are blocked in it and so in every later thread.
+/// Reads command lines from standard input and from the clients of a unix stream socket, and writes the
+/// output back to the source. Belongs to one thread. Make it before the first handset: it blocks SIGINT and
+/// SIGTERM in this thread, and threads started later inherit that.
 class CommandLoop {
 public:
-    /// Listens on `socketPath` ("" : no socket). Throws std::system_error when that cannot be done.
+    /// Listens on `socketPath` ("": no socket). Throws std::system_error on failure.
     explicit CommandLoop(const std::string& socketPath);
-    /// Closes all and removes the socket's file.
+    /// Closes all connections and removes the socket's file.
     ~CommandLoop();
     CommandLoop(const CommandLoop&) = delete;
     CommandLoop& operator=(const CommandLoop&) = delete;
 
-    /// Serves until a signal, or until `wantsToQuit` after a command. `run` gives the answer to a line.
+    /// Serves until SIGINT or SIGTERM arrives or `wantsToQuit` returns true. `run` returns the output of a
+    /// line.
     void Serve(const std::function<std::string(const std::string& line)>& run,
                const std::function<bool()>& wantsToQuit);
 
 private:
     struct Source {
         int output = -1;
-        std::string line; // the beginning of one
+        std::string line; // incomplete so far
     };
 
     void Accept();
@@ -37,7 +38,7 @@ private:
     std::string m_socketPath;
     int m_signals = -1;
     int m_listener = -1;
-    std::map<int, Source> m_sources; // by the descriptor to read from
+    std::map<int, Source> m_sources; // by input descriptor
 };
 
 } // namespace handset

@@ -1,4 +1,4 @@
-// The commands of the simulated handset that stand alone: loopback, version, mode change, file attributes.
+// The commands without a family: loopback, version, mode change, file attributes.
 #include "handset/commands.h"
 
 #include "handset/file_system.h"
@@ -15,7 +15,7 @@ constexpr uint8_t kLoopback = 0x7B;
 constexpr uint8_t kGetAttributes = 7;
 constexpr uint8_t kSetAttributes = 8;
 
-/// A text in a field of fixed width, filled up with blanks.
+/// A text in a field of fixed width, padded with spaces.
 AnswerWriter& Field(AnswerWriter& answer, const std::string& text, size_t width) {
     for (size_t i = 0; i < width; ++i)
         answer.U8(static_cast<uint8_t>(i < text.size() ? text[i] : ' '));
@@ -32,7 +32,7 @@ Bytes VersionAnswer() {
     return answer.U8(0).U8(6).U8(1).U16(0x0101).U8(0).U8(2).Result();
 }
 
-/// The path of an attribute request follows one byte that holds its length with the zero.
+/// One byte with the length of the path, zero included, precedes the path.
 Bytes AttributesAnswer(const Bytes& request, FileSystem& files) {
     RequestReader in(request, 1);
     uint8_t operation = 0;

@@ -1,4 +1,4 @@
-// What the simulated handset answers: the commands that it knows, each a request packet in and an answer out.
+// The commands of the simulated handset: a request packet in, a response packet out.
 #pragma once
 
 #include "handset/bytes.h"
@@ -8,29 +8,29 @@ namespace handset {
 class FileSystem;
 struct State;
 
-/// The first byte of an answer that refuses a request; the request follows it.
+/// The first byte of a response that refuses a request. The request follows it.
 enum class ProtocolError : uint8_t { BadCommand = 0x13, BadParameter = 0x14, BadLength = 0x15 };
 
-/// The answer that refuses a request.
+/// The response that refuses a request.
 Bytes ProtocolErrorAnswer(uint8_t code, const Bytes& request);
 
-/// Carries a request out and gives its answer; a protocol error when the handset does not know the command
-/// (BadCommand) or the request ends before its fields do (BadLength). The request must not be empty.
+/// Carries out a request and returns its response. It is a protocol error when the handset does not know the
+/// command (BadCommand) or the request is too short (BadLength). The request must not be empty.
 Bytes AnswerTo(const Bytes& request, FileSystem& files, State& phone);
 
-/// As AnswerTo, for what is neither file system nor line.
+/// As AnswerTo, for commands that need neither the file system nor the line.
 Bytes StateAnswer(const Bytes& request, State& phone);
 
-/// The requests of the file system proper begin with these two bytes and their command's number (16 bit).
+/// EFS2 requests begin with these two bytes and a 16-bit command number.
 constexpr uint8_t kSubsystemCommand = 0x4B;
 constexpr uint8_t kFileSubsystem = 0x13;
 
-/// As AnswerTo, for these.
+/// As AnswerTo, for EFS2 requests.
 Bytes FileSystemAnswer(const Bytes& request, FileSystem& files);
 
-/// The answer that a file-system command gives when it is refused with an error number: all its fields 0 but
-/// that one (the information query has none: its kind of answer is put in place). A protocol error
-/// (BadCommand) for other requests.
+/// The response of an EFS2 command that fails with an error number; all its other fields are 0. The extended
+/// information query has no error number: the number goes into its result type. A protocol error (BadCommand)
+/// for other requests.
 Bytes FileSystemRefusal(const Bytes& request, uint32_t errnum);
 
 } // namespace handset

@@ -22,7 +22,7 @@ const char* KindName(Kind kind) {
     return kind == Kind::Folder ? "folder" : kind == Kind::Link ? "link" : "file";
 }
 
-/// Control characters and backslashes of a name as \xHH, so that an entry stays on its line.
+/// Escapes control characters and backslashes as \xHH, so that an entry stays on its line.
 std::string Printable(const std::string& name) {
     std::string text;
     for (const char c : name) {
@@ -38,14 +38,14 @@ std::string Printable(const std::string& name) {
     return text;
 }
 
-/// Splits a line into the number (decimal, or hex with "0x") in front of the first blank, and the rest.
+/// Splits a line at the first space into a number (decimal, or hex with "0x") and the rest.
 bool TakeNumber(const std::string& line, unsigned long limit, unsigned long& number, std::string& rest) {
     const size_t space = std::min(line.find(' '), line.size());
     rest = line.substr(std::min(space + 1, line.size()));
     return ParseNumber(line.substr(0, space), 0, limit, number);
 }
 
-/// One "key=value" of a misbehave command.
+/// Applies one "key=value" of a misbehave command. Returns the reason of an error, or "".
 std::string SetOption(const std::string& word, Misbehaviour& rule) {
     const size_t sign = word.find('=');
     const std::string key = word.substr(0, sign);
@@ -84,40 +84,42 @@ struct Console::Command {
     std::string (Console::*run)(const std::string& rest, std::string& answer);
 };
 
-const Console::Command* Console::Find(const std::string& word) {
+std::span<const Console::Command> Console::Commands() {
     static const Command commands[] = {
-        {"unplug", "unplug", &Console::Unplug},
-        {"replug", "replug", &Console::Replug},
-        {"list", "list [PATH]", &Console::List},
-        {"cat", "cat PATH", &Console::Cat},
-        {"export", "export PATH LOCAL", &Console::ExportTo},
-        {"requests", "requests", &Console::Requests},
-        {"clear-requests", "clear-requests", &Console::ClearRequests},
-        {"misbehave", "misbehave ACTION [prefix=HEX] [skip=N] [times=N] [value=N] [packet=HEX ...]",
-         &Console::Misbehave},
-        {"behave", "behave", &Console::Behave},
-        {"latency", "latency MICROSECONDS", &Console::Latency},
-        {"chatter", "chatter COUNT", &Console::Chatter},
-        {"data-mode", "data-mode on|off", &Console::DataMode},
-        {"send", "send HEX", &Console::Send},
-        {"log", "log CODE [HEX]", &Console::EmitLog},
-        {"message", "message SUBSYSTEM TEXT", &Console::EmitMessage},
-        {"event", "event ID [HEX]", &Console::EmitEvent},
-        {"quit", "quit", &Console::Quit},
-        {nullptr, nullptr, nullptr},
+        {.word = "unplug", .usage = "unplug", .run = &Console::Unplug},
+        {.word = "replug", .usage = "replug", .run = &Console::Replug},
+        {.word = "list", .usage = "list [PATH]", .run = &Console::List},
+        {.word = "cat", .usage = "cat PATH", .run = &Console::Cat},
+        {.word = "export", .usage = "export PATH LOCAL", .run = &Console::ExportTo},
+        {.word = "requests", .usage = "requests", .run = &Console::Requests},
+        {.word = "clear-requests", .usage = "clear-requests", .run = &Console::ClearRequests},
+        {.word = "misbehave",
+         .usage = "misbehave ACTION [prefix=HEX] [skip=N] [times=N] [value=N] [packet=HEX ...]",
+         .run = &Console::Misbehave},
+        {.word = "behave", .usage = "behave", .run = &Console::Behave},
+        {.word = "latency", .usage = "latency MICROSECONDS", .run = &Console::Latency},
+        {.word = "chatter", .usage = "chatter COUNT", .run = &Console::Chatter},
+        {.word = "data-mode", .usage = "data-mode on|off", .run = &Console::DataMode},
+        {.word = "send", .usage = "send HEX", .run = &Console::Send},
+        {.word = "log", .usage = "log CODE [HEX]", .run = &Console::EmitLog},
+        {.word = "message", .usage = "message SUBSYSTEM TEXT", .run = &Console::EmitMessage},
+        {.word = "event", .usage = "event ID [HEX]", .run = &Console::EmitEvent},
+        {.word = "quit", .usage = "quit", .run = &Console::Quit},
     };
-    if (word.empty())
-        return commands;
-    for (const Command* command = commands; command->word; ++command)
-        if (word == command->word)
-            return command;
+    return commands;
+}
+
+const Console::Command* Console::Find(const std::string& word) {
+    for (const Command& command : Commands())
+        if (word == command.word)
+            return &command;
     return nullptr;
 }
 
 std::string Console::Help() {
     std::string text;
-    for (const Command* command = Find(""); command->word; ++command)
-        text += std::string("  ") + command->usage + "\n";
+    for (const Command& command : Commands())
+        text += std::string("  ") + command.usage + "\n";
     return text;
 }
 
@@ -128,7 +130,7 @@ std::string Console::Run(const std::string& line) {
     const size_t end = line.find_last_not_of(" \t\r") + 1;
     const size_t space = std::min(line.find(' ', begin), end);
     const Command* command = Find(line.substr(begin, space - begin));
-    if (!command)
+    if (command == nullptr)
         return "error: unknown command\n";
     const size_t rest = line.find_first_not_of(' ', space);
     std::string answer;

@@ -1,6 +1,7 @@
-// Text commands for a simulated handset, one a line.
+// Text commands for a simulated handset, one per line.
 #pragma once
 
+#include <span>
 #include <string>
 
 namespace handset {
@@ -12,21 +13,23 @@ class Console {
 public:
     explicit Console(Handset& handset) : m_handset(handset) {}
 
-    /// Carries one command line out and gives the lines of its answer, each ended by a line feed; the last is
-    /// "ok" or "error: REASON". An empty line gives nothing.
+    /// Runs one command line. Returns its output, each line ended by a line feed; the last line is "ok" or
+    /// "error: REASON". Returns "" for an empty line.
     std::string Run(const std::string& line);
 
-    /// True after the command "quit".
+    /// True once the command "quit" has run.
     bool WantsToQuit() const { return m_quit; }
 
-    /// The commands, a line each.
+    /// The commands, one line each.
     static std::string Help();
 
 private:
     struct Command;
+    static std::span<const Command> Commands();
     static const Command* Find(const std::string& word);
 
-    // Each takes the rest of the line and puts its answer's lines into `answer`; gives what is wrong, or "".
+    // Each takes the rest of the line and writes its output to `answer`. Returns the reason of an error, or
+    // "".
     std::string Unplug(const std::string& rest, std::string& answer);
     std::string Replug(const std::string& rest, std::string& answer);
     std::string List(const std::string& rest, std::string& answer);
@@ -49,8 +52,8 @@ private:
     bool m_quit = false;
 };
 
-/// Reads a whole number of the given base ("0x" is understood in base 16); false when the text is no number,
-/// or one outside 0 to `limit`.
+/// Reads an integer in the given base (base 16 allows "0x"); false when the text is not a number from 0 to
+/// `limit`.
 bool ParseNumber(const std::string& text, int base, unsigned long limit, unsigned long& value);
 
 } // namespace handset

@@ -1,4 +1,4 @@
-// Responses that come some time after the answer which announces them.
+// Delayed responses.
 #include "handset/delayed.h"
 
 #include "handset/packet.h"

@@ -1,4 +1,4 @@
-// Responses that come some time after the answer which announces them.
+// Delayed responses: sent some time after the response that announces them.
 #pragma once
 
 #include <chrono>
@@ -8,11 +8,11 @@
 
 namespace handset {
 
-/// One of the responses that follow an announcement.
+/// One delayed response.
 struct DelayedResponse {
     std::chrono::milliseconds after{5};
     uint32_t status = 0;
-    uint16_t idOffset = 0; // other than 0: it has another id than the announced one
+    uint16_t idOffset = 0; // added to the announced id; not 0: a wrong id
     Bytes data{};
 };
 
@@ -21,17 +21,17 @@ class Delayed {
 public:
     using Packets = std::vector<std::pair<std::chrono::milliseconds, Bytes>>;
 
-    /// What the next announcements say, and what follows each of them.
+    /// The status of the next announcements, and the delayed responses that follow each.
     uint32_t announcedStatus = 0;
     std::vector<DelayedResponse> plan = {{}};
 
-    /// Announces to a request that begins with `head` (four bytes); gives the announcement.
+    /// Returns the announcement for a request that begins with the four bytes `head`.
     Bytes Announce(const Bytes& head);
-    /// Adds a packet that follows the answer to the present request.
+    /// Adds a packet to send after the response to the current request.
     void Add(std::chrono::milliseconds after, Bytes packet) {
         m_packets.emplace_back(after, std::move(packet));
     }
-    /// The responses that the announcements since the last call have to be followed by, each with its delay.
+    /// Takes the delayed responses due since the last call, each with its delay.
     Packets TakePackets() { return std::exchange(m_packets, {}); }
 
 private:

@@ -1,4 +1,4 @@
-// A folder that stands for / when the client looks for devices.
+// A substitute for / when the client looks for devices.
 #include "handset/device_root.h"
 
 #include <cstdio>
@@ -55,12 +55,12 @@ bool IsModem(const std::string& tty) {
     return tty.starts_with("ttyACM");
 }
 
-/// The folder of a tty below that of its interface: a serial adapter has one for its port in between.
+/// The folder of a tty in that of its interface. A serial adapter has a port folder in between.
 fs::path TtyFolder(const std::string& tty) {
     return IsModem(tty) ? fs::path("tty") / tty : fs::path(tty) / "tty" / tty;
 }
 
-/// Hubs that hold no device any more go with the last one.
+/// Removes hubs that no longer have a device.
 void RemoveEmptyHubs(fs::path folder, const fs::path& controller) {
     std::error_code error;
     for (; folder != controller && folder.has_parent_path(); folder = folder.parent_path()) {
@@ -73,13 +73,13 @@ void RemoveEmptyHubs(fs::path folder, const fs::path& controller) {
 
 } // namespace
 
-/// One handset in the folder. Its entries follow the handset until Retire.
+/// The entries of one handset. They follow the handset until Retire.
 class DeviceRoot::Plugged {
 public:
     Plugged(fs::path root, UsbIdentity identity, std::vector<UsbInterface> interfaces)
         : m_root(std::move(root)), m_identity(std::move(identity)), m_interfaces(std::move(interfaces)) {}
 
-    /// Shows the handset as it is now: on its tty, or not at all while it is unplugged. On any thread.
+    /// Updates the entries: those of its tty, or none while the handset is unplugged. For any thread.
     void Show(const Handset& handset) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_isRetired)
@@ -104,13 +104,13 @@ private:
         return Device() / name / TtyFolder(interface.tty);
     }
 
-    void MakeHubs() const {
+    void MakeHubs() {
         fs::create_directories(m_root / Device());
         for (fs::path hub = Device().parent_path(); hub != fs::path(kController); hub = hub.parent_path())
             SetIds(m_root / hub, 0x1D6B, 0x0002);
     }
 
-    void Make(const std::string& ttyPath) const {
+    void Make(const std::string& ttyPath) {
         MakeHubs();
         SetIds(m_root / Device(), m_identity.vendor, m_identity.product);
         for (const UsbInterface& interface : m_interfaces) {
@@ -124,7 +124,7 @@ private:
             SetLink(m_root / "sys/class/tty" / interface.tty, fs::path("../../..") / Tty(interface));
     }
 
-    void Remove() const {
+    void Remove() {
         std::error_code error;
         for (const UsbInterface& interface : m_interfaces)
             fs::remove(m_root / "sys/class/tty" / interface.tty, error);
@@ -162,7 +162,8 @@ DeviceRoot::~DeviceRoot() {
 
 void DeviceRoot::Plug(Handset& handset, UsbIdentity identity, std::vector<UsbInterface> interfaces) {
     if (interfaces.empty())
-        interfaces = {{"ttyACM0", 0, false}, {"ttyUSB0", 1, true}};
+        interfaces = {{.tty = "ttyACM0", .number = 0, .hasLine = false},
+                      {.tty = "ttyUSB0", .number = 1, .hasLine = true}};
     const auto plugged = std::make_shared<Plugged>(m_dir, std::move(identity), std::move(interfaces));
     m_plugged.push_back(plugged);
     const auto show = [weak = std::weak_ptr(plugged), &handset] {

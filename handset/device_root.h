@@ -1,4 +1,4 @@
-// A folder that stands for / when the client looks for devices: sys/class/tty and dev, with the ttys of
+// A substitute for / when the client looks for devices: a folder with sys/class/tty and dev, and the ttys of
 // simulated handsets in them.
 #pragma once
 
@@ -10,7 +10,7 @@ namespace handset {
 
 class Handset;
 
-/// The USB identity that a handset shows.
+/// The USB identity of a handset.
 struct UsbIdentity {
     unsigned vendor = 0x05C6;
     unsigned product = 0x3197;
@@ -21,32 +21,31 @@ struct UsbIdentity {
 struct UsbInterface {
     std::string tty; // "ttyUSB0", "ttyACM0"
     unsigned number = 0;
-    bool hasLine = false; // dev/<tty> leads to the handset's pseudo-terminal (else to nothing)
+    bool hasLine = false; // dev/<tty> links to the handset's pseudo-terminal, otherwise to nothing
 };
 
-/// Belongs to one thread at a time; the handsets' own coming and going may be on any. Root and handsets may
-/// be destroyed in either order. The handset's interface folder (sys/class/tty entry included) appears as a
-/// whole when it is plugged in and goes in the reverse order, so that a look-up finds a device with all that
-/// belongs to it or none.
+/// For one thread at a time; handsets may unplug and replug on any thread. Root and handsets may be destroyed
+/// in either order. The sys/class/tty entries of a handset appear last and disappear first, so that a look-up
+/// finds a complete device or none.
 class DeviceRoot {
 public:
-    /// Makes DIR (a new temporary folder when empty; that one is removed at the end) with sys/class/tty and
-    /// dev. What others have in DIR stays. Throws std::filesystem::filesystem_error when that cannot be done.
+    /// Makes the folder `dir` with sys/class/tty and dev; "": a temporary folder, which the destructor
+    /// removes. Other content of `dir` is kept. Throws std::filesystem::filesystem_error on failure.
     explicit DeviceRoot(std::string dir = "");
-    /// Clear.
+    /// Calls Clear.
     ~DeviceRoot();
     DeviceRoot(const DeviceRoot&) = delete;
     DeviceRoot& operator=(const DeviceRoot&) = delete;
 
     const std::string& Path() const { return m_dir; }
 
-    /// Plugs a handset in: makes its sysfs entries and the links under dev, and follows its Unplug and
-    /// Replug from then on. The usual interfaces are ttyACM0 as number 0 (modem, COM51), ttyUSB0 as
-    /// number 1 (diagnostics, COM1: the one with the line).
+    /// Plugs a handset in: makes its sysfs entries and the links in dev, and from then on follows its Unplug
+    /// and Replug. The default interfaces are 0: ttyACM0 (modem, COM51) and 1: ttyUSB0 (diagnostics, COM1),
+    /// which has the line.
     void Plug(Handset& handset, UsbIdentity identity = {}, std::vector<UsbInterface> interfaces = {});
-    /// Adds a tty that is no USB device (a plain serial port) and leads to `target` ("" : to nothing).
+    /// Adds the tty of a plain serial port, not a USB device. It links to `target` ("": to nothing).
     void AddPlainTty(const std::string& tty, const std::string& target);
-    /// Removes every entry that this object made; handsets are followed no more.
+    /// Removes every entry that this object made, and stops following the handsets.
     void Clear();
 
 private:

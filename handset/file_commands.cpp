@@ -1,5 +1,5 @@
-// The file-system commands of the simulated handset: one handler each, with the fields of its request as
-// arguments, in a table by command number.
+// The EFS2 commands of the simulated handset: one handler each, with the fields of its request as arguments,
+// in one table.
 #include <algorithm>
 #include <functional>
 #include <tuple>
@@ -12,9 +12,9 @@ namespace handset {
 namespace {
 
 constexpr size_t kHeaderSize = 4;
-constexpr uint32_t kMaxReadSize = 4000; // an answer must fit a frame
+constexpr uint32_t kMaxReadSize = 4000; // a response must fit in a frame
 constexpr uint32_t kFileSystemId = 0x51E5;
-constexpr uint32_t kFileSystemType = 0x32534645; // the letters "EFS2"
+constexpr uint32_t kFileSystemType = 0x32534645; // "EFS2"
 
 uint32_t Number(Errnum errnum) {
     return static_cast<uint32_t>(errnum);
@@ -108,7 +108,8 @@ void CloseFolder(FileSystem& files, AnswerWriter& answer, uint32_t handle) {
     answer.U32(Number(files.CloseFolder(handle)));
 }
 
-// --- The whole -----------------------------------------------------------------------------------------
+// --- The file system
+// -----------------------------------------------------------------------------------------
 
 void SpaceOf(FileSystem& files, AnswerWriter& answer, const std::string& path) {
     const SpaceStatus space = files.GetSpace();
@@ -128,8 +129,8 @@ void DeviceInfo(FileSystem& files, AnswerWriter& answer) {
     answer.U8(1).Text("SIMULATED NAND 64MB");
 }
 
-/// Query 0 asks for the version of the file system (a number), 1 for its name (a text); others get the
-/// number 0.
+/// Query 0 returns the version of the file system (a number), query 1 its name (a text), any other the number
+/// 0.
 void ExtendedInfo(FileSystem&, AnswerWriter& answer, uint32_t query, uint32_t, uint8_t) {
     if (query == 1)
         answer.U32(1).U32(0).Text("simulated EFS2");
@@ -141,8 +142,8 @@ void ExtendedInfo(FileSystem&, AnswerWriter& answer, uint32_t query, uint32_t, u
 
 using Handler = std::function<bool(FileSystem&, RequestReader&, AnswerWriter&)>;
 
-/// Makes a handler that takes the arguments of `command` off the request, in their order; it does nothing
-/// and gives false when the request is too short for them.
+/// Makes a handler that reads the arguments of `command` from the request, in order. If the request is too
+/// short, the handler does nothing and returns false.
 template <class... Fields>
 Handler Typed(void (*command)(FileSystem&, AnswerWriter&, Fields...)) {
     return [command](FileSystem& files, RequestReader& in, AnswerWriter& answer) {
@@ -156,20 +157,32 @@ Handler Typed(void (*command)(FileSystem&, AnswerWriter&, Fields...)) {
 
 struct Command {
     uint16_t number;
-    size_t answerSize;   // of the answer that refuses
-    size_t errnumOffset; // of the error number in it
+    size_t answerSize;   // of a response that refuses the request
+    size_t errnumOffset; // of its error number
     Handler handler;
 };
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {
-        {2, 12, 8, Typed(Open)},          {3, 8, 4, Typed(Close)},         {4, 20, 16, Typed(Read)},
-        {5, 20, 16, Typed(Write)},        {6, 8, 4, Typed(MakeLink)},      {7, 9, 4, Typed(ReadLink)},
-        {8, 8, 4, Typed(Unlink)},         {9, 8, 4, Typed(MakeFolder)},    {10, 8, 4, Typed(RemoveFolder)},
-        {11, 12, 8, Typed(OpenFolder)},   {12, 41, 12, Typed(ReadFolder)}, {13, 8, 4, Typed(CloseFolder)},
-        {14, 8, 4, Typed(Rename)},        {15, 32, 4, Typed(Stat)},        {18, 8, 4, Typed(ChangeMode)},
-        {19, 48, 4, Typed(SpaceOf)},      {20, 8, 4, Typed(Access)},       {21, 34, 4, Typed(DeviceInfo)},
-        {29, 13, 4, Typed(ExtendedInfo)},
+        {.number = 2, .answerSize = 12, .errnumOffset = 8, .handler = Typed(Open)},
+        {.number = 3, .answerSize = 8, .errnumOffset = 4, .handler = Typed(Close)},
+        {.number = 4, .answerSize = 20, .errnumOffset = 16, .handler = Typed(Read)},
+        {.number = 5, .answerSize = 20, .errnumOffset = 16, .handler = Typed(Write)},
+        {.number = 6, .answerSize = 8, .errnumOffset = 4, .handler = Typed(MakeLink)},
+        {.number = 7, .answerSize = 9, .errnumOffset = 4, .handler = Typed(ReadLink)},
+        {.number = 8, .answerSize = 8, .errnumOffset = 4, .handler = Typed(Unlink)},
+        {.number = 9, .answerSize = 8, .errnumOffset = 4, .handler = Typed(MakeFolder)},
+        {.number = 10, .answerSize = 8, .errnumOffset = 4, .handler = Typed(RemoveFolder)},
+        {.number = 11, .answerSize = 12, .errnumOffset = 8, .handler = Typed(OpenFolder)},
+        {.number = 12, .answerSize = 41, .errnumOffset = 12, .handler = Typed(ReadFolder)},
+        {.number = 13, .answerSize = 8, .errnumOffset = 4, .handler = Typed(CloseFolder)},
+        {.number = 14, .answerSize = 8, .errnumOffset = 4, .handler = Typed(Rename)},
+        {.number = 15, .answerSize = 32, .errnumOffset = 4, .handler = Typed(Stat)},
+        {.number = 18, .answerSize = 8, .errnumOffset = 4, .handler = Typed(ChangeMode)},
+        {.number = 19, .answerSize = 48, .errnumOffset = 4, .handler = Typed(SpaceOf)},
+        {.number = 20, .answerSize = 8, .errnumOffset = 4, .handler = Typed(Access)},
+        {.number = 21, .answerSize = 34, .errnumOffset = 4, .handler = Typed(DeviceInfo)},
+        {.number = 29, .answerSize = 13, .errnumOffset = 4, .handler = Typed(ExtendedInfo)},
     };
     return commands;
 }
@@ -197,7 +210,7 @@ Bytes FileSystemAnswer(const Bytes& request, FileSystem& files) {
     if (request.size() < kHeaderSize)
         return Refused(ProtocolError::BadLength, request);
     const Command* command = FindCommand(request);
-    if (!command)
+    if (command == nullptr)
         return Refused(ProtocolError::BadCommand, request);
     RequestReader in(request, kHeaderSize);
     AnswerWriter answer(Header(request));
@@ -206,7 +219,7 @@ Bytes FileSystemAnswer(const Bytes& request, FileSystem& files) {
 
 Bytes FileSystemRefusal(const Bytes& request, uint32_t errnum) {
     const Command* command = FindCommand(request);
-    if (!command)
+    if (command == nullptr)
         return Refused(ProtocolError::BadCommand, request);
     Bytes answer = Header(request);
     answer.resize(command->answerSize);

@@ -1,4 +1,4 @@
-// Names of the simulated file system: making, removing, renaming and asking about entries.
+// Names in the simulated file system: entries are made, removed, renamed and looked up.
 #include "handset/file_system.h"
 
 #include "handset/file_system_paths.h"
@@ -44,7 +44,7 @@ Errnum FileSystem::Make(const std::string& path, Kind kind, uint32_t permissions
     const Place place = Find(path, false);
     if (place.errnum != Errnum::None)
         return place.errnum;
-    if (place.node)
+    if (place.node != nullptr)
         return Errnum::Exists;
     const NodePtr node = std::make_shared<Node>(m_space, kind, permissions, Now());
     if (!node->HoldBlocks(1))
@@ -103,11 +103,11 @@ Errnum FileSystem::Rename(const std::string& oldPath, const std::string& newPath
         return to.errnum;
     if (to.node == from.node)
         return Errnum::None;
-    if (!to.folder)
+    if (to.folder == nullptr)
         return Errnum::Busy;
     if (from.node->kind == Kind::Folder && LiesWithin(to.folder.get(), from.node.get()))
         return Errnum::Invalid;
-    if (to.node) {
+    if (to.node != nullptr) {
         const Errnum errnum = CheckReplacement(*from.node, *to.node);
         if (errnum != Errnum::None)
             return errnum;

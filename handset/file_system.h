@@ -1,14 +1,14 @@
 // The flash file system of the simulated handset: a tree of folders, files and symbolic links, open
-// descriptors and open folders, with the error numbers that the phone reports.
+// descriptors and open folders, with the error numbers that the handset reports.
 //
-// A FileSystem has no lock: the handset uses its own under its lock and hands it out with
-// Handset::WithFiles. Paths are separated by '/', with or without one at the beginning, repeated ones count
-// once, "." and ".." are understood; the empty path is the root. A name has 1 to 255 bytes, any but '/' and
-// 0. Links may be relative or absolute and are followed everywhere but in the last name of what is removed,
-// renamed, read as a link or newly made.
+// A FileSystem has no lock. The handset accesses its file system under its own lock; Handset::WithFiles
+// lets others access it. Names in a path are separated by '/'. A leading '/' is optional, repeated ones
+// count once, "." and ".." have their usual meaning, and the empty path is the root. A name has 1 to 255
+// bytes, any except '/' and 0. Links may be relative or absolute. They are followed, except as the last
+// name of an entry that is removed, renamed, made or read as a link.
 //
-// Permissions are obeyed where a file or folder is opened, by the owner's bits; nothing else asks them. A
-// change time moves with content, name and permissions.
+// Only opening a file or folder checks permissions, and only the owner's. The change time changes with
+// content, name and permissions.
 #pragma once
 
 #include <map>
@@ -19,13 +19,13 @@
 
 namespace handset {
 
-/// The error numbers in the answers.
+/// The error numbers in the responses.
 enum class Errnum : uint32_t {
     None = 0,
     NotFound = 2,      // ENOENT
     BadDescriptor = 9, // EBADF
     NoAccess = 13,     // EACCES
-    Busy = 16,         // EBUSY: the root is not removed or renamed
+    Busy = 16,         // EBUSY: removing or renaming the root
     Exists = 17,       // EEXIST
     NotFolder = 20,    // ENOTDIR
     IsFolder = 21,     // EISDIR
@@ -58,7 +58,7 @@ struct Status {
     Times times;
 };
 
-/// What READDIR reports of one entry. At the end of the folder everything is 0 and the name empty.
+/// What READDIR reports about one entry. At the end of the folder all values are 0 and the name is empty.
 struct FolderEntry {
     Kind kind = Kind::File;
     uint32_t mode = 0;
@@ -67,7 +67,7 @@ struct FolderEntry {
     std::string name;
 };
 
-/// What STATFS reports; avail and free blocks are the same here.
+/// What STATFS reports. Available and free blocks are the same here.
 struct SpaceStatus {
     uint32_t blockSize = 0;
     uint32_t totalBlocks = 0;
@@ -95,14 +95,14 @@ public:
 
     // --- Files -----------------------------------------------------------------------------------------
 
-    /// Opens a file; `permissions` are those of a file that it makes. Descriptors are 0, 1, 2 ... and none is
-    /// given out twice. `descriptor` is -1 on failure.
+    /// Opens a file. A new file gets `permissions`. Descriptors are 0, 1, 2 ... and are not reused; -1 on
+    /// failure.
     Errnum Open(const std::string& path, uint32_t flags, uint32_t permissions, int32_t& descriptor);
     Errnum Close(int32_t descriptor);
-    /// Reads up to `count` bytes at `offset`; fewer, also none, at the end of the file.
+    /// Reads up to `count` bytes at `offset`; fewer, or none, at the end of the file.
     Errnum Read(int32_t descriptor, uint32_t count, uint32_t offset, Bytes& data);
-    /// Writes at `offset` (a file opened for appending: at its end); a gap before it is filled with zeros.
-    /// `written` falls short of the data when the space ends; with room for nothing the result is NoSpace.
+    /// Writes at `offset`, or at the end of a file opened for appending. Fills a gap before `offset` with
+    /// zeros. `written` is less than the size of the data when space runs out; NoSpace when nothing fits.
     Errnum Write(int32_t descriptor, uint32_t offset, const Bytes& data, uint32_t& written);
 
     // --- Names -----------------------------------------------------------------------------------------
@@ -112,7 +112,7 @@ public:
     Errnum RemoveFolder(const std::string& path);
     /// Removes a file or a link, never a folder (IsFolder).
     Errnum Unlink(const std::string& path);
-    /// Renames as POSIX does: a file or link replaces a file or link, a folder an empty folder.
+    /// Renames like POSIX: a file or link replaces a file or link, a folder replaces an empty folder.
     Errnum Rename(const std::string& oldPath, const std::string& newPath);
     /// Makes a link at `path`; the target need not exist.
     Errnum MakeLink(const std::string& path, const std::string& target);
@@ -126,44 +126,44 @@ public:
 
     // --- Folders ---------------------------------------------------------------------------------------
 
-    /// Opens a folder and remembers its entries of this moment. Handles are 1, 2, 3 ...; 0 on failure.
+    /// Opens a folder with a snapshot of its entries. Handles are 1, 2, 3 ...; 0 on failure.
     Errnum OpenFolder(const std::string& path, uint32_t& handle);
-    /// Entry number 1, 2, 3 ...; behind the last one an entry with an empty name.
+    /// Returns entry number 1, 2, 3 ...; after the last one, an entry with an empty name.
     Errnum ReadFolder(uint32_t handle, uint32_t number, FolderEntry& entry) const;
     Errnum CloseFolder(uint32_t handle);
 
     // --- Space and limits ------------------------------------------------------------------------------
 
     SpaceStatus GetSpace() const;
-    /// Sets the total so that `blocks` are free now.
+    /// Sets the total number of blocks so that `blocks` are free now.
     void SetFreeBlocks(uint32_t blocks);
-    /// Block size in bytes, at least 1; only while the file system holds nothing.
+    /// Sets the block size in bytes, at least 1. No effect unless the file system is empty.
     void SetBlockSize(uint32_t bytes);
-    /// How many files, and how many folders, may be open at a time; 64 at first.
+    /// Limits the number of open files, and likewise of open folders; initially 64.
     void SetOpenLimit(size_t limit) { m_openLimit = limit; }
     size_t OpenFileCount() const { return m_files.size(); }
     size_t OpenFolderCount() const { return m_folders.size(); }
-    /// Closes all descriptors and folders, as a restarted phone has.
+    /// Closes all descriptors and folders, like a restart of the handset.
     void CloseAll();
 
     // --- For tests and for filling ---------------------------------------------------------------------
 
-    /// Makes a file, with the folders above it; replaces what a file of that name holds.
+    /// Makes a file and its parent folders. Replaces the content of an existing file.
     Errnum AddFile(const std::string& path, const Bytes& content, uint32_t permissions = 0666,
                    std::optional<Times> times = {});
     Errnum AddFile(const std::string& path, const std::string& content);
-    /// Makes a folder and those above it; one that exists is taken as it is.
+    /// Makes a folder and its parent folders. Leaves an existing folder as it is.
     Errnum AddFolder(const std::string& path, uint32_t permissions = 0777);
-    /// Makes a link, with the folders above it.
+    /// Makes a link and its parent folders.
     Errnum AddLink(const std::string& path, const std::string& target);
     Errnum SetTimes(const std::string& path, const Times& times);
-    /// True when there is such a file or folder (links are followed).
+    /// True when the file or folder exists (links are followed).
     bool Exists(const std::string& path) const { return Access(path) == Errnum::None; }
-    /// The content of a file (links are followed); nothing when there is none.
+    /// The content of a file (links are followed); empty optional when there is no such file.
     std::optional<Bytes> Content(const std::string& path) const;
-    /// Everything below `path`, each folder before what it holds, in the order in which it was made.
+    /// All entries below `path`, each folder before its content, in order of creation.
     std::vector<Listed> List(const std::string& path = "") const;
-    /// Removes everything and closes all.
+    /// Removes all entries and closes everything.
     void Clear();
 
 private:
@@ -174,9 +174,9 @@ private:
     };
 
     Place Find(const std::string& path, bool followLast) const;
-    /// The existing node of a path, all links followed.
+    /// Finds the node of a path and follows all links.
     Errnum FindNode(const std::string& path, NodePtr& node) const;
-    /// Puts a new node of one block at a path that must be free.
+    /// Makes a node of one block; Exists when the path is taken.
     Errnum Make(const std::string& path, Kind kind, uint32_t permissions, NodePtr& made);
     Errnum CreateOrCheck(const Place& place, uint32_t flags, uint32_t permissions, NodePtr& node);
     uint32_t BlocksFor(uint64_t bytes) const;

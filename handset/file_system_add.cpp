@@ -1,4 +1,4 @@
-// Filling and looking through the simulated file system from outside, past descriptors and permissions.
+// Direct access to the simulated file system, without descriptors and permissions.
 #include "handset/file_system_paths.h"
 
 namespace handset {

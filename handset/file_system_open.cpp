@@ -1,4 +1,4 @@
-// Open files and folders of the simulated file system, and its space.
+// Open files and folders of the simulated file system, and its free space.
 #include <algorithm>
 
 #include "handset/file_system_paths.h"
@@ -35,7 +35,7 @@ Errnum FileSystem::CreateOrCheck(const Place& place, uint32_t flags, uint32_t pe
     if (place.errnum != Errnum::None)
         return place.errnum;
     node = place.node;
-    if (!node) {
+    if (node == nullptr) {
         if (!(flags & kCreate))
             return Errnum::NotFound;
         node = std::make_shared<Node>(m_space, Kind::File, permissions, Now());

@@ -1,4 +1,4 @@
-// Path look-up of the simulated file system.
+// Path look-up in the simulated file system.
 #include "handset/file_system_paths.h"
 
 #include <chrono>
@@ -44,7 +44,7 @@ FileSystem::Place FileSystem::Find(const std::string& path, bool followLast) con
     while (!todo.empty()) {
         const std::string name = todo.front();
         todo.pop_front();
-        if (!place.node)
+        if (place.node == nullptr)
             return {Errnum::NotFound, nullptr, nullptr, ""};
         if (place.node->kind != Kind::Folder)
             return {Errnum::NotFolder, nullptr, nullptr, ""};

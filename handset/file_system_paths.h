@@ -1,14 +1,15 @@
-// Where a path leads in the simulated file system; for the sources of FileSystem alone.
+// Path look-up in the simulated file system. Only for the sources of FileSystem.
 #pragma once
 
 #include "handset/file_system.h"
 
 namespace handset {
 
-/// What a look-up found. `folder` and `name` say where the last name of the path (after following links)
-/// stands or would stand; `folder` is null for the root and for paths that end in "." or "..".
+/// The result of a look-up. `folder` and `name` are the place of the last name of the path, with links
+/// followed, whether or not there is such an entry. `folder` is null for the root and for paths that end in
+/// "..".
 struct FileSystem::Place {
-    Errnum errnum = Errnum::None; // why the folder of the last name could not be reached
+    Errnum errnum = Errnum::None; // why the look-up did not reach the folder of the last name
     NodePtr node;                 // null when there is no such entry
     NodePtr folder;
     std::string name;
@@ -17,14 +18,14 @@ struct FileSystem::Place {
     Errnum Missing() const {
         return errnum != Errnum::None ? errnum : node ? Errnum::None : Errnum::NotFound;
     }
-    /// Why no entry of this name can be removed or moved: as Missing, or Busy for the root and the like.
+    /// Why the entry cannot be removed or moved: as Missing, or Busy where `folder` is null.
     Errnum Unmovable() const {
         const Errnum missing = Missing();
         return missing != Errnum::None ? missing : folder ? Errnum::None : Errnum::Busy;
     }
 };
 
-/// The names of a path, without the separators and "."s.
+/// The names in a path, without separators and ".".
 std::vector<std::string> SplitPath(const std::string& path);
 
 /// The time of day in seconds since 1970.

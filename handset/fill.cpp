@@ -1,4 +1,4 @@
-// Content for the simulated file system, and content out of it.
+// Copies files into and out of the simulated file system.
 #include "handset/fill.h"
 
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-// Content for the simulated file system, and content out of it.
+// Copies files into and out of the simulated file system.
 #pragma once
 
 #include <string>
@@ -7,20 +7,20 @@ namespace handset {
 
 class FileSystem;
 
-/// Copies what lies below a local folder into the root of the file system: folders, files with their times
-/// and permissions, symbolic links as they are; in the order of their names. Gives what went wrong ("" :
-/// nothing); what was copied until then stays.
+/// Copies the content of a local folder into the root of the file system, in order of name: folders, files
+/// with times and permissions, symbolic links as links. Returns the reason of an error ("": none); what was
+/// copied before an error remains.
 std::string FillFromFolder(FileSystem& files, const std::string& localFolder);
 
-/// Fills in a small phone: folders brew, nvm, shared; texts, a picture-sized file of about 300 kB with
-/// a known pattern, a link to a folder, an empty folder.
+/// Adds the content of a small handset: the folders brew, nvm and shared, some texts, a file of 300 KiB with
+/// a known pattern in place of a picture, a link to a folder, and an empty folder.
 void FillWithSample(FileSystem& files);
 
-/// Byte number `at` of the picture-sized file.
+/// The byte at offset `at` of that pattern.
 unsigned char SampleByte(unsigned at);
 
-/// Copies a file, or a folder with all below it, from the file system to a local path, which must not exist
-/// as something else. Gives what went wrong ("" : nothing).
+/// Copies a file, or a folder with its content, from the file system to a local path. An existing local entry
+/// must be of the same kind. Returns the reason of an error ("": none).
 std::string Export(const FileSystem& files, const std::string& path, const std::string& localPath);
 
 } // namespace handset

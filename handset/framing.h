@@ -1,4 +1,4 @@
-// The handset's own framing: packets with their checksum, escaped and ended by a flag.
+// The handset's own framing: a packet and its checksum, escaped and ended by a flag.
 #pragma once
 
 #include <optional>
@@ -10,22 +10,21 @@ namespace handset {
 /// The CRC-16 that ends every packet (low byte first on the wire).
 uint16_t Checksum(const uint8_t* data, size_t size);
 
-/// The frame of a packet: packet and checksum escaped, and the flag. `corrupt` flips the lowest bit of the
-/// packet's last byte after its checksum was taken.
+/// Frames a packet. `corrupt` flips the lowest bit of the packet's last byte after computing the checksum.
 Bytes Frame(const Bytes& packet, bool corrupt = false);
 
-/// Cuts the received bytes into packets.
+/// Extracts packets from the received bytes.
 class Deframer {
 public:
-    /// Takes bytes up to the end of the first good frame, whose packet it gives without its checksum; nothing
-    /// when the bytes end before. `used` tells how many were taken. Frames with a wrong checksum, shorter
-    /// than a packet of one byte, longer than 8192 bytes or ending in an escape are dropped.
+    /// Consumes bytes up to the end of the first valid frame and returns its packet, without checksum; empty
+    /// when the bytes end before that. `used` is the number of bytes consumed. Drops frames with a wrong
+    /// checksum, with an empty packet, longer than 8192 bytes or ending in an escape.
     std::optional<Bytes> Take(const uint8_t* data, size_t size, size_t& used);
 
-    /// Forgets a frame that has begun.
+    /// Discards an incomplete frame.
     void Reset();
 
-    /// How many frames were dropped.
+    /// The number of frames dropped.
     size_t Dropped() const { return m_dropped; }
 
 private:

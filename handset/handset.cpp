@@ -1,4 +1,4 @@
-// The simulated handset as its users see it.
+// The public face of the simulated handset.
 #include "handset/handset.h"
 
 #include "handset/brain.h"
@@ -13,7 +13,7 @@ Handset::~Handset() {
 }
 
 std::string Handset::TtyPath() const {
-    return m_brain->Look([this] { return m_brain->line ? m_brain->line->Path() : std::string(); });
+    return m_brain->Look([](const Brain& brain) { return brain.line ? brain.line->Path() : std::string(); });
 }
 
 void Handset::Unplug() {
@@ -25,23 +25,23 @@ void Handset::Replug() {
 }
 
 void Handset::OnPlugChange(std::function<void()> callback) {
-    m_brain->Look([&] { m_brain->plugCallbacks.push_back(std::move(callback)); });
+    m_brain->Change([&](Brain& brain) { brain.plugCallbacks.push_back(std::move(callback)); });
 }
 
 void Handset::WithFiles(const std::function<void(FileSystem&)>& work) {
-    m_brain->Look([&] { work(m_brain->files); });
+    m_brain->Change([&](Brain& brain) { work(brain.files); });
 }
 
 void Handset::WithState(const std::function<void(State&)>& work) {
-    m_brain->Look([&] { work(m_brain->state); });
+    m_brain->Change([&](Brain& brain) { work(brain.state); });
 }
 
 std::vector<Bytes> Handset::Requests() const {
-    return m_brain->Look([this] { return m_brain->record.Requests(); });
+    return m_brain->Look([](const Brain& brain) { return brain.record.Requests(); });
 }
 
 void Handset::ClearRequests() {
-    m_brain->Look([this] { m_brain->record.Clear(); });
+    m_brain->Change([](Brain& brain) { brain.record.Clear(); });
 }
 
 bool Handset::WaitForRequests(size_t count, std::chrono::milliseconds limit) const {
@@ -49,29 +49,29 @@ bool Handset::WaitForRequests(size_t count, std::chrono::milliseconds limit) con
 }
 
 Bytes Handset::WireBytes() const {
-    return m_brain->Look([this] { return m_brain->record.Wire(); });
+    return m_brain->Look([](const Brain& brain) { return brain.record.Wire(); });
 }
 
 void Handset::SetRecordLimit(size_t requests) {
-    m_brain->Look([&] { m_brain->record.SetLimit(requests); });
+    m_brain->Change([&](Brain& brain) { brain.record.SetLimit(requests); });
 }
 
 size_t Handset::DroppedFrames() const {
-    return m_brain->Look([this] { return m_brain->droppedFrames; });
+    return m_brain->Look([](const Brain& brain) { return brain.droppedFrames; });
 }
 
 void Handset::OnRequest(std::function<void(const Bytes& request)> callback) {
-    m_brain->Look([&] { m_brain->requestCallback = std::move(callback); });
+    m_brain->Change([&](Brain& brain) { brain.requestCallback = std::move(callback); });
 }
 
 void Handset::Misbehave(Misbehaviour rule) {
-    m_brain->Look([&] { m_brain->misbehaviours.Add(std::move(rule)); });
+    m_brain->Change([&](Brain& brain) { brain.misbehaviours.Add(std::move(rule)); });
 }
 
 void Handset::Behave() {
-    m_brain->Look([this] {
-        m_brain->misbehaviours.Clear();
-        m_brain->held.clear();
+    m_brain->Change([](Brain& brain) {
+        brain.misbehaviours.Clear();
+        brain.held.clear();
     });
 }
 
@@ -80,7 +80,7 @@ void Handset::Script(Bytes prefix, std::vector<Bytes> packets) {
 }
 
 void Handset::Script(Bytes prefix, std::function<std::vector<Bytes>(const Bytes& request)> answer) {
-    m_brain->Look([&] { m_brain->scripts[std::move(prefix)] = std::move(answer); });
+    m_brain->Change([&](Brain& brain) { brain.scripts[std::move(prefix)] = std::move(answer); });
 }
 
 void Handset::Send(const Bytes& packet) {
@@ -88,20 +88,20 @@ void Handset::Send(const Bytes& packet) {
 }
 
 void Handset::SendWire(const Bytes& bytes) {
-    m_brain->Change([&] {
-        if (!m_brain->line)
+    m_brain->Change([&](Brain& brain) {
+        if (brain.line == nullptr)
             return;
-        m_brain->outbox.SendNow(bytes);
-        m_brain->outbox.Pump(*m_brain->line, Outbox::Clock::now());
+        brain.outbox.SendNow(bytes);
+        brain.outbox.Pump(*brain.line, Outbox::Clock::now());
     });
 }
 
 bool Handset::Emit(const Bytes& packet, const std::function<bool(const State&)>& isWanted) {
-    return m_brain->Change([&] {
-        if (!m_brain->line || !isWanted(m_brain->state))
+    return m_brain->Change([&](Brain& brain) {
+        if (!brain.line || !isWanted(brain.state))
             return false;
-        m_brain->outbox.SendNow(Frame(packet));
-        m_brain->outbox.Pump(*m_brain->line, Outbox::Clock::now());
+        brain.outbox.SendNow(Frame(packet));
+        brain.outbox.Pump(*brain.line, Outbox::Clock::now());
         return true;
     });
 }
@@ -127,19 +127,19 @@ bool Handset::EmitEvent(uint16_t id, const Bytes& payload) {
 }
 
 void Handset::SetLatency(std::chrono::microseconds latency) {
-    m_brain->Look([&] { m_brain->latency = latency; });
+    m_brain->Change([&](Brain& brain) { brain.latency = latency; });
 }
 
 void Handset::SetChatter(int count) {
-    m_brain->Look([&] { m_brain->chatter = count; });
+    m_brain->Change([&](Brain& brain) { brain.chatter = count; });
 }
 
 void Handset::SetDataMode(bool on) {
-    m_brain->Look([&] { m_brain->dataMode = on; });
+    m_brain->Change([&](Brain& brain) { brain.dataMode = on; });
 }
 
 bool Handset::DataMode() const {
-    return m_brain->Look([this] { return m_brain->dataMode; });
+    return m_brain->Look([](const Brain& brain) { return brain.dataMode; });
 }
 
 } // namespace handset

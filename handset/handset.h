@@ -1,7 +1,7 @@
-// The simulated handset: a phone on a pseudo-terminal that speaks the diagnostic protocol.
+// The simulated handset: a device on a pseudo-terminal that speaks the diagnostic protocol.
 //
-// A Handset owns a pseudo-terminal and a thread that answers what arrives on it. Every public function may
-// be called from any thread. It shares no code with the product: it has its own framing and packet code, so
+// A Handset owns a pseudo-terminal and a thread that answers the requests on it. Any thread may call any
+// public function. The handset shares no code with the product: it has its own framing and packet code, so
 // that a misreading on one side cannot cancel itself out on the other.
 #pragma once
 
@@ -24,79 +24,80 @@ struct State;
 
 class Handset {
 public:
-    /// Makes the pseudo-terminal (raw mode) and starts answering, with an empty file system.
+    /// Opens the pseudo-terminal (raw mode) and starts to answer requests. The file system is empty.
     Handset();
     /// Hangs up and joins the thread.
     ~Handset();
     Handset(const Handset&) = delete;
     Handset& operator=(const Handset&) = delete;
 
-    /// The path of the tty that a client opens (/dev/pts/N); empty while unplugged. It changes with Replug.
+    /// The path of the tty that a client opens (/dev/pts/N); empty while unplugged. Replug changes it.
     std::string TtyPath() const;
 
-    /// Hangs the line up: clients see their tty vanish. Does nothing when already unplugged.
+    /// Hangs up the line: clients see their tty disappear. No effect when already unplugged.
     void Unplug();
-    /// Comes back on a new pseudo-terminal. File system, rules and recorded requests stay.
+    /// Reappears on a new pseudo-terminal. The file system, the rules and the recorded requests are kept.
     void Replug();
-    /// Adds a callback, called (on the calling thread of Unplug/Replug/the destructor, or on the handset's
-    /// thread for Action::Unplug) after the line went away or came back. It may call the handset's TtyPath.
+    /// Adds a callback that runs after the line has gone or come back: on the thread that called Unplug,
+    /// Replug or the destructor, or on the handset's thread for Action::Unplug. The callback may call
+    /// TtyPath.
     void OnPlugChange(std::function<void()> callback);
 
-    /// Runs `work` with exclusive use of the file system (the handset answers nothing meanwhile). `work` must
-    /// not call the handset.
+    /// Runs `work` with exclusive access to the file system. The handset answers no request meanwhile. `work`
+    /// must not call the handset.
     void WithFiles(const std::function<void(FileSystem&)>& work);
 
-    /// The same with what the handset is besides its file system.
+    /// Likewise, with the rest of the handset's state.
     void WithState(const std::function<void(State&)>& work);
 
-    /// Every request received since the last ClearRequests, unframed and without FCS, in order; in AT data
-    /// mode every line with its \r.
+    /// Every request received since the last ClearRequests, in order, unframed and without FCS. In AT data
+    /// mode a request is a line with its \r.
     std::vector<Bytes> Requests() const;
     void ClearRequests();
-    /// Waits until at least `count` requests are recorded; false when that takes longer than `limit`.
+    /// Waits until at least `count` requests are recorded; false if that takes longer than `limit`.
     bool WaitForRequests(size_t count, std::chrono::milliseconds limit = std::chrono::seconds(10)) const;
     /// Every byte received on the wire since the last ClearRequests, framing included.
     Bytes WireBytes() const;
-    /// Keeps only the newest `requests` requests from now on, and no wire bytes: for long runs and
+    /// From now on keeps only the newest `requests` requests, and no wire bytes. For long runs and
     /// benchmarks.
     void SetRecordLimit(size_t requests);
-    /// How many received frames were dropped (wrong FCS, too short, too long, broken off) since the start.
+    /// The number of received frames dropped since the start: wrong FCS, too short, too long or aborted.
     size_t DroppedFrames() const;
-    /// Calls `callback` on the handset's thread with every request, before it is carried out; null: no more.
+    /// Calls `callback` on the handset's thread before each request is carried out; null ends that.
     void OnRequest(std::function<void(const Bytes& request)> callback);
 
-    /// Adds a rule; of several that match a request, the first added that is not spent acts.
+    /// Adds a rule. If several match a request, the first one added that is not spent acts.
     void Misbehave(Misbehaviour rule);
-    /// Removes all rules and held-back answers.
+    /// Removes all rules and discards held responses.
     void Behave();
-    /// Scripts answers: requests that begin with `prefix` are answered with `packets`, for good, before the
-    /// handset's own commands are looked at. A later script for the same prefix replaces the earlier one; the
+    /// Scripts a response: from now on requests that begin with `prefix` are answered with `packets`, even if
+    /// the handset knows the command. A later script for the same prefix replaces the earlier one; the
     /// longest matching prefix wins.
     void Script(Bytes prefix, std::vector<Bytes> packets);
-    /// Like Script, but `answer` computes the packets from the request. It runs on the handset's thread and
-    /// may call every function of the handset. In AT data mode packets are sent as they are.
+    /// Likewise, but `answer` computes the packets from the request. It runs on the handset's thread and may
+    /// call every function of the handset. In AT data mode packets are sent unframed.
     void Script(Bytes prefix, std::function<std::vector<Bytes>(const Bytes& request)> answer);
 
-    /// Sends a packet, framed with its FCS, now; before delayed answers. Does nothing while unplugged.
+    /// Sends a packet at once, framed with its FCS, before delayed responses. No effect while unplugged.
     void Send(const Bytes& packet);
-    /// Sends bytes as they are, likewise.
+    /// Likewise for raw bytes, unframed.
     void SendWire(const Bytes& bytes);
 
-    /// Emit... sends a log record, debug message (of the older form: its level) or event report at once, when
-    /// the masks that the client has set let it through. True when it was sent.
+    // Each sends unsolicited traffic at once, if the masks that the client has set allow it: a log record, a
+    // debug message (in the old form, with a level), an event report. True when sent.
     bool EmitLog(uint16_t code, const Bytes& payload);
     bool EmitMessage(const Message& message);
     bool EmitOldMessage(uint8_t level, const std::string& text);
     bool EmitEvent(uint16_t id, const Bytes& payload = {});
 
-    /// Every answer is delayed by this time; 0 at first.
+    /// Delays every response by this time; initially 0.
     void SetLatency(std::chrono::microseconds latency);
-    /// Before every answer `count` log records (first byte 0x10) are sent, as a phone does that logs; 0 at
-    /// first.
+    /// Sends `count` log records (first byte 0x10) before every response, like a device that logs; initially
+    /// 0.
     void SetChatter(int count);
-    /// In AT data mode the handset answers only text: "AT$QCDMG\r" switches it back to diagnostic mode
-    /// with "\r\nOK\r\n", any other line ending in \r gets "\r\nERROR\r\n" ("AT\r": OK). A Mode-change
-    /// request (0x44) in diagnostic mode answers 44 01 and enters AT data mode.
+    /// In AT data mode the handset answers only lines of text. "AT$QCDMG\r" gets "\r\nOK\r\n" and switches
+    /// back to diagnostic mode; "AT\r" gets the same; any other line gets "\r\nERROR\r\n". In diagnostic mode
+    /// a mode-change request (0x44) gets 44 01 and switches to AT data mode.
     void SetDataMode(bool on);
     bool DataMode() const;
 

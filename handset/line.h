@@ -7,12 +7,12 @@
 
 namespace handset {
 
-/// Exists while the handset is plugged in. The other side is held open too, so that reading does not fail
-/// between two clients; what a client leaves unread waits for the next one. Destruction hangs the line up:
-/// clients get errors and the path is gone.
+/// Exists while the handset is plugged in. Keeps the client's side open too, so that reads do not fail
+/// between two clients; bytes that one client leaves unread go to the next. Destruction hangs up the line:
+/// clients get errors and the path disappears.
 class Line {
 public:
-    /// Throws std::system_error when the system gives no pseudo-terminal.
+    /// Throws std::system_error when no pseudo-terminal is available.
     Line();
     ~Line();
     Line(const Line&) = delete;
@@ -20,12 +20,12 @@ public:
 
     /// The tty that clients open (/dev/pts/N).
     const std::string& Path() const { return m_path; }
-    /// To wait on.
+    /// The descriptor to wait on.
     int Descriptor() const { return m_master; }
 
-    /// Reads what is there, up to `size` bytes; 0 when there is nothing. Never waits.
+    /// Reads up to `size` available bytes; 0 when there are none. Never waits.
     size_t Read(uint8_t* buffer, size_t size);
-    /// Writes what the line takes now; 0 when it takes nothing. Never waits.
+    /// Writes as many bytes as the line accepts now and returns their number, possibly 0. Never waits.
     size_t Write(const uint8_t* data, size_t size);
 
 private:

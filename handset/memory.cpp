@@ -10,7 +10,7 @@
 namespace handset {
 namespace {
 
-/// Both move at most this many bytes of values that have `width` bytes; their data fields have that size.
+/// The size of the data field, and so the most that peek and poke transfer, for values of `width` bytes.
 size_t AreaOf(size_t width) {
     return width == 4 ? 8 : 4;
 }

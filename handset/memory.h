@@ -7,7 +7,7 @@
 
 namespace handset {
 
-/// Bytes that nobody wrote are 0. No lock of its own.
+/// Bytes never written are 0. No lock of its own.
 class Memory {
 public:
     void Write(uint32_t address, const Bytes& data);

@@ -1,39 +1,40 @@
-// How a simulated handset can be told to misbehave.
+// The faults of a simulated handset, and the rules that say when they happen.
 #pragma once
 
+#include <chrono>
 #include <optional>
+#include <string>
 
 #include "handset/bytes.h"
 
 namespace handset {
 
-/// One way to misbehave. A rule acts on the requests that begin with `prefix` (empty: all requests), lets
-/// the first `skip` of them pass, acts on the next `times` and is then spent. Every request that matches
-/// counts for `skip`, also one that another rule acts on.
+/// A rule: one fault, and the requests that meet it. It applies to requests that begin with `prefix` (empty:
+/// all requests), skips the first `skip` of them, acts on the next `times` and is then spent. Every request
+/// with the prefix counts for `skip`, even when another rule acts on it.
 struct Misbehaviour {
+    /// The table in misbehaviour.cpp says what each fault does; `simulated-handset --help` prints it.
     enum class Action {
-        Drop,          // carries the request out and sends no answer
-        Ignore,        // neither carries it out nor answers
-        Delay,         // answers after `value` milliseconds
-        Late,          // holds the answer back and sends it just before the answer to the next request
-        Duplicate,     // sends the answer twice
-        Corrupt,       // flips a bit of the answer on the wire, so that its FCS is wrong
-        Cut,           // sends only the first `value` bytes of the answer, with a right FCS
-        Enlarge,       // appends `value` zero bytes to the answer, with a right FCS
-        Refuse,        // does not carry it out and answers with errnum `value` (EFS2 requests; others get the
-                       // error code 0x13)
-        ProtocolError, // does not carry it out and answers with the error code `value` (0x13, 0x14 ...) as
-                       // first byte, followed by the request
-        Replace, // sends the packets of `packets` instead of the answer (the request is not carried out)
-        Before,  // sends the packets of `packets` before the answer
-        Unplug,  // disappears: hangs the line up instead of carrying it out
+        Drop,
+        Ignore,
+        Delay,
+        Late,
+        Duplicate,
+        Corrupt,
+        Cut,
+        Enlarge,
+        Refuse,
+        ProtocolError,
+        Replace,
+        Before,
+        Unplug,
     };
     Action action = Action::Drop;
     Bytes prefix{};
     int skip = 0;
-    int times = 1; // -1: for good
-    uint32_t value = 0;
-    std::vector<Bytes> packets{};
+    int times = 1;                // -1: no limit
+    uint32_t value = 0;           // N in the table
+    std::vector<Bytes> packets{}; // PACKETS in the table
 };
 
 /// The rules in force. No lock of its own.
@@ -42,24 +43,34 @@ public:
     void Add(Misbehaviour rule) { m_rules.push_back(std::move(rule)); }
     void Clear() { m_rules.clear(); }
 
-    /// The rule that acts on this request, which is counted; of several the first added. Nothing: the handset
-    /// behaves.
+    /// Returns the rule that acts on this request, and counts the request. If several match, the rule added
+    /// first acts. Empty: no fault.
     std::optional<Misbehaviour> Match(const Bytes& request);
 
 private:
     std::vector<Misbehaviour> m_rules;
 };
 
-/// True when a request with this rule is carried out.
+/// What the handset does in response to one request.
+struct Reply {
+    std::vector<Bytes> packets; // to send, in order; none: no response
+    std::chrono::milliseconds delay{0};
+    bool isHeld = false;    // sent just before the response to the next request, not now
+    bool isCorrupt = false; // a bit is flipped on the wire
+    bool hangsUp = false;   // instead of a response
+};
+
+/// True when the handset carries out a request that meets this fault.
 bool CarriesOut(Misbehaviour::Action action);
 
-/// The answer instead of that of a request which is not carried out; none for the silent rules.
-std::vector<Bytes> AnswerInstead(const Misbehaviour& rule, const Bytes& request);
+/// Applies the fault of `rule`. `reply` holds the normal response if CarriesOut says so, and is empty
+/// otherwise.
+void Apply(const Misbehaviour& rule, const Bytes& request, Reply& reply);
 
-/// What the rule makes of the answer of a request which was carried out: the packets to send.
-std::vector<Bytes> Distorted(const Misbehaviour& rule, std::vector<Bytes> packets);
-
-/// The name of an action as commands and messages use it ("drop", "protocol-error"); nothing: no such name.
+/// Finds a fault by its name in commands ("drop", "protocol-error"); empty when there is none.
 std::optional<Misbehaviour::Action> ActionByName(const std::string& name);
+
+/// The names of the faults and what they do, one line each.
+std::string FaultHelp();
 
 } // namespace handset

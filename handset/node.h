@@ -1,5 +1,4 @@
-// What the simulated flash file system is made of: files, folders and symbolic links, and the blocks that
-// they occupy.
+// The parts of the simulated flash file system: files, folders and symbolic links, and the blocks they use.
 #pragma once
 
 #include <array>
@@ -13,18 +12,18 @@
 
 namespace handset {
 
-/// The entry types as the phone reports them in a directory listing.
+/// The entry types in READDIR responses.
 enum class Kind : uint32_t { File = 0, Folder = 1, Link = 2 };
 
-/// Seconds since 1970, as the phone keeps them.
+/// Seconds since 1970.
 struct Times {
     uint32_t access = 0;
     uint32_t modification = 0;
     uint32_t change = 0;
 };
 
-/// The flash: how many blocks there are and how many are taken. A file takes as many as its content needs
-/// (none when empty), a folder and a link one each; the root none.
+/// The flash: its blocks, and how many are in use. A file uses as many blocks as its content needs (an empty
+/// file none), a folder or link one, the root none.
 struct Space {
     uint32_t blockSize = 512;
     uint32_t totalBlocks = 131072; // 64 MiB
@@ -37,8 +36,8 @@ struct Space {
 struct Node;
 using NodePtr = std::shared_ptr<Node>;
 
-/// One file, folder or link. A name that is removed while the file is open leaves the node to its
-/// descriptors; its blocks become free when the last one lets go.
+/// One file, folder or link. If an open file is removed, its node lives on until the last descriptor is
+/// closed; only then its blocks become free.
 struct Node {
     Node(Space& owner, Kind nodeKind, uint32_t nodePermissions, uint32_t now);
     ~Node();
@@ -49,17 +48,17 @@ struct Node {
     uint32_t Mode() const;
     /// Bytes of a file's content or of a link's target; 0 for a folder.
     uint32_t Size() const;
-    /// 2 and one per folder inside for a folder, else 1.
+    /// For a folder 2 plus one per subfolder, otherwise 1.
     uint32_t LinkCount() const;
     bool IsEmptyFolder() const { return entries.empty(); }
 
     NodePtr Find(const std::string& name) const;
-    /// Adds an entry behind the others. The name must be free.
+    /// Adds an entry after the others. The name must not exist yet.
     void Add(const std::string& name, NodePtr child);
     void Remove(const std::string& name);
 
-    /// Takes or gives back blocks, so that the node holds `count` of them; false, and nothing changed, when
-    /// there are not enough.
+    /// Allocates or frees blocks until the node has `count`. False, with no change, when there are not
+    /// enough.
     bool HoldBlocks(uint32_t count);
     uint32_t Blocks() const { return m_blocks; }
 
@@ -74,8 +73,8 @@ struct Node {
     Bytes content;                               // of a file
     std::string target;                          // of a link
     std::array<uint32_t, 2> attributes{0xFF, 0}; // the two values of the old attribute requests
-    std::map<uint64_t, Entry> entries;           // of a folder, in the order in which they were added
-    Node* parent = nullptr;                      // the folder that a folder lies in; null for the root
+    std::map<uint64_t, Entry> entries;           // of a folder, in order of addition
+    Node* parent = nullptr;                      // of a folder; null for the root
 
 private:
     Space& m_space;

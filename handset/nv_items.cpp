@@ -8,7 +8,7 @@
 namespace handset {
 namespace {
 
-/// What both answers hold behind the command: item, 128 bytes, status.
+/// Both responses have the same fields after the command: item, 128 bytes, status.
 bool AnswerItem(AnswerWriter& answer, uint16_t id, Bytes data, NvStatus status) {
     data.resize(NvItems::kSize);
     answer.U16(id).Data(data).U16(static_cast<uint16_t>(status));
@@ -49,7 +49,7 @@ NvStatus NvItems::Write(uint16_t id, const Bytes& data) {
 
 bool AnswerNvRead(State& phone, RequestReader& in, AnswerWriter& answer) {
     uint16_t id = 0;
-    Bytes data; // of the request: nothing, or an array's index
+    Bytes data; // of the request: empty, or an array's index
     in.Take(id);
     in.Take(data);
     if (!in.Good())

@@ -7,25 +7,25 @@
 
 namespace handset {
 
-/// How the handset takes or refuses an item.
+/// The status in responses to NV item requests.
 enum class NvStatus : uint16_t { Done = 0, NotActive = 5, BadParameter = 6, ReadOnly = 7 };
 
-/// An item: one value, or, as an array, one per index. Values have up to 128 bytes (127 in an array).
+/// An item has one value, an array item one per index. A value has up to 128 bytes, in an array 127.
 struct NvItem {
     std::map<uint8_t, Bytes> values; // by index; a plain item's value has index 0
     bool isArray = false;
     bool isReadOnly = false;
 };
 
-/// Items that are not there are not active; writing one makes it, plain. No lock of its own.
+/// A missing item is not active. Writing makes it a plain item. No lock of its own.
 class NvItems {
 public:
     static constexpr size_t kSize = 128;
 
     NvItems();
 
-    /// What the item's 128 bytes hold; an array's begin with the index, which is looked at on reading and
-    /// writing.
+    /// `data` is the content of the item's 128-byte field. For an array item its first byte is the index,
+    /// also as an argument of Read.
     NvStatus Read(uint16_t id, Bytes& data) const;
     NvStatus Write(uint16_t id, const Bytes& data);
 

@@ -1,4 +1,4 @@
-// What the handset has still to send.
+// The handset's output queue.
 #include "handset/outbox.h"
 
 #include <algorithm>

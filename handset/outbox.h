@@ -1,4 +1,4 @@
-// What the handset has still to send: bytes that wait for their time, then for the line to take them.
+// The handset's output queue: bytes that are not due yet, and bytes that the line has not accepted yet.
 #pragma once
 
 #include <chrono>
@@ -12,28 +12,28 @@ namespace handset {
 
 class Line;
 
-/// No thread and no lock of its own; time is an argument.
+/// No thread and no lock of its own. Time is an argument.
 class Outbox {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// A client that reads nothing for this long loses what was meant for it.
+    /// If the client reads nothing for this long, its pending bytes are discarded.
     static constexpr std::chrono::seconds kPatience{3};
 
-    /// Sends at `due`, never before what was given here earlier: a phone answers in order.
+    /// Sends at `due`, but not before earlier calls: responses stay in order.
     void Send(Bytes wire, Clock::time_point due);
-    /// Sends at `due`, whatever else waits: traffic that is no answer.
+    /// Sends at `due`, regardless of the order: for traffic that is not a response.
     void SendAside(Bytes wire, Clock::time_point due);
-    /// Sends now, before all that still waits for its time.
+    /// Sends at once, before everything that is not due yet.
     void SendNow(const Bytes& wire);
-    /// Gives the line what is due.
+    /// Writes to the line what is due.
     void Pump(Line& line, Clock::time_point now);
-    /// Forgets everything.
+    /// Discards everything.
     void Clear();
 
-    /// True when bytes wait for the line to take them.
+    /// True when bytes wait for the line to accept them.
     bool WantsLine() const { return m_taken < m_ready.size(); }
-    /// When Pump has something to do even if the line stays as it is; nothing: never.
+    /// When to call Pump next even if the line does not become writable; empty: never.
     std::optional<Clock::time_point> NextPump() const;
 
 private:
@@ -45,7 +45,7 @@ private:
     std::deque<Waiting> m_waiting;
     std::multimap<Clock::time_point, Bytes> m_aside;
     Bytes m_ready;
-    size_t m_taken = 0; // how many bytes of m_ready the line has
+    size_t m_taken = 0; // how many bytes of m_ready are written
     Clock::time_point m_lastProgress;
 };
 

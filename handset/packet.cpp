@@ -1,4 +1,4 @@
-// Reading the fields of a request and writing those of an answer.
+// Reads the fields of a request and writes those of a response.
 #include "handset/packet.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Reading the fields of a request and writing those of an answer: little-endian, with no gaps.
+// Reads the fields of a request and writes those of a response: little-endian, without gaps.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace handset {
 
-/// Takes fields off a request, from the front. A field that does not fit makes this and every later one 0 or
-/// empty, and Good false from then on.
+/// Reads the fields of a request in order. If the request ends within a field, that field and all later ones
+/// are 0 or empty, and Good is false from then on.
 class RequestReader {
 public:
     RequestReader(const Bytes& request, size_t begin) : m_request(request), m_at(begin) {
@@ -20,11 +20,11 @@ public:
     void Take(uint16_t& value) { TakeNumber(value); }
     void Take(uint32_t& value) { TakeNumber(value); }
     void Take(int32_t& value);
-    /// A text with its terminating zero, which must be there.
+    /// A text. Its terminating zero is required.
     void Take(std::string& text);
     /// The rest of the request.
     void Take(Bytes& rest);
-    /// That many bytes.
+    /// `count` bytes.
     void Take(Bytes& data, size_t count);
 
 private:
@@ -41,7 +41,7 @@ private:
     bool m_good;
 };
 
-/// Appends the fields of an answer.
+/// Appends the fields of a response.
 class AnswerWriter {
 public:
     explicit AnswerWriter(Bytes begin = {}) : m_bytes(std::move(begin)) {}
@@ -49,7 +49,7 @@ public:
     AnswerWriter& U8(uint8_t value) { return Number(value, 1); }
     AnswerWriter& U16(uint16_t value) { return Number(value, 2); }
     AnswerWriter& U32(uint32_t value) { return Number(value, 4); }
-    /// A text and a zero.
+    /// A text and its terminating zero.
     AnswerWriter& Text(const std::string& text);
     AnswerWriter& Data(const Bytes& data);
 

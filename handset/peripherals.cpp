@@ -1,5 +1,5 @@
-// Camera, audio and Bluetooth. A request is mode, command id, two lengths,
-// fields; its answer begins alike.
+// Camera, audio and Bluetooth. A request has a mode, a command id, two lengths and fields; its response
+// begins the same way.
 #include "handset/peripherals.h"
 
 #include <algorithm>
@@ -17,6 +17,17 @@ constexpr uint16_t kRefused = 2;
 constexpr uint16_t kFtmLogCode = 0x117C;
 constexpr std::chrono::milliseconds kChipTime(5);
 
+enum CameraCommand : uint16_t {
+    kCameraStart = 0,
+    kCameraStop = 1,
+    kPreviewStart = 4,
+    kPreviewStop = 5,
+    kTakePicture = 6,
+    kReadPicture = 7,
+    kCameraInfo = 9,
+};
+enum AudioCommand : uint16_t { kRecordingStart = 7, kReadRecording = 8, kRecordingStop = 9 };
+
 uint16_t TakeHead(RequestReader& in, AnswerWriter& answer) {
     uint16_t id = 0;
     uint16_t first = 0;
@@ -28,7 +39,7 @@ uint16_t TakeHead(RequestReader& in, AnswerWriter& answer) {
     return id;
 }
 
-/// Appends the asked piece of something, behind its offset and size; less at its end.
+/// Appends the offset and size of the requested piece, and the piece; it is shorter at the end of `whole`.
 void AnswerPiece(RequestReader& in, AnswerWriter& answer, const Bytes& whole) {
     uint32_t offset = 0;
     uint16_t size = 0;
@@ -73,16 +84,16 @@ bool AnswerCamera(State& state, RequestReader& in, AnswerWriter& answer) {
     Peripherals& phone = state.peripherals;
     const uint16_t id = TakeHead(in, answer);
     uint16_t status = phone.isCameraOn ? kDone : kRefused;
-    if (id == 0 || id == 1) {
-        status = SwitchCamera(phone, id == 0);
-    } else if (id == 4 || id == 5) {
-        phone.isPreviewing = phone.isCameraOn && id == 4;
-    } else if (id == 6 && phone.isCameraOn) {
+    if (id == kCameraStart || id == kCameraStop) {
+        status = SwitchCamera(phone, id == kCameraStart);
+    } else if (id == kPreviewStart || id == kPreviewStop) {
+        phone.isPreviewing = phone.isCameraOn && id == kPreviewStart;
+    } else if (id == kTakePicture && phone.isCameraOn) {
         status = TakePicture(phone, answer);
-    } else if (id == 7) {
+    } else if (id == kReadPicture) {
         AnswerPiece(in, answer, phone.picture);
         status = phone.isPictureTaken ? kDone : kRefused;
-    } else if (id == 9) {
+    } else if (id == kCameraInfo) {
         answer.U16(1).U16(90).U8(2).U16(640).U16(480);
     }
     answer.U16(status);
@@ -92,13 +103,13 @@ bool AnswerCamera(State& state, RequestReader& in, AnswerWriter& answer) {
 bool AnswerAudio(State& state, RequestReader& in, AnswerWriter& answer) {
     Peripherals& phone = state.peripherals;
     const uint16_t id = TakeHead(in, answer);
-    if (id == 8 && phone.isRecording) {
+    if (id == kReadRecording && phone.isRecording) {
         AnswerPiece(in, answer, phone.recording);
         return in.Good();
     }
-    if (id == 7 || id == 9)
-        phone.isRecording = id == 7;
-    answer.U16(id == 8 ? kRefused : kDone);
+    if (id == kRecordingStart || id == kRecordingStop)
+        phone.isRecording = id == kRecordingStart;
+    answer.U16(id == kReadRecording ? kRefused : kDone);
     return in.Good();
 }
 

@@ -1,4 +1,4 @@
-// The simulated handset's camera, microphone and Bluetooth chip, as far as factory tests see them.
+// The simulated handset's camera, microphone and Bluetooth chip, as factory tests see them.
 #pragma once
 
 #include "handset/bytes.h"
@@ -9,17 +9,17 @@ namespace handset {
 struct Peripherals {
     static constexpr uint16_t kBluetoothLogType = 0x1007;
 
-    Bytes picture = Bytes(3000, 0x50); // what the camera sees, encoded
+    Bytes picture = Bytes(3000, 0x50); // the encoded picture
     bool isCameraOn = false;
     bool isPreviewing = false;
     bool isPictureTaken = false;
-    uint16_t cameraStart = 0; // the status of a start while the camera is off
+    uint16_t cameraStart = 0; // the response status of a start while the camera is off
 
-    Bytes recording = Bytes(2000, 0x60); // what the microphone hears
+    Bytes recording = Bytes(2000, 0x60); // the recorded sound
     bool isRecording = false;
 
-    std::vector<Bytes> hciCommands;              // what the Bluetooth chip got, in order
-    Bytes version = {4, 1, 2, 3, 0x1D, 0, 5, 6}; // what it says about itself: 8 bytes
+    std::vector<Bytes> hciCommands;              // received by the Bluetooth chip, in order
+    Bytes version = {4, 1, 2, 3, 0x1D, 0, 5, 6}; // its version, 8 bytes
 };
 
 } // namespace handset

@@ -1,3 +1,4 @@
+// The rules of the simulated radio tests, and the requests that drive them.
 #include "handset/radio_tests.h"
 
 #include <algorithm>
@@ -13,58 +14,66 @@ namespace {
 constexpr uint16_t kRecordCode = 0x117C;
 constexpr uint8_t kRefused = 1;
 constexpr int kStays = -1;
-constexpr uint16_t kFirstPacketData = 256; // from here on the requests of EGPRS and HSDPA
+constexpr uint16_t kFirstPacketData = 256; // the requests of EGPRS and HSDPA start here
 
-/// A request: the stages in which it is accepted, the stage after it, and its records. GSM: 1 started, 2
-/// camps, 3 idle, 4 traffic, 5 GPRS. WCDMA: 1 started, 2 idle, 3 pilot, 4 channel, 5 high-speed channels.
+// The stages of a test.
+enum Stage : int { kOff, kStarted };
+enum GsmStage : int { kCamping = 2, kGsmIdle, kTraffic, kGprs };
+enum WcdmaStage : int { kWcdmaIdle = 2, kPilot, kChannel, kHighSpeed };
+
+/// A request of a test. It is accepted in the stages from `first` to `last`.
 struct Rule {
-    TestMode mode;
     uint16_t id;
-    int least;
-    int most;
-    int next;
-    std::vector<Bytes> records;
+    int first;
+    int last;
+    int next;                   // the stage that it leads to, or kStays
+    std::vector<Bytes> records; // the log records that follow
 };
 
-const std::vector<Rule>& Rules() {
-    constexpr TestMode g = TestMode::Gsm;
-    constexpr TestMode w = TestMode::Wcdma;
-    static const std::vector<Rule> rules = {
-        {g, 0, 0, 0, 1, {{0}}},
-        {g, 1, 1, 5, 2, {{1, 1, 7}}},
-        {g, 2, 2, 5, 3, {{2}}},
-        {g, 3, 4, 4, 4, {}},
-        {g, 4, 3, 4, 4, {{3, 0}}},
-        {g, 5, 4, 4, 3, {{4}}},
-        {g, 6, 1, 5, 0, {{5}}},
-        {g, 7, 4, 4, 4, {{3, 0}}},
-        {g, 256, 1, 5, 5, {{2}}},
-        {g, 257, 5, 5, 5, {{64, 0, 0}, {64, 1, 0}}},
-        {g, 258, 5, 5, 5, {}},
-        {g, 259, 5, 5, 5, {}},
-        {g, 260, 5, 5, 5, {{64, 0, 1}, {64, 1, 1}}},
-        {g, 261, 5, 5, 5, {{64, 1, 1}}},
-        {w, 0, 0, 0, 1, {{0}}},
-        {w, 1, 1, 5, 0, {{1}}},
-        {w, 2, 1, 5, 2, {{2}}},
-        {w, 3, 2, 5, 3, {{3, 1, 0x12, 0x00, 0x34}}},
-        {w, 4, 3, 5, 4, {{4, 1}, {5, 1}}},
-        {w, 5, 4, 5, 4, {{4, 1}, {5, 1}}},
-        {w, 256, 4, 4, 5, {{64, 1}}},
-        {w, 257, 5, 5, 4, {{65, 1}}},
-        {w, 258, 5, 5, 5, {{66, 1}}},
-        {w, 259, 4, 5, kStays, {}},
-        {w, 260, 4, 5, kStays, {}},
-        {w, 261, 4, 5, kStays, {}},
-        {w, 262, 4, 5, kStays, {}},
+const std::vector<Rule>& Rules(TestMode mode) {
+    static const std::vector<Rule> gsm = {
+        {.id = 0, .first = kOff, .last = kOff, .next = kStarted, .records = {{0}}},
+        {.id = 1, .first = kStarted, .last = kGprs, .next = kCamping, .records = {{1, 1, 7}}},
+        {.id = 2, .first = kCamping, .last = kGprs, .next = kGsmIdle, .records = {{2}}},
+        {.id = 3, .first = kTraffic, .last = kTraffic, .next = kTraffic, .records = {}},
+        {.id = 4, .first = kGsmIdle, .last = kTraffic, .next = kTraffic, .records = {{3, 0}}},
+        {.id = 5, .first = kTraffic, .last = kTraffic, .next = kGsmIdle, .records = {{4}}},
+        {.id = 6, .first = kStarted, .last = kGprs, .next = kOff, .records = {{5}}},
+        {.id = 7, .first = kTraffic, .last = kTraffic, .next = kTraffic, .records = {{3, 0}}},
+        {.id = 256, .first = kStarted, .last = kGprs, .next = kGprs, .records = {{2}}},
+        {.id = 257, .first = kGprs, .last = kGprs, .next = kGprs, .records = {{64, 0, 0}, {64, 1, 0}}},
+        {.id = 258, .first = kGprs, .last = kGprs, .next = kGprs, .records = {}},
+        {.id = 259, .first = kGprs, .last = kGprs, .next = kGprs, .records = {}},
+        {.id = 260, .first = kGprs, .last = kGprs, .next = kGprs, .records = {{64, 0, 1}, {64, 1, 1}}},
+        {.id = 261, .first = kGprs, .last = kGprs, .next = kGprs, .records = {{64, 1, 1}}},
     };
-    return rules;
+    static const std::vector<Rule> wcdma = {
+        {.id = 0, .first = kOff, .last = kOff, .next = kStarted, .records = {{0}}},
+        {.id = 1, .first = kStarted, .last = kHighSpeed, .next = kOff, .records = {{1}}},
+        {.id = 2, .first = kStarted, .last = kHighSpeed, .next = kWcdmaIdle, .records = {{2}}},
+        {.id = 3,
+         .first = kWcdmaIdle,
+         .last = kHighSpeed,
+         .next = kPilot,
+         .records = {{3, 1, 0x12, 0x00, 0x34}}},
+        {.id = 4, .first = kPilot, .last = kHighSpeed, .next = kChannel, .records = {{4, 1}, {5, 1}}},
+        {.id = 5, .first = kChannel, .last = kHighSpeed, .next = kChannel, .records = {{4, 1}, {5, 1}}},
+        {.id = 256, .first = kChannel, .last = kChannel, .next = kHighSpeed, .records = {{64, 1}}},
+        {.id = 257, .first = kHighSpeed, .last = kHighSpeed, .next = kChannel, .records = {{65, 1}}},
+        {.id = 258, .first = kHighSpeed, .last = kHighSpeed, .next = kHighSpeed, .records = {{66, 1}}},
+        {.id = 259, .first = kChannel, .last = kHighSpeed, .next = kStays, .records = {}},
+        {.id = 260, .first = kChannel, .last = kHighSpeed, .next = kStays, .records = {}},
+        {.id = 261, .first = kChannel, .last = kHighSpeed, .next = kStays, .records = {}},
+        {.id = 262, .first = kChannel, .last = kHighSpeed, .next = kStays, .records = {}},
+    };
+    return mode == TestMode::Gsm ? gsm : wcdma;
 }
 
 const Rule* Find(TestMode mode, uint16_t id) {
-    const auto found = std::find_if(Rules().begin(), Rules().end(),
-                                    [&](const Rule& rule) { return rule.mode == mode && rule.id == id; });
-    return found == Rules().end() ? nullptr : &*found;
+    const std::vector<Rule>& rules = Rules(mode);
+    const auto found =
+        std::find_if(rules.begin(), rules.end(), [id](const Rule& rule) { return rule.id == id; });
+    return found == rules.end() ? nullptr : &*found;
 }
 
 uint16_t LogType(TestMode mode) {
@@ -86,7 +95,7 @@ bool AnswerTest(TestMode mode, State& phone, RequestReader& in, AnswerWriter& an
 TestOutcome RadioTests::Decide(TestMode mode, uint16_t id) const {
     const Rule* rule = Find(mode, id);
     const bool isFree = m_running == TestMode::None || m_running == mode;
-    if (rule == nullptr || !isFree || m_stage < rule->least || m_stage > rule->most)
+    if (rule == nullptr || !isFree || m_stage < rule->first || m_stage > rule->last)
         return {.status = kRefused};
     return {.records = rule->records, .after = delay};
 }
@@ -100,7 +109,7 @@ uint8_t RadioTests::CarryOut(TestMode mode, uint16_t id, bool sendsRecords) {
     const Rule* rule = Find(mode, id);
     if (outcome.status == 0 && rule != nullptr && rule->next != kStays) {
         m_stage = rule->next;
-        m_running = m_stage == 0 ? TestMode::None : mode;
+        m_running = m_stage == kOff ? TestMode::None : mode;
     }
     if (sendsRecords && logTypes.count(LogType(mode)) != 0)
         for (const Bytes& record : outcome.records)

@@ -1,4 +1,4 @@
-// What a handset remembers of what it received.
+// A record of what a handset received.
 #include "handset/record.h"
 
 namespace handset {

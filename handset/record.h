@@ -1,4 +1,4 @@
-// What a handset remembers of what it received.
+// A record of what a handset received.
 #pragma once
 
 #include <cstddef>
@@ -15,12 +15,12 @@ public:
     void AddWire(const uint8_t* data, size_t size);
     void AddRequest(const Bytes& request);
     void Clear();
-    /// Keeps the newest `requests` requests, and no wire bytes.
+    /// Keeps only the newest `requests` requests, and no wire bytes.
     void SetLimit(size_t requests);
 
     std::vector<Bytes> Requests() const { return {m_requests.begin(), m_requests.end()}; }
     const Bytes& Wire() const { return m_wire; }
-    /// How many requests came since Clear, also those that are no longer kept.
+    /// The number of requests since Clear, including those no longer kept.
     size_t Count() const { return m_count; }
 
 private:

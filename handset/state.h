@@ -1,4 +1,4 @@
-// What the simulated handset is besides its file system.
+// The simulated handset's state, apart from its file system.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@
 
 namespace handset {
 
-/// The parts that have no rules of their own: what was asked for is kept, to be looked at.
+/// State without rules of its own: requests set it, tests read it.
 struct Service {
     std::string serviceCode = "000000";
     bool isUnlocked = false; // the right code was presented

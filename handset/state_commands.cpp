@@ -1,4 +1,4 @@
-// The simulated handset's general commands: the table of them, and those that only touch its service state.
+// The table of the simulated handset's general commands, and the commands that use only its service state.
 #include "handset/state_commands.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace {
 
 using Handler = bool (*)(State& phone, RequestReader& in, AnswerWriter& answer);
 
-/// Takes a field into what is kept; a request that ends before it changes nothing.
+/// Reads a field into `kept`. No change if the request is too short.
 bool Keep(RequestReader& in, uint16_t& kept) {
     uint16_t value = 0;
     in.Take(value);
@@ -76,7 +76,7 @@ bool AnswerDownloadMode(State& phone, RequestReader&, AnswerWriter&) {
     return true;
 }
 
-/// The greeting of download mode has an answer of its own kind.
+/// The response to the download-mode greeting has a command code of its own.
 bool AnswerGreeting(State&, RequestReader&, AnswerWriter& answer) {
     const std::string name = "QCOM fast download protocol targ";
     answer = AnswerWriter({0x02});
@@ -130,7 +130,7 @@ bool AnswerCallEnd(State& phone, RequestReader&, AnswerWriter&) {
     return true;
 }
 
-/// The general commands by the bytes with which their requests begin.
+/// A general command. Its requests begin with `prefix`.
 struct Command {
     Bytes prefix;
     Handler handler;
@@ -138,49 +138,48 @@ struct Command {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {
-        {{0x01, 'Q', 'C', 'O', 'M'}, AnswerGreeting},
-        {{0x02}, AnswerPeek8},
-        {{0x03}, AnswerPeek16},
-        {{0x04}, AnswerPeek32},
-        {{0x05}, AnswerPoke8},
-        {{0x06}, AnswerPoke16},
-        {{0x07}, AnswerPoke32},
-        {{0x1F}, AnswerMessageLevel},
-        {{0x20}, AnswerKey},
-        {{0x26}, AnswerNvRead},
-        {{0x27}, AnswerNvWrite},
-        {{0x29}, AnswerControl},
-        {{0x2A}, AnswerErrorRead},
-        {{0x2B}, AnswerErrorClear},
-        {{0x2F}, AnswerSwitches},
-        {{0x3A}, AnswerDownloadMode},
-        {{0x41}, AnswerServiceCode},
-        {{0x4B, 0x04, 0x0E, 0x00}, AnswerStatus},
-        {{0x4B, 0x08, 0x01, 0x00}, AnswerGsmStatus},
-        {{0x4B, 0x08, 0x03, 0x00}, AnswerCallOrigin},
-        {{0x4B, 0x08, 0x04, 0x00}, AnswerCallEnd},
-        {{0x4B, 0x0B, 0x04, 0x00}, AnswerBluetooth},
-        {{0x4B, 0x0B, 0x09, 0x00}, AnswerFtmLog},
-        {{0x4B, 0x0B, 0x0D, 0x00}, AnswerGsmTest},
-        {{0x4B, 0x0B, 0x0E, 0x00}, AnswerAudio},
-        {{0x4B, 0x0B, 0x0F, 0x00}, AnswerCamera},
-        {{0x4B, 0x0B, 0x10, 0x00}, AnswerWcdmaTest},
-        {{0x4B, 0x0D, 0x12, 0x00}, AnswerDelayed},
-        {{0x4B, 0x10, 0x00, 0x00}, AnswerDisplay},
-        {{0x4B, 0x30, 0x00, 0x00}, AnswerNvBatch},
-        {{0x60}, AnswerEventControl},
-        {{0x73, 0x00, 0x00, 0x00}, AnswerLogMask},
-        {{0x7C}, AnswerBuildId},
-        {{0x7D, 0x04}, AnswerMessageFilter},
-        {{0x80, 0x10, 0x02, 0x00}, AnswerDelayed},
-        {{0x80, 0x37, 0x00, 0x00}, AnswerDelayed},
-        {{0xFF}, AnswerFreeze},
+        {.prefix = {0x01, 'Q', 'C', 'O', 'M'}, .handler = AnswerGreeting},
+        {.prefix = {0x02}, .handler = AnswerPeek8},
+        {.prefix = {0x03}, .handler = AnswerPeek16},
+        {.prefix = {0x04}, .handler = AnswerPeek32},
+        {.prefix = {0x05}, .handler = AnswerPoke8},
+        {.prefix = {0x06}, .handler = AnswerPoke16},
+        {.prefix = {0x07}, .handler = AnswerPoke32},
+        {.prefix = {0x1F}, .handler = AnswerMessageLevel},
+        {.prefix = {0x20}, .handler = AnswerKey},
+        {.prefix = {0x26}, .handler = AnswerNvRead},
+        {.prefix = {0x27}, .handler = AnswerNvWrite},
+        {.prefix = {0x29}, .handler = AnswerControl},
+        {.prefix = {0x2A}, .handler = AnswerErrorRead},
+        {.prefix = {0x2B}, .handler = AnswerErrorClear},
+        {.prefix = {0x2F}, .handler = AnswerSwitches},
+        {.prefix = {0x3A}, .handler = AnswerDownloadMode},
+        {.prefix = {0x41}, .handler = AnswerServiceCode},
+        {.prefix = {0x4B, 0x04, 0x0E, 0x00}, .handler = AnswerStatus},
+        {.prefix = {0x4B, 0x08, 0x01, 0x00}, .handler = AnswerGsmStatus},
+        {.prefix = {0x4B, 0x08, 0x03, 0x00}, .handler = AnswerCallOrigin},
+        {.prefix = {0x4B, 0x08, 0x04, 0x00}, .handler = AnswerCallEnd},
+        {.prefix = {0x4B, 0x0B, 0x04, 0x00}, .handler = AnswerBluetooth},
+        {.prefix = {0x4B, 0x0B, 0x09, 0x00}, .handler = AnswerFtmLog},
+        {.prefix = {0x4B, 0x0B, 0x0D, 0x00}, .handler = AnswerGsmTest},
+        {.prefix = {0x4B, 0x0B, 0x0E, 0x00}, .handler = AnswerAudio},
+        {.prefix = {0x4B, 0x0B, 0x0F, 0x00}, .handler = AnswerCamera},
+        {.prefix = {0x4B, 0x0B, 0x10, 0x00}, .handler = AnswerWcdmaTest},
+        {.prefix = {0x4B, 0x0D, 0x12, 0x00}, .handler = AnswerDelayed},
+        {.prefix = {0x4B, 0x10, 0x00, 0x00}, .handler = AnswerDisplay},
+        {.prefix = {0x4B, 0x30, 0x00, 0x00}, .handler = AnswerNvBatch},
+        {.prefix = {0x60}, .handler = AnswerEventControl},
+        {.prefix = {0x73, 0x00, 0x00, 0x00}, .handler = AnswerLogMask},
+        {.prefix = {0x7C}, .handler = AnswerBuildId},
+        {.prefix = {0x7D, 0x04}, .handler = AnswerMessageFilter},
+        {.prefix = {0x80, 0x10, 0x02, 0x00}, .handler = AnswerDelayed},
+        {.prefix = {0x80, 0x37, 0x00, 0x00}, .handler = AnswerDelayed},
+        {.prefix = {0xFF}, .handler = AnswerFreeze},
     };
     return commands;
 }
 
-/// In download mode one byte is a whole request that asks for nothing; otherwise it would be a poke cut
-/// short.
+/// The download-mode no-operation, a whole request. Longer requests with this byte are pokes.
 const Bytes kDownloadNothing = {0x06};
 
 } // namespace

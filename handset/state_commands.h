@@ -1,4 +1,4 @@
-// The simulated handset's general commands, by what they are about. One table (state_commands.cpp) says which
+// The simulated handset's general commands, by source file. The table in state_commands.cpp says which
 // requests they answer.
 #pragma once
 
@@ -8,8 +8,8 @@ struct State;
 class RequestReader;
 class AnswerWriter;
 
-// Each takes the fields of its request, of which the first bytes are already taken, carries it out and
-// appends to an answer that begins with the same bytes. False: the request ends before its fields do.
+// Each reads the fields of its request after the prefix in the table, carries out the request, and appends to
+// a response that begins with the same prefix. False: the request is too short.
 
 // nv_items.cpp
 bool AnswerNvRead(State& phone, RequestReader& in, AnswerWriter& answer);

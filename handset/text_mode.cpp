@@ -31,7 +31,7 @@ std::optional<Bytes> LineCollector::Take(const uint8_t* data, size_t size, size_
 }
 
 Bytes AnswerToLine(const Bytes& line, bool& toDiagnostics) {
-    // Whatever came before the command (half a frame, noise) is none of it.
+    // Half a frame or noise may precede the command.
     const std::string text(line.begin(), line.end());
     const size_t command = text.rfind("AT");
     const std::string word = command == std::string::npos ? "" : text.substr(command);

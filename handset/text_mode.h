@@ -7,12 +7,12 @@
 
 namespace handset {
 
-/// Cuts received bytes into lines. A frame flag among them empties the line: clients send one to end whatever
-/// stands half-sent on the wire, and a modem would not take it for text either.
+/// Splits received bytes into lines. A frame flag discards the line so far: clients send a flag to end a
+/// half-sent frame, and a modem ignores it too.
 class LineCollector {
 public:
-    /// Takes bytes up to the next carriage return and gives the line with it; nothing when the bytes end
-    /// before. `used` tells how many were taken.
+    /// Consumes bytes up to the next carriage return and returns the line, carriage return included; empty
+    /// when the bytes end before that. `used` is the number of bytes consumed.
     std::optional<Bytes> Take(const uint8_t* data, size_t size, size_t& used);
     void Reset() { m_line.clear(); }
 
@@ -20,7 +20,7 @@ private:
     Bytes m_line;
 };
 
-/// The modem's answer to a line. `toDiagnostics`: the line switches to diagnostic mode.
+/// The modem's response to a line. `toDiagnostics`: whether the line switches to diagnostic mode.
 Bytes AnswerToLine(const Bytes& line, bool& toDiagnostics);
 
 } // namespace handset

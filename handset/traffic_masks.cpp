@@ -1,4 +1,4 @@
-// Which unsolicited traffic the simulated handset sends, and the requests that say so.
+// The masks that select unsolicited traffic, and the requests that set them.
 #include "handset/traffic_masks.h"
 
 #include "handset/packet.h"
@@ -17,7 +17,7 @@ size_t MaskSize(uint32_t lastItem) {
     return lastItem / 8 + 1;
 }
 
-/// Both name the equipment and the number of items, and end with the mask that is then in force.
+/// Reads and sets a mask. Both responses contain the equipment, the number of items and the resulting mask.
 void AnswerMask(TrafficMasks& masks, MaskOperation operation, RequestReader& in, AnswerWriter& answer) {
     uint32_t equipment = 0;
     uint32_t items = 0;

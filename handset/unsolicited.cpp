@@ -1,4 +1,4 @@
-// Packets that a handset sends without being asked.
+// Unsolicited packets of a handset.
 #include "handset/unsolicited.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr size_t kTimeStampSize = 8;
 
-/// A text in a field of fixed width, filled up with zeros, the last byte always one.
+/// A text in a field of fixed width, padded with zeros. The last byte is always 0.
 Bytes TextField(const std::string& text, size_t width) {
     Bytes field(text.begin(), text.begin() + static_cast<ptrdiff_t>(std::min(text.size(), width - 1)));
     field.resize(width);
@@ -20,7 +20,7 @@ Bytes TextField(const std::string& text, size_t width) {
 
 } // namespace
 
-/// A log record's length stands twice, without the four bytes up to and with the first.
+/// A log record contains its length twice. The length does not count the first four bytes.
 Bytes LogPacket(uint16_t code, uint32_t timeStamp, const Bytes& payload) {
     const auto length = static_cast<uint16_t>(2 + 2 + kTimeStampSize + payload.size());
     AnswerWriter record({0x10, 0x00});

@@ -1,4 +1,4 @@
-// Packets that a handset sends without being asked.
+// Unsolicited packets of a handset.
 #pragma once
 
 #include <string>
@@ -7,10 +7,10 @@
 
 namespace handset {
 
-/// A debug message in its extended form.
+/// An extended debug message.
 struct Message {
     uint16_t subsystem = 0;
-    uint32_t kinds = 8; // the bits of what it is
+    uint32_t kinds = 8; // level bits
     uint16_t line = 1;
     std::vector<uint32_t> arguments{};
     std::string format{};
@@ -19,7 +19,7 @@ struct Message {
 
 Bytes LogPacket(uint16_t code, uint32_t timeStamp, const Bytes& payload);
 Bytes MessagePacket(const Message& message);
-/// The older form: a level, and a text of up to 39 characters.
+/// The old form of a debug message: a level and a text of up to 39 characters.
 Bytes OldMessagePacket(uint8_t level, const std::string& text);
 Bytes EventPacket(uint16_t id, const Bytes& payload);
 

@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 #include "link/text_log.h"
 
@@ -9,7 +10,7 @@ namespace {
 
 constexpr DWORD kReadLimit_ms = 500;
 constexpr Milliseconds kCloseLimit(1000);
-// An idle port wakes the receive thread this often; data and closing wake it at once where the system can.
+// The receive thread of an idle port wakes up this often; data and closing wake it at once where possible.
 constexpr DWORD kIdleWait_ms = 60 * 1000;
 
 } // namespace
@@ -26,6 +27,7 @@ bool CQLibCommManager::Open(int iPort) {
     if (m_bThreadRunning)
         return true;
     JoinReceiver();
+    m_bThreadFailed = false;
     if (!m_port.Open(iPort))
         return false;
     m_framing.SetPort(&m_port);
@@ -36,7 +38,10 @@ bool CQLibCommManager::Open(int iPort) {
     try {
         m_thread = std::thread(&CQLibCommManager::ReceiveLoop, this);
     } catch (const std::system_error&) {
+        m_log.LogMessage(LOG_ERR, "Error. No thread to receive.");
         m_port.Close();
+        m_fineTimer.reset();
+        m_bThreadFailed = true;
         return false;
     }
     m_bThreadRunning = true;

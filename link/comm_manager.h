@@ -1,4 +1,4 @@
-// The serial link of a connection: port, framing, and the thread that receives.
+// The serial link of a connection: the port, the framing and the receive thread.
 #pragma once
 
 #include <array>
@@ -15,11 +15,11 @@
 #include "platform/timer_resolution.h"
 #include "platform/types.h"
 
-/// CQLibCommManager opens a COM port, receives on a thread of its own, and posts every decoded packet to
-/// the dispatcher. The dispatcher and the text log must outlive it.
+/// CQLibCommManager opens a COM port, receives on a thread of its own and posts every decoded packet to the
+/// dispatcher. The dispatcher and the text log must outlive it.
 ///
-/// Threads: all operations belong to the caller's thread. The receive thread ends by itself soon after Close;
-/// it is joined by Close, or, when it did not end in time, by the next Open or the destruction.
+/// Threads: all operations belong to the caller's thread. The receive thread ends soon after Close, which
+/// joins it; if it takes too long, the next Open or the destructor joins it.
 class CQLibCommManager {
 public:
     CQLibCommManager(CQLibEventDispatcher& dispatcher, DataLogFileHandler& log);
@@ -27,13 +27,15 @@ public:
     CQLibCommManager(const CQLibCommManager&) = delete;
     CQLibCommManager& operator=(const CQLibCommManager&) = delete;
 
-    /// Open opens COM iPort and starts the receive thread; true also when it already runs. False when the
-    /// port cannot be opened.
+    /// Open opens COM iPort and starts the receive thread; true also when that is running already. False when
+    /// the port cannot be opened or the thread cannot be started.
     bool Open(int iPort);
-    /// Close closes the port and asks the receive thread to end. False when that takes more than 1000 ms.
+    /// OpenError returns why the last Open failed; None when it did not.
+    PortError OpenError() const { return m_bThreadFailed ? PortError::Other : m_port.OpenError(); }
+    /// Close closes the port and ends the receive thread. False when that takes more than 1000 ms.
     bool Close();
 
-    /// Sending and switching, as CProtAHDLC does it.
+    /// The operations of CProtAHDLC.
     bool Send(const unsigned char* pPacket, DWORD iSize, DWORD iTimeout, bool bForceStartFlag);
     bool Data2DM(unsigned char iBaudRateMask);
     bool SetStartFlag(bool bStartFlag);
@@ -41,9 +43,9 @@ public:
     /// The packet mode: 0 framed, otherwise raw.
     void SetPacketMode(int iPacketMode);
     int GetPacketMode() const { return m_iPacketMode; }
-    /// SetRawReplyPending: a raw request waits for its reply, so replies are cut at "OK" and "ERROR".
+    /// SetRawReplyPending sets whether replies in raw mode are cut after "OK" and "ERROR".
     void SetRawReplyPending(bool bPending) { m_bRawReplyPending = bPending; }
-    /// FlushRxBuffer discards the incomplete packet before the next bytes are decoded.
+    /// FlushRxBuffer discards the incomplete packet before decoding the next bytes.
     void FlushRxBuffer() { m_bFlushRequest = true; }
     void SetDTR(bool bHigh) { m_port.SetDTR(bHigh ? 1 : 0); }
     void SetRTS(bool bHigh) { m_port.SetRTS(bHigh ? 1 : 0); }
@@ -62,14 +64,15 @@ private:
     CProtAHDLC m_framing;
     std::optional<FineTimer> m_fineTimer; // while the port is open
 
-    // Written by the caller's thread, read by the receive thread at its next pass.
+    // Written by the caller's thread; the receive thread reads them in its next pass.
     std::atomic<bool> m_bStopThread{false};
     std::atomic<bool> m_bFlushRequest{false};
     std::atomic<bool> m_bRawReplyPending{false};
     std::atomic<int> m_iPacketMode{0};
 
-    std::array<unsigned char, kReadSize> m_aReadBuffer; // the receive thread's
+    std::array<unsigned char, kReadSize> m_aReadBuffer; // receive thread only
     bool m_bThreadRunning = false;
+    bool m_bThreadFailed = false; // the last Open could not start it
     std::mutex m_endLock;
     std::condition_variable m_ended;
     bool m_bThreadEnded = true; // under m_endLock

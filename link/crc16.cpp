@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr size_t kStride = 8; // bytes that are taken together
+constexpr size_t kStride = 8; // bytes processed together
 using Table = std::array<unsigned short, 256>;
 
 constexpr unsigned short ShiftByte(unsigned iRegister) {
@@ -14,8 +14,8 @@ constexpr unsigned short ShiftByte(unsigned iRegister) {
     return static_cast<unsigned short>(iRegister);
 }
 
-/// Table n holds what a byte makes of an empty register when n zero bytes follow it. The check sequence is
-/// linear: that of eight bytes is the sum (exclusive or) of what each of them makes alone.
+/// Table n holds the effect on a zero register of a byte followed by n zero bytes. The FCS is linear: the
+/// effect of eight bytes is the exclusive or of their single effects.
 constexpr std::array<Table, kStride> MakeTables() {
     std::array<Table, kStride> tables{};
     for (unsigned iByte = 0; iByte < 256; ++iByte) {
@@ -32,7 +32,7 @@ constexpr auto kTables = MakeTables();
 static_assert(kTables[0][1] == 0x1189 && kTables[0][128] == 0x8408);
 
 unsigned TakeStride(unsigned iRegister, const unsigned char* pData) {
-    // The register is two bytes wide, so it touches the first two of the eight.
+    // The register is two bytes wide, so it affects the first two of the eight only.
     const unsigned iFirst = (iRegister ^ pData[0]) & 0xFF;
     const unsigned iSecond = iRegister >> 8 ^ pData[1];
     return kTables[7][iFirst] ^ kTables[6][iSecond] ^ kTables[5][pData[2]] ^ kTables[4][pData[3]] ^
@@ -52,8 +52,7 @@ unsigned short ComputeCrc16(const unsigned char* pData, unsigned short iBitCount
 }
 
 std::span<const unsigned char> WithoutFcs(std::span<const unsigned char> packet) {
-    constexpr size_t kFcsSize = 2;
-    constexpr size_t kLongest = 0xFFFF / 8; // what the bit count can tell
+    constexpr size_t kLongest = 0xFFFF / 8; // what fits in the bit count
     if (packet.size() < kFcsSize || packet.size() > kLongest)
         return packet;
     const unsigned short iBitCount = static_cast<unsigned short>(packet.size() * 8);

@@ -1,4 +1,4 @@
-// The copy of a received packet that listeners and callbacks are given.
+// The copy of a received packet that listeners and callbacks receive.
 #pragma once
 
 #include <algorithm>
@@ -8,8 +8,9 @@
 
 #include "link/packet_codes.h"
 
-/// CopyForDelivery copies a packet, with zeros behind it for those who decode it without knowing its length:
-/// the ends of two texts, and of an extended debug message all arguments that it announces, truly or not.
+/// CopyForDelivery copies a packet and appends zeros for receivers that decode it without knowing its length:
+/// two, which terminate two texts, and before them the arguments that an extended debug message announces but
+/// lacks.
 inline std::unique_ptr<unsigned char[]> CopyForDelivery(std::span<const unsigned char> packet) {
     constexpr size_t kTwoEnds = 2;
     constexpr size_t kCountOffset = 2;

@@ -1,271 +1,204 @@
-// The connection to one handset: its port, its threads, its queues, and the request primitive.
+// The connection to one phone: its port, threads, queues and time-outs, and the exchange of packets.
 #pragma once
 
-#include <array>
-#include <atomic>
-#include <cstdint>
 #include <memory>
-#include <span>
-#include <utility>
-#include <vector>
 
-#include "link/event_dispatcher.h"
-#include "link/event_listener.h"
-#include "link/message_queue.h"
-#include "link/text_log.h"
+#include "link/async_callback.h"
+#include "link/text_log_callback.h"
 #include "link/time_outs.h"
 #include "platform/export.h"
-#include "platform/module_pin.h"
+#include "platform/port_error.h"
 #include "platform/types.h"
 
-class CQLibCommManager;
-class ServerTransport;
+class CQLibEvents_Filter;
+class CQLibEvents_Listener;
+class DataLogFileHandler;
+class SerialControls;
+class Transport;
+struct ConnectionState;
+struct LineRequest;
 
-/// ConnectionPort says where a connection leads: to a COM port of this machine, or, in server mode, to one
-/// that a port server owns.
-struct ConnectionPort {
-    int iComPort;
-    bool bServerMode = false;
-    ServerTransport* pServer = nullptr; // borrowed; null in server mode: there is no server, all fails
-};
-
-/// DiagConnection is the part of the connection object (`Diag_FTM`) that knows no command: it opens and
-/// closes the COM port, sends one request and waits for the response that belongs to it, and keeps the
-/// time-outs, the timers and the text log. It owns everything that talks to its port.
+/// DiagConnection is the part of the connection object (`Diag_FTM`) that knows no command. It opens and
+/// closes the COM port, sends a request and waits for its response, and keeps the time-outs, the timers and
+/// the text log. It owns everything that uses its port.
 ///
-/// Threads: every operation is called from one application thread at a time and may block it for the
-/// time-outs of its requests. Two more threads live inside: the receive thread while the port is open, and
-/// the delivery thread, on which listeners and the asynchronous-message callback run. Both are joined
-/// before the members that they use go away.
+/// Threads: operations are called from one application thread at a time and may block it for the time-outs of
+/// their requests. The connection has two threads of its own: the receive thread while the port is open, and
+/// the delivery thread, which calls listeners and the asynchronous-message callback. Both are joined before
+/// the members that they use are destroyed.
 ///
-/// In server mode there is no link, no thread of its own and no dispatcher: requests go through the server,
-/// packets that the phone sends by itself come on a thread of the server's path, and what needs the serial
-/// link is refused with false. A connection keeps the mode in which it was made.
+/// In server mode requests go through a port server, and the connection has no thread of its own: unsolicited
+/// packets arrive on a thread of the server. Operations that need a serial line return false. The mode of a
+/// connection is fixed when it is made.
 ///
-/// Failure: false means that the exchange did not work; the reason stands in the text log.
+/// Failure: false means that the operation failed. The text log holds the reason of a failed exchange.
 class QUILLET_API DiagConnection {
 public:
-    /// A connection on COM port iComPort, which is not opened yet. Starts the delivery thread.
-    explicit DiagConnection(int iComPort) : DiagConnection(ConnectionPort{iComPort}) {}
-    /// The same, or a connection in server mode. A server must outlive it.
-    explicit DiagConnection(const ConnectionPort& port);
+    /// Makes a connection on COM port iComPort and starts the delivery thread. The port is not opened yet.
+    explicit DiagConnection(int iComPort);
+    /// Makes a connection over any kind of line (see Transport).
+    explicit DiagConnection(std::unique_ptr<Transport> pLine);
     virtual ~DiagConnection();
     DiagConnection(const DiagConnection&) = delete;
     DiagConnection& operator=(const DiagConnection&) = delete;
 
     // --- The port -----------------------------------------------------------------------------------
 
-    /// OpenPort opens the COM port, starts receiving, ends playback mode and empties both queues (the last
-    /// two also when opening failed). True when the port is open.
+    /// OpenPort opens the COM port, starts receiving, ends playback mode and empties the phone-log and
+    /// command-response queues (the last two even when opening fails). True when the port is open.
     bool OpenPort();
 
-    /// ClosePort closes the port, ends the receive thread (waiting at most 1000 ms) and stops the text
-    /// log. True when the connection is closed afterwards; a connection that is not open does nothing.
+    /// GetPortError returns why the COM port could not be opened when that was last tried, by OpenPort or by
+    /// an operation that opens it; None when it was opened, before the first try, and in server mode. On
+    /// Windows a port without permission counts as held.
+    PortError GetPortError() const;
+
+    /// ClosePort closes the port, ends the receive thread (waiting at most 1000 ms) and stops the text log.
+    /// Does nothing when the connection is closed. Always true.
     bool ClosePort();
 
-    /// IsPhoneConnected tells whether a phone in diagnostic mode answers: a loopback and a version request,
-    /// each bounded by QMSL_TimeOut_PhoneCheck. Opens the port when it is closed. A phone that answers
-    /// neither is tried once in AT data mode when SetData2DiagSearch allows it (up to 400 ms more).
+    /// IsPhoneConnected returns whether a phone in diagnostic mode responds to a loopback or version request,
+    /// each bounded by QMSL_TimeOut_PhoneCheck. Opens a closed port first; over a serial port it tries a
+    /// second time when the first try fails. If the loopback gets no response and SetData2DiagSearch allows
+    /// it, returns whether the phone could be switched from AT data mode (up to 400 ms more).
     bool IsPhoneConnected();
 
-    /// DisconnectAndWaitForReconnection closes the port and opens it again, in server mode: iTimeOut_ms is
-    /// the number of attempts, one right after the other. True when one succeeded. Over a serial port it
-    /// returns false and leaves the port alone.
+    /// DisconnectAndWaitForReconnection closes and reopens the port in server mode. iTimeOut_ms is the number
+    /// of attempts, made without a pause. True when one succeeded. Over a serial port it returns false and
+    /// does nothing.
     bool DisconnectAndWaitForReconnection(int iTimeOut_ms);
 
     // --- Requests -----------------------------------------------------------------------------------
 
-    /// SendSync sends one request packet and waits for the response with the same first byte. Packets
-    /// that arrived before the request are discarded, those with another first byte are logged and
-    /// discarded.
+    /// SendSync sends one request packet and waits for the response with the same first byte. Packets that
+    /// arrived before the request are discarded; later ones with another first byte are logged and discarded.
     ///   iRequestSize     bytes of the request, without framing; below 4094
     ///   piRequestBytes   the request; its first byte is the command code
     ///   piResponseSize   in: capacity of piResponseBytes; out: length of the response without its two
     ///                    FCS bytes, at most the capacity
-    ///   piResponseBytes  receives the response and, as far as the capacity allows, its two FCS bytes
-    ///   iExpectedCommand the response's first byte over a port server; not used over a serial port
-    ///   iTimeout         ms to wait, counted from the end of the read delay
+    ///   piResponseBytes  receives the response and, if the capacity allows, its two FCS bytes
+    ///   iExpectedCommand first byte of the response over a port server; unused over a serial port
+    ///   iTimeout         ms to wait after the read delay
     ///   iReadDelay_ms    ms to sleep between writing the request and waiting
-    /// Opens the port when it is closed (over a serial port; a port server refuses by itself). Over a port
-    /// server the response comes without FCS bytes, and the read delay is not used. On false (also for an
-    /// empty request), size and buffer are unchanged. In playback mode (LogPlayback) the port is not touched:
-    /// the oldest packet of the command-response queue is the response, whatever its first byte, with its
+    /// Over a serial port, opens the port when it is closed; a closed port server connection fails instead.
+    /// Over a port server the response has no FCS bytes, and the read delay is not used. On false (also for
+    /// an empty request) size and buffer are unchanged. In playback mode (LogPlayback) the port is not used:
+    /// the response is the oldest packet of the command-response queue, whatever its first byte, with its
     /// full length (0 when the queue is empty), and the result is true.
     bool SendSync(unsigned short iRequestSize, const unsigned char* piRequestBytes,
                   unsigned short* piResponseSize, unsigned char* piResponseBytes,
                   unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms);
 
-    /// SendASync writes one request packet and does not wait; a response lands in the command-response
+    /// SendASync writes one request packet and does not wait; the response goes to the command-response
     /// queue. iTimeout is only logged. bForceStartFlag puts a flag in front of this one frame. True when
-    /// every byte went out.
+    /// every byte was written.
     bool SendASync(unsigned short iRequestSize, const unsigned char* piRequestBytes, DWORD iTimeout,
                    bool bForceStartFlag);
 
-    /// SendRAW is SendSync for text replies: the first packet that arrives is the reply, whatever its
-    /// first byte, and the reported length is its full length. While it waits, replies in raw packet mode
-    /// are cut at "OK" and "ERROR".
+    /// SendRAW is SendSync for text replies: the first packet to arrive is the reply, whatever its first
+    /// byte, and the reported length is its full length. While it waits in raw packet mode, replies are cut
+    /// after "OK" and "ERROR". After a failure they continue to be cut until a later SendRAW succeeds.
     bool SendRAW(unsigned short iRequestSize, const unsigned char* piRequestBytes,
                  unsigned short* piResponseSize, unsigned char* piResponseBytes,
                  unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms);
 
     // --- Controls of the link -----------------------------------------------------------------------
 
-    /// SetStartFlag makes every frame begin with a flag as well. Returns the setting before (false also
-    /// when the port could not be opened).
+    /// SetStartFlag puts a flag in front of every frame as well. Returns the previous setting, or false when
+    /// the port could not be opened.
     bool SetStartFlag(bool bStartFlag);
 
-    /// SetPacketMode: 0 framed diagnostic mode, 1 the phone's AT data mode (raw bytes), 2 raw bytes
-    /// without switching the phone. From 0 to 1 the phone is asked to enter data mode, from 1 to 0 it is
-    /// switched back. False, with the mode unchanged, for another mode or when the phone does not follow.
+    /// SetPacketMode: 0 framed diagnostic mode, 1 the phone's AT data mode (raw bytes), 2 raw bytes without
+    /// switching the phone. Going from 0 to 1 asks the phone to enter data mode, from 1 to 0 switches it
+    /// back. Also sets SetData2DiagSearch: on for 0, else off. False, with nothing changed, for any other
+    /// mode or when the phone does not switch.
     bool SetPacketMode(int iPacketMode);
 
-    /// SetDTR_State, SetRTS_State set a modem line of the open port; true whatever the driver says.
+    /// SetDTR_State, SetRTS_State set a modem line of the open port. True even when the driver refuses.
     bool SetDTR_State(bool bSetDTR_High);
     bool SetRTS_State(bool bSetRTS_High);
 
-    /// FlushRxBuffer discards what has been received of a packet that is not complete yet.
+    /// FlushRxBuffer discards the bytes of a partly received packet.
     bool FlushRxBuffer();
 
-    /// SetData2DiagSearch says whether IsPhoneConnected may try to switch a silent phone from AT data
-    /// mode to diagnostic mode (on at first). Always true.
+    /// SetData2DiagSearch sets whether IsPhoneConnected may try to switch a silent phone from AT data mode to
+    /// diagnostic mode (initially true). Always true.
     bool SetData2DiagSearch(bool bData2DiagSearch);
 
     // --- Time-outs and timers -----------------------------------------------------------------------
 
-    /// ConfigureTimeOut sets a time-out in ms (any value, also 0). False for an unknown id.
+    /// ConfigureTimeOut sets a time-out in ms; 0 is allowed. False for an unknown id.
     bool ConfigureTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms);
 
     /// GetTimeOut returns a time-out in ms; 0 for an unknown id.
     DWORD GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId);
 
-    /// TimeOut_ms is GetTimeOut for the library's own use, without its log lines; the id must be valid.
-    DWORD TimeOut_ms(QMSL_TimeOutType_Enum eTimeOutId) const { return m_aTimeOuts[eTimeOutId]; }
-
-    /// StoreTimeOut is ConfigureTimeOut for the library's own use, without its log line; the id must be
-    /// valid.
-    void StoreTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms) {
-        m_aTimeOuts[eTimeOutId] = iNewValue_ms;
-    }
-
-    /// StartTimer starts an elapsed-time timer; handles count up through the process from 1.
+    /// StartTimer starts an elapsed-time timer. Handles count up from 1, across the process.
     DWORD StartTimer();
-    /// GetTimerElapsed: ms since StartTimer; 0, with a log line, for an unknown handle.
+    /// GetTimerElapsed returns the ms since StartTimer, or 0 and a log line for an unknown handle.
     DWORD GetTimerElapsed(DWORD iTimerHandle);
-    /// StopTimer: ms since StartTimer; 0 for an unknown handle. The timer goes on counting.
+    /// StopTimer returns the ms since StartTimer, or 0 for an unknown handle. The timer keeps running.
     DWORD StopTimer(DWORD iTimerHandle);
-    /// PrintTimer: GetTimerElapsed, and a log line of sPrefix and the result when both are there.
+    /// PrintTimer returns GetTimerElapsed and logs it after sPrefix, unless it is 0 or sPrefix is null.
     DWORD PrintTimer(DWORD iTimerHandle, const char* sPrefix);
 
     // --- Observers ----------------------------------------------------------------------------------
 
-    /// AddEventListener lets pListener see every received packet that pFilter (may be null) accepts, on
-    /// the delivery thread, after the connection's own listener. Both must live until
-    /// RemoveEventListener, which must not be called from inside the listener. False in server mode.
+    /// AddEventListener registers pListener for every received packet that pFilter (may be null) accepts. It
+    /// is called on the delivery thread, after the connection's own listener. Both must live until
+    /// RemoveEventListener, which the listener itself must not call. False in server mode.
     bool AddEventListener(CQLibEvents_Listener* pListener, CQLibEvents_Filter* pFilter);
     void RemoveEventListener(CQLibEvents_Listener* pListener);
 
-    /// ConfigureAsyncMessageCallBack registers a function that sees every received packet of at least two
-    /// bytes, on the delivery thread; null switches it off. In server mode that is the server's thread, and
-    /// the function must not open or close the port.
+    /// ConfigureAsyncMessageCallBack registers a callback for every received packet of at least two bytes,
+    /// called on the delivery thread; null removes it. In server mode it is called on a thread of the server,
+    /// and must not open or close the port.
     void ConfigureAsyncMessageCallBack(void* pUserData, AsyncMessageCallBack pfnCallBack);
 
     // --- Text log -----------------------------------------------------------------------------------
 
-    /// StartLogging opens (and empties) the log file and switches its output on; names are cut to 202
-    /// characters. Always true: a file that cannot be opened drops its lines silently.
+    /// StartLogging opens and empties the log file and enables output; names are cut to 202 characters.
+    /// Always true: if the file cannot be opened, lines are dropped silently.
     bool StartLogging(const char* sFileName);
-    /// StopLogging closes the log file; the callback keeps receiving messages. Always true.
+    /// StopLogging closes the log file; the callback still receives messages. Always true.
     bool StopLogging();
     /// SetLogFlags sets the mask of log categories. Always true.
     bool SetLogFlags(unsigned int uiLogFlags);
-    /// ConfigureLibraryTextLogCallBack registers a receiver of every log message; null switches it off.
+    /// ConfigureLibraryTextLogCallBack registers a receiver of every log message; null removes it.
     void ConfigureLibraryTextLogCallBack(void* pUserData, TextLogCallBack pfnCallBack);
-    /// AddUserMessageToTextLog writes sText under a category, and to standard output on request.
+    /// AddUserMessageToTextLog logs sText under a category and, if bToStdout, prints it. Always true.
     bool AddUserMessageToTextLog(unsigned int iCategory, const char* sText, bool bToStdout);
-    /// GetDataLogFileHandler: the connection's log; it lives as long as the connection.
-    DataLogFileHandler* GetDataLogFileHandler() { return &m_textLog; }
-
-    // --- For the command families (private in Diag_FTM) ---------------------------------------------
-
-    /// PhoneLogQueue holds what the phone sent unasked while phone logging was on.
-    CQLibMessageQueue& PhoneLogQueue() { return m_asyncQueue; }
-    /// CommandResponseQueue holds every other packet since the last request.
-    CQLibMessageQueue& CommandResponseQueue() { return m_syncQueue; }
-    /// DelayedResponseQueue holds the delayed responses that the last command which waits for them accepted.
-    CQLibMessageQueue& DelayedResponseQueue() { return m_delayedQueue; }
-    /// SetPhoneLogging keeps (true) or drops (false, at first) what the phone sends unasked.
-    void SetPhoneLogging(bool bEnabled) { m_listener.SetLoggingEnabled(bEnabled); }
-    /// Listener: the status of the radio tests.
-    CQLibEventListener& Listener() { return m_listener; }
-    /// SendSyncExpecting is SendSync for a request whose response begins with another byte than the request:
-    /// it waits for iExpectedCommand, over the serial port too.
-    bool SendSyncExpecting(unsigned short iRequestSize, const unsigned char* piRequestBytes,
-                           unsigned short* piResponseSize, unsigned char* piResponseBytes,
-                           unsigned char iExpectedCommand, DWORD iTimeout, DWORD iReadDelay_ms);
-    /// ReplayPacket hands over a recorded packet as if it had just been received.
-    void ReplayPacket(std::span<unsigned char> packet) { m_listener.ReceivePacket(packet); }
-    /// SetPlaybackMode lets SendSync answer from the command-response queue (true) or from the port (false,
-    /// at first and after OpenPort).
-    void SetPlaybackMode(bool bPlayback) { m_bPlaybackMode = bPlayback; }
+    /// GetDataLogFileHandler returns the connection's log, which lives as long as the connection.
+    DataLogFileHandler* GetDataLogFileHandler();
 
 protected:
-    /// OnPortOpened resets what a family keeps for one opening of the port. Called by OpenPort, whether or
-    /// not the port could be opened.
+    /// OnPortOpened resets what a family keeps for as long as the port is open. OpenPort calls it even when
+    /// opening failed.
     virtual void OnPortOpened() {}
 
-    /// StartUp ends the construction of the whole object: the automatic text log, then the default
-    /// time-outs (whose log lines are to be found in that log). Called once, last.
+    /// StartUp completes the construction of the whole object: it starts the automatic text log, then sets
+    /// the default time-outs, so that their log lines are in that log. Called once, last.
     void StartUp();
 
-    /// ShutDown closes the port and stops the delivery, so that what runs on the other threads no longer
-    /// touches members of derived classes. Called first in the most derived destructor; once is enough.
+    /// ShutDown closes the port and stops the delivery, so that no other thread touches members of derived
+    /// classes any more. Called first in the most derived destructor.
     void ShutDown();
 
-private:
-    struct TimerEntry {
-        DWORD iHandle;
-        DWORD iStart_ms;
-    };
+    /// Self returns this connection, for the constructors of derived classes.
+    DiagConnection& Self() { return *this; }
 
-    struct RequestBytes {
-        unsigned short iSize;
-        const unsigned char* pBytes;
-    };
+private:
+    friend class ConnectionAccess;
 
     bool VerifyConnectionIsValid();
-    void AnswerFromRecording(const RequestBytes& request, DWORD iTimeout, unsigned short* piResponseSize,
+    bool Exchange(const LineRequest& request, unsigned short* piResponseSize, unsigned char* piResponseBytes);
+    void AnswerFromRecording(const LineRequest& request, unsigned short* piResponseSize,
                              unsigned char* piResponseBytes);
-    bool OpenServer();
-    void LeaveServer();
-    bool RefusedInServerMode(const char* sOperation);
-    bool SendThroughServer(const RequestBytes& request, unsigned short* piResponseSize,
-                           unsigned char* piResponseBytes, unsigned char iExpectedCommand, DWORD iTimeout);
-    bool ReconnectThroughServer(int iAttempts);
+    SerialControls* SerialFor(const char* sOperation);
+    SerialControls* OpenSerialFor(const char* sOperation);
     bool SwitchPhoneToDataMode();
-    bool WriteRequest(const RequestBytes& request, DWORD iTimeout, bool bForceStartFlag, DWORD& iTaken_ms);
-    void LogWritten(DWORD iTimeout, DWORD iTaken_ms);
-    bool WriteAndWait(const RequestBytes& request, DWORD iTimeout, DWORD iReadDelay_ms,
-                      const unsigned char* piFirstByte, QueueItem& reply);
-    bool WaitForReply(DWORD iTimeout, const unsigned char* piFirstByte, QueueItem& reply);
     void DIAG_FTM_CheckAutoTextLog();
     void InitTimeOuts();
-    const TimerEntry* FindTimer(DWORD iTimerHandle) const;
 
-    const ModulePin m_pin; // held until the threads are gone
-    const ConnectionPort m_port;
-    bool m_bIsConnected = false;
-    bool m_bPlaybackMode = false;
-    bool m_bData2DiagSearch = true;
-    unsigned int m_iLogFlags;
-    std::array<DWORD, kTimeOutCount> m_aTimeOuts{};
-    std::vector<TimerEntry> m_timers;
-
-    // The order is the order of dependence: whatever a later member's thread uses stands before it.
-    DataLogFileHandler m_textLog;
-    CQLibMessageQueue m_syncQueue;
-    CQLibMessageQueue m_asyncQueue;
-    CQLibMessageQueue m_delayedQueue;
-    CQLibEventListener m_listener;
-    CQLibEventDispatcher m_dispatcher;
-    std::unique_ptr<CQLibCommManager> m_pLink; // null in server mode
+    const std::unique_ptr<ConnectionState> m_pState;
 };

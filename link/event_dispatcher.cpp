@@ -1,6 +1,7 @@
 #include "link/event_dispatcher.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "link/delivered_packet.h"
 
@@ -14,10 +15,21 @@ CQLibEventDispatcher::~CQLibEventDispatcher() {
 }
 
 void CQLibEventDispatcher::AddListener(CQLibEvents_Listener* pListener, CQLibEvents_Filter* pFilter) {
+    StartDelivery();
     const std::lock_guard lock(m_listLock);
-    if (!m_thread.joinable())
-        m_thread = std::thread(&CQLibEventDispatcher::Deliver, this);
     m_listeners.emplace_back(pListener, pFilter);
+}
+
+bool CQLibEventDispatcher::StartDelivery() {
+    const std::lock_guard lock(m_listLock);
+    if (m_thread.joinable())
+        return true;
+    try {
+        m_thread = std::thread(&CQLibEventDispatcher::Deliver, this);
+    } catch (const std::system_error&) {
+        return false;
+    }
+    return true;
 }
 
 void CQLibEventDispatcher::RemoveListener(CQLibEvents_Listener* pListener) {
@@ -36,7 +48,7 @@ void CQLibEventDispatcher::Stop() {
     m_posted.notify_one();
     std::thread thread;
     {
-        // The join must not hold the list lock: the delivery in progress may need it.
+        // Joining under the list lock would deadlock: the delivery in progress may need it.
         const std::lock_guard lock(m_listLock);
         thread.swap(m_thread);
     }

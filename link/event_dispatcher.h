@@ -13,7 +13,7 @@
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// One posted packet and the four values that travel with it (all 0 for packets of the serial link).
+/// One posted packet and its four extra values (all 0 for packets of the serial link).
 struct CQLibEvent {
     DWORD iLength = 0;
     std::unique_ptr<unsigned char[]> pData;
@@ -23,9 +23,9 @@ struct CQLibEvent {
     DWORD iValue6 = 0;
 };
 
-/// An observer of received packets. messageReceived runs on the delivery thread and should return soon: it
-/// holds up all later packets, responses included. The data (iLength bytes, the two FCS bytes included)
-/// belongs to the dispatcher and is gone after the call.
+/// An observer of received packets. messageReceived runs on the delivery thread and should return soon: all
+/// later packets, responses included, wait for it. The data (iLength bytes, including the two FCS bytes)
+/// belongs to the dispatcher and is valid during the call only.
 class QUILLET_API CQLibEvents_Listener {
 public:
     virtual ~CQLibEvents_Listener();
@@ -33,43 +33,45 @@ public:
                                  short iValue5, DWORD iValue6) = 0;
 };
 
-/// Decides which packets reach the listener that it is paired with.
+/// Decides which packets reach its listener.
 class QUILLET_API CQLibEvents_Filter {
 public:
     virtual ~CQLibEvents_Filter();
-    /// True lets the packet through.
+    /// Returns whether the packet is delivered.
     virtual bool acceptMessage(LONG iLength, unsigned char* pData, unsigned int iValue3, LONG iValue4,
                                short iValue5, DWORD iValue6) = 0;
 };
 
-/// CQLibEventDispatcher queues posted packets and hands each, in the order posted, to every listener in
-/// the order of registration.
+/// CQLibEventDispatcher queues posted packets and delivers each, in the order of posting, to every listener
+/// in the order of registration.
 ///
-/// Locks: the queue lock guards the posted packets, the list lock the listeners; listeners run under the
-/// list lock, so a listener must not add or remove listeners. The queue lock is never held while another
-/// lock is taken.
+/// Locks: the queue lock guards the posted packets, the list lock the listeners. Listeners run under the list
+/// lock, so they must not add or remove listeners. No other lock is taken while the queue lock is held.
 class QUILLET_API CQLibEventDispatcher {
 public:
     CQLibEventDispatcher();
-    /// Stops, when Stop was not called.
+    /// Calls Stop.
     virtual ~CQLibEventDispatcher();
     CQLibEventDispatcher(const CQLibEventDispatcher&) = delete;
     CQLibEventDispatcher& operator=(const CQLibEventDispatcher&) = delete;
 
-    /// AddListener registers a listener with an optional filter (null: everything). The first call starts
+    /// AddListener registers a listener with an optional filter (null: every packet). The first call starts
     /// the delivery thread.
     virtual void AddListener(CQLibEvents_Listener* pListener, CQLibEvents_Filter* pFilter);
-    /// RemoveListener removes the first registration of that listener; afterwards it is not called any more.
+    /// RemoveListener removes the first registration of a listener, which is not called afterwards.
     virtual void RemoveListener(CQLibEvents_Listener* pListener);
-    /// Stop ends the delivery: the packet in delivery is finished, the others are not delivered. Waits for
-    /// the thread. Last operation before destruction.
+    /// StartDelivery starts the delivery thread if it is not running; false when the system cannot create
+    /// one. AddListener calls it and ignores the result.
+    bool StartDelivery();
+    /// Stop ends the delivery and waits for the thread: the packet being delivered is completed, the others
+    /// are dropped. Called last before destruction.
     virtual void Stop();
-    /// OnThreadStart, OnThreadExit run on the delivery thread at its begin and end; false from the first
-    /// ends the thread at once. (Overrides must call Stop in their own destructor.)
+    /// OnThreadStart, OnThreadExit run first and last on the delivery thread; false from OnThreadStart ends
+    /// the thread at once. A class that overrides them must call Stop in its destructor.
     virtual bool OnThreadStart();
     virtual bool OnThreadExit();
 
-    /// PostEvent queues a copy of the packet; any thread may call it. Returns 0.
+    /// PostEvent queues a copy of the packet; any thread may call it. Always 0.
     int PostEvent(DWORD iLength, const unsigned char* pData, unsigned int iValue3 = 0, LONG iValue4 = 0,
                   short iValue5 = 0, DWORD iValue6 = 0);
 

@@ -6,17 +6,19 @@
 #include "link/crc16.h"
 #include "link/event_names.h"
 #include "link/extended_message.h"
+#include "link/extended_message_text.h"
 #include "link/message_queue.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
+#include "link/radio_test_status.h"
 #include "link/text_log.h"
 
 namespace {
 
-constexpr size_t kLeastPacketSize = 2; // shorter ones are noise on the line
+constexpr size_t kLeastPacketSize = 2; // shorter ones are line noise
 constexpr unsigned char kNotSeen = 0;
 
-/// An event report whose length field is 0 is the phone's answer to an event-report control request.
+/// An event report with a length field of 0 is the response to an event-report control request.
 bool IsEventControlAnswer(std::span<const unsigned char> packet) {
     return packet.size() >= 3 && packet[0] == kEventReport && packet[1] == 0 && packet[2] == 0;
 }
@@ -24,7 +26,11 @@ bool IsEventControlAnswer(std::span<const unsigned char> packet) {
 } // namespace
 
 CQLibEventListener::CQLibEventListener(CQLibMessageQueue* pAsyncQueue, CQLibMessageQueue* pSyncQueue)
-    : m_pAsyncQueue(pAsyncQueue), m_pSyncQueue(pSyncQueue) {}
+    : m_pAsyncQueue(pAsyncQueue),
+      m_pSyncQueue(pSyncQueue),
+      m_pRadioTests(std::make_unique<RadioTestStatus>()) {}
+
+CQLibEventListener::~CQLibEventListener() = default;
 
 void CQLibEventListener::ConfigureAsyncMessageCallBack(void* pUserData, AsyncMessageCallBack pfnCallBack) {
     const std::lock_guard lock(m_callBackLock);
@@ -54,7 +60,7 @@ void CQLibEventListener::ReceivePacket(std::span<unsigned char> packet) {
     if (packet.size() >= kLeastPacketSize)
         CallBack(packet);
     LogUnsolicited(packet);
-    m_radioTests.Receive(packet, m_pLogHandler);
+    m_pRadioTests->Receive(packet, m_pLogHandler);
     if (IsEventControlAnswer(packet)) {
         LogPacket("ASYNC REC--listener--", packet);
         m_pSyncQueue->Push(packet);
@@ -97,7 +103,7 @@ void CQLibEventListener::LogPacket(const char* sKind, std::span<const unsigned c
 // --- Radio tests ------------------------------------------------------------------------------------
 
 bool CQLibEventListener::FTM_GSM_BER_ClearStatus() {
-    m_radioTests.Change([](RadioTestBlocks& blocks) {
+    m_pRadioTests->Change([](RadioTestBlocks& blocks) {
         std::ranges::fill(blocks.gsm.aReceived, kNotSeen);
         std::ranges::fill(blocks.gsm.aTypeReceived, kNotSeen);
         std::ranges::fill(blocks.gsm.aTypeCrcPass, kNotSeen);
@@ -107,7 +113,7 @@ bool CQLibEventListener::FTM_GSM_BER_ClearStatus() {
 
 bool CQLibEventListener::FTM_EGPRS_BER_ClearStatus() {
     constexpr unsigned char kNoEvent = 2;
-    m_radioTests.Change([](RadioTestBlocks& blocks) {
+    m_pRadioTests->Change([](RadioTestBlocks& blocks) {
         std::ranges::fill(blocks.egprs.aReceived, kNotSeen);
         blocks.egprs.iUplinkEvent = kNoEvent;
         blocks.egprs.iDownlinkEvent = kNoEvent;
@@ -116,7 +122,7 @@ bool CQLibEventListener::FTM_EGPRS_BER_ClearStatus() {
 }
 
 bool CQLibEventListener::FTM_WCDMA_BER_ClearStatus() {
-    m_radioTests.Change([](RadioTestBlocks& blocks) {
+    m_pRadioTests->Change([](RadioTestBlocks& blocks) {
         std::ranges::fill(blocks.wcdma.aReceived, kNotSeen);
         blocks.wcdma.iCleared = 0;
     });
@@ -124,26 +130,27 @@ bool CQLibEventListener::FTM_WCDMA_BER_ClearStatus() {
 }
 
 bool CQLibEventListener::FTM_HSDPA_BER_ClearStatus() {
-    m_radioTests.Change([](RadioTestBlocks& blocks) { std::ranges::fill(blocks.hsdpa.aReceived, kNotSeen); });
+    m_pRadioTests->Change(
+        [](RadioTestBlocks& blocks) { std::ranges::fill(blocks.hsdpa.aReceived, kNotSeen); });
     return true;
 }
 
 bool CQLibEventListener::FTM_GSM_BER_GetStatus(GSM_BER_State* pState) {
-    *pState = m_radioTests.Copy().gsm;
+    *pState = m_pRadioTests->Copy().gsm;
     return true;
 }
 
 bool CQLibEventListener::FTM_EGPRS_BER_GetStatus(EGPRS_BER_State* pState) {
-    *pState = m_radioTests.Copy().egprs;
+    *pState = m_pRadioTests->Copy().egprs;
     return true;
 }
 
 bool CQLibEventListener::FTM_WCDMA_BER_GetStatus(WCDMA_BER_State* pState) {
-    *pState = m_radioTests.Copy().wcdma;
+    *pState = m_pRadioTests->Copy().wcdma;
     return true;
 }
 
 bool CQLibEventListener::FTM_HSDPA_BER_GetStatus(HSDPA_BER_State* pState) {
-    *pState = m_radioTests.Copy().hsdpa;
+    *pState = m_pRadioTests->Copy().hsdpa;
     return true;
 }

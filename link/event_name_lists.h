@@ -1,5 +1,5 @@
-// The names of the events in runs of consecutive ids, separated by white space: a name's id is the first id
-// of its run plus its place. Included by event_names.cpp alone.
+// The names of the events, in lists of consecutive ids, separated by white space: the id of a name is the
+// first id of its list plus its index. Included by event_names.cpp only.
 #pragma once
 
 #include <string_view>

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kWhite = " \n";
 
-/// NextName takes the first name out of a list; empty at its end.
+/// NextName removes the first name from a list and returns it; empty at the end of the list.
 constexpr std::string_view NextName(std::string_view& list) {
     list.remove_prefix(std::min(list.find_first_not_of(kWhite), list.size()));
     const std::string_view name = list.substr(0, list.find_first_of(kWhite));
@@ -18,7 +18,7 @@ constexpr std::string_view NextName(std::string_view& list) {
     return name;
 }
 
-/// A stretch of consecutive ids: each named in a list, or, where that is empty, by a prefix and the id.
+/// A range of consecutive ids, named by a list or, where that is empty, by a prefix and the id.
 struct EventStretch {
     int iFirstId;
     int iLastId;
@@ -53,7 +53,7 @@ constexpr EventStretch kStretches[] = {
     Listed(2049, kNamesFrom2049),
 };
 
-/// The name at a place of a list that is longer than that.
+/// Returns the name at index iPlace of a list that is longer than that.
 std::string_view NameAt(std::string_view list, int iPlace) {
     for (; iPlace > 0; --iPlace)
         NextName(list);
@@ -67,11 +67,11 @@ bool GetEventText(int iEventId, char* sOut) {
         if (iEventId < stretch.iFirstId || iEventId > stretch.iLastId)
             continue;
         if (stretch.names.empty())
-            snprintf(sOut, kEventTextSize, "%s%d", stretch.sPrefix, iEventId);
+            std::snprintf(sOut, kEventTextSize, "%s%d", stretch.sPrefix, iEventId);
         else
             sOut[NameAt(stretch.names, iEventId - stretch.iFirstId).copy(sOut, kEventTextSize - 1)] = '\0';
         return true;
     }
-    snprintf(sOut, kEventTextSize, "EVENT_NOT_FOUND");
+    std::snprintf(sOut, kEventTextSize, "EVENT_NOT_FOUND");
     return false;
 }

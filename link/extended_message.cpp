@@ -5,7 +5,9 @@
 #include <iterator>
 #include <string_view>
 
+#include "link/as_int.h"
 #include "link/crc16.h"
+#include "link/extended_message_text.h"
 #include "link/format_expansion.h"
 #include "link/message_queue.h"
 #include "link/packet_codes.h"
@@ -65,6 +67,6 @@ bool ParseExtendedMessage(const unsigned char* pPacket, ExtendedMessage& message
 void DescribeExtendedMessage(const ExtendedMessage& message, char* sOut) {
     char sText[kExpandedSize];
     ExpandFormat(message.sFormat, message.aArgs, sText);
-    snprintf(sOut, kExtendedMessageTextSize, "Debug Msg: %d.%d - %s-%d\t%s", message.iSubsystemID,
-             AsInt(message.iSubsystemMask), message.sFileName, message.iLineNumber, sText);
+    std::snprintf(sOut, kExtendedMessageTextSize, "Debug Msg: %d.%d - %s-%d\t%s", message.iSubsystemID,
+                  AsInt(message.iSubsystemMask), message.sFileName, message.iLineNumber, sText);
 }

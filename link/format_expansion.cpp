@@ -17,7 +17,7 @@ bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// Text that grows in a buffer and stays within it.
+/// Text that grows in a buffer and never exceeds it.
 class Output {
 public:
     explicit Output(std::span<char> out) : m_out(out.first(out.size() - 1)), m_pTerminator(out.data()) {}
@@ -41,12 +41,12 @@ private:
     size_t m_iUsed = 0;
 };
 
-/// The arguments that are left.
+/// The remaining arguments.
 class Arguments {
 public:
     explicit Arguments(std::span<const DWORD> values) : m_values(values) {}
 
-    /// Take gives the next one; false when there is none.
+    /// Take fetches the next argument; false when there is none.
     bool Take(DWORD& iValue) {
         if (m_values.empty())
             return false;
@@ -59,7 +59,7 @@ private:
     std::span<const DWORD> m_values;
 };
 
-/// One conversion between its '%' and its letter.
+/// One conversion, between '%' and its letter.
 struct Conversion {
     bool bLeft = false;
     bool bPlus = false;
@@ -71,7 +71,7 @@ struct Conversion {
     char cLetter = '\0';
 };
 
-/// Reads a conversion from the text behind its '%'; `s` ends behind what was read.
+/// Reads a conversion from the text after its '%'; `s` ends after what was read.
 class ConversionReader {
 public:
     ConversionReader(const char* s, Arguments& arguments) : m_s(s), m_arguments(arguments) {}
@@ -100,7 +100,7 @@ private:
         }
     }
 
-    /// A number or '*', limited to kMaxWidth; negative only from an argument.
+    /// Reads a number or '*', limited to kMaxWidth; only an argument can be negative.
     LONG ReadNumber() {
         if (*m_s == '*') {
             ++m_s;
@@ -133,7 +133,7 @@ private:
     Conversion m_conversion;
 };
 
-/// Digits from the right, without leading zeros; the value 0 has none.
+/// Digits from the right without leading zeros; 0 has no digits.
 class Digits {
 public:
     Digits(DWORD iValue, unsigned iBase, const char* sDigits) {
@@ -159,7 +159,7 @@ size_t LeastDigits(const Conversion& conversion) {
     return conversion.iPrecision == kNoPrecision ? 1 : static_cast<size_t>(conversion.iPrecision);
 }
 
-/// Sign or base prefix, zeros for precision or width, digits, and blanks on the side that is left.
+/// Writes sign or base prefix, zeros for precision or width, the digits, and blanks on either side.
 void PutNumber(const Conversion& conversion, std::string_view prefix, std::string_view digits,
                Output& output) {
     const bool bPrecise = conversion.iPrecision != kNoPrecision;
@@ -195,7 +195,7 @@ void PutHex(const Conversion& conversion, DWORD iValue, Output& output) {
 
 void PutOctal(const Conversion& conversion, DWORD iValue, Output& output) {
     const Digits digits(iValue, 8, "01234567");
-    // '#' promises a leading zero.
+    // '#' guarantees a leading zero.
     const bool bLacksZero = conversion.bAlternate && LeastDigits(conversion) <= digits.Text().size();
     PutNumber(conversion, bLacksZero ? "0" : "", digits.Text(), output);
 }
@@ -206,7 +206,7 @@ void PutCharacter(const Conversion& conversion, DWORD iValue, Output& output) {
     PutPadded(conversion, bPrintable ? std::string_view(&c, 1) : ".", output);
 }
 
-/// Put expands one conversion; false when its own text has to stand for it.
+/// Put expands one conversion; false when the conversion is to be copied to the output instead.
 bool Put(const Conversion& conversion, Arguments& arguments, Output& output) {
     DWORD iValue = 0;
     if (conversion.cLetter == '%') {

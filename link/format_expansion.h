@@ -1,4 +1,4 @@
-// Expanding a printf-style format that came from outside, with the integers that came with it.
+// Expansion of a printf-style format from outside, with the integers that came with it.
 #pragma once
 
 #include <cstddef>
@@ -6,14 +6,12 @@
 
 #include "platform/types.h"
 
-/// ExpandFormat writes sFormat, expanded with `arguments`, into `out` (at least one character), always
-/// terminated and cut to what fits; it returns the length of the written text. It is made for formats that
-/// nobody vouches for:
-/// - %d %i %u %x %X %o %c %% are expanded, with flags (- + blank # 0), width and precision; '*' takes an
-///   argument. Widths and precisions count up to 100. Length modifiers (h l j z t L q) are skipped: every
-///   argument has 32 bits. An unprintable %c is '.'.
-/// - %s %p %n and the floating-point conversions stand for something that is not in the packet (their
-///   argument is an address in the phone's memory, or spread over two): the conversion's own text is
-///   written, and one argument passed over.
-/// - So does a conversion without an argument left, an unknown or an unfinished one: it stands as it is.
+/// ExpandFormat expands sFormat with `arguments` into `out` (at least one character), terminated and cut to
+/// fit. Returns the length of the written text. Formats need not be trustworthy:
+/// - %d %i %u %x %X %o %c %% are expanded, with flags (- + blank # 0), width and precision; '*' uses up an
+///   argument. Widths and precisions are limited to 100. Length modifiers (h l j z t L q) are ignored: every
+///   argument has 32 bits. An unprintable %c becomes '.'.
+/// - %s %p %n and the floating-point conversions refer to data outside the packet (an address in the phone's
+///   memory) or to two arguments: the conversion itself is copied to the output, and one argument skipped.
+/// - A conversion that is unknown or unfinished, or has no argument left, is also copied.
 size_t ExpandFormat(const char* sFormat, std::span<const DWORD> arguments, std::span<char> out);

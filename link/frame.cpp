@@ -8,7 +8,7 @@
 
 namespace {
 
-using Word = uint64_t; // eight bytes that are looked at together
+using Word = uint64_t; // eight bytes, examined together
 
 constexpr Word kLowBits = 0x0101010101010101;
 constexpr Word kHighBits = 0x8080808080808080;

@@ -1,6 +1,6 @@
-// Diagnostic frames: an asynchronous HDLC-like framing after RFC 1662, without address and control fields.
+// Diagnostic frames: an asynchronous HDLC-like framing based on RFC 1662, without address and control fields.
 //
-// On the wire: [7E] packet and FCS with 7D and 7E escaped, 7E. Nothing else is escaped.
+// On the wire: [7E] packet and FCS with 7D and 7E escaped, 7E. No other byte is escaped.
 #pragma once
 
 #include <array>
@@ -13,17 +13,17 @@ constexpr unsigned char kFrameFlag = 0x7E;
 constexpr unsigned char kFrameEscape = 0x7D;
 constexpr unsigned char kFrameEscapeXor = 0x20;
 
-/// A packet to be sent is shorter than this many bytes.
+/// A packet to be sent has fewer bytes than this.
 constexpr size_t kSendLimit = 4094;
 
-/// The escaped packet with its FCS holds at most this many bytes.
+/// The escaped packet and its FCS have at most this many bytes.
 constexpr size_t kMaxEscapedBody = 4096;
 
-/// UnescapedRun tells how many bytes at the beginning of `bytes` are neither flag nor escape: those stand in
-/// a frame as they are.
+/// UnescapedRun returns the number of bytes at the start of `bytes` that are neither flag nor escape, so a
+/// frame holds them unchanged.
 size_t UnescapedRun(std::span<const unsigned char> bytes);
 
-/// A frame that is ready to be written: an escaped body and its flags.
+/// A frame ready for writing: an escaped body and its flags.
 class EncodedFrame {
 public:
     /// Encode frames a packet, with a leading flag when bStartFlag is set. False, with an empty frame, when

@@ -32,7 +32,7 @@ void FrameDecoder::DecodeFramed(std::span<const unsigned char> bytes) {
         AppendRun(bytes.first(iRun));
         if (iRun == bytes.size())
             return;
-        // An escape just before a flag stays pending: it applies to the next data byte.
+        // An escape just before a flag stays pending and applies to the next data byte.
         if (bytes[iRun] == kFrameEscape)
             m_bEscapePending = true;
         else if (m_iCount > 0)

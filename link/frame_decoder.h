@@ -1,4 +1,4 @@
-// Cutting the received byte stream into packets.
+// Splitting the received byte stream into packets.
 #pragma once
 
 #include <array>
@@ -9,27 +9,27 @@
 class CQLibEventDispatcher;
 class DataLogFileHandler;
 
-/// How received bytes are to be understood.
+/// How received bytes are interpreted.
 enum class ReceiveMode {
     Framed,   // diagnostic frames
-    Raw,      // text, delivered as it comes
-    RawReply, // text, cut behind "OK" and "ERROR"
+    Raw,      // text, delivered as it arrives
+    RawReply, // text, cut after "OK" and "ERROR"
 };
 
-/// FrameDecoder turns bytes into packets, which it posts to the dispatcher. A packet keeps the two FCS bytes
-/// at its end. It belongs to the receive thread.
+/// FrameDecoder splits bytes into packets and posts them to the dispatcher. A packet keeps its two FCS bytes
+/// at the end. Used by the receive thread only.
 class FrameDecoder {
 public:
-    /// Packets go to `dispatcher`, traces to `log`; both must outlive the decoder.
+    /// Packets go to `dispatcher`, log lines to `log`; both must outlive the decoder.
     FrameDecoder(CQLibEventDispatcher& dispatcher, DataLogFileHandler& log)
         : m_dispatcher(dispatcher), m_log(log) {}
 
-    /// Decode takes the bytes of one read. Frames whose FCS is wrong are dropped and logged, save those of
-    /// the phone's unsolicited traffic, whose FCS is not tested; 4096 bytes without a flag are delivered as
-    /// they are. "OK" and "ERROR" are recognised within one read only.
+    /// Decode processes the bytes of one read. Frames with a wrong FCS are logged and dropped, except
+    /// unsolicited packets, whose FCS is not checked. Of a longer run without a flag, 4096 bytes are
+    /// delivered as a packet and the next byte is lost. "OK" and "ERROR" are recognised only within one read.
     void Decode(std::span<const unsigned char> bytes, ReceiveMode eMode);
 
-    /// Reset forgets an incomplete packet.
+    /// Reset discards an incomplete packet.
     void Reset() { m_iCount = 0; }
 
 private:

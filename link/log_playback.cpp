@@ -5,55 +5,56 @@
 #include <string>
 #include <string_view>
 
-#include "link/diag_connection.h"
+#include "link/connection_access.h"
+#include "link/crc16.h"
 
 namespace {
 
 constexpr size_t kMaxLine = 50000; // with its line feed
 constexpr size_t kLeastLine = 19;  // likewise
-constexpr size_t kFcsSize = 2;
 
-/// OpenReadable opens a file whose first byte can be read, or which is empty; null otherwise (a folder can
-/// be opened on some systems).
-FILE* OpenReadable(const char* sFileName) {
-    FILE* pFile = fopen(sFileName, "rb");
+/// OpenReadable opens a file that is empty or whose first byte can be read; null otherwise (some systems can
+/// open a folder).
+std::FILE* OpenReadable(const char* sFileName) {
+    std::FILE* pFile = std::fopen(sFileName, "rb");
     if (pFile == nullptr)
         return nullptr;
-    if (const int iFirst = getc(pFile); iFirst != EOF || ferror(pFile) == 0) {
-        rewind(pFile);
+    if (const int iFirst = std::getc(pFile); iFirst != EOF || std::ferror(pFile) == 0) {
+        std::rewind(pFile);
         return pFile;
     }
-    fclose(pFile);
+    std::fclose(pFile);
     return nullptr;
 }
 
-/// SizeOf tells how many bytes a file has now; negative when it cannot tell.
-long SizeOf(FILE* pFile) {
-    const long iSize = fseek(pFile, 0, SEEK_END) == 0 ? ftell(pFile) : -1;
-    rewind(pFile);
+/// SizeOf returns the current size of a file; negative when it is unknown.
+long SizeOf(std::FILE* pFile) {
+    const long iSize = std::fseek(pFile, 0, SEEK_END) == 0 ? std::ftell(pFile) : -1;
+    std::rewind(pFile);
     return iSize;
 }
 
-/// ReadLine reads a line without its end, keeping at most kMaxLine characters of it; false at the end of
+/// ReadLine reads a line without its line feed and keeps its first kMaxLine characters. False at the end of
 /// the file.
-bool ReadLine(FILE* pFile, std::string& line) {
+bool ReadLine(std::FILE* pFile, std::string& line) {
     line.clear();
-    int iCharacter = getc(pFile);
+    int iCharacter = std::getc(pFile);
     const bool bThere = iCharacter != EOF;
-    for (; iCharacter != EOF && iCharacter != '\n'; iCharacter = getc(pFile))
+    for (; iCharacter != EOF && iCharacter != '\n'; iCharacter = std::getc(pFile))
         if (line.size() < kMaxLine)
             line.push_back(static_cast<char>(iCharacter));
     return bThere;
 }
 
-/// SkipBehind takes everything up to and including the first c from the front of `text`.
+/// SkipBehind removes everything up to and including the first c; false when there is none.
 bool SkipBehind(std::string_view& text, char c) {
     const size_t iFound = text.find(c);
     text.remove_prefix(iFound == std::string_view::npos ? text.size() : iFound + 1);
     return iFound != std::string_view::npos;
 }
 
-/// HexTextOf gives what stands behind the colon of a line that records a received packet; empty for others.
+/// HexTextOf returns the text after the colon of a line that records a received packet; empty for other
+/// lines.
 std::string_view HexTextOf(std::string_view line) {
     if (line.ends_with('\r'))
         line.remove_suffix(1);
@@ -65,7 +66,7 @@ std::string_view HexTextOf(std::string_view line) {
     return SkipBehind(line, ':') ? line : std::string_view();
 }
 
-/// DigitValue is the value of a hex digit; -1 for another character.
+/// DigitValue returns the value of a hex digit, -1 for any other character.
 int DigitValue(char c) {
     if (c >= '0' && c <= '9')
         return c - '0';
@@ -74,8 +75,8 @@ int DigitValue(char c) {
     return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
 }
 
-/// ParseHex reads pairs of digits, with one separator between them, into a packet. False for other text and
-/// for more bytes than a packet has.
+/// ParseHex reads pairs of digits, each followed by one separator, into a packet. False for any other text
+/// and for more bytes than a packet holds.
 bool ParseHex(std::string_view text, QueueItem& packet) {
     constexpr size_t kStep = 3;
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -95,9 +96,10 @@ bool ParseHex(std::string_view text, QueueItem& packet) {
 } // namespace
 
 bool LogPlayback::StartLogFilePlaybackMode(const char* sFileName, unsigned char bKeepLastTwo) {
-    DataLogFileHandler& log = *m_connection.GetDataLogFileHandler();
+    const ConnectionAccess connection(m_connection);
+    DataLogFileHandler& log = connection.Log();
     log.LogMessage(LOG_FN, "QLIB_StartLogFilePlaybackMode(%s, %d)", sFileName, bKeepLastTwo);
-    FILE* pFile = OpenReadable(sFileName);
+    std::FILE* pFile = OpenReadable(sFileName);
     if (pFile == nullptr) {
         log.LogMessage(LOG_RET, "QLIB_StartLogFilePlaybackMode() - Could not open file.");
         return false;
@@ -106,20 +108,22 @@ bool LogPlayback::StartLogFilePlaybackMode(const char* sFileName, unsigned char 
     const size_t iLeftOut = bKeepLastTwo != 0 ? 0 : kFcsSize;
     std::string line;
     QueueItem packet;
-    // No further: when it is the log that is being written, each replayed packet appends a line.
+    // The file may be the log being written, to which every replayed packet adds a line: stop at its present
+    // end.
     const long iEnd = SizeOf(pFile);
-    while ((iEnd < 0 || ftell(pFile) < iEnd) && ReadLine(pFile, line))
+    while ((iEnd < 0 || std::ftell(pFile) < iEnd) && ReadLine(pFile, line))
         if (ParseHex(HexTextOf(line), packet) && packet.length > iLeftOut)
-            m_connection.ReplayPacket({packet.data, packet.length - iLeftOut});
-    fclose(pFile);
-    m_connection.SetPlaybackMode(true);
+            connection.ReplayPacket({packet.data, packet.length - iLeftOut});
+    std::fclose(pFile);
+    connection.SetPlaybackMode(true);
     return true;
 }
 
 bool LogPlayback::StopLogFilePlaybackMode() {
-    m_connection.GetDataLogFileHandler()->LogMessage(LOG_FN, "QLIB_StopLogFilePlaybackMode()");
-    m_connection.CommandResponseQueue().Clear();
-    m_connection.PhoneLogQueue().Clear();
-    m_connection.SetPlaybackMode(false);
+    const ConnectionAccess connection(m_connection);
+    connection.Log().LogMessage(LOG_FN, "QLIB_StopLogFilePlaybackMode()");
+    connection.CommandResponseQueue().Clear();
+    connection.PhoneLogQueue().Clear();
+    connection.SetPlaybackMode(false);
     return true;
 }

@@ -1,4 +1,4 @@
-// The bounded queues in which received packets wait to be taken.
+// The bounded queues of received packets.
 #pragma once
 
 #include <condition_variable>
@@ -20,24 +20,24 @@ struct QueueItem {
 };
 static_assert(sizeof(QueueItem) == 4098);
 
-/// CQLibMessageQueue is a first-in first-out queue that keeps the newest packets: a packet that comes when
-/// it is full pushes the oldest out, without report. Every operation locks it; any thread may call.
+/// CQLibMessageQueue is a FIFO that keeps the newest packets: pushing to a full queue drops the oldest packet
+/// silently. Every operation locks the queue; any thread may call.
 class QUILLET_API CQLibMessageQueue {
 public:
-    /// A queue of at most iCapacity packets.
+    /// Makes a queue of at most iCapacity packets.
     explicit CQLibMessageQueue(DWORD iCapacity);
 
-    /// Push appends a copy of the packet and wakes a waiting thread. Always true.
+    /// Push appends a copy of the packet and wakes one waiting thread. Always true.
     bool Push(const QueueItem* pItem);
-    /// The same from bytes, of which at most kMaxPacketSize are kept.
+    /// The same from bytes; at most kMaxPacketSize of them are kept.
     bool Push(std::span<const unsigned char> packet);
-    /// Pop takes the oldest packet; false, with length 0, when there is none. It never waits.
+    /// Pop removes the oldest packet; false, with length 0, when the queue is empty. Never waits.
     bool Pop(QueueItem* pItem);
-    /// WaitPop takes the oldest packet, waiting at most iLimit_ms for one to come.
+    /// WaitPop is Pop, but waits at most iLimit_ms for a packet to arrive.
     bool WaitPop(QueueItem* pItem, DWORD iLimit_ms);
     /// Clear removes all packets. Always true.
     bool Clear();
-    /// GetCount tells the number of waiting packets. Always true.
+    /// GetCount stores the number of queued packets. Always true.
     bool GetCount(DWORD& iCount) const;
     bool IsEmpty() const;
 
@@ -51,8 +51,8 @@ private:
     const DWORD m_iCapacity;
     mutable std::mutex m_lock;
     std::condition_variable m_arrived;
-    // The packets, each behind its 16-bit length, in a ring of bytes that grows with what is queued: a queue
-    // of short packets stays small, and no packet costs an allocation.
+    // The packets, each after its 16-bit length, in a ring of bytes that grows as needed: a queue of short
+    // packets stays small, and a packet needs no allocation of its own.
     std::vector<unsigned char> m_aRing;
     size_t m_iHead = 0;
     size_t m_iUsed = 0;

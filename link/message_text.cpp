@@ -3,14 +3,18 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "link/as_int.h"
+#include "link/connection_access.h"
 #include "link/crc16.h"
-#include "link/diag_connection.h"
+#include "link/extended_message_text.h"
+#include "link/log_codes.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
 
 namespace {
 
-/// Where the text of one packet goes: every call is one message of the log, one piece of standard output.
+/// Where the text of one packet goes. Each call writes one message of the log or one piece of standard
+/// output.
 class TextSink {
 public:
     TextSink(DataLogFileHandler& log, unsigned int iCategory, bool bToTextLog, bool bToStdout)
@@ -22,13 +26,13 @@ public:
     }
     void Print(const char* sText) {
         if (m_bToStdout)
-            fputs(sText, stdout);
+            std::fputs(sText, stdout);
     }
     void Both(const char* sText) {
         Print(sText);
         Log(sText);
     }
-    /// The same text; on standard output it begins a line.
+    /// The same text, on a new line of standard output.
     void BothOnNewLine(const char* sText) {
         Print("\n");
         Both(sText);
@@ -37,7 +41,7 @@ public:
         char sText[200];
         va_list arguments;
         va_start(arguments, sFormat);
-        vsnprintf(sText, sizeof sText, sFormat, arguments);
+        std::vsnprintf(sText, sizeof sText, sFormat, arguments);
         va_end(arguments);
         Both(sText);
     }
@@ -60,24 +64,23 @@ private:
     const bool m_bToStdout;
 };
 
-/// Which kind of factory-test record it is: standard output only.
+/// Prints which kind of factory-test record it is, to standard output only.
 void PrintFtmKind(const PacketView& record, TextSink& sink) {
-    constexpr size_t kKindOffset = 16;
     constexpr size_t kGsmTestOffset = 18;
     sink.Print("\nFTM Log Code 2 found");
-    switch (record.U16(kKindOffset)) {
-        case 0:
+    switch (record.U16(kFtmLogTypeOffset)) {
+        case kPrintfLogType:
             return sink.Print("\nLOG_FTM2_LOG_PRINTF");
-        case 1:
+        case kOldBluetoothLogType:
             return sink.Print("\nLOG_FTM2_LOG_BT");
-        case 0x1004:
+        case kAgcLogType:
             return sink.Print("\nLOG_FTM2_LOG_WCDMA_AGC");
-        case 0x1005: {
+        case kGsmLogType: {
             char sText[40];
-            snprintf(sText, sizeof sText, "\nLOG_FTM2_LOG_GSM_BER: %d", record.U8(kGsmTestOffset));
+            std::snprintf(sText, sizeof sText, "\nLOG_FTM2_LOG_GSM_BER: %d", record.U8(kGsmTestOffset));
             return sink.Print(sText);
         }
-        case 0x1006:
+        case kWcdmaLogType:
             return sink.Print("\nLOG_FTM2_LOG_WCDMA_BER");
         default:
             return sink.Print("\n Type not known");
@@ -85,10 +88,10 @@ void PrintFtmKind(const PacketView& record, TextSink& sink) {
 }
 
 void DescribeLogRecord(const PacketView& record, TextSink& sink) {
-    constexpr unsigned kFtmLogCode = 0x117C;
-    const unsigned iLogCode = record.U16(6);
+    const unsigned iLogCode = record.U16(kRecordLogCodeOffset);
     char sText[80];
-    snprintf(sText, sizeof sText, "Log Message 0x%X detected, length %d bytes\n\n", iLogCode, record.U16(2));
+    std::snprintf(sText, sizeof sText, "Log Message 0x%X detected, length %d bytes\n\n", iLogCode,
+                  record.U16(kRecordLengthOffset));
     sink.BothOnNewLine(sText);
     if (iLogCode == kFtmLogCode)
         PrintFtmKind(record, sink);
@@ -112,7 +115,7 @@ void DescribeDebugMessage(const PacketView& message, TextSink& sink) {
     sink.Both("\n\n");
 }
 
-/// Describes a packet other than an extended debug message, without its FCS.
+/// Describes a packet without its FCS that is not an extended debug message.
 void DescribeFixed(const PacketView& packet, TextSink& sink) {
     switch (packet.U8(0)) {
         case kLogRecord:
@@ -151,7 +154,7 @@ bool MessageText::DumpAsyncMessageToTextLog(unsigned int iCategory, bool bToStdo
                                             bool bRaw) {
     TextSink sink(*m_connection.GetDataLogFileHandler(), iCategory, bToTextLog, bToStdout);
     QueueItem item;
-    while (m_connection.PhoneLogQueue().Pop(&item)) {
+    while (ConnectionAccess(m_connection).PhoneLogQueue().Pop(&item)) {
         const std::span<const unsigned char> packet(item.data, item.length);
         if (packet.empty())
             continue;

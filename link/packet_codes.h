@@ -1,4 +1,4 @@
-// First bytes of packets that the link itself knows.
+// The first bytes of the packets that the link itself interprets.
 #pragma once
 
 constexpr unsigned char kVersionRequest = 0x00;
@@ -9,7 +9,7 @@ constexpr unsigned char kEventReport = 0x60;
 constexpr unsigned char kExtendedMessage = 0x79;
 constexpr unsigned char kLoopbackRequest = 0x7B;
 
-/// IsUnsolicitedCode tells whether packets with this first byte come from the phone unasked.
+/// IsUnsolicitedCode returns whether the phone sends packets with this first byte unasked.
 constexpr bool IsUnsolicitedCode(unsigned char iCode) {
     return iCode == kLogRecord || iCode == kDebugMessage || iCode == kEventReport ||
            iCode == kExtendedMessage;

@@ -8,14 +8,14 @@
 
 #include "platform/types.h"
 
-/// PacketView reads the fields of packets that the phone sends unasked, for messages to people: a number
-/// that is not all there is 0, a text that is not there is empty. It looks at no byte behind those that it
-/// is asked for. The bytes belong to somebody else.
+/// PacketView reads fields of unsolicited packets, for messages to people. A number that the packet does not
+/// hold completely reads as 0, a missing text as empty. No byte outside the requested field is read. The
+/// bytes are not owned.
 class PacketView {
 public:
     explicit PacketView(std::span<const unsigned char> bytes) : m_bytes(bytes) {}
 
-    /// Has tells whether iSize bytes stand at iOffset.
+    /// Has returns whether the packet holds iSize bytes at iOffset.
     bool Has(size_t iOffset, size_t iSize) const {
         return iOffset <= m_bytes.size() && iSize <= m_bytes.size() - iOffset;
     }
@@ -25,7 +25,7 @@ public:
     unsigned short U16(size_t iOffset) const { return static_cast<unsigned short>(Number(iOffset, 2)); }
     DWORD U32(size_t iOffset) const { return Number(iOffset, 4); }
 
-    /// Text is the text at iOffset up to its zero, to iLimit characters, or to the packet's end.
+    /// Text returns the text at iOffset, up to its zero, iLimit characters or the end of the packet.
     std::string_view Text(size_t iOffset, size_t iLimit) const {
         if (iOffset >= m_bytes.size())
             return "";

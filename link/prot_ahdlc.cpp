@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 #include "link/serial_port.h"
 #include "link/text_log.h"
@@ -13,8 +14,6 @@
 namespace {
 
 constexpr std::string_view kDiagModeCommand = "AT$QCDMG\r";
-constexpr int kDiagModeAttempts = 2;
-constexpr Milliseconds kDiagModeLimit(200);
 constexpr Milliseconds kDiagModeSettling(50);
 constexpr size_t kDiagModeAnswerSize = 20;
 
@@ -133,7 +132,7 @@ bool CProtAHDLC::TryRate(DWORD iRate) {
     m_pPort->SetBaudRate(iRate);
     m_pPort->FlushPCBuffer();
     FlushPhoneBuffer();
-    for (int i = 0; i < kDiagModeAttempts; ++i) {
+    for (int i = 0; i < kDiagModeTries; ++i) {
         if (AskForDiagMode())
             return true;
     }
@@ -143,8 +142,8 @@ bool CProtAHDLC::TryRate(DWORD iRate) {
 bool CProtAHDLC::AskForDiagMode() {
     const auto iSize = static_cast<int>(kDiagModeCommand.size());
     if (m_pPort->Send(reinterpret_cast<const unsigned char*>(kDiagModeCommand.data()), iSize) != iSize)
-        return false; // nobody was asked, so nobody will answer
-    const auto deadline = Clock::now() + kDiagModeLimit;
+        return false; // the request did not go out, so no reply will come
+    const auto deadline = Clock::now() + Milliseconds(kDiagModeTry_ms);
     unsigned char aAnswer[kDiagModeAnswerSize];
     size_t iRead = 0;
     for (auto now = Clock::now(); now < deadline; now = Clock::now()) {

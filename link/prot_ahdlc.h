@@ -1,4 +1,4 @@
-// The framing layer: sends frames through the port and reads it for the receive thread.
+// The framing layer: sends frames through the port and reads the port for the receive thread.
 #pragma once
 
 #include <mutex>
@@ -9,11 +9,15 @@
 class CSerialPort;
 class DataLogFileHandler;
 
-/// CProtAHDLC frames packets for the phone, or passes bytes unchanged in raw mode. It owns neither port nor
-/// log.
+/// Data2DM asks a phone this many times and waits this long for each response.
+constexpr int kDiagModeTries = 2;
+constexpr DWORD kDiagModeTry_ms = 200;
+
+/// CProtAHDLC frames packets for the phone, or passes bytes unchanged in raw mode. It owns neither the port
+/// nor the log.
 ///
-/// Threads: Receive belongs to the receive thread, everything else to the caller's. Whoever reads the port
-/// holds ReaderLock: the receive thread for each pass, Data2DM while it waits for its answer.
+/// Threads: Receive belongs to the receive thread, everything else to the caller's. Reading the port requires
+/// ReaderLock: the receive thread holds it for each pass, Data2DM while it waits for a response.
 class CProtAHDLC {
 public:
     CProtAHDLC() = default;
@@ -21,30 +25,30 @@ public:
     CProtAHDLC(const CProtAHDLC&) = delete;
     CProtAHDLC& operator=(const CProtAHDLC&) = delete;
 
-    /// Data2DM switches a phone whose serial interface is in AT data mode into diagnostic mode. The mask
-    /// chooses the rates to try: 0x01 19200, 0x04 115200 baud; two attempts of 200 ms each. True when the
-    /// phone said OK; the port has its former rate in any case.
+    /// Data2DM switches a phone from AT data mode to diagnostic mode. The mask selects the rates to try: 0x01
+    /// 19200, 0x04 115200 baud. True when the phone replied OK. The port's previous rate is restored in any
+    /// case.
     virtual bool Data2DM(unsigned char iBaudRateMask);
-    /// FlushPhoneBuffer sends a flag, which ends any partial frame that the phone may hold. Always true.
+    /// FlushPhoneBuffer sends a flag, which ends any partial frame in the phone. Always true.
     virtual bool FlushPhoneBuffer();
-    /// SetStartFlag: non-zero makes every frame begin with a flag. Returns the value before.
+    /// SetStartFlag: non-zero puts a flag in front of every frame. Returns the previous value.
     virtual int SetStartFlag(unsigned char bStartFlag);
-    /// SetRawMode: non-zero sends packets as they are.
+    /// SetRawMode: non-zero sends packets without framing.
     virtual void SetRawMode(int iMode);
     /// Send writes one packet of iSize bytes (below 4094) as a frame; iTimeout is only logged. True when
-    /// every byte went out.
+    /// every byte was written.
     virtual bool Send(const unsigned char* pPacket, DWORD iSize, DWORD iTimeout,
                       unsigned char bForceStartFlag);
-    /// Receive takes up to *piCount waiting bytes, without waiting, and tells their number in *piCount; the
-    /// rest of the wanted bytes is 0xFF. False when the read took longer than iLimit_ms.
+    /// Receive reads up to *piCount waiting bytes without blocking, stores their number in *piCount and fills
+    /// the rest of the buffer with 0xFF. False when the read took longer than iLimit_ms.
     virtual bool Receive(unsigned char* pBuffer, DWORD* piCount, DWORD iLimit_ms);
 
-    /// ReceiveWaiting is Receive without the filling, for callers that look at nothing but what was received.
+    /// ReceiveWaiting is Receive without the filling.
     bool ReceiveWaiting(unsigned char* pBuffer, DWORD* piCount, DWORD iLimit_ms);
 
     /// SetPort attaches the port; false for null.
     bool SetPort(CSerialPort* pPort);
-    /// SetLogHandler attaches the text log, to the port as well.
+    /// SetLogHandler attaches the text log, also to the port.
     void SetLogHandler(DataLogFileHandler* pLogHandler);
 
     std::mutex& ReaderLock() { return m_readerLock; }

@@ -1,8 +1,8 @@
-// What the phone's radio tests have reported: one status block per kind of test, byte for byte as callers get
-// them.
+// What the phone's radio tests have reported: one status block per kind of test, in the exact layout that
+// callers receive.
 #pragma once
 
-/// The records of a GSM test, by the phone's numbers. Values without a name are allowed.
+/// The records of a GSM test, with the phone's numbers. Values without a name are allowed.
 enum log_FTM2_GSM_BER_log_id_enum : int {
     LOG_FTM2_START_GSM_MODE_CNF = 0,
     LOG_FTM2_SELECT_SPECIFIC_BCCH_CNF = 1,
@@ -50,9 +50,9 @@ enum log_FTM2_HSDPA_BER_log_id_enum : int {
     LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND = 66,
 };
 
-// In every block aReceived has a flag per record id (counted from the first id of its kind): 1 once a record
-// of that id arrived since the last clear. The other fields hold what the last such record said; clearing
-// leaves them as they are unless said otherwise. Everything is 0 at first.
+// In every block aReceived has a flag per record id (counted from the first id of its kind): 1 after a record
+// of that id arrived since the last clear. The other fields hold the values of the latest such record;
+// clearing does not change them unless stated otherwise. Everything is initially 0.
 
 struct GSM_BER_State {
     unsigned char aReceived[8];
@@ -60,10 +60,10 @@ struct GSM_BER_State {
     unsigned char iSchData;
     unsigned char aUnused[3];
     unsigned char bChannelAssigned; // 1: the last assignment succeeded
-    unsigned char iChannelType;     // of the last data indication, as its CRC result
+    unsigned char iChannelType;     // of the last data indication, like iCrcPass
     unsigned char iCrcPass;
-    unsigned char aTypeReceived[8]; // per channel type 0 to 7; cleared
-    unsigned char aTypeCrcPass[8];  // per channel type; cleared
+    unsigned char aTypeReceived[8]; // per channel type 0 to 7; cleared by a clear
+    unsigned char aTypeCrcPass[8];  // per channel type; cleared by a clear
     unsigned char iRxLevFull;
     unsigned char iRxQualFull;
 };
@@ -72,7 +72,7 @@ static_assert(sizeof(GSM_BER_State) == 34);
 struct EGPRS_BER_State {
     unsigned char aReceived[3];
     unsigned char iUnused;
-    unsigned char iUplinkEvent; // cleared to 2, which is no event
+    unsigned char iUplinkEvent; // a clear sets it to 2, which is no event
     unsigned char iDownlinkEvent;
     unsigned char iRxLevAverage;
 };
@@ -86,7 +86,7 @@ struct WCDMA_BER_State {
     unsigned char iScramblingCode; // low 8 bits
     unsigned char aUnused2[3];
     unsigned char iSetupStatus;       // 1: the channel is set up
-    unsigned char iEstablishedStatus; // 1: the physical channel stands
+    unsigned char iEstablishedStatus; // 1: the physical channel is established
     unsigned char iCleared;           // always 0
     unsigned char aUnused3[16];
 };
@@ -99,11 +99,3 @@ struct HSDPA_BER_State {
     unsigned char iReconfigureStatus;
 };
 static_assert(sizeof(HSDPA_BER_State) == 6);
-
-/// RadioTestBlocks: the four of them.
-struct RadioTestBlocks {
-    GSM_BER_State gsm{};
-    EGPRS_BER_State egprs{};
-    WCDMA_BER_State wcdma{};
-    HSDPA_BER_State hsdpa{};
-};

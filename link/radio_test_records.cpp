@@ -3,29 +3,25 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "link/log_codes.h"
 #include "link/packet_codes.h"
 #include "link/packet_view.h"
+#include "link/radio_test_status.h"
 #include "link/text_log.h"
 
 namespace {
-
-constexpr unsigned short kFtmLogCode = 0x117C;
-constexpr unsigned short kGsmLogType = 0x1005;
-constexpr unsigned short kWcdmaLogType = 0x1006;
-constexpr size_t kLogCodeOffset = 6;
-constexpr size_t kTestRecordOffset = 16;
 
 constexpr size_t kIdOffset = 2;
 constexpr size_t kFirstValue = 3;
 constexpr size_t kSecondValue = 4;
 
-/// A byte of a record: its text in the log, where it stands, and the field that keeps it (null: none).
+/// A byte of a record: its text in the log, its offset, and the field that keeps it (null: none).
 template <class State>
 struct Value {
     const char* sText = nullptr;
     size_t iOffset = 0;
     unsigned char State::*pField = nullptr;
-    unsigned char (*pfnMeaning)(unsigned char) = nullptr; // what is logged and kept instead; null: itself
+    unsigned char (*pfnMeaning)(unsigned char) = nullptr; // converts what is logged and kept; null: unchanged
 
     unsigned char Of(const PacketView& record) const {
         const unsigned char iByte = record.U8(iOffset);
@@ -33,7 +29,7 @@ struct Value {
     }
 };
 
-/// A kind of record. pfnAlso stores what has no field of its own.
+/// A kind of record. pfnAlso stores the values that need more than a field.
 template <class State>
 struct Kind {
     const char* sName;
@@ -121,14 +117,14 @@ constexpr Kind<Hsdpa> kHsdpaKinds[] = {
        &Hsdpa::iReconfigureStatus}}},
 };
 
-/// The kind at an index, or null.
+/// Returns the kind at an index, or null.
 template <class State, size_t kCount>
 const Kind<State>* At(const Kind<State> (&kinds)[kCount], int iIndex) {
     return iIndex >= 0 && iIndex < static_cast<int>(kCount) ? &kinds[iIndex] : nullptr;
 }
 
-/// Calls work(kind, flag number, the test's block in RadioTestBlocks) for the kind of a record; false when
-/// there is none.
+/// Calls work(kind, flag number, the test's block in RadioTestBlocks) for the kind of a record; false for an
+/// unknown kind.
 template <class Work>
 bool WithKind(const PacketView& record, Work work) {
     const unsigned short iType = record.U16(0);
@@ -158,10 +154,10 @@ const char* NameOf(const Kind<State>* pKind) {
 
 std::span<const unsigned char> FindTestRecord(std::span<const unsigned char> packet) {
     const PacketView view(packet);
-    if (view.U8(0) != kLogRecord || view.U16(kLogCodeOffset) != kFtmLogCode ||
-        packet.size() < kTestRecordOffset)
+    if (view.U8(0) != kLogRecord || view.U16(kRecordLogCodeOffset) != kFtmLogCode ||
+        packet.size() < kFtmLogTypeOffset)
         return {};
-    const auto record = packet.subspan(kTestRecordOffset);
+    const auto record = packet.subspan(kFtmLogTypeOffset);
     bool bWhole = true;
     const bool bKnown = WithKind(PacketView(record), [&](const auto& kind, int, auto) {
         bWhole = std::ranges::all_of(

@@ -5,7 +5,7 @@
 #include "link/radio_test_records.h"
 
 void RadioTestStatus::Receive(std::span<const unsigned char> packet, DataLogFileHandler* pLog) {
-    // Answers come here too, the blocks of a download among them: they are not worth a check sequence.
+    // Responses arrive here too, the blocks of a download among them: computing their FCS would be wasted.
     if (packet.empty() || packet[0] != kLogRecord)
         return;
     const auto record = FindTestRecord(WithoutFcs(packet));

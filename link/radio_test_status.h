@@ -1,4 +1,4 @@
-// The status of the radio tests: written as records arrive, read and waited for by the test sessions.
+// The status of the radio tests: updated as records arrive, read and awaited by the test sessions.
 #pragma once
 
 #include <condition_variable>
@@ -12,20 +12,29 @@
 
 class DataLogFileHandler;
 
-/// RadioTestStatus holds the status blocks under one lock. Receive runs on the delivery thread (or, for
+/// The blocks of all four tests.
+struct RadioTestBlocks {
+    GSM_BER_State gsm{};
+    EGPRS_BER_State egprs{};
+    WCDMA_BER_State wcdma{};
+    HSDPA_BER_State hsdpa{};
+};
+
+/// RadioTestStatus guards the status blocks with one lock. Receive runs on the delivery thread (for
 /// recordings, on the caller's), everything else on any thread.
 class QUILLET_API RadioTestStatus {
 public:
-    /// Receive takes the packet's values when it is a record of a radio test. It logs them (pLog may be null)
-    /// before they can be seen in the blocks, so that in the text log a record stands before what it causes.
+    /// Receive stores the values of a radio-test record; other packets are ignored. It logs the record (pLog
+    /// may be null) before it updates the blocks, so that the record precedes its consequences in the text
+    /// log.
     void Receive(std::span<const unsigned char> packet, DataLogFileHandler* pLog);
 
-    /// Copy gives all blocks as they are now.
+    /// Copy returns all blocks in their current state.
     RadioTestBlocks Copy() const;
     /// Change calls `work` with the blocks, under the lock.
     void Change(const std::function<void(RadioTestBlocks&)>& work);
-    /// WaitUntil waits for the blocks to fulfil a condition, which it tests with every change, under the
-    /// lock. False when the deadline came first. It is tested at least once.
+    /// WaitUntil waits until the blocks meet a condition, which is tested under the lock, at once and after
+    /// every change. False when the deadline passes first.
     bool WaitUntil(Clock::time_point deadline, const std::function<bool(const RadioTestBlocks&)>& condition);
 
 private:

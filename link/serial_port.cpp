@@ -29,6 +29,21 @@ enum : int {
     kErrorOther = -200,
 };
 
+PortError OpenErrorOf(DWORD iPlatformError) {
+    switch (iPlatformError) {
+        case 2: // file not found
+        case 3: // path not found
+            return PortError::NoSuchPort;
+        case 5:  // access denied: so systems refuse a port that is open already
+        case 32: // sharing violation
+            return PortError::Held;
+        case 1314: // privilege not held
+            return PortError::NoPermission;
+        default:
+            return PortError::Other;
+    }
+}
+
 } // namespace
 
 CSerialPort::~CSerialPort() {
@@ -36,6 +51,7 @@ CSerialPort::~CSerialPort() {
 }
 
 bool CSerialPort::Open(int iPort) {
+    m_eOpenError = PortError::Other;
     return iPort >= 1 && iPort <= kLastPortNumber && OpenDevice(iPort, 115200, 0, 8, 0);
 }
 
@@ -54,11 +70,12 @@ bool CSerialPort::OpenDevice(int iPort, DWORD iBaudRate, unsigned char iParity, 
     CSerialPort::Close();
     m_iPortNumber = iPort;
     m_iErrorCode = 0;
+    m_eOpenError = PortError::None;
     char sDevice[32];
-    snprintf(sDevice, sizeof sDevice, "\\\\.\\COM%d", iPort);
+    std::snprintf(sDevice, sizeof sDevice, "\\\\.\\COM%d", iPort);
     m_hPort = CreateFileA(sDevice, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     if (m_hPort == INVALID_HANDLE_VALUE)
-        return Fail(kErrorOpen);
+        return Fail(kErrorOpen, OpenErrorOf(GetLastError()));
     if (!Configure(iBaudRate, iParity, iByteSize, iStopBits))
         return false;
     SetLine(SETRTS);
@@ -86,7 +103,7 @@ bool CSerialPort::Configure(DWORD iBaudRate, unsigned char iParity, unsigned cha
 void CSerialPort::SetTimeouts() {
     COMMTIMEOUTS timeouts{};
     GetCommTimeouts(m_hPort, &timeouts);
-    // Reads return at once with what is waiting; a write of n bytes takes at most n + 50 ms.
+    // Reads return at once with the waiting bytes; a write of n bytes takes at most n + 50 ms.
     timeouts.ReadIntervalTimeout = MAXDWORD;
     timeouts.ReadTotalTimeoutMultiplier = 0;
     timeouts.ReadTotalTimeoutConstant = 0;
@@ -123,8 +140,9 @@ bool CSerialPort::SetLineState(DWORD iBaudRate, unsigned char iParity, unsigned 
     return SetCommState(m_hPort, &m_lineState) != 0;
 }
 
-bool CSerialPort::Fail(int iErrorCode) {
+bool CSerialPort::Fail(int iErrorCode, PortError eOpenError) {
     m_iErrorCode = iErrorCode;
+    m_eOpenError = eOpenError;
     if (m_hPort != INVALID_HANDLE_VALUE)
         CloseHandle(m_hPort.exchange(INVALID_HANDLE_VALUE));
     return false;
@@ -178,7 +196,7 @@ int CSerialPort::SendAll(const unsigned char* pData, int iCount) {
             iSent += iWritten;
         if (Clock::now() > deadline)
             return 0;
-        // A device that is gone fails each time: a few tries, then there is nothing to wait for.
+        // A removed device fails every time: give up after a few attempts.
         iFailures = iWritten < 0 ? iFailures + 1 : 0;
         if (iFailures == kWriteAttempts)
             break;

@@ -9,12 +9,13 @@
 #include <mutex>
 #include <string>
 
+#include "link/as_int.h"
 #include "link/clock.h"
 
 namespace {
 
 constexpr int kMaxHexBytes = 3967;
-constexpr size_t kHexDigits = 3; // of one byte, with the blank
+constexpr size_t kHexDigits = 3; // of one byte, with its blank
 constexpr size_t kMaxHexText = kMaxHexBytes * kHexDigits;
 constexpr size_t kMaxFileName = 202;
 
@@ -40,7 +41,7 @@ size_t IndentOf(unsigned int iCategory) {
     return iCategory >= LOG_IO_DEV && iCategory <= LOG_ERR_DEV ? 4 : 0;
 }
 
-/// "00 " to "FF ", each with the zero that ends a text behind it.
+/// "00 " to "FF ", each with a terminating zero.
 using HexText = std::array<char, kHexDigits + 1>;
 constexpr std::array<HexText, 256> kHexTexts = [] {
     constexpr char sDigits[] = "0123456789ABCDEF";
@@ -50,7 +51,7 @@ constexpr std::array<HexText, 256> kHexTexts = [] {
     return texts;
 }();
 
-/// DateAndTime is now, local time. The C library keeps one record of it for all logs of the process.
+/// DateAndTime returns the local time. std::localtime uses one record for the whole process, hence the lock.
 std::string DateAndTime() {
     static std::mutex recordLock;
     const std::lock_guard lock(recordLock);
@@ -99,7 +100,7 @@ void DataLogFileHandler::LogHex(unsigned int iCategory, const unsigned char* pDa
 size_t DataLogFileHandler::BeginText(unsigned int iCategory, const char* sFormat, va_list arguments) {
     const size_t iIndent = IndentOf(iCategory);
     std::memset(m_sText, ' ', iIndent);
-    const int iWanted = vsnprintf(m_sText + iIndent, sizeof m_sText - iIndent, sFormat, arguments);
+    const int iWanted = std::vsnprintf(m_sText + iIndent, sizeof m_sText - iIndent, sFormat, arguments);
     if (iWanted < 0) {
         m_sText[iIndent] = '\0';
         return iIndent;
@@ -112,7 +113,7 @@ void DataLogFileHandler::WriteMessage(unsigned int iCategory) {
     WriteLine(m_sText, static_cast<int>(iCategory));
     if (m_pfnTextLogCallBack == nullptr)
         return;
-    // A copy: the callback may log, and so write over the text.
+    // A copy, because the callback may log and so overwrite the text.
     TextLogRecord record{};
     record.iCategory = static_cast<unsigned short>(iCategory);
     record.iElapsed_ms = iElapsed_ms;
@@ -125,13 +126,13 @@ void DataLogFileHandler::WriteLine(const char* sText, int iCategory) {
     const std::lock_guard lock(m_lock);
     if (!m_bLoggingEnabled || !OpenFile())
         return;
-    fprintf(m_hLogFile, "%d\t,%s,%s\n", AsInt(Elapsed_ms()), CategoryName(iCategory), sText);
-    fflush(m_hLogFile);
+    std::fprintf(m_hLogFile, "%d\t,%s,%s\n", AsInt(Elapsed_ms()), CategoryName(iCategory), sText);
+    std::fflush(m_hLogFile);
 }
 
 bool DataLogFileHandler::OpenFile() {
     if (m_hLogFile == nullptr && !m_sLogFileName.empty())
-        m_hLogFile = fopen(m_sLogFileName.c_str(), "w");
+        m_hLogFile = std::fopen(m_sLogFileName.c_str(), "w");
     return m_hLogFile != nullptr;
 }
 
@@ -142,7 +143,7 @@ DWORD DataLogFileHandler::Elapsed_ms() const {
 void DataLogFileHandler::EndFile() {
     if (m_hLogFile != nullptr) {
         WriteLine("Stop Log", LOG_IO);
-        fclose(m_hLogFile);
+        std::fclose(m_hLogFile);
         m_hLogFile = nullptr;
     }
     m_iStartTime_ms = TickCount_ms();

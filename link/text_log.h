@@ -1,4 +1,4 @@
-// The connection's text log: categorised lines in a file and to a callback.
+// The connection's text log: lines with categories, written to a file and to a callback.
 #pragma once
 
 #include <atomic>
@@ -7,86 +7,53 @@
 #include <mutex>
 #include <string>
 
+#include "link/text_log_callback.h"
 #include "platform/export.h"
 #include "platform/types.h"
 
-/// Log categories: one bit each.
-enum LogCategory : unsigned {
-    LOG_IO = 0x0001,       // bytes sent and received
-    LOG_FN = 0x0002,       // a library operation with its arguments
-    LOG_RET = 0x0004,      // its result
-    LOG_ASYNC = 0x0008,    // unsolicited traffic of the phone
-    LOG_ERR = 0x0010,      // errors of the exchange
-    LOG_IO_AHDLC = 0x0020, // framing ...
-    LOG_FN_AHDLC = 0x0040,
-    LOG_RET_AHDLC = 0x0080,
-    LOG_INF_AHDLC = 0x0100,
-    LOG_ERR_AHDLC = 0x0200,
-    LOG_IO_DEV = 0x0400, // serial port ...
-    LOG_FN_DEV = 0x0800,
-    LOG_RET_DEV = 0x1000,
-    LOG_INF_DEV = 0x2000,
-    LOG_ERR_DEV = 0x4000,
-};
-
-/// The mask that a started log uses unless told otherwise: operations, results, traffic, errors.
-constexpr unsigned kDefaultLogFlags = 0x421F;
-
-/// What the log callback receives: 1008 bytes.
-struct TextLogRecord {
-    unsigned short iCategory; // low 16 bits of the category
-    unsigned short iReserved; // not set
-    DWORD iElapsed_ms;        // since the log was last started or stopped
-    char sText[1000];         // the message with its indent, cut to 999 characters
-};
-static_assert(sizeof(TextLogRecord) == 1008);
-
-/// Receives every written message, on the thread that writes it; iSize is 1008. It may log itself.
-using TextLogCallBack = void (*)(unsigned short iSize, unsigned char* pRecord, void* pUserData);
-
-/// DataLogFileHandler writes one connection's text log. A line of the file reads: elapsed milliseconds, a
-/// tab, a comma, the category's name, a comma, the text. The file and the default name lie in the
-/// process's current directory; it is opened by the first line after a start, and flushed after each line.
+/// DataLogFileHandler writes one connection's text log. A line of the file is: elapsed milliseconds, tab,
+/// comma, name of the category, comma, text. Relative file names refer to the process's current directory.
+/// The first line after a start opens the file; every line is flushed.
 ///
-/// Threads: any thread may log; one lock is held around one message (format, file, callback), so lines
-/// never mix. The mask is tested before anything is formatted.
+/// Threads: any thread may log. One lock is held for a whole message (format, file, callback), so lines never
+/// mix. The mask is tested before anything is formatted.
 class QUILLET_API DataLogFileHandler {
 public:
-    /// Nothing is written at first: the mask is 0 and output is off. sLogFileName may be null.
+    /// Nothing is written at first: the mask is 0 and output is disabled. sLogFileName may be null.
     explicit DataLogFileHandler(const char* sLogFileName = nullptr);
     /// Ends the file with a "Stop Log" line.
     virtual ~DataLogFileHandler();
     DataLogFileHandler(const DataLogFileHandler&) = delete;
     DataLogFileHandler& operator=(const DataLogFileHandler&) = delete;
 
-    /// LogMessage writes a message (printf conventions) under a category when the mask lets it through.
-    /// Texts that come from outside go through "%s".
+    /// LogMessage writes a message (printf conventions) if the mask includes its category. Texts from outside
+    /// must be passed through "%s".
     void LogMessage(unsigned int iCategory, const char* sFormat, ...) QUILLET_PRINTF(3, 4);
 
-    /// LogHex writes a message whose end is the hex text of iLength bytes. sFormat is the text before it.
+    /// LogHex writes a message of formatted text followed by the hex text of iLength bytes.
     void LogHex(unsigned int iCategory, const unsigned char* pData, int iLength, const char* sFormat, ...)
         QUILLET_PRINTF(5, 6);
 
-    /// Wants tells whether messages of a category are written at all.
+    /// Wants returns whether the mask includes a category.
     bool Wants(unsigned int iCategory) const { return (iCategory & m_iLogFlags) != 0; }
 
-    /// WriteLine writes one line to the file, whatever the mask.
+    /// WriteLine writes one line to the file, regardless of the mask.
     void WriteLine(const char* sText, int iCategory);
 
-    /// RestartLog ends the file, when one is open, and begins it anew. Always true.
+    /// RestartLog ends an open file and starts it anew. Always true.
     virtual bool RestartLog();
     /// CloseLog ends the file and restarts the elapsed time.
     void CloseLog();
 
-    /// Start names the file (cut to 202 characters), sets the mask, switches output on and restarts.
+    /// Start sets the file name (cut to 202 characters) and the mask, enables output and restarts.
     bool Start(const char* sFileName, unsigned int iLogFlags);
-    /// Stop forgets the file's name and closes it; the callback keeps receiving messages.
+    /// Stop closes the file and forgets its name; the callback still receives messages.
     void Stop();
     void SetFlags(unsigned int iLogFlags) { m_iLogFlags = iLogFlags; }
     void SetCallBack(void* pUserData, TextLogCallBack pfnCallBack);
 
-    /// FormatHexBytes renders bytes as two upper-case hex digits and a blank each, zero-terminated, into
-    /// a buffer of at least kHexTextSize characters; at most 3967 bytes are rendered.
+    /// FormatHexBytes writes each byte as two upper-case hex digits and a blank, zero-terminated, into a
+    /// buffer of at least kHexTextSize characters. Bytes after the 3967th are ignored.
     static void FormatHexBytes(char* sOut, const unsigned char* pData, int iLength);
     static constexpr size_t kHexTextSize = 12200;
 
@@ -101,7 +68,7 @@ private:
     char m_sText[12284];                 // one message, with its indent
     std::string m_sLogFileName;
     std::atomic<unsigned> m_iLogFlags{0};
-    FILE* m_hLogFile = nullptr;
+    std::FILE* m_hLogFile = nullptr;
     bool m_bLoggingEnabled = false;
     DWORD m_iStartTime_ms = 0;
     TextLogCallBack m_pfnTextLogCallBack = nullptr;

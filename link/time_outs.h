@@ -1,11 +1,7 @@
 // The configurable time-outs of a connection.
 #pragma once
 
-#include <array>
-
-#include "platform/types.h"
-
-/// Which time-out: the index into the connection's table.
+/// Identifies a time-out: its index in the connection's table.
 enum QMSL_TimeOutType_Enum : int {
     QMSL_TimeOut_SyncRequest = 0,      // an ordinary request
     QMSL_TimeOut_PhoneCheck = 1,       // each of the two requests of the phone check
@@ -15,15 +11,3 @@ enum QMSL_TimeOutType_Enum : int {
     QMSL_TimeOut_MultipleResponse = 5, // commands that collect several delayed responses
     QMSL_TimeOut_CalibrationSweep = 6, // the RF calibration sweep
 };
-
-/// The number of time-outs.
-constexpr int kTimeOutCount = 7;
-
-/// Their values before anybody changes them, in ms.
-inline constexpr std::array<DWORD, kTimeOutCount> kDefaultTimeOuts = {4000, 80,    200,  1000,
-                                                                      6000, 10000, 10000};
-
-/// IsTimeOutId tells whether there is a time-out of that number.
-constexpr bool IsTimeOutId(QMSL_TimeOutType_Enum eTimeOutId) {
-    return eTimeOutId >= 0 && eTimeOutId < kTimeOutCount;
-}

@@ -1,8 +1,8 @@
 // Component automation on a thread.
 #pragma once
 
-/// While a ComApartment lives, the thread that made it may use automation objects (Windows: COM, in a
-/// single-threaded apartment). Nothing elsewhere. It is destroyed on the thread that made it.
+/// A ComApartment lets the thread that made it use automation objects (on Windows: COM, in a single-threaded
+/// apartment) until it is destroyed, on the same thread. No effect on Linux.
 class ComApartment {
 public:
     ComApartment();

@@ -1,5 +1,5 @@
-// QUILLET_API marks what other programs may use of the library; QUILLET_C_API the same for functions
-// that are found by their plain names.
+// QUILLET_API exports a class or function of the library to other programs; QUILLET_C_API also gives a
+// function C linkage, so that it is found by its plain name.
 #pragma once
 
 #include <cstdio>
@@ -12,8 +12,12 @@
 
 #define QUILLET_C_API extern "C" QUILLET_API
 
-/// Tells the compiler that argument number iFormat is a printf format for the arguments from number iFirst
-/// on (member functions count `this` as number 1).
+/// QUILLET_API_INLINE marks an exported operation whose body is in the header. Programs compile it into
+/// themselves, so that its exceptions are thrown in the caller's module.
+#define QUILLET_API_INLINE QUILLET_API __attribute__((used)) inline
+
+/// Declares argument iFormat to be a printf format for the arguments from iFirst on. In member functions,
+/// `this` is argument 1.
 #ifdef _WIN32
 #define QUILLET_PRINTF(iFormat, iFirst) __attribute__((format(__MINGW_PRINTF_FORMAT, iFormat, iFirst)))
 #else

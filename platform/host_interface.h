@@ -8,7 +8,7 @@ using tLogProc = void(HOST_CALL*)(int iPluginNumber, int iMessageType, char* sTe
 using tRequestProc = BOOL(HOST_CALL*)(int iPluginNumber, int iRequestType, char* sTitle, char* sText,
                                       char* sReturnedText, int iMaxLength);
 
-/// What the host knows of a remote file.
+/// The properties of a remote file.
 struct RemoteInfoStruct {
     DWORD SizeLow;
     DWORD SizeHigh;

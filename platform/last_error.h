@@ -1,4 +1,4 @@
-// The thread's last error, by which an entry point tells its caller more than its result does.
+// The thread's last error, through which an entry point reports more than its result.
 #pragma once
 
 #include "platform/types.h"
@@ -7,6 +7,6 @@
 constexpr DWORD kErrorNoMoreFiles = 18;
 
 /// SetThreadLastError sets the calling thread's last error as the host sees it. On Windows that is the
-/// system's own; on Linux, where hosts have no such convention, it is errno, with ENODATA standing for
-/// kErrorNoMoreFiles (an errno that nothing else in the library produces) and EIO for every other value.
+/// system's own. On Linux, where hosts have no such convention, it is errno: ENODATA for kErrorNoMoreFiles
+/// (nothing else in the library sets it), EIO for every other value.
 void SetThreadLastError(DWORD iError);

@@ -1,10 +1,10 @@
-// Waiting for the serial port's input.
+// Waiting for input from the serial port.
 #pragma once
 
 #include "platform/types.h"
 
-/// WaitForSerialInput returns when the port may have bytes to read, when it was closed, and at the latest
-/// after iLimit_ms: at once where the system can tell that bytes have arrived (Linux), after one millisecond
-/// where it cannot (Windows). A port whose device is gone, or that is not open, does not make it return in
-/// a tight loop. `hPort` is a handle of CreateFileA.
+/// WaitForSerialInput returns when the port may have bytes to read, when it is closed, or after iLimit_ms.
+/// Linux reports the arrival of bytes at once; on Windows, which does not, the function returns after one
+/// millisecond. It also waits for a port whose device is gone or which is not open, so that callers do not
+/// spin. `hPort` is a handle from CreateFileA.
 void WaitForSerialInput(void* hPort, DWORD iLimit_ms);

@@ -2,7 +2,7 @@
 #pragma once
 
 /// While a FineTimer lives, waits of one millisecond take about one millisecond. It raises the timer
-/// resolution on Windows and does nothing on Linux, where waits are fine already.
+/// resolution on Windows and does nothing on Linux, where waits are precise already.
 class FineTimer {
 public:
     FineTimer();

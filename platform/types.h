@@ -1,4 +1,4 @@
-// The 32-bit values that the interface calls `unsigned long` and `long`.
+// The 32-bit values that interfaces call `unsigned long` and `long`.
 #pragma once
 
 #include <type_traits>
@@ -9,8 +9,3 @@ using DWORD = std::conditional_t<sizeof(unsigned long) == 4, unsigned long, unsi
 
 /// The signed counterpart of DWORD.
 using LONG = std::conditional_t<sizeof(long) == 4, long, int>;
-
-/// AsInt gives a 32-bit value the type that "%d" and "%X" take on every system.
-constexpr int AsInt(DWORD iValue) {
-    return static_cast<int>(iValue);
-}

@@ -5,15 +5,15 @@
 
 #include "platform/host_interface.h"
 
-/// Where a message is shown: before the host's window and, where the host has to show it, through its request
-/// callback. Either may be null.
+/// Where a message is shown: in front of the host's window or, if the host shows it, through the host's
+/// request callback. Either may be null.
 struct MessageHost {
     HWND hOwner;
     int iPluginNumber;
     tRequestProc pfnRequest;
 };
 
-/// ShowUserMessage shows a text with a title and an OK button, and returns when the user has dismissed it.
-/// On Windows that is a message box, which dispatches the thread's messages meanwhile; on Linux the host's
-/// own (its request callback, RT_MsgOK): without a callback nothing is shown and nothing blocks.
+/// ShowUserMessage shows a text with a title and an OK button, and returns when the user dismisses it. On
+/// Windows it is a message box, which dispatches the thread's messages meanwhile; on Linux the host shows it
+/// (request callback, RT_MsgOK). Without a callback nothing is shown on Linux, and nothing blocks.
 void ShowUserMessage(const MessageHost& host, std::string sTitle, std::string sText);

@@ -1,19 +1,18 @@
-// Events that threads wait for, with or without serving the thread's window messages meanwhile.
+// Events for threads to wait on, with or without dispatching the thread's window messages meanwhile.
 #pragma once
 
 #include <span>
 
 #include "platform/types.h"
 
-/// What a wait returns besides the index of the event that ended it.
+/// The results of a wait other than the index of the event that ended it.
 constexpr DWORD kWaitTimedOut = 258;
 constexpr DWORD kWaitFailed = 0xFFFFFFFF;
 
-/// A limit that never passes.
+/// A time limit that never expires.
 constexpr DWORD kWaitForever = 0xFFFFFFFF;
 
-/// WaitEvent is set by one thread and waited for by others; one wait takes it, which unsets it. Set and Wait
-/// may be called from any thread.
+/// WaitEvent is an auto-reset event: one wait takes it, which resets it. Any thread may call Set and Wait.
 class WaitEvent {
 public:
     explicit WaitEvent(bool bSet = false);
@@ -21,19 +20,19 @@ public:
     WaitEvent(const WaitEvent&) = delete;
     WaitEvent& operator=(const WaitEvent&) = delete;
 
-    /// False when the system gave no event: Set does nothing then, and waits fail.
+    /// False when the system could not create the event: Set then does nothing, and waits fail.
     bool IsValid() const { return m_hEvent != nullptr; }
     void Set();
-    /// Wait takes the event, waiting at most iLimit_ms for it to be set. Window messages stay unserved.
+    /// Wait takes the event, waiting at most iLimit_ms until it is set. Window messages are not dispatched.
     bool Wait(DWORD iLimit_ms);
-    /// The event as WaitWithMessages takes it; it stays the event's.
+    /// The handle for WaitWithMessages; the event keeps ownership.
     void* Handle() const { return m_hEvent; }
 
 private:
     void* const m_hEvent;
 };
 
-/// WaitWithMessages waits until one of the events is set, takes it and returns its index; kWaitTimedOut
-/// after iLimit_ms, kWaitFailed for a handle that is none. On Windows the window messages of the calling
-/// thread are dispatched meanwhile, so anything that the thread's windows and timers do may happen.
+/// WaitWithMessages waits until one of the events is set, takes it and returns its index. Returns
+/// kWaitTimedOut after iLimit_ms, kWaitFailed for an invalid handle. On Windows it dispatches the window
+/// messages of the calling thread meanwhile, so code of its windows and timers may run.
 DWORD WaitWithMessages(std::span<void* const> handles, DWORD iLimit_ms);

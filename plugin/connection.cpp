@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/idle_tick.h"
-#include "plugin/front_state.h"
+#include "plugin/front.h"
 #include "plugin/listing.h"
 #include "plugin/operation.h"
 #include "plugin/port_discovery.h"
@@ -22,63 +22,62 @@ bool OnSoftwareDownload(void*) {
 
 void OnAsyncMessage(unsigned short, unsigned char*, void*) {}
 
-// The COM port of the diagnostic interface of the first phone; 0 when there is none.
-unsigned short FindDiagnosticPort() {
-    unsigned char aPorts[20] = {};
-    int iDevices = 0;
-    int iBytes = sizeof aPorts;
-    FindPhonePorts(aPorts, &iDevices, &iBytes);
-    return iDevices > 0 ? aPorts[1] : 0;
-}
-
 // A context for the phone that is attached, or null. Its port may have failed to open.
 void* ConnectToPhone(Operation& operation) {
     QLIB_SetQpstMode(0);
-    const unsigned short iComPort = FindDiagnosticPort();
-    void* const hContext = iComPort ? QLIB_ConnectPort(iComPort) : nullptr;
+    const PhoneSearch search = SearchPhone();
+    operation.State().search = search;
+    void* const hContext = search.iPort ? QLIB_ConnectPort(search.iPort) : nullptr;
     if (hContext)
-        operation.Log(MSGTYPE_DETAILS, "CONNECTED on port COM" + std::to_string(iComPort));
+        operation.Log(MSGTYPE_DETAILS, "CONNECTED on port COM" + std::to_string(search.iPort));
     return hContext;
 }
 
-void ConfigureCallBacks() {
-    QLIB_ConfigureCallBacks(front.ContextHandle, OnDirEntry, OnSoftwareDownload, OnAsyncMessage);
-    QLIB_ConfigureEfsCallbacks(front.ContextHandle, TransferProgress, OnDirEntry);
+void ConfigureCallBacks(void* hContext) {
+    QLIB_ConfigureCallBacks(hContext, OnDirEntry, OnSoftwareDownload, OnAsyncMessage);
+    QLIB_ConfigureEfsCallbacks(hContext, TransferProgress, OnDirEntry);
+}
+
+void CloseContext(Operation& operation) {
+    QLIB_DisconnectPort(std::exchange(operation.State().ContextHandle, nullptr));
 }
 
 void Open(Operation& operation) {
     operation.Log(MSGTYPE_CONNECT, "CONNECT");
-    front.ContextHandle = ConnectToPhone(operation);
+    operation.State().ContextHandle = ConnectToPhone(operation);
 }
 
 void Reopen(Operation& operation) {
-    QLIB_DisconnectPort(std::exchange(front.ContextHandle, nullptr));
-    front.ContextHandle = ConnectToPhone(operation);
+    CloseContext(operation);
+    operation.State().ContextHandle = ConnectToPhone(operation);
     operation.Log(MSGTYPE_DETAILS, "DISCONNECTED");
-    StopIdleTimer();
+    StopIdleTimer(operation);
 }
 
 // True when the connection is open and the phone answers.
 bool OpenOrCheck(Operation& operation) {
-    if (!front.ContextHandle)
-        Open(operation);
-    else if (QLIB_IsPhoneConnected(front.ContextHandle))
+    bool& bAnswered = operation.State().bPhoneAnswered;
+    bAnswered = operation.Context() && QLIB_IsPhoneConnected(operation.Context());
+    if (bAnswered)
         return true;
-    else
+    if (operation.Context())
         Reopen(operation);
+    else
+        Open(operation);
     return false;
 }
 
 } // namespace
 
 void EnsureConnected(Operation& operation) {
-    front.IdleTicks = kIdleTicks;
+    operation.State().IdleTicks = kIdleTicks;
     if (!operation.MayChangeConnection() || OpenOrCheck(operation))
         return;
-    if (front.ContextHandle) {
-        ConfigureCallBacks();
-        if (QLIB_IsPhoneConnected(front.ContextHandle))
-            RestartIdleTimer();
+    if (operation.Context()) {
+        ConfigureCallBacks(operation.Context());
+        operation.State().bPhoneAnswered = QLIB_IsPhoneConnected(operation.Context());
+        if (operation.State().bPhoneAnswered)
+            RestartIdleTimer(operation);
     } else {
         operation.Log(MSGTYPE_DETAILS, "NOT CONNECTED");
     }
@@ -86,33 +85,35 @@ void EnsureConnected(Operation& operation) {
 }
 
 void Disconnect(Operation& operation) {
-    QLIB_DisconnectPort(std::exchange(front.ContextHandle, nullptr));
-    StopIdleTimer();
+    CloseContext(operation);
+    operation.State().search.reset();
+    StopIdleTimer(operation);
     operation.Log(MSGTYPE_DETAILS, "DISCONNECTED");
 }
 
-void RestartIdleTimer() {
-    StopIdleTimer();
+void RestartIdleTimer(Operation& operation) {
+    StopIdleTimer(operation);
     // Looking up a context registers the library's clean-up at exit. It has to stand before the tick's, which
     // comes with the first tick: what is registered last runs first, and no tick may meet the clean-up.
     QLIB_IsPhoneConnected(nullptr);
-    front.IdleTimerId = StartIdleTick(kIdlePeriod_ms, IdleTimerProc);
-    front.IdleTicks = kIdleTicks;
+    operation.State().IdleTimerId = StartIdleTick(kIdlePeriod_ms, IdleTimerProc);
+    operation.State().IdleTicks = kIdleTicks;
 }
 
-void StopIdleTimer() {
-    if (front.IdleTimerId)
-        StopIdleTick(std::exchange(front.IdleTimerId, 0));
+void StopIdleTimer(Operation& operation) {
+    if (operation.State().IdleTimerId)
+        StopIdleTick(std::exchange(operation.State().IdleTimerId, 0));
 }
 
 void IdleTimerProc(uintptr_t iTickId) {
     try {
         Operation operation(Operation::Kind::Tick);
-        if (!operation.Owns() || iTickId != front.IdleTimerId || !front.ContextHandle)
+        if (!operation.Owns() || iTickId != operation.State().IdleTimerId || !operation.Context())
             return;
-        front.IdleTicks = std::max<LONG>(front.IdleTicks - 1, 0);
-        const bool bAnswers = QLIB_IsPhoneConnected(front.ContextHandle);
-        if (!bAnswers || front.IdleTicks == 0)
+        LONG& iTicks = operation.State().IdleTicks;
+        iTicks = std::max<LONG>(iTicks - 1, 0);
+        const bool bAnswers = QLIB_IsPhoneConnected(operation.Context());
+        if (!bAnswers || iTicks == 0)
             Disconnect(operation);
     } catch (const std::exception&) {
         // No memory for a log line; the connection is closed all the same.

@@ -28,27 +28,31 @@ int ShowBanner() {
     return FS_EXEC_OK;
 }
 
-int Open(const char* sPhonePath, char* sHostName) {
-    const std::string sFolder = LinkedFolder(sPhonePath);
+int Open(Operation& operation, const char* sPhonePath, char* sHostName) {
+    const std::string sFolder = LinkedFolder(operation, sPhonePath);
     if (sFolder.empty())
         return FS_EXEC_YOURSELF;
-    return WriteBack(sFolder, SeparatorOf(sHostName), sHostName) ? FS_EXEC_SYMLINK : FS_EXEC_ERROR;
+    return WriteBack(sFolder, SeparatorOf(sHostName), sHostName)
+               ? FS_EXEC_SYMLINK
+               : operation.Fail(FS_EXEC_ERROR,
+                                "the link leads to a path that is too long for the file manager");
 }
 
-int ShowProperties(HWND hMainWindow, const char* sPhonePath) {
-    TellUser(hMainWindow, "Properties", PropertiesText(sPhonePath));
+int ShowProperties(Operation& operation, HWND hMainWindow, const char* sPhonePath) {
+    operation.TellUser(hMainWindow, "Properties", PropertiesText(operation, sPhonePath));
     return FS_EXEC_OK;
 }
 
-int Execute(HWND hMainWindow, char* sHostName, std::string_view sVerb) {
+int Execute(Operation& operation, HWND hMainWindow, char* sHostName, std::string_view sVerb) {
     char sPhonePath[kMaxPathSize];
     CopyHostPath(sHostName, sPhonePath);
+    operation.Describe(sVerb == kOpen ? "open" : "properties", sPhonePath);
     if (sVerb == kOpen)
-        return Open(sPhonePath, sHostName);
+        return Open(operation, sPhonePath, sHostName);
     if (sVerb == kProperties)
-        return ShowProperties(hMainWindow, sPhonePath);
+        return ShowProperties(operation, hMainWindow, sPhonePath);
     if (sVerb.starts_with(kQuote))
-        return RunQuoteCommand(sHostName, sVerb.data() + kQuote.size());
+        return RunQuoteCommand(operation, sHostName, sVerb.data() + kQuote.size());
     return FS_EXEC_OK;
 }
 
@@ -56,8 +60,10 @@ int Execute(HWND hMainWindow, char* sHostName, std::string_view sVerb) {
 
 int HOST_CALL FsExecuteFile(HWND hMainWindow, char* sRemoteName, char* sVerb) {
     if (!sVerb || !IsUsableHostPath(sRemoteName))
-        return FS_EXEC_ERROR;
+        return RefusePath("execute", FS_EXEC_ERROR);
     if (sVerb == kProperties && IsPluginItself(sRemoteName))
         return ShowBanner();
-    return UsePhone(FS_EXEC_ERROR, [&](Operation&) { return Execute(hMainWindow, sRemoteName, sVerb); });
+    return UsePhone(FS_EXEC_ERROR, [&](Operation& operation) {
+        return Execute(operation, hMainWindow, sRemoteName, sVerb);
+    });
 }

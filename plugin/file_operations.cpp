@@ -1,44 +1,62 @@
 // What the host does to files and folders on the phone without copying them.
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
 #include "plugin/phone_status.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 namespace {
 
-// Connects and calls `act` with the phone path of sHostPath: 1 when it returned true.
+// Connects and calls `act` with the phone path of sHostPath; its result, or 0 when there is no connection.
 template <class Act>
-BOOL ActOnPath(char* sHostPath, Act act) {
+BOOL ActOnPath(const char* sWhat, char* sHostPath, Act act) {
     char sPhonePath[kMaxPathSize];
     if (!TakeHostPath(sHostPath, sPhonePath))
-        return 0;
+        return RefusePath(sWhat, 0);
     return UsePhone(0, [&](Operation& operation) {
+        operation.Describe(sWhat, sPhonePath);
         EnsureConnected(operation);
-        return front.ContextHandle && act(static_cast<const char*>(sPhonePath)) ? 1 : 0;
+        if (!operation.Context())
+            return operation.Fail(0, NoHandsetReason(operation));
+        return act(operation, static_cast<const char*>(sPhonePath)) ? 1 : 0;
     });
 }
 
-bool IsFolderOnPhone(const char* sPhonePath) {
-    PhoneStatus status;
-    return status.Ask(sPhonePath) && status.IsFolder();
+// True when the phone answered; a refusal is told to the host, but does not show in the result.
+bool Remove(Operation& operation, bool (*pfnRequest)(void*, const char*), const char* sPhonePath) {
+    const bool bAnswered = pfnRequest(operation.Context(), sPhonePath);
+    if (!bAnswered || IsRefused(operation))
+        operation.Complain(FailureReason(operation));
+    return bAnswered;
 }
 
-// FS_FILE_OK when nothing stands at the new path.
-int CheckTargetIsFree(const char* sNewPath) {
+bool IsFolderOnPhone(Operation& operation, const char* sPhonePath) {
     PhoneStatus status;
-    if (!status.Ask(sNewPath))
-        return FS_FILE_READERROR;
-    return status.Exists() ? FS_FILE_EXISTS : FS_FILE_OK;
+    return status.Ask(operation, sPhonePath) && status.IsFolder();
 }
 
-int Rename(const char* sOldPath, const char* sNewPath) {
+bool MakeFolder(Operation& operation, const char* sPhonePath) {
+    if (QLIB_EFS2_DIAG_MKDIR(operation.Context(), sPhonePath))
+        return true;
+    const OperationFailure failure = LastFailure(operation);
+    if (kExistingFolderCountsAsMade && IsFolderOnPhone(operation, sPhonePath))
+        return true;
+    // Hosts that want to hear of an existing folder expect it: they make the folders of every tree that they
+    // copy.
+    const bool bExpected = !kExistingFolderCountsAsMade && failure.iErrorNo == EFS2_ERROR_EXISTS;
+    return bExpected ? false : operation.Fail(false, FailureReason(operation, failure));
+}
+
+int Rename(Operation& operation, const char* sOldPath, const char* sNewPath) {
     DWORD iErrorNo = 0;
-    if (!QLIB_EFS2_DIAG_RENAME(front.ContextHandle, sOldPath, sNewPath, &iErrorNo))
-        return FS_FILE_NOTSUPPORTED;
-    return iErrorNo == 0 ? FS_FILE_OK : FS_FILE_WRITEERROR;
+    if (!QLIB_EFS2_DIAG_RENAME(operation.Context(), sOldPath, sNewPath, &iErrorNo))
+        return operation.Fail(FS_FILE_NOTSUPPORTED, FailureReason(operation));
+    if (iErrorNo != 0)
+        return operation.Fail(FS_FILE_WRITEERROR,
+                              FailureReason(operation, {OperationFailure::Kind::Refused, iErrorNo}));
+    return FS_FILE_OK;
 }
 
 // What the phone has no operation for.
@@ -51,38 +69,38 @@ BOOL Decline(char* sHostPath) {
 } // namespace
 
 BOOL HOST_CALL FsDeleteFile(char* sRemoteName) {
-    return ActOnPath(sRemoteName, [](const char* sPhonePath) {
-        return QLIB_EFS2_DIAG_UNLINK(front.ContextHandle, sPhonePath);
+    return ActOnPath("delete", sRemoteName, [](Operation& operation, const char* sPhonePath) {
+        return Remove(operation, QLIB_EFS2_DIAG_UNLINK, sPhonePath);
     });
 }
 
 BOOL HOST_CALL FsMkDir(char* sPath) {
-    return ActOnPath(sPath, [](const char* sPhonePath) {
-        return QLIB_EFS2_DIAG_MKDIR(front.ContextHandle, sPhonePath) ||
-               (kExistingFolderCountsAsMade && IsFolderOnPhone(sPhonePath));
-    });
+    return ActOnPath("make folder", sPath, MakeFolder);
 }
 
 BOOL HOST_CALL FsRemoveDir(char* sRemoteName) {
-    return ActOnPath(sRemoteName, [](const char* sPhonePath) {
-        return QLIB_EFS2_DIAG_RMDIR(front.ContextHandle, sPhonePath);
+    return ActOnPath("remove folder", sRemoteName, [](Operation& operation, const char* sPhonePath) {
+        return Remove(operation, QLIB_EFS2_DIAG_RMDIR, sPhonePath);
     });
 }
 
 int HOST_CALL FsRenMovFile(char* sOldName, char* sNewName, BOOL bMove, BOOL bOverWrite, RemoteInfoStruct*) {
     char sOldPath[kMaxPathSize];
     char sNewPath[kMaxPathSize];
+    const bool bCopy = (bMove & kHostFlagMask) == 0;
+    const char* const sWhat = bCopy ? "copy on the phone" : "rename or move";
     if (!TakeHostPath(sOldName, sOldPath) || !TakeHostPath(sNewName, sNewPath))
-        return FS_FILE_WRITEERROR;
-    if ((bMove & kHostFlagMask) == 0)
-        return FS_FILE_NOTSUPPORTED;
-    return UsePhone(FS_FILE_WRITEERROR, [&](Operation&) {
+        return RefusePath(sWhat, FS_FILE_WRITEERROR);
+    return UsePhone(FS_FILE_WRITEERROR, [&](Operation& operation) {
+        operation.Describe(sWhat, sOldPath, sNewPath);
+        if (bCopy)
+            return operation.Fail(FS_FILE_NOTSUPPORTED, "the phone has no such operation");
         if ((bOverWrite & kHostFlagMask) == 0) {
-            const int iResult = CheckTargetIsFree(sNewPath);
+            const int iResult = CheckTargetIsFree(operation, sNewPath, {FS_FILE_READERROR, FS_FILE_EXISTS});
             if (iResult != FS_FILE_OK)
                 return iResult;
         }
-        return Rename(sOldPath, sNewPath);
+        return Rename(operation, sOldPath, sNewPath);
     });
 }
 

@@ -9,21 +9,18 @@
 #include "platform/last_error.h"
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
+#include "plugin/front.h"
 #include "plugin/listing.h"
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
 #include "plugin/phone_time.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 namespace {
 
 constexpr uintptr_t kNoListing = UINTPTR_MAX;
-
-Listings& TheListings() {
-    static Listings listings;
-    return listings;
-}
+constexpr char kList[] = "list";
 
 // To the host a listing handle is a pointer-sized number that it never looks behind.
 HANDLE AsHandle(uintptr_t iHandle) {
@@ -46,22 +43,28 @@ void FillFindData(WIN32_FIND_DATAA& findData, const ListingEntry& entry) {
     entry.Name.copy(findData.cFileName, sizeof findData.cFileName - 1);
 }
 
+// The phone keeps its non-volatile items in this folder, so it shows as empty: hosts delete what they list.
+// They list it with and without a separator at the end.
+bool IsHidden(std::string_view sPhonePath) {
+    return sPhonePath == "nvm" || sPhonePath == "nvm/";
+}
+
 enum class Outcome { Listed, Empty, NotConnected };
 
 Outcome List(Operation& operation, const char* sPhonePath, Listing& listing) {
-    // The phone keeps its non-volatile items in there; the folder itself shows as empty.
-    constexpr std::string_view kHiddenFolder = "nvm";
+    operation.Describe(kList, sPhonePath);
     EnsureConnected(operation);
-    if (!front.ContextHandle || !QLIB_IsPhoneConnected(front.ContextHandle))
-        return Outcome::NotConnected;
-    if (sPhonePath != kHiddenFolder)
-        listing = ListFolder(sPhonePath);
+    if (!operation.Context() || !QLIB_IsPhoneConnected(operation.Context()))
+        return operation.Fail(Outcome::NotConnected,
+                              FailureReason(operation, {OperationFailure::Kind::NoAnswer}));
+    if (!IsHidden(sPhonePath))
+        listing = FolderReader(operation).Read(sPhonePath);
     return listing.empty() ? Outcome::Empty : Outcome::Listed;
 }
 
 uintptr_t FindFirst(const char* sPhonePath, WIN32_FIND_DATAA& findData) {
     Listing listing;
-    TheListings().Begin();
+    TheFront().listings.Begin();
     const Outcome eOutcome = UsePhone(
         Outcome::NotConnected, [&](Operation& operation) { return List(operation, sPhonePath, listing); });
     if (eOutcome == Outcome::Empty)
@@ -69,7 +72,7 @@ uintptr_t FindFirst(const char* sPhonePath, WIN32_FIND_DATAA& findData) {
     if (eOutcome != Outcome::Listed)
         return kNoListing;
     FillFindData(findData, listing.front());
-    return TheListings().Add(std::move(listing));
+    return TheFront().listings.Add(std::move(listing));
 }
 
 } // namespace
@@ -77,7 +80,7 @@ uintptr_t FindFirst(const char* sPhonePath, WIN32_FIND_DATAA& findData) {
 HANDLE HOST_CALL FsFindFirst(char* sPath, WIN32_FIND_DATAA* pFindData) {
     char sPhonePath[kMaxPathSize];
     if (!pFindData || !TakeHostPath(sPath, sPhonePath))
-        return AsHandle(kNoListing);
+        return AsHandle(RefusePath(kList, kNoListing));
     try {
         return AsHandle(FindFirst(sPhonePath, *pFindData));
     } catch (const std::exception&) {
@@ -90,7 +93,7 @@ BOOL HOST_CALL FsFindNext(HANDLE hListing, WIN32_FIND_DATAA* pFindData) {
         return 0;
     try {
         ListingEntry entry;
-        if (!TheListings().Next(reinterpret_cast<uintptr_t>(hListing), entry))
+        if (!TheFront().listings.Next(reinterpret_cast<uintptr_t>(hListing), entry))
             return 0;
         FillFindData(*pFindData, entry);
         return 1;
@@ -100,6 +103,6 @@ BOOL HOST_CALL FsFindNext(HANDLE hListing, WIN32_FIND_DATAA* pFindData) {
 }
 
 int HOST_CALL FsFindClose(HANDLE hListing) {
-    TheListings().Close(reinterpret_cast<uintptr_t>(hListing));
+    TheFront().listings.Close(reinterpret_cast<uintptr_t>(hListing));
     return 0;
 }

@@ -6,7 +6,6 @@
 
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
 #include "plugin/operation.h"
 #include "plugin/splash.h"
 #include "qlib/call_layer.h"
@@ -23,10 +22,11 @@ int HOST_CALL FsInit(int iPluginNumber, tProgressProc pfnProgress, tLogProc pfnL
     UsePhone(0, [&](Operation& operation) {
         if (!operation.MayChangeConnection())
             return 0;
-        front.PluginNumber = iPluginNumber;
-        front.ProgressProc = pfnProgress;
-        front.LogProc = pfnLog;
-        front.RequestProc = pfnRequest;
+        FrontState& state = operation.State();
+        state.PluginNumber = iPluginNumber;
+        state.ProgressProc = pfnProgress;
+        state.LogProc = pfnLog;
+        state.RequestProc = pfnRequest;
         splash.emplace();
         operation.Log(MSGTYPE_CONNECT, "CONNECT");
         operation.TellHost();
@@ -53,9 +53,9 @@ void HOST_CALL FsStatusInfo(char*, int iStartEnd, int) {
     UsePhone(0, [&](Operation& operation) {
         if (iStartEnd == FS_STATUS_START) {
             EnsureConnected(operation);
-            StopIdleTimer();
+            StopIdleTimer(operation);
         } else {
-            RestartIdleTimer();
+            RestartIdleTimer(operation);
         }
         return 0;
     });

@@ -5,44 +5,42 @@
 #include <exception>
 #include <utility>
 
-#include "plugin/front_state.h"
+#include "plugin/front.h"
+#include "plugin/operation.h"
 #include "plugin/phone_path.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
-namespace {
+Listing FolderReader::Read(const char* sPhonePath) {
+    m_operation.State().pFolderReader = this;
+    const bool bListed = QLIB_EfsDirectory(m_operation.Context(), sPhonePath);
+    m_operation.State().pFolderReader = nullptr;
+    if (m_bSpoilt)
+        m_listing.clear();
+    if (!bListed || m_bSpoilt)
+        m_operation.Complain(m_bSpoilt ? "no memory left on this computer" : FailureReason(m_operation));
+    return std::move(m_listing);
+}
 
-// The listing that the library's callback fills; used by the owner of the connection.
-Listing* pInTheMaking = nullptr;
-bool bIncomplete = false;
-
-} // namespace
+void FolderReader::Add(ListingEntry entry) {
+    m_listing.push_back(std::move(entry));
+}
 
 unsigned char OnDirEntry(char* const sPath, unsigned char isFile, unsigned short iMask,
                          unsigned char iBufOption, unsigned char iClean, DWORD iDate, DWORD iFileSize,
                          void*) {
-    if (!pInTheMaking)
+    FolderReader* const pReader = TheFront().state.pFolderReader;
+    if (!pReader)
         return 1;
     StripLeadingSeparators(sPath);
     const char* const sName = EntryName(sPath);
     try {
-        pInTheMaking->push_back({std::string(sName, std::min(std::strlen(sName), kMaxEntryName)), isFile,
-                                 iBufOption, iClean, iMask, iDate, iFileSize});
+        pReader->Add({std::string(sName, std::min(std::strlen(sName), kMaxEntryName)), isFile, iBufOption,
+                      iClean, iMask, iDate, iFileSize});
     } catch (const std::exception&) {
-        bIncomplete = true;
+        pReader->Spoil();
     }
     return 1;
-}
-
-Listing ListFolder(const char* sPhonePath) {
-    Listing listing;
-    pInTheMaking = &listing;
-    bIncomplete = false;
-    QLIB_EfsDirectory(front.ContextHandle, sPhonePath);
-    pInTheMaking = nullptr;
-    // Part of a folder would pass for the whole of it.
-    if (bIncomplete)
-        listing.clear();
-    return listing;
 }
 
 void Listings::Begin() {

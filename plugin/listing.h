@@ -26,15 +26,35 @@ constexpr size_t kMaxEntryName = 383;
 
 using Listing = std::vector<ListingEntry>;
 
-/// OnDirEntry is the library's directory callback: it appends the entry to the listing in the making.
-/// Always 1.
+class Operation;
+
+/// FolderReader lists one phone folder. It lives within one operation, on its thread.
+class FolderReader {
+public:
+    explicit FolderReader(Operation& operation) : m_operation(operation) {}
+    FolderReader(const FolderReader&) = delete;
+    FolderReader& operator=(const FolderReader&) = delete;
+
+    /// Read lists a folder over the open connection; empty, and a complaint, when it cannot be listed.
+    Listing Read(const char* sPhonePath);
+
+    /// Add appends an entry to the listing that Read is making.
+    void Add(ListingEntry entry);
+    /// Spoil makes Read return an empty listing: an entry was lost, and a part of a folder would pass for the
+    /// whole of it.
+    void Spoil() { m_bSpoilt = true; }
+
+private:
+    Operation& m_operation;
+    Listing m_listing;
+    bool m_bSpoilt = false;
+};
+
+/// OnDirEntry is the library's directory callback: it hands the entry to the FolderReader that reads. Always
+/// 1.
 unsigned char OnDirEntry(char* const sPath, unsigned char isFile, unsigned short iMask,
                          unsigned char iBufOption, unsigned char iClean, DWORD iDate, DWORD iFileSize,
                          void* pUserData);
-
-/// ListFolder lists a phone folder over the open connection; empty when it cannot be listed. Called by the
-/// owner of the connection.
-Listing ListFolder(const char* sPhonePath);
 
 /// Listings keeps what the host is walking: several listings at a time, because a tree scan keeps the
 /// parent's open while it lists the children. A handle that is not known (any more) walks the listing made

@@ -1,27 +1,22 @@
 #include "plugin/operation.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/module_pin.h"
 #include "platform/user_message.h"
-#include "plugin/front_state.h"
 #include "plugin/ownership.h"
 
 namespace {
 
-Ownership& TheOwnership() {
-    static Ownership ownership;
-    return ownership;
-}
-
 // The host's callbacks as they are now: what is called once others may change the front's state.
 class Host {
 public:
-    Host()
-        : m_iPluginNumber(front.PluginNumber),
-          m_pfnProgress(front.ProgressProc),
-          m_pfnLog(front.LogProc),
-          m_pfnRequest(front.RequestProc) {}
+    explicit Host(const FrontState& state)
+        : m_iPluginNumber(state.PluginNumber),
+          m_pfnProgress(state.ProgressProc),
+          m_pfnLog(state.LogProc),
+          m_pfnRequest(state.RequestProc) {}
 
     void Log(int iMessageType, std::string& sText) const {
         if (m_pfnLog)
@@ -46,28 +41,41 @@ private:
 // While it lives, the owner's operation is suspended.
 class Suspension {
 public:
-    Suspension() { TheOwnership().Suspend(); }
-    ~Suspension() { TheOwnership().Resume(); }
+    explicit Suspension(Ownership& turn) : m_turn(turn) { m_turn.Suspend(); }
+    ~Suspension() { m_turn.Resume(); }
     Suspension(const Suspension&) = delete;
     Suspension& operator=(const Suspension&) = delete;
+
+private:
+    Ownership& m_turn;
 };
 
-bool TakeTurn(Operation::Kind eKind) {
+// A phone path from the root, fit for one line.
+std::string Shown(std::string sPhonePath) {
+    if (!sPhonePath.starts_with('/'))
+        sPhonePath.insert(0, "/");
+    std::replace_if(
+        sPhonePath.begin(), sPhonePath.end(), [](unsigned char c) { return c < ' '; }, '?');
+    return sPhonePath;
+}
+
+bool TakeTurn(Ownership& turn, Operation::Kind eKind) {
     if (eKind == Operation::Kind::Tick)
-        return TheOwnership().TryTake();
-    TheOwnership().Take();
+        return turn.TryTake();
+    turn.Take();
     return true;
 }
 
 } // namespace
 
-Operation::Operation(Kind eKind) : m_eKind(eKind), m_bOwns(TakeTurn(eKind)) {}
+Operation::Operation(Kind eKind)
+    : m_front(TheFront()), m_eKind(eKind), m_bOwns(TakeTurn(m_front.turn, eKind)) {}
 
 Operation::~Operation() {
     if (!m_bOwns)
         return;
-    const Host host;
-    TheOwnership().GiveBack();
+    const Host host(m_front.state);
+    m_front.turn.GiveBack();
     if (m_eKind == Kind::Call)
         ReleaseUnneededPins();
     for (Line& line : m_lines)
@@ -75,27 +83,40 @@ Operation::~Operation() {
 }
 
 bool Operation::MayChangeConnection() const {
-    return !TheOwnership().IsAnySuspended();
+    return !m_front.turn.IsAnySuspended();
+}
+
+void Operation::Describe(const char* sWhat, const std::string& sPhonePath) {
+    m_sTask = std::string(sWhat) + ": " + Shown(sPhonePath);
+}
+
+void Operation::Describe(const char* sWhat, const std::string& sOldPath, const std::string& sNewPath) {
+    Describe(sWhat, Shown(sOldPath) + " to " + Shown(sNewPath));
+}
+
+void Operation::Complain(const std::string& sReason) {
+    if (!std::exchange(m_bComplained, true))
+        Log(MSGTYPE_IMPORTANTERROR, m_sTask + ": " + sReason);
 }
 
 void Operation::TellHost() {
     std::vector<Line> lines = std::exchange(m_lines, {});
     if (lines.empty())
         return;
-    const Host host;
-    const Suspension suspension;
+    const Host host(m_front.state);
+    const Suspension suspension(m_front.turn);
     for (Line& line : lines)
         host.Log(line.iMessageType, line.sText);
 }
 
-bool ReportProgress(int iPercent) {
-    const Host host;
-    const Suspension suspension;
+bool Operation::ReportProgress(int iPercent) {
+    const Host host(m_front.state);
+    const Suspension suspension(m_front.turn);
     return host.Progress(iPercent);
 }
 
-void TellUser(HWND hOwner, const std::string& sTitle, const std::string& sText) {
-    const Host host;
-    const Suspension suspension;
+void Operation::TellUser(HWND hOwner, const std::string& sTitle, const std::string& sText) {
+    const Host host(m_front.state);
+    const Suspension suspension(m_front.turn);
     host.Message(hOwner, sTitle, sText);
 }

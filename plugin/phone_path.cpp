@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "platform/host_interface.h"
 
@@ -48,6 +49,22 @@ void ToHostPath(char* sPath, char cSeparator) {
 char SeparatorOf(const char* sHostPath) {
     const char* const pSeparator = std::strpbrk(sHostPath, "/\\");
     return pSeparator ? *pSeparator : kHostSeparator;
+}
+
+std::string FromRoot(std::string_view sPath) {
+    std::vector<std::string_view> parts;
+    while (!sPath.empty()) {
+        const std::string_view sPart = sPath.substr(0, sPath.find('/'));
+        sPath.remove_prefix(std::min(sPart.size() + 1, sPath.size()));
+        if (sPart == ".." && !parts.empty())
+            parts.pop_back();
+        else if (!sPart.empty() && sPart != "." && sPart != "..")
+            parts.push_back(sPart);
+    }
+    std::string sWhole;
+    for (const std::string_view sPart : parts)
+        sWhole.append("/").append(sPart);
+    return sWhole.empty() ? "/" : sWhole;
 }
 
 const char* EntryName(const char* sPath) {

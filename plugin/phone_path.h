@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
+#include <string_view>
 
 /// A host path with its zero is at most this long.
 constexpr size_t kMaxPathSize = 1024;
@@ -31,6 +33,10 @@ void ToHostPath(char* sPath, char cSeparator);
 /// SeparatorOf returns the separator that a host path is written with: its first one, or the host's usual one
 /// when it has none. A path that is written back to the host uses the separator that came in.
 char SeparatorOf(const char* sHostPath);
+
+/// FromRoot returns a path from the phone's root, with '/' in front, without empty, "." and ".." parts: hosts
+/// show the path that they are given.
+std::string FromRoot(std::string_view sPath);
 
 /// EntryName returns what follows a path's last '/', all of it when there is none; it points into sPath.
 const char* EntryName(const char* sPath);

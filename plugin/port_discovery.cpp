@@ -31,18 +31,20 @@ struct UsbInterface {
     std::string sDeviceKey;
 };
 
-// The number of a port named "COMn"; nothing for other names. Numbers that no byte holds give 0.
+constexpr size_t kDiagnosticInterface = 1;
+
+// The number of a port named "COMn", at most UINT32_MAX; nothing for other names.
 std::optional<uint32_t> ParsePortName(std::string_view sName) {
     constexpr std::string_view kPrefix = "COM";
     if (sName.size() <= kPrefix.size() || !sName.starts_with(kPrefix))
         return {};
-    uint32_t iPort = 0;
+    uint64_t iPort = 0;
     for (const char c : sName.substr(kPrefix.size())) {
         if (c < '0' || c > '9')
             return {};
-        iPort = std::min<uint32_t>(iPort * 10 + static_cast<uint32_t>(c - '0'), UINT8_MAX + 1);
+        iPort = std::min<uint64_t>(iPort * 10 + static_cast<uint64_t>(c - '0'), UINT32_MAX);
     }
-    return iPort <= UINT8_MAX ? iPort : 0;
+    return static_cast<uint32_t>(iPort);
 }
 
 std::optional<UsbInterface> ParseInstanceId(const std::string& sInstanceId) {
@@ -74,6 +76,20 @@ bool FindPhones(std::vector<PhonePortRecord>& phones) {
     return true;
 }
 
+// The diagnostic port of a handset that has one, where none fits into a byte; 0 when none has.
+uint32_t FindUnfitPort() {
+    try {
+        std::vector<PhonePortRecord> phones;
+        FindPhones(phones);
+        uint32_t iPort = 0;
+        for (const PhonePortRecord& phone : phones)
+            iPort = iPort != 0 ? iPort : phone.DiagnosticPort;
+        return iPort;
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
 } // namespace
 
 void RecordPhoneInterface(const PresentDevice& device, std::vector<PhonePortRecord>& phones) {
@@ -92,7 +108,9 @@ void RecordPhoneInterface(const PresentDevice& device, std::vector<PhonePortReco
         phone = phones.insert(phone, PhonePortRecord{usb->sDeviceKey});
     }
     if (usb->iNumber < phone->InterfacePort.size())
-        phone->InterfacePort[usb->iNumber] = *port;
+        phone->InterfacePort[usb->iNumber] = *port <= UINT8_MAX ? *port : 0;
+    if (usb->iNumber == kDiagnosticInterface)
+        phone->DiagnosticPort = *port;
 }
 
 int FindPhonePorts(unsigned char* pPorts, int* piDeviceCount, int* piByteCount) {
@@ -112,4 +130,16 @@ int FindPhonePorts(unsigned char* pPorts, int* piDeviceCount, int* piByteCount) 
     } catch (const std::exception&) {
         return 0;
     }
+}
+
+PhoneSearch SearchPhone() {
+    unsigned char aPorts[kMaxPhones * kPhoneInterfaces] = {};
+    PhoneSearch search;
+    int iBytes = sizeof aPorts;
+    FindPhonePorts(aPorts, &search.iHandsets, &iBytes);
+    for (int i = 0; i < search.iHandsets && search.iPort == 0; ++i)
+        search.iPort = aPorts[static_cast<size_t>(i) * kPhoneInterfaces + kDiagnosticInterface];
+    if (search.iHandsets > 0 && search.iPort == 0)
+        search.iUnfitPort = FindUnfitPort();
+    return search;
 }

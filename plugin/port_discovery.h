@@ -14,8 +14,20 @@ constexpr int kPhoneInterfaces = 3;
 /// The COM ports of one handset.
 struct PhonePortRecord {
     std::string DeviceKey;                                  // the same for all interfaces of one handset
-    std::array<uint32_t, kPhoneInterfaces> InterfacePort{}; // 0: none
+    std::array<uint32_t, kPhoneInterfaces> InterfacePort{}; // 0: none, or one above 255
+    uint32_t DiagnosticPort = 0;                            // of interface 1, whatever its number; 0: none
 };
+
+/// What a look for the handset found.
+struct PhoneSearch {
+    int iHandsets = 0;       // accepted handsets that are attached
+    unsigned char iPort = 0; // the diagnostic port of the first that has a usable one; 0: none has
+    uint32_t iUnfitPort = 0; // when none has: a diagnostic port above 255; 0: there is none
+};
+
+/// SearchPhone looks for the handset to connect to: those without a usable diagnostic port are passed over.
+/// A device tree that cannot be read has no handsets. No state, any thread.
+PhoneSearch SearchPhone();
 
 /// FindPhonePorts looks for accepted handsets among the present devices and writes three bytes per handset,
 /// in the order in which their first interfaces were met (modems before plain ports): the COM ports of its

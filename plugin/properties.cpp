@@ -3,10 +3,12 @@
 #include <chrono>
 #include <cstdio>
 
-#include "plugin/front_state.h"
+#include "link/as_int.h"
 #include "plugin/links.h"
+#include "plugin/operation.h"
 #include "plugin/phone_status.h"
 #include "plugin/phone_time.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 namespace {
@@ -26,8 +28,8 @@ struct SpaceStatus {
     DWORD iMaxFiles = 0;
 
     // Asks about the root's file system, whose error number stays unjudged.
-    bool Ask() {
-        return QLIB_EFS2_DIAG_STATFS(front.ContextHandle, "", &iErrorNo, &iFileSystemId, &iFileSystemType,
+    bool Ask(Operation& operation) {
+        return QLIB_EFS2_DIAG_STATFS(operation.Context(), "", &iErrorNo, &iFileSystemId, &iFileSystemType,
                                      &iBlockSize, &iTotalBlocks, &iAvailBlocks, &iFreeBlocks, &iMaxFileSize,
                                      &iFiles, &iMaxFiles);
     }
@@ -72,12 +74,12 @@ std::string FormatThousands(DWORD iValue) {
     return sText;
 }
 
-std::string PropertiesText(const char* sPhonePath) {
+std::string PropertiesText(Operation& operation, const char* sPhonePath) {
     PhoneStatus status;
     SpaceStatus space;
-    if (!status.Ask(sPhonePath) || !status.Exists() || !space.Ask())
-        return "Uknown properties";
-    const std::string sTarget = LinkTarget(sPhonePath);
+    if (!status.Ask(operation, sPhonePath) || !status.Exists() || !space.Ask(operation))
+        return operation.Fail(std::string("Uknown properties"), FailureReason(operation));
+    const std::string sTarget = LinkTarget(operation, sPhonePath);
     std::string sLink;
     if (!sTarget.empty())
         sLink.append("Link to:\t\t").append(sTarget).append("\n");

@@ -5,10 +5,12 @@
 
 #include "platform/types.h"
 
+class Operation;
+
 /// PropertiesText asks the phone about an entry and writes down its answer, at most 1023 bytes; "Uknown
-/// properties" when the phone does not know it or does not answer. The space is that of the phone's root file
-/// system. Called by the owner of the connection.
-std::string PropertiesText(const char* sPhonePath);
+/// properties", and a complaint, when the phone does not know it or does not answer. The space is that of the
+/// phone's root file system.
+std::string PropertiesText(Operation& operation, const char* sPhonePath);
 
 /// FormatThousands writes a number with a space before each group of three digits: 1234567 is "1 234 567".
 std::string FormatThousands(DWORD iValue);

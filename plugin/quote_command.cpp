@@ -1,17 +1,21 @@
 #include "plugin/quote_command.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 
 #include "platform/host_interface.h"
-#include "plugin/front_state.h"
+#include "plugin/operation.h"
 #include "plugin/phone_path.h"
+#include "plugin/phone_status.h"
+#include "plugin/reasons.h"
 #include "qlib/call_layer.h"
 
 namespace {
 
 // What an argument, and a path made of one, may hold with its zero.
 constexpr size_t kArgumentSize = 512;
+constexpr char kTooLong[] = "the path is too long";
 constexpr char kWhiteSpace[] = " \t\n\v\f\r";
 
 void Trim(std::string& sText) {
@@ -50,36 +54,47 @@ bool Fits(const std::string& sText) {
     return sText.size() < kArgumentSize;
 }
 
-// True when the phone finds a file system behind the path.
-bool IsOnPhone(const std::string& sPath) {
+// True when the phone finds a file system at the path.
+bool IsOnPhone(Operation& operation, const std::string& sPath) {
     DWORD iErrorNo = 0;
     DWORD iUnused[9] = {};
-    return QLIB_EFS2_DIAG_STATFS(front.ContextHandle, sPath.c_str(), &iErrorNo, &iUnused[0], &iUnused[1],
+    return QLIB_EFS2_DIAG_STATFS(operation.Context(), sPath.c_str(), &iErrorNo, &iUnused[0], &iUnused[1],
                                  &iUnused[2], &iUnused[3], &iUnused[4], &iUnused[5], &iUnused[6], &iUnused[7],
                                  &iUnused[8]) &&
            iErrorNo == 0;
 }
 
-int ChangeFolder(char* sDirectory, char cSeparator, std::string sArgument) {
+int ChangeFolder(Operation& operation, char* sDirectory, char cSeparator, std::string sArgument) {
     RemoveQuotes(sArgument);
-    const std::string sPath = sDirectory + sArgument;
-    return Fits(sPath) && IsOnPhone(sPath) && WriteBack(sPath, cSeparator, sDirectory) ? FS_EXEC_SYMLINK
-                                                                                       : FS_EXEC_ERROR;
+    std::replace(sArgument.begin(), sArgument.end(), '\\', '/');
+    const std::string sPath = FromRoot(sArgument.starts_with('/') ? sArgument : sDirectory + sArgument);
+    operation.Describe("change folder", sPath);
+    if (!Fits(sPath))
+        return operation.Fail(FS_EXEC_ERROR, kTooLong);
+    PhoneStatus status;
+    if (!IsOnPhone(operation, sPath) || !status.Ask(operation, sPath.c_str()) || !status.Exists())
+        return operation.Fail(FS_EXEC_ERROR, FailureReason(operation));
+    if (!status.IsFolder())
+        return operation.Fail(FS_EXEC_ERROR, "it is not a folder");
+    return WriteBack(sPath, cSeparator, sDirectory) ? FS_EXEC_SYMLINK
+                                                    : operation.Fail(FS_EXEC_ERROR, kTooLong);
 }
 
-int MakeLink(const char* sDirectory, const char* sArguments) {
+int MakeLink(Operation& operation, const char* sDirectory, const char* sArguments) {
     std::string sTarget;
     std::string sLink;
     ParseTwoArgs(sArguments, sTarget, sLink);
     sTarget.insert(0, sDirectory);
     sLink = sDirectory + sLink + ".lnk";
+    operation.Describe("make link", sLink, sTarget);
     if (!Fits(sTarget) || !Fits(sLink))
-        return FS_EXEC_ERROR;
+        return operation.Fail(FS_EXEC_ERROR, kTooLong);
     StripLeadingSeparators(sLink.data());
-    return IsOnPhone(sTarget) &&
-                   QLIB_EFS2_DIAG_CREATE_LINK(front.ContextHandle, sLink.c_str(), sTarget.c_str())
-               ? FS_EXEC_OK
-               : FS_EXEC_ERROR;
+    if (!IsOnPhone(operation, sTarget) ||
+        !QLIB_EFS2_DIAG_CREATE_LINK(operation.Context(), sLink.c_str(), sTarget.c_str()))
+        return operation.Fail(FS_EXEC_ERROR, FailureReason(operation));
+    // A refusal does not show in the result.
+    return IsRefused(operation) ? operation.Fail(FS_EXEC_OK, FailureReason(operation)) : FS_EXEC_OK;
 }
 
 } // namespace
@@ -97,15 +112,15 @@ bool WriteBack(const std::string& sPhonePath, char cSeparator, char* sHostName) 
     return true;
 }
 
-int RunQuoteCommand(char* sDirectory, const char* sCommand) {
+int RunQuoteCommand(Operation& operation, char* sDirectory, const char* sCommand) {
     constexpr std::string_view kChangeFolder = "cd ";
     constexpr std::string_view kMakeLink = "ln ";
     const char cSeparator = SeparatorOf(sDirectory);
     const std::string_view sWhole = sCommand;
     ToPhonePath(sDirectory);
     if (sWhole.starts_with(kChangeFolder))
-        return ChangeFolder(sDirectory, cSeparator, sCommand + kChangeFolder.size());
+        return ChangeFolder(operation, sDirectory, cSeparator, sCommand + kChangeFolder.size());
     if (sWhole.starts_with(kMakeLink))
-        return MakeLink(sDirectory, sCommand + kMakeLink.size());
+        return MakeLink(operation, sDirectory, sCommand + kMakeLink.size());
     return FS_EXEC_OK;
 }

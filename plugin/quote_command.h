@@ -3,11 +3,12 @@
 
 #include <string>
 
+class Operation;
+
 /// RunQuoteCommand carries out "cd FOLDER" or "ln TARGET NAME"; returns the host's FS_EXEC_... codes.
 /// sDirectory is the host's buffer (MAX_PATH bytes) with the current folder, a separator at its end: it is
-/// changed to the phone's form and, by "cd ", to the new folder in the host's form. Called by the owner of
-/// the connection.
-int RunQuoteCommand(char* sDirectory, const char* sCommand);
+/// changed to the phone's form and, by "cd ", to the new folder in the host's form.
+int RunQuoteCommand(Operation& operation, char* sDirectory, const char* sCommand);
 
 /// ParseTwoArgs takes two arguments, separated by white space, the first of which or both may stand in double
 /// quotes, out of a command's rest. Missing ones are empty. What follows a closing quote at once belongs to

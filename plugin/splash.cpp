@@ -3,5 +3,6 @@
 #include <thread>
 
 void Splash::Hold(std::chrono::milliseconds time) const {
-    std::this_thread::sleep_for(time);
+    if (m_shown.IsOnScreen())
+        std::this_thread::sleep_for(time);
 }

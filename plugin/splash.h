@@ -8,7 +8,7 @@
 /// Splash is the banner, shown while it lives. Its thread alone uses it, and need not own the connection.
 class Splash {
 public:
-    /// Hold lets the calling thread sleep, so that the user sees the banner.
+    /// Hold lets the calling thread sleep, so that the user sees the banner; where none shows, it does not.
     void Hold(std::chrono::milliseconds time) const;
 
 private:

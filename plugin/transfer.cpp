@@ -1,14 +1,14 @@
 // Copying files between the PC and the phone for the host.
-#include <cstring>
 #include <optional>
+#include <string>
 
 #include "platform/local_files.h"
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
 #include "plugin/operation.h"
 #include "plugin/phone_path.h"
 #include "plugin/phone_status.h"
+#include "plugin/reasons.h"
 #include "plugin/transfer_progress.h"
 #include "qlib/call_layer.h"
 
@@ -16,78 +16,93 @@ namespace {
 
 constexpr int kReplacingFlags = FS_COPYFLAGS_OVERWRITE | FS_COPYFLAGS_RESUME;
 
-int Download(Transfer& transfer, const char* sPhonePath, const char* sLocalName, bool bMove) {
-    PhoneStatus status;
-    if (!front.ContextHandle || !status.Ask(sPhonePath))
-        return FS_FILE_WRITEERROR;
-    if (!transfer.Begin(status.iSize))
-        return FS_FILE_USERABORT;
-    const bool bRead = QLIB_EfsRead(front.ContextHandle, sPhonePath, sLocalName);
-    if (transfer.WasAborted())
-        return FS_FILE_USERABORT;
-    if (!bRead)
-        return FS_FILE_WRITEERROR;
-    if (bMove)
-        QLIB_EFS2_DIAG_UNLINK(front.ContextHandle, sPhonePath);
+constexpr char kUpload[] = "copy to the phone";
+constexpr char kBusy[] = "another copy is running";
+
+// Deletes what was moved to the PC, when all of it is there.
+int RemoveSource(Operation& operation, const Transfer& transfer, const PhoneStatus& status,
+                 const char* sPhonePath) {
+    if (!status.Exists() || transfer.BytesDone() != status.iSize)
+        return operation.Fail(
+            FS_FILE_READERROR,
+            std::to_string(transfer.BytesDone()) + " bytes arrived, but the phone announced " +
+                (status.Exists() ? std::to_string(status.iSize) : "no size") + "; the phone's file stays");
+    if (!QLIB_EFS2_DIAG_UNLINK(operation.Context(), sPhonePath) || IsRefused(operation))
+        operation.Complain("copied, but not deleted on the phone: " + FailureReason(operation));
     return FS_FILE_OK;
 }
 
-int Upload(Transfer& transfer, const char* sLocalName, const char* sPhonePath) {
+int Download(Operation& operation, Transfer& transfer, const char* sPhonePath, const char* sLocalName,
+             bool bMove) {
+    PhoneStatus status;
+    if (!operation.Context() || !status.Ask(operation, sPhonePath))
+        return operation.Fail(FS_FILE_WRITEERROR, FailureReason(operation));
+    if (!transfer.Begin(status.iSize))
+        return FS_FILE_USERABORT;
+    const bool bRead = QLIB_EfsRead(operation.Context(), sPhonePath, sLocalName);
+    if (transfer.WasAborted())
+        return FS_FILE_USERABORT;
+    if (!bRead)
+        return operation.Fail(FS_FILE_WRITEERROR, FailureReason(operation));
+    return bMove ? RemoveSource(operation, transfer, status, sPhonePath) : FS_FILE_OK;
+}
+
+int Upload(Operation& operation, Transfer& transfer, const char* sLocalName, const char* sPhonePath) {
     const std::optional<DWORD> size = LocalFileSize(sLocalName);
     if (!size)
-        return FS_FILE_WRITEERROR;
+        return operation.Fail(FS_FILE_WRITEERROR,
+                              "the local file is missing, no plain file, or 4 GB or larger");
     if (!transfer.Begin(*size))
         return FS_FILE_USERABORT;
-    if (!front.ContextHandle)
-        return FS_FILE_WRITEERROR;
-    const bool bWritten = QLIB_EfsWrite(front.ContextHandle, sLocalName, sPhonePath);
-    if (!bWritten && QLIB_EfsWriteOpenedTarget(front.ContextHandle))
-        QLIB_EFS2_DIAG_UNLINK(front.ContextHandle, sPhonePath);
+    if (!operation.Context())
+        return operation.Fail(FS_FILE_WRITEERROR, NoHandsetReason(operation));
+    const bool bWritten = QLIB_EfsWrite(operation.Context(), sLocalName, sPhonePath);
+    if (!bWritten && !transfer.WasAborted())
+        operation.Complain(FailureReason(operation));
+    if (!bWritten && QLIB_EfsWriteOpenedTarget(operation.Context()))
+        QLIB_EFS2_DIAG_UNLINK(operation.Context(), sPhonePath);
     if (transfer.WasAborted())
         return FS_FILE_USERABORT;
     return bWritten ? FS_FILE_OK : FS_FILE_WRITEERROR;
-}
-
-// FS_FILE_OK when the phone says that nothing stands at the path.
-int CheckTargetIsFree(const char* sPhonePath) {
-    PhoneStatus status;
-    if (!status.Ask(sPhonePath))
-        return FS_FILE_NOTFOUND;
-    return status.Exists() ? FS_FILE_EXISTSRESUMEALLOWED : FS_FILE_OK;
 }
 
 } // namespace
 
 int HOST_CALL FsGetFile(char* sRemoteName, char* sLocalName, int iCopyFlags, RemoteInfoStruct*) {
     char sPhonePath[kMaxPathSize];
+    const bool bMove = (iCopyFlags & FS_COPYFLAGS_MOVE) != 0;
+    const char* const sWhat = bMove ? "move from the phone" : "copy from the phone";
     if (!sLocalName || !IsUsableHostPath(sRemoteName))
-        return FS_FILE_WRITEERROR;
+        return RefusePath(sWhat, FS_FILE_WRITEERROR);
     if ((iCopyFlags == 0 || iCopyFlags == FS_COPYFLAGS_MOVE) && LocalFileExists(sLocalName))
         return FS_FILE_EXISTSRESUMEALLOWED;
     TakeHostPath(sRemoteName, sPhonePath);
     return UsePhone(FS_FILE_WRITEERROR, [&](Operation& operation) {
-        Transfer transfer;
+        operation.Describe(sWhat, sPhonePath);
+        Transfer transfer(operation);
         if (!transfer.IsClaimed())
-            return FS_FILE_WRITEERROR;
+            return operation.Fail(FS_FILE_WRITEERROR, kBusy);
         EnsureConnected(operation);
-        return Download(transfer, sPhonePath, sLocalName, (iCopyFlags & FS_COPYFLAGS_MOVE) != 0);
+        return Download(operation, transfer, sPhonePath, sLocalName, bMove);
     });
 }
 
 int HOST_CALL FsPutFile(char* sLocalName, char* sRemoteName, int iCopyFlags) {
     char sPhonePath[kMaxPathSize];
     if (!sLocalName || !CopyHostPath(sRemoteName, sPhonePath))
-        return FS_FILE_WRITEERROR;
+        return RefusePath(kUpload, FS_FILE_WRITEERROR);
     return UsePhone(FS_FILE_WRITEERROR, [&](Operation& operation) {
-        Transfer transfer;
+        operation.Describe(kUpload, sPhonePath);
+        Transfer transfer(operation);
         if (!transfer.IsClaimed())
-            return FS_FILE_WRITEERROR;
+            return operation.Fail(FS_FILE_WRITEERROR, kBusy);
         if ((iCopyFlags & kReplacingFlags) == 0) {
-            const int iResult = CheckTargetIsFree(sPhonePath);
+            const int iResult =
+                CheckTargetIsFree(operation, sPhonePath, {FS_FILE_NOTFOUND, FS_FILE_EXISTSRESUMEALLOWED});
             if (iResult != FS_FILE_OK)
                 return iResult;
         }
         EnsureConnected(operation);
-        return Upload(transfer, sLocalName, sPhonePath);
+        return Upload(operation, transfer, sLocalName, sPhonePath);
     });
 }

@@ -2,47 +2,42 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <utility>
 
-#include "plugin/front_state.h"
+#include "plugin/front.h"
 #include "plugin/operation.h"
 #include "qlib/call_layer.h"
 
-namespace {
-
-void Report(int iPercent) {
-    if (!ReportProgress(iPercent))
-        return;
-    front.bAborted = true;
-    QLIB_EFS2_DIAG_ABORT(front.ContextHandle);
-}
-
-} // namespace
-
-Transfer::Transfer() : m_bClaimed(!std::exchange(front.bTransferRunning, true)) {
+Transfer::Transfer(Operation& operation) : m_operation(operation), m_bClaimed(!operation.State().pTransfer) {
     if (m_bClaimed)
-        front.bAborted = false;
+        operation.State().pTransfer = this;
 }
 
 Transfer::~Transfer() {
-    if (!m_bClaimed)
-        return;
-    front.bTransferRunning = false;
-    front.TransferSize = 0;
+    if (m_bClaimed)
+        m_operation.State().pTransfer = nullptr;
 }
 
 bool Transfer::Begin(DWORD iSize) {
-    front.TransferSize = iSize;
+    m_iSize = iSize;
     Report(0);
-    return !front.bAborted;
+    return !m_bAborted;
 }
 
-bool Transfer::WasAborted() const {
-    return front.bAborted;
+void Transfer::OnBlock(DWORD iBytesDone) {
+    m_iBytesDone = iBytesDone;
+    if (m_iSize != 0)
+        Report(static_cast<int>(std::min<uint64_t>(uint64_t{iBytesDone} * 100 / m_iSize, 100)));
+}
+
+void Transfer::Report(int iPercent) {
+    if (!m_operation.ReportProgress(iPercent))
+        return;
+    m_bAborted = true;
+    QLIB_EFS2_DIAG_ABORT(m_operation.Context());
 }
 
 unsigned char TransferProgress(char* const, char* const, int, int, DWORD iBytesDone, DWORD, void*) {
-    if (front.TransferSize != 0)
-        Report(static_cast<int>(std::min<uint64_t>(uint64_t{iBytesDone} * 100 / front.TransferSize, 100)));
+    if (Transfer* const pTransfer = TheFront().state.pTransfer)
+        pTransfer->OnBlock(iBytesDone);
     return 0;
 }

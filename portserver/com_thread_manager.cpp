@@ -8,6 +8,7 @@
 
 #include "link/clock.h"
 #include "platform/com_apartment.h"
+#include "platform/module_pin.h"
 #include "platform/wait_event.h"
 #include "portserver/function_dispatcher.h"
 
@@ -32,30 +33,32 @@ struct ComThreadManager::Work {
 };
 
 struct ComThreadManager::Shared {
-    WaitEvent mutex{true}; // set while no call is being made: a mutex that can be waited for with a limit
+    WaitEvent mutex{true}; // set while no call is being made: a mutex with a time limit for waiting
     WaitEvent workToDo;
     WaitEvent workFinished;
     WaitEvent stop;
-    WaitEvent signal; // the worker is ready; the worker has ended
+    WaitEvent signal; // the worker is ready, later: the worker has ended
 
     std::mutex lock;
-    std::shared_ptr<Work> pWork;                  // under lock: what the worker takes next
-    std::vector<std::shared_ptr<void>> leftovers; // under lock: what it drops
+    std::shared_ptr<Work> pWork;                  // under lock: the worker's next call
+    std::vector<std::shared_ptr<void>> leftovers; // under lock: what the worker is to release
     std::thread::id worker;                       // written before the worker is ready
 
     void RunWork();
     void DropLeftovers();
 };
 
-std::shared_ptr<ComThreadManager> ComThreadManager::Use() {
-    const std::lock_guard lock(g_useLock);
-    std::shared_ptr<ComThreadManager> pManager = g_pManager.lock();
-    if (!pManager)
-        g_pManager = pManager = std::make_shared<ComThreadManager>();
-    return pManager;
+ServerFault ComThreadManager::TryUse(std::shared_ptr<ComThreadManager>& pManager) noexcept {
+    return ServerFault::Of([&] {
+        const std::lock_guard lock(g_useLock);
+        pManager = g_pManager.lock();
+        if (pManager == nullptr)
+            g_pManager = pManager = std::make_shared<ComThreadManager>();
+    });
 }
 
-ComThreadManager::ComThreadManager() : m_pShared(std::make_shared<Shared>()) {
+ComThreadManager::ComThreadManager()
+    : m_pPin(std::make_unique<ModulePin>()), m_pShared(std::make_shared<Shared>()) {
     if (!m_pShared->mutex.IsValid())
         throw ComThreadManagerException("ComThreadManager::ComThreadManager - Unable to creat a mutex");
     for (const WaitEvent* pEvent :
@@ -71,17 +74,24 @@ ComThreadManager::~ComThreadManager() {
     if (m_pShared->signal.Wait(kEndLimit_ms)) {
         m_worker.join();
     } else {
-        m_pin.KeepForGood();
+        m_pPin->KeepForGood();
         m_worker.detach();
     }
 }
 
-void ComThreadManager::executeFunction(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
-                                       const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms) {
+ServerFault ComThreadManager::TryExecute(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                                         const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
+                                         const LastSign& lastSign) noexcept {
+    return ServerFault::Of([&] { Execute(pDispatcher, pArgument, iTimeOut_ms, lastSign); });
+}
+
+void ComThreadManager::Execute(const std::shared_ptr<FunctionDispatcher>& pDispatcher,
+                               const std::shared_ptr<void>& pArgument, DWORD iTimeOut_ms,
+                               const LastSign& lastSign) {
     constexpr const char* kTimedOut = "ComThreadManager::executeFunction - Timed out";
     if (std::this_thread::get_id() == m_pShared->worker)
         return pDispatcher->Run(pArgument.get());
-    const auto deadline = Clock::now() + Milliseconds(iTimeOut_ms);
+    auto deadline = Clock::now() + Milliseconds(iTimeOut_ms);
     if (!m_pShared->mutex.Wait(iTimeOut_ms))
         throw TimeoutException(kTimedOut);
     const auto pWork = std::make_shared<Work>(Work{pDispatcher, pArgument});
@@ -91,6 +101,10 @@ void ComThreadManager::executeFunction(const std::shared_ptr<FunctionDispatcher>
     }
     m_pShared->workToDo.Set();
     bool bEnded = m_pShared->workFinished.Wait(Remaining_ms(deadline));
+    while (!bEnded && lastSign && lastSign() + Milliseconds(iTimeOut_ms) > deadline) {
+        deadline = lastSign() + Milliseconds(iTimeOut_ms);
+        bEnded = m_pShared->workFinished.Wait(Remaining_ms(deadline));
+    }
     if (!bEnded) {
         const std::lock_guard lock(m_pShared->lock);
         m_pShared->pWork.reset();
@@ -131,12 +145,12 @@ void ComThreadManager::Shared::RunWork() {
         const std::lock_guard guard(lock);
         pTaken = std::exchange(pWork, nullptr);
     }
-    if (!pTaken)
+    if (pTaken == nullptr)
         return;
     pTaken->pDispatcher->Run(pTaken->pArgument.get());
     const std::lock_guard guard(lock);
     pTaken->bEnded = true;
-    // A caller that has given up waits for nothing any more, and the next one waits for its own call.
+    // After giving up, the caller no longer waits; the event would end the wait of the next one.
     if (!pTaken->bGivenUp)
         workFinished.Set();
 }

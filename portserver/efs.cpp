@@ -1,12 +1,19 @@
 #include "portserver/efs.h"
 
-#include "link/time_outs.h"
+namespace {
 
-EFS::EFS(const char* sClientName) : Dispatched("EFS", sClientName) {}
+constexpr DWORD kSilenceLimit_ms = 600000;
+
+} // namespace
+
+EFS::EFS(const char* sClientName, std::shared_ptr<ComThreadManager> pComThread)
+    : Dispatched("EFS", sClientName, std::move(pComThread)) {
+    ConfigureTimeOut(QMSL_TimeOut_MultipleResponse, kSilenceLimit_ms);
+}
 EFS::~EFS() = default;
 
 bool EFS::connect(unsigned short iComPort) {
-    return Connect(PortName(iComPort), kDefaultTimeOuts[QMSL_TimeOut_ServerConnect]);
+    return Connect(PortName(iComPort));
 }
 
 void EFS::ConfigureCallBacks(EfsDirectoryCallBack pfnDirectory, void* pUserData) {
@@ -17,7 +24,7 @@ void EFS::ConfigureCallBacks(EfsDirectoryCallBack pfnDirectory, void* pUserData)
 void EFS::OnEntry(const EfsDirItem& item) {
     EfsDirItem entry = item;
     entry.sName[sizeof entry.sName - 1] = '\0';
-    if (m_pfnDirectory)
+    if (m_pfnDirectory != nullptr)
         m_pfnDirectory(entry.sName, static_cast<unsigned char>(entry.isFile), entry.Mask, entry.BufOption,
                        entry.Clean, entry.Date, entry.FileSize, m_pUserData);
 }

@@ -5,38 +5,42 @@
 #include "platform/export.h"
 #include "portserver/task_client.h"
 
-/// EFS is the file-system client of a port server. Every operation returns true when the server did it;
-/// otherwise GetErrorInfo says why. Paths of the phone and of this machine reach the server as they are.
-/// One thread at a time; each operation blocks until the server has ended it.
+/// EFS is the file-system client of a port server. Operations return true when the server succeeded;
+/// otherwise GetErrorInfo returns the reason. Paths of the phone and of this computer are passed to the
+/// server unchanged. One thread at a time. An operation blocks until the server has finished it, or has
+/// reported nothing for QMSL_TimeOut_MultipleResponse (see TaskClient). The default here is 10 minutes,
+/// because servers transfer files without reporting progress, which can take that long for a large file over
+/// a slow line.
 class QUILLET_API EFS : public Dispatched<EFS, TaskClient> {
 public:
-    /// Throws when there is no automation thread to be had.
-    explicit EFS(const char* sClientName);
+    /// Throws when no automation thread can be created.
+    QUILLET_API_INLINE explicit EFS(const char* sClientName) : EFS(sClientName, ComThreadManager::Use()) {}
     ~EFS() override;
 
-    /// connect starts the server and selects a COM port (65535: none in particular). May be repeated.
+    /// connect starts the server and selects a COM port (65535: no particular port), within
+    /// QMSL_TimeOut_ServerConnect. May be called again.
     bool connect(unsigned short iComPort);
-    /// ConfigureCallBacks registers the receiver of listed entries; null: none.
+    /// ConfigureCallBacks registers the callback for listed entries; null: none.
     void ConfigureCallBacks(EfsDirectoryCallBack pfnDirectory, void* pUserData);
 
-    /// EfsDirectory lists a folder through the callback, on this thread. When it fails, the callback is not
-    /// called at all, so a listing that arrives is whole.
+    /// EfsDirectory lists a folder through the callback, on the calling thread. The callback is called only
+    /// when the whole listing succeeded.
     bool EfsDirectory(const char* sFolderPath);
-    /// EfsRead copies a phone file to a local one, EfsWrite the other way: source first.
+    /// EfsRead copies a file of the phone to a local one, EfsWrite the other way; the source comes first.
     bool EfsRead(const char* sEFS_File, const char* sLocalFile);
     bool EfsWrite(const char* sLocalFile, const char* sEFS_File);
     bool EfsDelete(const char* sFilePath);
     bool EfsMkDir(const char* sFolderPath);
     bool EfsRmDir(const char* sFolderPath);
-    /// EfsRmTree removes a folder with all that is in it.
+    /// EfsRmTree removes a folder and its contents.
     bool EfsRmTree(const char* sFolderPath);
-    /// CreateCEFS makes an image of the phone's file system in a local file.
+    /// CreateCEFS stores an image of the phone's file system in a local file.
     bool CreateCEFS(const char* sLocalFile);
-    /// DownloadPRL reads the phone's roaming list into a local file, UploadPRL writes it from one.
+    /// DownloadPRL saves the phone's roaming list to a local file, UploadPRL writes it from one.
     bool DownloadPRL(const char* sLocalFile);
     bool UploadPRL(const char* sLocalFile);
 
-    /// These are not provided: false.
+    /// Not supported: always false.
     bool EfsSetPermissions(const char* sFilePath, unsigned short iMask);
     bool EfsBackupDir(const char* sFolderPath, const char* sLocalFolder);
     bool EfsRestoreDir(const char* sLocalFolder, const char* sFolderPath);
@@ -45,6 +49,7 @@ public:
 private:
     friend class FunctionDispatcherHelper<EFS>;
 
+    EFS(const char* sClientName, std::shared_ptr<ComThreadManager> pComThread);
     EFS(const EFS& other) : Dispatched(other) {}
     void OnEntry(const EfsDirItem& item) override;
     bool NotImplemented(const char* sName);

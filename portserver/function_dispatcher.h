@@ -1,30 +1,35 @@
-// Calls that are carried to another thread: a client's member function and the client that it runs on.
+// Calls that run on another thread: a member function and the client that it is called on.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <utility>
 
 #include "platform/export.h"
+#include "portserver/server_fault.h"
 
-/// ServerException is what an operation of the port-server path raises; its text says which one and why.
-class ServerException : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-/// FunctionDispatcher is one call, with the name of its operation ("EFS::EfsMkDir") for the error text.
+/// FunctionDispatcher is one call and the name of its operation ("EFS::EfsMkDir"), for the error text.
 class QUILLET_API FunctionDispatcher {
 public:
     explicit FunctionDispatcher(std::string sOperation) : m_sOperation(std::move(sOperation)) {}
     virtual ~FunctionDispatcher();
 
-    /// dispatch makes the call, on the thread that it was carried to.
+    /// dispatch makes the call, on the current thread.
     virtual void dispatch(void* pArgument) = 0;
 
-    /// Run is dispatch, with whatever it throws turned into the error text.
-    void Run(void* pArgument) noexcept;
-    /// The error text of a Run that has ended; empty when nothing was thrown.
+    /// Run is dispatch, but stores exceptions as the error text. It is virtual so that it is compiled into
+    /// the module whose dispatch it calls.
+    QUILLET_API_INLINE virtual void Run(void* pArgument) noexcept {
+        try {
+            dispatch(pArgument);
+        } catch (const ServerException& error) {
+            m_sError = error.what();
+        } catch (const ComException&) {
+            m_sError = m_sOperation + " - COM exception thrown.";
+        } catch (...) {
+            m_sError = m_sOperation + " - Unknown exception thrown.";
+        }
+    }
+    /// The error text of a completed Run; empty when nothing was thrown.
     const std::string& ErrorText() const { return m_sError; }
 
 private:
@@ -32,9 +37,9 @@ private:
     std::string m_sError;
 };
 
-/// FunctionDispatcherHelper calls a member function of a client, with or without one argument. It runs on a
-/// client object of its own, which shares the server with the caller's: when the caller has given up waiting
-/// and is gone, the call still has everything that it touches.
+/// FunctionDispatcherHelper calls a member function of a client, with or without an argument. It uses a copy
+/// of the client that shares the server, so the call has everything that it needs even when the caller has
+/// stopped waiting and is gone.
 template <class Client>
 class QUILLET_API FunctionDispatcherHelper : public FunctionDispatcher {
 public:
@@ -52,7 +57,7 @@ private:
     const FunctionWithArgument m_pFunctionWithArgument = nullptr;
 };
 
-// Outside of the class: members that are defined inside are not exported on Windows.
+// Defined outside the class, because inline members are not exported on Windows.
 template <class Client>
 FunctionDispatcherHelper<Client>::FunctionDispatcherHelper(std::string sOperation, const Client& client,
                                                            Function pFunction)
@@ -65,8 +70,10 @@ FunctionDispatcherHelper<Client>::FunctionDispatcherHelper(std::string sOperatio
 
 template <class Client>
 void FunctionDispatcherHelper<Client>::dispatch(void* pArgument) {
-    if (m_pFunction)
-        (m_client.*m_pFunction)();
-    else
-        (m_client.*m_pFunctionWithArgument)(pArgument);
+    m_client.WatchServer([&] {
+        if (m_pFunction != nullptr)
+            (m_client.*m_pFunction)();
+        else
+            (m_client.*m_pFunctionWithArgument)(pArgument);
+    });
 }

@@ -1,33 +1,35 @@
-// What the port-server path needs of a port server: the one place where such a program is plugged in.
+// The interface of a port server: the one place where such a program is connected.
 #pragma once
 
 #include <array>
 #include <functional>
 #include <memory>
 #include <span>
-#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/export.h"
 #include "platform/types.h"
+#include "portserver/com_thread_manager.h"
+#include "portserver/server_fault.h"
 
-/// One entry of a directory that a port server lists.
+/// One entry of a directory listed by a port server.
 struct EfsDirItem {
     char sName[132];         // full path
     DWORD isFile;            // 1 file, 0 directory, 2 link
     unsigned short Mask;     // attribute mask
     unsigned char BufOption; // buffering option
     unsigned char Clean;     // clean-up option
-    DWORD Date;              // as the phone counts it
+    DWORD Date;              // in the phone's own format
     DWORD FileSize;          // bytes
 };
 static_assert(sizeof(EfsDirItem) == 148);
 
-/// A phone that a port server knows: four texts, of which the first is the port's name, such as "COM5".
+/// A phone known to a port server: four texts, the first of which is the name of its port, such as "COM5".
 using PhoneEntry = std::array<std::string, 4>;
 
-/// What can be asked of a phone besides requests and NV items. SendSpc and SendTmob carry a text.
+/// Operations on a phone other than requests and NV items. SendSpc and SendTmob take a text.
 enum class PhoneControl {
     Offline,
     Lock,
@@ -39,10 +41,10 @@ enum class PhoneControl {
     GetPhoneMode
 };
 
-/// How a reset of the phone went.
+/// The result of resetting the phone.
 enum class ResetOutcome { Done, NeverReset, NeverRecovered };
 
-/// Work of the server that takes its time: begun by one call, ended by TaskEvents::finished.
+/// Long operations of the server: begun by one call, ended by TaskEvents::finished.
 enum class ServerTask {
     EfsDirectory,
     EfsRead,
@@ -65,15 +67,15 @@ enum class ServerTask {
     DownloadQcnFile
 };
 
-/// Receives the packets that the phone sends by itself, from any thread: packet and two FCS bytes, as they
-/// came over the wire (a server that strips these appends two bytes of any value).
+/// Receives unsolicited packets of the phone, from any thread: the packet and its two FCS bytes, as received
+/// over the wire (a server that removes these appends two bytes of any value).
 class QUILLET_API PacketEvents {
 public:
     virtual ~PacketEvents();
     virtual void packetReceived(std::span<unsigned char> packet) = 0;
 };
 
-/// Receives the course of one task, from any thread. finished is the last call; later ones do no harm.
+/// Receives the reports on one task, from any thread. finished is the last one; later calls are harmless.
 class QUILLET_API TaskEvents {
 public:
     virtual ~TaskEvents();
@@ -82,29 +84,23 @@ public:
     virtual void finished(bool bSucceeded) = 0;
 };
 
-/// ComException is how a PortServer reports that the automation itself failed (the program is gone, say).
-class ComException : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-/// PortServer is one client's view of a port server. Every function, the destructor included, runs on the
-/// one thread that is set up for automation. False or an empty list is the server's or the phone's refusal;
-/// ComException and any other exception are allowed everywhere. A function that takes a time limit keeps it
-/// by itself; one that never returns makes all later calls of the process time out, no more.
+/// PortServer is one client's view of a port server. Every function, including the destructor, runs on the
+/// automation thread. False or an empty list means that the server or the phone refused. Any function may
+/// throw ComException or any other exception. A function with a time limit must enforce it; one that never
+/// returns makes all later calls of the process time out, nothing worse.
 class QUILLET_API PortServer {
 public:
     virtual ~PortServer();
 
-    /// attach is called once, first: it makes the server know this client. pEvents receives the packets that
-    /// the phone sends by itself; null: they are not wanted.
+    /// attach is the first call and made once: it introduces this client to the server. pEvents receives
+    /// unsolicited packets of the phone; null: none are wanted.
     virtual bool attach(const std::string& sClientName, const std::shared_ptr<PacketEvents>& pEvents) = 0;
-    /// selectPort chooses the port ("COM5") that later calls go to; an empty name: no particular port.
+    /// selectPort selects the port ("COM5") for later calls; an empty name: no particular port.
     virtual bool selectPort(const std::string& sPortName, DWORD iTimeOut_ms) = 0;
     virtual std::vector<std::string> portNames() = 0;
     virtual std::vector<PhoneEntry> phones() = 0;
 
-    /// sendSync exchanges one packet without framing and FCS; false when no answer came in time.
+    /// sendSync exchanges one packet without framing and FCS; false when no response arrived in time.
     virtual bool sendSync(std::span<const unsigned char> request, DWORD iTimeOut_ms,
                           std::vector<unsigned char>& response) = 0;
     virtual bool readNv(unsigned short iItem, std::vector<unsigned char>& data) = 0;
@@ -112,20 +108,103 @@ public:
     virtual bool control(PhoneControl eControl, const std::string& sText, DWORD& iValue) = 0;
     virtual ResetOutcome reset(DWORD iTimeOut_ms) = 0;
 
-    /// begin starts a task; its texts are what the client's operation was given, in order. A client begins
-    /// no second one before the first has finished or was aborted. abort ends it; nothing more is reported.
+    /// begin starts a task with the arguments of the client's operation, in their order. A client starts the
+    /// next task only after the previous one has finished or was aborted. abort ends a task, which then
+    /// reports nothing more.
     virtual bool begin(ServerTask eTask, const std::vector<std::string>& arguments,
                        const std::shared_ptr<TaskEvents>& pEvents) = 0;
     virtual void abort() = 0;
 };
 
-/// Makes one client's view of a server; null when there is none.
+/// Makes one client's view of a server; null when there is no server.
 using PortServerFactory = std::function<std::shared_ptr<PortServer>()>;
 
-/// AttachPortServer supplies the port server of this process; an empty factory takes it away again. Without
-/// one, as at first, connecting fails. Clients that are connected keep theirs. Any thread.
-QUILLET_API void AttachPortServer(PortServerFactory factory);
+/// ServerRelay is a view that forwards each call to another one through Passage::Pass(fault, call). There is
+/// one on each side of the boundary between program and library, so that no exception crosses it.
+template <class Passage>
+class ServerRelay : public PortServer {
+public:
+    ServerRelay(std::shared_ptr<PortServer> pServer, std::shared_ptr<ServerFault> pFault)
+        : m_pServer(std::move(pServer)), m_pFault(std::move(pFault)) {}
 
-/// MakePortServer makes a view by means of the attached factory; null without one. Runs on the thread that
-/// is set up for automation.
-std::shared_ptr<PortServer> MakePortServer();
+    bool attach(const std::string& sClientName, const std::shared_ptr<PacketEvents>& pEvents) override {
+        return Pass([&] { return m_pServer->attach(sClientName, pEvents); });
+    }
+    bool selectPort(const std::string& sPortName, DWORD iTimeOut_ms) override {
+        return Pass([&] { return m_pServer->selectPort(sPortName, iTimeOut_ms); });
+    }
+    std::vector<std::string> portNames() override {
+        return Pass([&] { return m_pServer->portNames(); });
+    }
+    std::vector<PhoneEntry> phones() override {
+        return Pass([&] { return m_pServer->phones(); });
+    }
+    bool sendSync(std::span<const unsigned char> request, DWORD iTimeOut_ms,
+                  std::vector<unsigned char>& response) override {
+        return Pass([&] { return m_pServer->sendSync(request, iTimeOut_ms, response); });
+    }
+    bool readNv(unsigned short iItem, std::vector<unsigned char>& data) override {
+        return Pass([&] { return m_pServer->readNv(iItem, data); });
+    }
+    bool writeNv(unsigned short iItem, std::span<const unsigned char> data) override {
+        return Pass([&] { return m_pServer->writeNv(iItem, data); });
+    }
+    bool control(PhoneControl eControl, const std::string& sText, DWORD& iValue) override {
+        return Pass([&] { return m_pServer->control(eControl, sText, iValue); });
+    }
+    ResetOutcome reset(DWORD iTimeOut_ms) override {
+        return Pass([&] { return m_pServer->reset(iTimeOut_ms); });
+    }
+    bool begin(ServerTask eTask, const std::vector<std::string>& arguments,
+               const std::shared_ptr<TaskEvents>& pEvents) override {
+        return Pass([&] { return m_pServer->begin(eTask, arguments, pEvents); });
+    }
+    void abort() override {
+        Pass([&] { return m_pServer->abort(), true; });
+    }
+
+private:
+    template <class Call>
+    auto Pass(Call call) {
+        return Passage::Pass(*m_pFault, call);
+    }
+
+    const std::shared_ptr<PortServer> m_pServer;
+    const std::shared_ptr<ServerFault> m_pFault;
+};
+
+/// The program's side: calls throw nothing and store in `fault` what they would have thrown.
+struct FaultCatcher {
+    template <class Call>
+    static auto Pass(ServerFault& fault, Call call) noexcept {
+        decltype(call()) result{};
+        fault = ServerFault::Of([&] { result = call(); });
+        return result;
+    }
+};
+
+/// A view that a program passes to the library. Its functions throw nothing and store the outcome of each
+/// call in *pFault. If there is no view, *pFault holds the reason.
+struct CaughtServer {
+    std::shared_ptr<PortServer> pServer;
+    std::shared_ptr<ServerFault> pFault;
+};
+using CaughtServerFactory = std::function<CaughtServer()>;
+
+/// AttachCaughtServer is the library's part of AttachPortServer.
+QUILLET_API void AttachCaughtServer(CaughtServerFactory factory);
+
+/// AttachPortServer sets the process's port server; an empty factory removes it. Without one (the default)
+/// connecting fails. Clients that are connected keep theirs. Any thread.
+QUILLET_API_INLINE void AttachPortServer(PortServerFactory factory) {
+    if (!factory)
+        return AttachCaughtServer({});
+    AttachCaughtServer([factory = std::move(factory)] {
+        const auto pFault = std::make_shared<ServerFault>();
+        std::shared_ptr<PortServer> pServer;
+        *pFault = ServerFault::Of([&] { pServer = factory(); });
+        if (pServer != nullptr)
+            pServer = std::make_shared<ServerRelay<FaultCatcher>>(std::move(pServer), pFault);
+        return CaughtServer{std::move(pServer), pFault};
+    });
+}

@@ -5,8 +5,9 @@
 #include <utility>
 
 #include "link/delivered_packet.h"
+#include "link/event_dispatcher.h"
 
-/// PacketListeners hands the server's packets to the listeners, under its lock.
+/// PacketListeners delivers the server's packets to the listeners, under its lock.
 class PacketListeners : public PacketEvents {
 public:
     void packetReceived(std::span<unsigned char> packet) override {
@@ -45,6 +46,11 @@ struct SyncCall {
     Bytes response = {};    // out
 };
 
+/// The two requests of the phone check do not change the phone, so they may be sent twice.
+bool IsPhoneCheck(const Bytes& request) {
+    return !request.empty() && (request[0] == kLoopbackRequest || request[0] == kVersionRequest);
+}
+
 struct NvCall {
     unsigned short iItem;
     Bytes data; // in or out
@@ -63,45 +69,43 @@ struct ResetCall {
     ResetOutcome eOutcome = ResetOutcome::NeverReset;
 };
 
-// Runs an operation that throws; false with the reason when it did.
-template <class Body>
-bool Quietly(std::string& sReason, Body body) noexcept {
-    try {
-        body();
-        return true;
-    } catch (const std::exception& error) {
-        sReason = error.what();
-    } catch (...) {
-        sReason = "Unknown exception thrown.";
-    }
-    return false;
-}
-
 } // namespace
 
-QpstServer::QpstServer(const char* sClientName)
-    : Dispatched("QpstServer", sClientName), m_pListeners(std::make_shared<PacketListeners>()) {}
+QpstServer::QpstServer(const char* sClientName, std::shared_ptr<ComThreadManager> pComThread)
+    : Dispatched("QpstServer", sClientName, std::move(pComThread)),
+      m_pListeners(std::make_shared<PacketListeners>()) {
+    WantPackets(m_pListeners);
+}
 
 QpstServer::~QpstServer() {
-    if (m_pListeners)
+    if (m_pListeners != nullptr)
         m_pListeners->RemoveAll();
 }
 
-void QpstServer::connect(unsigned short iComPort, DWORD iTimeOut_ms) {
-    Initialize(m_pListeners);
-    ChangePort(PortName(iComPort), iTimeOut_ms);
+ServerFault QpstServer::TryConnect(unsigned short iComPort, DWORD iTimeOut_ms) noexcept {
+    return ServerFault::Of([&] { ConnectTo(PortName(iComPort), iTimeOut_ms); });
 }
 
-void QpstServer::sendSync(unsigned short iRequestSize, const unsigned char* piRequest,
-                          unsigned short* piResponseSize, unsigned char* piResponse, DWORD iTimeOut_ms) {
-    RequireConnection("sendSync");
-    const auto pCall =
-        std::make_shared<SyncCall>(SyncCall{Bytes(piRequest, piRequest + iRequestSize), iTimeOut_ms});
-    Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
-    if (!pCall->bAnswered)
-        throw ServerException("Timeout waiting for response");
-    *piResponseSize = static_cast<unsigned short>(std::min<size_t>(*piResponseSize, pCall->response.size()));
-    std::copy_n(pCall->response.begin(), *piResponseSize, piResponse);
+ServerFault QpstServer::TrySendSync(unsigned short iRequestSize, const unsigned char* piRequest,
+                                    unsigned short* piResponseSize, unsigned char* piResponse,
+                                    DWORD iTimeOut_ms) noexcept {
+    return ServerFault::Of([&] {
+        const auto pCall =
+            std::make_shared<SyncCall>(SyncCall{Bytes(piRequest, piRequest + iRequestSize), iTimeOut_ms});
+        const auto exchange = [&] {
+            RequireServer("sendSync");
+            Execute("sendSync", &QpstServer::sendSyncImpl, pCall, WithGrace(iTimeOut_ms));
+        };
+        if (IsPhoneCheck(pCall->request))
+            TwiceIfLost(exchange);
+        else
+            exchange();
+        if (!pCall->bAnswered)
+            throw ServerException("Timeout waiting for response");
+        *piResponseSize =
+            static_cast<unsigned short>(std::min<size_t>(*piResponseSize, pCall->response.size()));
+        std::copy_n(pCall->response.begin(), *piResponseSize, piResponse);
+    });
 }
 
 void QpstServer::sendSyncImpl(void* pArgument) {
@@ -109,15 +113,18 @@ void QpstServer::sendSyncImpl(void* pArgument) {
     call.bAnswered = Server().sendSync(call.request, call.iTimeOut_ms, call.response);
 }
 
-bool QpstServer::readNv(unsigned short iItem, unsigned char* piData, unsigned short iLength) {
-    RequireConnection("readNv");
-    const auto pCall = std::make_shared<NvCall>(NvCall{iItem, {}});
-    Execute("readNv", &QpstServer::readNvImpl, pCall, kCallLimit_ms);
-    if (!pCall->bDone)
-        return false;
-    pCall->data.resize(iLength);
-    std::copy(pCall->data.begin(), pCall->data.end(), piData);
-    return true;
+ServerFault QpstServer::TryReadNv(unsigned short iItem, unsigned char* piData, unsigned short iLength,
+                                  bool& bDone) noexcept {
+    return ServerFault::Of([&] {
+        RequireServer("readNv");
+        const auto pCall = std::make_shared<NvCall>(NvCall{iItem, {}});
+        Execute("readNv", &QpstServer::readNvImpl, pCall, kCallLimit_ms);
+        bDone = pCall->bDone;
+        if (!bDone)
+            return;
+        pCall->data.resize(iLength);
+        std::copy(pCall->data.begin(), pCall->data.end(), piData);
+    });
 }
 
 void QpstServer::readNvImpl(void* pArgument) {
@@ -125,11 +132,14 @@ void QpstServer::readNvImpl(void* pArgument) {
     call.bDone = Server().readNv(call.iItem, call.data);
 }
 
-bool QpstServer::writeNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength) {
-    RequireConnection("writeNv");
-    const auto pCall = std::make_shared<NvCall>(NvCall{iItem, Bytes(piData, piData + iLength)});
-    Execute("writeNv", &QpstServer::writeNvImpl, pCall, kCallLimit_ms);
-    return pCall->bDone;
+ServerFault QpstServer::TryWriteNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength,
+                                   bool& bDone) noexcept {
+    return ServerFault::Of([&] {
+        RequireServer("writeNv");
+        const auto pCall = std::make_shared<NvCall>(NvCall{iItem, Bytes(piData, piData + iLength)});
+        Execute("writeNv", &QpstServer::writeNvImpl, pCall, kCallLimit_ms);
+        bDone = pCall->bDone;
+    });
 }
 
 void QpstServer::writeNvImpl(void* pArgument) {
@@ -137,13 +147,17 @@ void QpstServer::writeNvImpl(void* pArgument) {
     call.bDone = Server().writeNv(call.iItem, call.data);
 }
 
-bool QpstServer::Control(const char* sName, PhoneControl eControl, const char* sText, DWORD* piValue) {
-    RequireConnection(sName);
-    const auto pCall = std::make_shared<ControlCall>(ControlCall{eControl, sText ? sText : ""});
-    Execute(sName, &QpstServer::controlImpl, pCall, kCallLimit_ms);
-    if (pCall->bDone && piValue)
-        *piValue = pCall->iValue;
-    return pCall->bDone;
+ServerFault QpstServer::TryControl(const char* sName, PhoneControl eControl, const char* sText,
+                                   DWORD* piValue, bool& bDone) noexcept {
+    return ServerFault::Of([&] {
+        RequireServer(sName);
+        const auto pCall =
+            std::make_shared<ControlCall>(ControlCall{eControl, sText != nullptr ? sText : ""});
+        Execute(sName, &QpstServer::controlImpl, pCall, kCallLimit_ms);
+        bDone = pCall->bDone;
+        if (bDone && piValue != nullptr)
+            *piValue = pCall->iValue;
+    });
 }
 
 void QpstServer::controlImpl(void* pArgument) {
@@ -151,42 +165,16 @@ void QpstServer::controlImpl(void* pArgument) {
     call.bDone = Server().control(call.eControl, call.sText, call.iValue);
 }
 
-bool QpstServer::offline() {
-    return Control("offline", PhoneControl::Offline, "");
-}
-
-bool QpstServer::lock() {
-    return Control("lock", PhoneControl::Lock, "");
-}
-
-bool QpstServer::unlock() {
-    return Control("unlock", PhoneControl::Unlock, "");
-}
-
-bool QpstServer::sendSpc(const char* sSpc) {
-    return Control("sendSpc", PhoneControl::SendSpc, sSpc);
-}
-
-bool QpstServer::sendTmob(const char* sText) {
-    return Control("sendTmob", PhoneControl::SendTmob, sText);
-}
-
-bool QpstServer::detectBadPhoneMode() {
-    return Control("detectBadPhoneMode", PhoneControl::DetectBadPhoneMode, "");
-}
-
-bool QpstServer::getDiagVerno(DWORD& iVersion) {
-    return Control("getDiagVerno", PhoneControl::GetDiagVerno, "", &iVersion);
-}
-
-void QpstServer::reset(DWORD iTimeOut_ms) {
-    RequireConnection("reset");
-    const auto pCall = std::make_shared<ResetCall>(ResetCall{iTimeOut_ms});
-    Execute("reset", &QpstServer::resetImpl, pCall, WithGrace(iTimeOut_ms));
-    if (pCall->eOutcome == ResetOutcome::NeverReset)
-        throw ServerException("QpstServer::reset - The phone never reset.");
-    if (pCall->eOutcome == ResetOutcome::NeverRecovered)
-        throw ServerException("QpstServer::reset - The phone never recovered from the reset");
+ServerFault QpstServer::TryReset(DWORD iTimeOut_ms) noexcept {
+    return ServerFault::Of([&] {
+        RequireServer("reset");
+        const auto pCall = std::make_shared<ResetCall>(ResetCall{iTimeOut_ms});
+        Execute("reset", &QpstServer::resetImpl, pCall, WithGrace(iTimeOut_ms));
+        if (pCall->eOutcome == ResetOutcome::NeverReset)
+            throw ServerException("QpstServer::reset - The phone never reset.");
+        if (pCall->eOutcome == ResetOutcome::NeverRecovered)
+            throw ServerException("QpstServer::reset - The phone never recovered from the reset");
+    });
 }
 
 void QpstServer::resetImpl(void* pArgument) {
@@ -194,22 +182,30 @@ void QpstServer::resetImpl(void* pArgument) {
     call.eOutcome = Server().reset(call.iTimeOut_ms);
 }
 
-std::vector<std::string> QpstServer::getPortList() {
-    Initialize(m_pListeners);
-    const auto pNames = std::make_shared<std::vector<std::string>>();
-    Execute("getPortList", &QpstServer::getPortListImpl, pNames, kCallLimit_ms);
-    return *pNames;
+ServerFault QpstServer::TryGetPortList(std::vector<std::string>& names) noexcept {
+    return ServerFault::Of([&] {
+        const auto pNames = std::make_shared<std::vector<std::string>>();
+        TwiceIfLost([&] {
+            Initialize();
+            Execute("getPortList", &QpstServer::getPortListImpl, pNames, kCallLimit_ms);
+        });
+        names = std::move(*pNames);
+    });
 }
 
 void QpstServer::getPortListImpl(void* pArgument) {
     *static_cast<std::vector<std::string>*>(pArgument) = Server().portNames();
 }
 
-std::vector<PhoneEntry> QpstServer::getPhoneList() {
-    Initialize(m_pListeners);
-    const auto pPhones = std::make_shared<std::vector<PhoneEntry>>();
-    Execute("getPhoneList", &QpstServer::getPhoneListImpl, pPhones, kCallLimit_ms);
-    return *pPhones;
+ServerFault QpstServer::TryGetPhoneList(std::vector<PhoneEntry>& phones) noexcept {
+    return ServerFault::Of([&] {
+        const auto pPhones = std::make_shared<std::vector<PhoneEntry>>();
+        TwiceIfLost([&] {
+            Initialize();
+            Execute("getPhoneList", &QpstServer::getPhoneListImpl, pPhones, kCallLimit_ms);
+        });
+        phones = std::move(*pPhones);
+    });
 }
 
 void QpstServer::getPhoneListImpl(void* pArgument) {
@@ -217,34 +213,10 @@ void QpstServer::getPhoneListImpl(void* pArgument) {
 }
 
 void QpstServer::addEventListener(CQLibEvents_Listener* pListener) {
-    if (pListener)
+    if (pListener != nullptr)
         m_pListeners->Add(pListener);
 }
 
 void QpstServer::removeEventListener(CQLibEvents_Listener* pListener) {
     m_pListeners->Remove(pListener);
-}
-
-bool QpstServer::ConnectPort(int iComPort, DWORD iTimeOut_ms, std::string& sReason) noexcept {
-    return Quietly(sReason, [&] { connect(static_cast<unsigned short>(iComPort), iTimeOut_ms); });
-}
-
-bool QpstServer::Exchange(std::span<const unsigned char> request, DWORD iTimeOut_ms, QueueItem& response,
-                          std::string& sReason) noexcept {
-    response.length = 0;
-    return Quietly(sReason, [&] {
-        unsigned short iLength = sizeof response.data;
-        sendSync(static_cast<unsigned short>(request.size()), request.data(), &iLength, response.data,
-                 iTimeOut_ms);
-        response.length = iLength;
-    });
-}
-
-void QpstServer::Listen(CQLibEvents_Listener* pListener) noexcept {
-    std::string sIgnored;
-    Quietly(sIgnored, [&] { addEventListener(pListener); });
-}
-
-void QpstServer::StopListening(CQLibEvents_Listener* pListener) noexcept {
-    removeEventListener(pListener);
 }

@@ -5,72 +5,121 @@
 #include <string>
 #include <vector>
 
-#include "link/server_transport.h"
 #include "platform/export.h"
 #include "portserver/server_client.h"
 
+class CQLibEvents_Listener;
 class PacketListeners;
 
-/// QpstServer is the client of a port server that exchanges packets with one phone. Operations throw:
-/// ServerException with the reason, or ComThreadManager::TimeoutException when the server does not come back
-/// (kGrace_ms after the operation's own time-out). As the transport of a connection it throws nothing.
+/// QpstServer is the client of a port server that exchanges packets with one phone. Operations throw
+/// ServerException with the reason, or ComThreadManager::TimeoutException when the server does not return
+/// within the operation's own time-out plus kGrace_ms.
 ///
-/// One thread at a time; each operation blocks until the server has answered.
-class QUILLET_API QpstServer : public Dispatched<QpstServer, ServerClient>, public ServerTransport {
+/// One thread at a time; each operation blocks until the server has responded.
+///
+/// Operations that throw have their bodies here, so that they throw in the caller's module (see ServerFault);
+/// the library's part is a Try... member.
+class QUILLET_API QpstServer : public Dispatched<QpstServer, ServerClient> {
 public:
-    /// Throws when there is no automation thread to be had. The server is started by the first operation.
-    explicit QpstServer(const char* sClientName);
-    /// Listeners are not called any more afterwards.
+    /// Throws when no automation thread can be created. The server is started by the first operation.
+    QUILLET_API_INLINE explicit QpstServer(const char* sClientName)
+        : QpstServer(sClientName, ComThreadManager::Use()) {}
+    /// Listeners are not called afterwards.
     ~QpstServer() override;
 
-    /// connect starts the server and selects a COM port (65535: none in particular). May be repeated, also
-    /// for another port. Everything but the lists and the listeners needs it.
-    void connect(unsigned short iComPort, DWORD iTimeOut_ms);
+    /// connect starts the server and selects a COM port (65535: no particular port). May be called again,
+    /// also for another port. Required before all operations but the lists and the listeners.
+    QUILLET_API_INLINE void connect(unsigned short iComPort, DWORD iTimeOut_ms) {
+        TryConnect(iComPort, iTimeOut_ms).Raise();
+    }
 
     /// sendSync exchanges one packet without framing. *piResponseSize in: capacity of piResponse; out: bytes
-    /// written. Throws "Timeout waiting for response" when the phone does not answer; both are unchanged
-    /// then.
-    void sendSync(unsigned short iRequestSize, const unsigned char* piRequest, unsigned short* piResponseSize,
-                  unsigned char* piResponse, DWORD iTimeOut_ms);
-    /// readNv fills piData (iLength bytes) with an NV item, rest zero; writeNv writes one. False when the
-    /// phone refuses.
-    bool readNv(unsigned short iItem, unsigned char* piData, unsigned short iLength);
-    bool writeNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength);
+    /// written. When the phone does not respond, throws "Timeout waiting for response" and changes neither.
+    QUILLET_API_INLINE void sendSync(unsigned short iRequestSize, const unsigned char* piRequest,
+                                     unsigned short* piResponseSize, unsigned char* piResponse,
+                                     DWORD iTimeOut_ms) {
+        TrySendSync(iRequestSize, piRequest, piResponseSize, piResponse, iTimeOut_ms).Raise();
+    }
+    /// readNv reads an NV item into piData (iLength bytes, padded with zeros); writeNv writes one. False when
+    /// the phone refuses.
+    QUILLET_API_INLINE bool readNv(unsigned short iItem, unsigned char* piData, unsigned short iLength) {
+        bool bDone = false;
+        TryReadNv(iItem, piData, iLength, bDone).Raise();
+        return bDone;
+    }
+    QUILLET_API_INLINE bool writeNv(unsigned short iItem, const unsigned char* piData,
+                                    unsigned short iLength) {
+        bool bDone = false;
+        TryWriteNv(iItem, piData, iLength, bDone).Raise();
+        return bDone;
+    }
 
     /// Phone control: false when the phone refuses.
-    bool offline();
-    bool lock();
-    bool unlock();
-    bool sendSpc(const char* sSpc);
-    bool sendTmob(const char* sText);
-    /// detectBadPhoneMode: true when the phone is in a mode that needs repair.
-    bool detectBadPhoneMode();
-    /// getDiagVerno writes the version of the phone's diagnostic protocol.
-    bool getDiagVerno(DWORD& iVersion);
-    /// reset restarts the phone and waits until it answers again. Throws when it does not within iTimeOut_ms.
-    void reset(DWORD iTimeOut_ms);
+    QUILLET_API_INLINE bool offline() { return Control("offline", PhoneControl::Offline); }
+    QUILLET_API_INLINE bool lock() { return Control("lock", PhoneControl::Lock); }
+    QUILLET_API_INLINE bool unlock() { return Control("unlock", PhoneControl::Unlock); }
+    QUILLET_API_INLINE bool sendSpc(const char* sSpc) {
+        return Control("sendSpc", PhoneControl::SendSpc, sSpc);
+    }
+    QUILLET_API_INLINE bool sendTmob(const char* sText) {
+        return Control("sendTmob", PhoneControl::SendTmob, sText);
+    }
+    /// detectBadPhoneMode returns true when the phone is in a mode that needs repair.
+    QUILLET_API_INLINE bool detectBadPhoneMode() {
+        return Control("detectBadPhoneMode", PhoneControl::DetectBadPhoneMode);
+    }
+    /// getDiagVerno stores the version of the phone's diagnostic protocol.
+    QUILLET_API_INLINE bool getDiagVerno(DWORD& iVersion) {
+        return Control("getDiagVerno", PhoneControl::GetDiagVerno, nullptr, &iVersion);
+    }
+    /// reset restarts the phone and waits until it responds again. Throws when that takes more than
+    /// iTimeOut_ms.
+    QUILLET_API_INLINE void reset(DWORD iTimeOut_ms) { TryReset(iTimeOut_ms).Raise(); }
 
-    /// The names of the server's ports ("COM5"), and its phones.
-    std::vector<std::string> getPortList();
-    std::vector<PhoneEntry> getPhoneList();
+    /// Return the names of the server's ports ("COM5"), and its phones.
+    QUILLET_API_INLINE std::vector<std::string> getPortList() {
+        std::vector<std::string> names;
+        TryGetPortList(names).Raise();
+        return names;
+    }
+    QUILLET_API_INLINE std::vector<PhoneEntry> getPhoneList() {
+        std::vector<PhoneEntry> phones;
+        TryGetPhoneList(phones).Raise();
+        return phones;
+    }
 
-    /// addEventListener lets pListener see the packets that the phone sends by itself (with two FCS bytes),
-    /// on a thread of the server's, until removeEventListener, which waits for a delivery that is under way.
-    /// A listener must not add or remove listeners.
+    /// addEventListener registers pListener for unsolicited packets of the phone (with two FCS bytes), which
+    /// it receives on a thread of the server. removeEventListener waits for a delivery in progress. A
+    /// listener must not add or remove listeners.
     void addEventListener(CQLibEvents_Listener* pListener);
     void removeEventListener(CQLibEvents_Listener* pListener);
-
-    bool ConnectPort(int iComPort, DWORD iTimeOut_ms, std::string& sReason) noexcept override;
-    bool Exchange(std::span<const unsigned char> request, DWORD iTimeOut_ms, QueueItem& response,
-                  std::string& sReason) noexcept override;
-    void Listen(CQLibEvents_Listener* pListener) noexcept override;
-    void StopListening(CQLibEvents_Listener* pListener) noexcept override;
 
 private:
     friend class FunctionDispatcherHelper<QpstServer>;
 
+    QpstServer(const char* sClientName, std::shared_ptr<ComThreadManager> pComThread);
     QpstServer(const QpstServer& other) : Dispatched(other) {}
-    bool Control(const char* sName, PhoneControl eControl, const char* sText, DWORD* piValue = nullptr);
+
+    bool Control(const char* sName, PhoneControl eControl, const char* sText = nullptr,
+                 DWORD* piValue = nullptr) {
+        bool bDone = false;
+        TryControl(sName, eControl, sText, piValue, bDone).Raise();
+        return bDone;
+    }
+    ServerFault TryConnect(unsigned short iComPort, DWORD iTimeOut_ms) noexcept;
+    ServerFault TrySendSync(unsigned short iRequestSize, const unsigned char* piRequest,
+                            unsigned short* piResponseSize, unsigned char* piResponse,
+                            DWORD iTimeOut_ms) noexcept;
+    ServerFault TryReadNv(unsigned short iItem, unsigned char* piData, unsigned short iLength,
+                          bool& bDone) noexcept;
+    ServerFault TryWriteNv(unsigned short iItem, const unsigned char* piData, unsigned short iLength,
+                           bool& bDone) noexcept;
+    ServerFault TryControl(const char* sName, PhoneControl eControl, const char* sText, DWORD* piValue,
+                           bool& bDone) noexcept;
+    ServerFault TryReset(DWORD iTimeOut_ms) noexcept;
+    ServerFault TryGetPortList(std::vector<std::string>& names) noexcept;
+    ServerFault TryGetPhoneList(std::vector<PhoneEntry>& phones) noexcept;
+
     void sendSyncImpl(void* pCall);
     void readNvImpl(void* pCall);
     void writeNvImpl(void* pCall);
@@ -79,7 +128,7 @@ private:
     void getPortListImpl(void* pCall);
     void getPhoneListImpl(void* pCall);
 
-    std::shared_ptr<PacketListeners> m_pListeners; // the server holds it too; null in a copy
+    std::shared_ptr<PacketListeners> m_pListeners; // shared with the server; null in a copy
 };
 
 extern template class FunctionDispatcherHelper<QpstServer>;

@@ -16,25 +16,26 @@ struct ModeCall {
 
 SoftwareDownloadListener::~SoftwareDownloadListener() = default;
 
-SoftwareDownload::SoftwareDownload(void* hContext, const char* sClientName)
-    : Dispatched("SoftwareDownload", sClientName), m_hContext(hContext) {}
+SoftwareDownload::SoftwareDownload(void* hContext, const char* sClientName,
+                                   std::shared_ptr<ComThreadManager> pComThread)
+    : Dispatched("SoftwareDownload", sClientName, std::move(pComThread)), m_hContext(hContext) {}
 SoftwareDownload::~SoftwareDownload() = default;
 
 bool SoftwareDownload::connect(unsigned short iComPort) {
-    return Connect(PortName(iComPort), m_aTimeOuts[QMSL_TimeOut_ServerConnect]);
+    return Connect(PortName(iComPort));
 }
 
 bool SoftwareDownload::connect(const char* sPortName) {
-    return Connect(sPortName ? sPortName : "", m_aTimeOuts[QMSL_TimeOut_ServerConnect]);
+    return Connect(sPortName != nullptr ? sPortName : "");
 }
 
 void SoftwareDownload::ConfigureCallBacks(SoftwareDownloadCallBack pfnProgress, void* pUserData) {
     m_pfnProgress = pfnProgress;
-    m_pUserData = pUserData ? pUserData : m_hContext;
+    m_pUserData = pUserData != nullptr ? pUserData : m_hContext;
 }
 
 void SoftwareDownload::addListener(SoftwareDownloadListener* pListener) {
-    if (pListener)
+    if (pListener != nullptr)
         m_listeners.push_back(pListener);
 }
 
@@ -42,39 +43,28 @@ void SoftwareDownload::removeListener(SoftwareDownloadListener* pListener) {
     std::erase(m_listeners, pListener);
 }
 
-bool SoftwareDownload::ConfigureTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms) {
-    if (!IsTimeOutId(eTimeOutId))
-        return false;
-    m_aTimeOuts[static_cast<size_t>(eTimeOutId)] = iNewValue_ms;
-    return true;
-}
-
-DWORD SoftwareDownload::GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId) const {
-    return IsTimeOutId(eTimeOutId) ? m_aTimeOuts[static_cast<size_t>(eTimeOutId)] : 0;
-}
-
 void SoftwareDownload::Error(const std::string& sText) {
     TaskClient::Error(sText);
-    if (m_pLog && HasError())
+    if (m_pLog != nullptr && HasError())
         m_pLog->LogMessage(LOG_ERR, "%s", sText.c_str());
 }
 
 void SoftwareDownload::OnBegin(const char* sName) {
-    if (m_pLog)
+    if (m_pLog != nullptr)
         m_pLog->LogMessage(LOG_FN, "%s", Operation(sName).c_str());
 }
 
 void SoftwareDownload::OnProgress(DWORD iDone, DWORD iInAll) {
     for (SoftwareDownloadListener* const pListener : m_listeners)
         pListener->downloadProgressed(iDone, iInAll);
-    if (m_pfnProgress)
+    if (m_pfnProgress != nullptr)
         m_pfnProgress(m_pUserData);
 }
 
 bool SoftwareDownload::getPhoneMode(DWORD& iMode) {
     return Attempt("getPhoneMode", [&] {
         OnBegin("getPhoneMode");
-        RequireConnection("getPhoneMode");
+        RequireServer("getPhoneMode");
         const auto pCall = std::make_shared<ModeCall>();
         Execute("getPhoneMode", &SoftwareDownload::getPhoneModeImpl, pCall, kCallLimit_ms);
         if (!pCall->bDone)

@@ -1,57 +1,54 @@
 // Software images and NV backups of the phone through a port server.
 #pragma once
 
-#include <array>
 #include <vector>
 
-#include "link/time_outs.h"
 #include "platform/export.h"
 #include "portserver/task_client.h"
 
 class DataLogFileHandler;
 
-/// Told about the progress of a software download over a port server; the result is not looked at.
+/// Called with the progress of a software download over a port server; the result is ignored.
 using SoftwareDownloadCallBack = bool (*)(void* pUserData);
 
-/// An observer of a running download, on the thread of the operation. It may call abort, but must not add or
-/// remove listeners.
+/// An observer of a running download, called on the thread of the operation. It may call abort, but must not
+/// add or remove listeners.
 class QUILLET_API SoftwareDownloadListener {
 public:
     virtual ~SoftwareDownloadListener();
-    /// The server has done iDone of iInAll, in units of its own.
+    /// The server has completed iDone of iInAll, in its own units.
     virtual void downloadProgressed(DWORD iDone, DWORD iInAll) = 0;
 };
 
-/// SoftwareDownload is the client of a port server that loads images and NV backups. Every operation returns
-/// true when the server did it; otherwise GetErrorInfo says why. Names of local files reach the server as
-/// they are. One thread at a time, save abort; each operation blocks until the server has ended it or has
-/// been silent for QMSL_TimeOut_MultipleResponse.
+/// SoftwareDownload is the client of a port server that loads images and NV backups. Operations return true
+/// when the server succeeded; otherwise GetErrorInfo returns the reason. Local file names are passed to the
+/// server unchanged. One thread at a time, except for abort. An operation blocks until the server has
+/// finished it, or has reported nothing for QMSL_TimeOut_MultipleResponse (default 10 s; see TaskClient).
+/// Raise it for a server that reports progress rarely or late: an aborted download may leave a phone that
+/// does not start.
 class QUILLET_API SoftwareDownload : public Dispatched<SoftwareDownload, TaskClient> {
 public:
-    /// hContext is only kept for the callback of whoever registers one. Throws when there is no automation
-    /// thread to be had.
-    SoftwareDownload(void* hContext, const char* sClientName);
+    /// hContext is only stored for the callback. Throws when no automation thread can be created.
+    QUILLET_API_INLINE SoftwareDownload(void* hContext, const char* sClientName)
+        : SoftwareDownload(hContext, sClientName, ComThreadManager::Use()) {}
     ~SoftwareDownload() override;
 
-    /// connect starts the server and selects a COM port (65535: none in particular), within
-    /// QMSL_TimeOut_ServerConnect. May be repeated.
+    /// connect starts the server and selects a COM port (65535: no particular port), within
+    /// QMSL_TimeOut_ServerConnect. May be called again.
     bool connect(unsigned short iComPort);
-    /// The same for a port by its name; null or empty: none in particular.
+    /// Selects a port by name; null or empty: no particular port.
     bool connect(const char* sPortName);
 
-    /// ConfigureCallBacks registers the receiver of progress (null: none), called on the thread of the
-    /// operation. Its user data is pUserData, or the context handle when that is null.
+    /// ConfigureCallBacks registers the progress callback (null: none), called on the thread of the
+    /// operation. It receives pUserData, or the context handle when that is null.
     void ConfigureCallBacks(SoftwareDownloadCallBack pfnProgress, void* pUserData);
     void addListener(SoftwareDownloadListener* pListener);
     void removeListener(SoftwareDownloadListener* pListener);
-    /// ConfigureTimeOut sets a time-out in ms; false for an unknown id. GetTimeOut: 0 for an unknown id.
-    bool ConfigureTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms);
-    DWORD GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId) const;
-    /// SetLogManager gives the text log that operations and errors go to; null: none. It must live until it
-    /// is replaced.
+    /// SetLogManager sets the text log of operations and errors; null: none. The log must live until it is
+    /// replaced.
     void SetLogManager(DataLogFileHandler* pLog) { m_pLog = pLog; }
 
-    /// getPhoneMode writes the mode that the phone is in, as the server numbers it.
+    /// getPhoneMode stores the mode of the phone, as the server numbers it.
     bool getPhoneMode(DWORD& iMode);
 
     bool uploadHexFile(const char* sFile);
@@ -61,27 +58,27 @@ public:
     bool uploadCEFS_File(const char* sFile);
     bool uploadCEFS_File2(const char* sFile, const char* sSecondFile);
     bool uploadMultiImage(const char* sFolder);
-    /// uploadQcnFile restores an NV backup, with the service code that unlocks the phone where one is needed.
+    /// uploadQcnFile restores an NV backup; the service code unlocks the phone if necessary.
     bool uploadQcnFile(const char* sFile);
     bool uploadQcnFile(const char* sFile, const char* sSpc);
-    /// downloadQcnFile makes an NV backup.
+    /// downloadQcnFile saves an NV backup.
     bool downloadQcnFile(const char* sFile, const char* sSpc);
 
-    /// abort ends the running operation, which then fails. Any thread. False when the server cannot be told.
+    /// abort ends the running operation, which then fails. Any thread. False when it cannot reach the server
+    /// within 10 s: a server that runs an operation in a single call cannot be interrupted.
     bool abort() { return Abort(); }
 
 private:
     friend class FunctionDispatcherHelper<SoftwareDownload>;
 
+    SoftwareDownload(void* hContext, const char* sClientName, std::shared_ptr<ComThreadManager> pComThread);
     SoftwareDownload(const SoftwareDownload& other) : Dispatched(other), m_hContext(nullptr) {}
     void Error(const std::string& sText) override;
     void OnBegin(const char* sName) override;
     void OnProgress(DWORD iDone, DWORD iInAll) override;
-    DWORD SilenceLimit_ms() const override { return m_aTimeOuts[QMSL_TimeOut_MultipleResponse]; }
     void getPhoneModeImpl(void* pCall);
 
     void* const m_hContext;
-    std::array<DWORD, kTimeOutCount> m_aTimeOuts = kDefaultTimeOuts;
     DataLogFileHandler* m_pLog = nullptr;
     std::vector<SoftwareDownloadListener*> m_listeners;
     SoftwareDownloadCallBack m_pfnProgress = nullptr;

@@ -7,29 +7,30 @@
 #include <utility>
 #include <vector>
 
-#include "link/time_outs.h"
+#include "link/clock.h"
+#include "link/time_out_table.h"
 #include "platform/wait_event.h"
 
-/// TaskRun collects what the server reports about one task, from whatever thread, until the caller looks.
+/// TaskRun collects the server's reports on one task, from any thread, until the caller takes them.
 class TaskRun : public TaskEvents {
 public:
     void entryListed(const EfsDirItem& item) override {
         const std::lock_guard lock(m_lock);
         if (!m_state.bEnded)
             m_state.entries.push_back(item);
-        m_news.Set();
+        Reported();
     }
     void progressed(DWORD iDone, DWORD iInAll) override {
         const std::lock_guard lock(m_lock);
         m_state.progress = {iDone, iInAll};
-        m_news.Set();
+        Reported();
     }
     void finished(bool bSucceeded) override {
         const std::lock_guard lock(m_lock);
         if (std::exchange(m_state.bEnded, true))
             return;
         m_state.bSucceeded = bSucceeded;
-        m_news.Set();
+        Reported();
     }
 
     struct Progress {
@@ -38,7 +39,7 @@ public:
     };
     struct State {
         std::vector<EfsDirItem> entries;
-        std::optional<Progress> progress; // the newest that was not taken yet
+        std::optional<Progress> progress; // the newest, until it is taken
         bool bEnded = false;
         bool bSucceeded = false;
     };
@@ -47,9 +48,13 @@ public:
         const std::lock_guard lock(m_lock);
         return m_state.bEnded;
     }
-    /// Set after each report. It may be set once more than there is news.
+    Clock::time_point LastReport() {
+        const std::lock_guard lock(m_lock);
+        return m_lastReport;
+    }
+    /// Set after each report; may be set without news.
     const WaitEvent& News() const { return m_news; }
-    /// Takes the newest progress, and, at the end, everything.
+    /// Takes the newest progress and, when the task has ended, everything.
     State TakeState() {
         const std::lock_guard lock(m_lock);
         if (m_state.bEnded)
@@ -58,13 +63,19 @@ public:
     }
 
 private:
+    void Reported() {
+        m_lastReport = Clock::now();
+        m_news.Set();
+    }
+
     WaitEvent m_news;
     std::mutex m_lock;
+    Clock::time_point m_lastReport; // under m_lock, like m_state
     State m_state;
 };
 
-/// What has become of a task: whoever comes second, the server that begins it or the caller whose patience
-/// ends, sees what the other one did.
+/// The state of a task's start. The server may begin it just as the caller gives up: the later of the two
+/// sees what the other did.
 enum class TaskClient::Beginning { Asked, Begun, GivenUp };
 
 struct TaskClient::BeginCall {
@@ -88,63 +99,77 @@ DWORD TaskClient::waitWithMessageLoop(void* hEvent, DWORD iTimeOut_ms) {
     return iResult;
 }
 
-bool TaskClient::Connect(const std::string& sPortName, DWORD iTimeOut_ms) {
-    return Attempt("connect", [&] {
-        Initialize(nullptr);
-        ChangePort(sPortName, iTimeOut_ms);
-    });
+bool TaskClient::ConfigureTimeOut(QMSL_TimeOutType_Enum eTimeOutId, DWORD iNewValue_ms) {
+    if (!IsTimeOutId(eTimeOutId))
+        return false;
+    m_aTimeOuts[static_cast<size_t>(eTimeOutId)] = iNewValue_ms;
+    return true;
+}
+
+DWORD TaskClient::GetTimeOut(QMSL_TimeOutType_Enum eTimeOutId) const {
+    return IsTimeOutId(eTimeOutId) ? m_aTimeOuts[static_cast<size_t>(eTimeOutId)] : 0;
+}
+
+bool TaskClient::Connect(const std::string& sPortName) {
+    return Attempt("connect", [&] { ConnectTo(sPortName, m_aTimeOuts[QMSL_TimeOut_ServerConnect]); });
 }
 
 bool TaskClient::RunTask(ServerTask eTask, const char* sName, std::initializer_list<const char*> arguments,
                          const char* sFailure) {
     return Attempt(sName, [&] {
         OnBegin(sName);
-        RequireConnection(sName);
+        RequireServer(sName);
         const auto pCall = std::make_shared<BeginCall>(eTask);
         for (const char* sArgument : arguments) {
-            if (!sArgument)
+            if (sArgument == nullptr)
                 throw ServerException(Operation(sName) + " - an argument is missing");
             pCall->arguments.emplace_back(sArgument);
         }
         SetRun(pCall->pRun);
-        Begin(sName, pCall);
-        if ((pCall->eState != Beginning::Begun || !WaitForEnd(*pCall->pRun)) && !HasError())
+        if ((!Begin(sName, pCall) || !WaitForEnd(*pCall->pRun)) && !HasError())
             throw ServerException(Operation(sName) + " - " + sFailure);
     });
 }
 
-void TaskClient::Begin(const char* sName, const std::shared_ptr<BeginCall>& pCall) {
+bool TaskClient::Begin(const char* sName, const std::shared_ptr<BeginCall>& pCall) {
     try {
-        Execute(sName, &TaskClient::beginImpl, pCall, kCallLimit_ms);
+        Execute(sName, &TaskClient::beginImpl, pCall, WithGrace(m_aTimeOuts[QMSL_TimeOut_MultipleResponse]),
+                [pRun = pCall->pRun] { return pRun->LastReport(); });
     } catch (const ComThreadManager::TimeoutException&) {
-        if (pCall->eState.exchange(Beginning::GivenUp) == Beginning::Begun)
-            Abort();
-        throw;
+        Beginning eState = Beginning::Asked;
+        if (!pCall->eState.compare_exchange_strong(eState, Beginning::GivenUp))
+            return true; // it began at the last moment
+        if (!pCall->pRun->HasEnded())
+            throw;
+        return true; // it has ended, although the server's call has not returned
     }
+    return pCall->eState == Beginning::Begun;
 }
 
 void TaskClient::beginImpl(void* pArgument) {
     BeginCall& call = *static_cast<BeginCall*>(pArgument);
     if (!call.pRun->HasEnded() && Server().begin(call.eTask, call.arguments, call.pRun) &&
         call.eState.exchange(Beginning::Begun) == Beginning::GivenUp)
-        Server().abort();
+        abortImpl(call.pRun.get());
 }
 
 bool TaskClient::WaitForEnd(TaskRun& run) {
     for (;;) {
-        if (waitWithMessageLoop(run.News().Handle(), SilenceLimit_ms()) != 0) {
-            Abort();
-            return false;
-        }
         const TaskRun::State state = run.TakeState();
         if (state.progress)
             OnProgress(state.progress->iDone, state.progress->iInAll);
-        if (!state.bEnded)
-            continue;
-        if (state.bSucceeded)
+        if (state.bEnded) {
+            if (!state.bSucceeded)
+                return false;
+            ClearError(); // the task may have ended after its time limit
             for (const EfsDirItem& item : state.entries)
                 OnEntry(item);
-        return state.bSucceeded;
+            return true;
+        }
+        if (waitWithMessageLoop(run.News().Handle(), m_aTimeOuts[QMSL_TimeOut_MultipleResponse]) != 0) {
+            Abort();
+            run.finished(false); // no effect if the server was faster
+        }
     }
 }
 
@@ -170,7 +195,7 @@ std::shared_ptr<TaskRun> TaskClient::Run() {
 
 void TaskClient::abortImpl(void* pArgument) {
     auto* const pRun = static_cast<TaskRun*>(pArgument);
-    if (!pRun || pRun->HasEnded())
+    if (pRun == nullptr || pRun->HasEnded())
         return;
     Server().abort();
     pRun->finished(false); // the server reports nothing more
@@ -179,7 +204,3 @@ void TaskClient::abortImpl(void* pArgument) {
 void TaskClient::OnBegin(const char*) {}
 void TaskClient::OnEntry(const EfsDirItem&) {}
 void TaskClient::OnProgress(DWORD, DWORD) {}
-
-DWORD TaskClient::SilenceLimit_ms() const {
-    return kDefaultTimeOuts[QMSL_TimeOut_MultipleResponse];
-}

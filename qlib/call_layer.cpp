@@ -8,7 +8,7 @@
 
 namespace {
 
-// Hands an argument on in the form in which the method takes it: as pointer, by reference, or its value.
+// Passes an argument in the form that the method takes: as pointer, by reference, or its value.
 template <class Parameter, class Argument>
 Parameter HandOn(Argument* pArgument) {
     if constexpr (std::is_pointer_v<Parameter>)
@@ -17,18 +17,21 @@ Parameter HandOn(Argument* pArgument) {
         return *pArgument;
 }
 
-// Calls a method of the context's connection. False without a connection, with a null argument, or when the
-// method ran out of memory.
+// Calls a method of the context's connection. False without a connection or when memory runs out.
 template <class Class, class... Parameters, class... Arguments>
-bool Forward(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
-    if (!(pArguments && ...))
-        return false;
+bool ForwardAsGiven(void* hContext, bool (Class::*pMethod)(Parameters...), Arguments*... pArguments) {
     try {
         Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
-        return pPhone && (pPhone->*pMethod)(HandOn<Parameters>(pArguments)...);
+        return pPhone != nullptr && (pPhone->*pMethod)(HandOn<Parameters>(pArguments)...);
     } catch (...) {
         return false;
     }
+}
+
+// The same for methods that accept no null pointers: false for one.
+template <class Method, class... Arguments>
+bool Forward(void* hContext, Method pMethod, Arguments*... pArguments) {
+    return ((pArguments != nullptr) && ...) && ForwardAsGiven(hContext, pMethod, pArguments...);
 }
 
 } // namespace
@@ -53,15 +56,21 @@ bool QLIB_IsPhoneConnected(void* hContext) {
     return Forward(hContext, &Diag_FTM::IsPhoneConnected);
 }
 
+PortError QLIB_GetPortError(void* hContext) {
+    const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    return pPhone ? pPhone->GetPortError() : PortError::None;
+}
+
 void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack pfnEfs,
                              SoftwareDownloadCallBack pfnSoftwareDownload,
                              AsyncMessageCallBack pfnAsyncMessage) {
-    if (EFS* const pFiles = pfnEfs ? QLib_ResourceManager::GetEFS(hContext) : nullptr)
+    if (EFS* const pFiles = pfnEfs != nullptr ? QLib_ResourceManager::GetEFS(hContext) : nullptr)
         pFiles->ConfigureCallBacks(pfnEfs, hContext);
     if (SoftwareDownload* const pDownload =
             pfnSoftwareDownload ? QLib_ResourceManager::GetSoftwareDownload(hContext) : nullptr)
         pDownload->ConfigureCallBacks(pfnSoftwareDownload, hContext);
-    if (Diag_FTM* const pPhone = pfnAsyncMessage ? QLib_ResourceManager::GetDiag_FTM(hContext) : nullptr)
+    if (Diag_FTM* const pPhone =
+            pfnAsyncMessage != nullptr ? QLib_ResourceManager::GetDiag_FTM(hContext) : nullptr)
         pPhone->ConfigureAsyncMessageCallBack(hContext, pfnAsyncMessage);
 }
 
@@ -85,7 +94,8 @@ bool QLIB_EfsDirectory(void* hContext, const char* sFolderPath) {
 }
 
 bool QLIB_EfsRead(void* hContext, const char* sEFS_File, const char* sLocalFile) {
-    return Forward(hContext, &Diag_FTM::EFS2_DIAG_READ_FILE, sLocalFile, sEFS_File);
+    return sEFS_File != nullptr &&
+           ForwardAsGiven(hContext, &Diag_FTM::EFS2_DIAG_READ_FILE, sLocalFile, sEFS_File);
 }
 
 bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File) {
@@ -94,7 +104,15 @@ bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File
 
 bool QLIB_EfsWriteOpenedTarget(void* hContext) {
     const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
-    return pPhone && pPhone->EFS2_LastWriteOpenedTarget();
+    return pPhone != nullptr && pPhone->EFS2_LastWriteOpenedTarget();
+}
+
+bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure) {
+    const Diag_FTM* const pPhone = QLib_ResourceManager::GetDiag_FTM(hContext);
+    if (pPhone == nullptr || pFailure == nullptr)
+        return false;
+    *pFailure = pPhone->EFS2_LastFailure();
+    return true;
 }
 
 bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath) {

@@ -1,14 +1,16 @@
-// The flat call layer: the library through plain functions over context handles.
+// The flat call layer: the library as plain functions on context handles.
 //
-// A context handle stands for one COM port (QLib_ResourceManager). Every function looks the handle up and
-// forwards to one method of its connection; with a handle that has no context it returns false and changes
-// nothing. Calls come from one thread at a time. Out-values are written only when a response arrived.
+// A context handle represents one COM port (QLib_ResourceManager). Every function looks the handle up and
+// forwards to one method of its connection. For an unknown handle it returns false and changes nothing. Calls
+// must come from one thread at a time. Out-values are written only when a response arrived.
 #pragma once
 
+#include "diag/operation_failure.h"
 #include "efs2/callbacks.h"
 #include "efs2/directory_entry.h"
 #include "link/event_listener.h"
 #include "platform/export.h"
+#include "platform/port_error.h"
 #include "platform/types.h"
 #include "portserver/software_download.h"
 
@@ -17,18 +19,21 @@
 QUILLET_C_API void QLIB_SetQpstMode(unsigned char iMode);
 
 /// QLIB_ConnectPort makes (or finds) the context of a COM port (0xFFFF: the first on which a phone answers)
-/// and opens the port. Returns its handle also when the port could not be opened (ask
-/// QLIB_IsPhoneConnected); null when no context could be made. Each call wants its QLIB_DisconnectPort.
+/// and opens the port. Returns the handle even when the port could not be opened (call
+/// QLIB_IsPhoneConnected); null when no context could be made. Each call needs its own QLIB_DisconnectPort.
 QUILLET_C_API void* QLIB_ConnectPort(unsigned short iComPort);
 
 /// QLIB_DisconnectPort closes the port and drops one reference to the context.
 QUILLET_C_API void QLIB_DisconnectPort(void* hContext);
 
-/// QLIB_IsPhoneConnected tells whether the phone answers now (Diag_FTM::IsPhoneConnected).
+/// QLIB_IsPhoneConnected: true when the phone answers now (Diag_FTM::IsPhoneConnected).
 QUILLET_C_API bool QLIB_IsPhoneConnected(void* hContext);
 
-/// QLIB_ConfigureCallBacks registers the callbacks that are not null; their user data is the handle. The
-/// first two go to the context's port-server clients, which only port-server mode has.
+/// QLIB_GetPortError is DiagConnection::GetPortError; None for an unknown handle.
+QUILLET_C_API PortError QLIB_GetPortError(void* hContext);
+
+/// QLIB_ConfigureCallBacks registers the callbacks that are not null, with the handle as user data. The first
+/// two belong to the context's port-server clients, which exist only in port-server mode.
 QUILLET_C_API void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack pfnEfs,
                                            SoftwareDownloadCallBack pfnSoftwareDownload,
                                            AsyncMessageCallBack pfnAsyncMessage);
@@ -40,27 +45,31 @@ QUILLET_C_API void QLIB_ConfigureEfsCallbacks(void* hContext, EfsTransferCallBac
 QUILLET_C_API bool QLIB_DIAG_GET_FILE_ATTRIBUTES(void* hContext, const char* sPath, DWORD* piFirst,
                                                  DWORD* piSecond, DWORD* piThird);
 
-/// QLIB_EFS2_DIAG_ABORT asks the running transfer to stop before its next block.
+/// QLIB_EFS2_DIAG_ABORT stops the running transfer before its next block.
 QUILLET_C_API bool QLIB_EFS2_DIAG_ABORT(void* hContext);
 
-/// QLIB_EfsDirectory lists a phone folder through the directory callback.
+/// QLIB_EfsDirectory lists a phone directory through the directory callback.
 QUILLET_C_API bool QLIB_EfsDirectory(void* hContext, const char* sFolderPath);
 
-/// QLIB_EfsRead copies a phone file to a local file, QLIB_EfsWrite the other way: source first.
+/// QLIB_EfsRead copies a phone file to a local file, QLIB_EfsWrite the other way: source first. QLIB_EfsRead
+/// with a null or empty sLocalFile uses the phone file's own name in the current directory.
 QUILLET_C_API bool QLIB_EfsRead(void* hContext, const char* sEFS_File, const char* sLocalFile);
 QUILLET_C_API bool QLIB_EfsWrite(void* hContext, const char* sLocalFile, const char* sEFS_File);
 
 /// QLIB_EfsWriteOpenedTarget is Efs2Transfer::EFS2_LastWriteOpenedTarget.
 QUILLET_C_API bool QLIB_EfsWriteOpenedTarget(void* hContext);
 
+/// QLIB_EfsLastFailure is Efs2Metadata::EFS2_LastFailure.
+QUILLET_C_API bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure);
+
 QUILLET_C_API bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath);
 QUILLET_C_API bool QLIB_EFS2_DIAG_MKDIR(void* hContext, const char* sDir);
 QUILLET_C_API bool QLIB_EFS2_DIAG_RMDIR(void* hContext, const char* sFolderPath);
 
-/// QLIB_EFS2_DIAG_READ_LINK: sPointedFilePath holds at least 512 bytes and a terminated text.
+/// QLIB_EFS2_DIAG_READ_LINK: sPointedFilePath has at least 512 bytes and holds a zero-terminated text.
 QUILLET_C_API bool QLIB_EFS2_DIAG_READ_LINK(void* hContext, const char* sFilePath, char* sPointedFilePath);
 
-/// QLIB_EFS2_DIAG_CREATE_LINK makes the link sFilePath that points to sPointedFilePath.
+/// QLIB_EFS2_DIAG_CREATE_LINK makes sFilePath a link to sPointedFilePath.
 QUILLET_C_API bool QLIB_EFS2_DIAG_CREATE_LINK(void* hContext, const char* sFilePath,
                                               const char* sPointedFilePath);
 

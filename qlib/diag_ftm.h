@@ -1,9 +1,11 @@
-// The connection object: one handset, all commands.
+// The connection object: one phone, all commands.
 #pragma once
 
-#include "diag/command_frame.h"
+#include <memory>
+
 #include "diag/delayed_responses.h"
 #include "diag/download.h"
+#include "diag/frame_commands.h"
 #include "diag/identity.h"
 #include "diag/key_presses.h"
 #include "diag/log_masks.h"
@@ -52,17 +54,30 @@
 #include "link/message_text.h"
 #include "platform/export.h"
 
+class CommandFrame;
 class QpstServer;
 
-/// Diag_FTM is what programs use: a DiagConnection that has the methods of every command family. A family's
-/// header says what its methods do; this class is their list, in the order in which they build on each
+/// FrameOwner owns the command frame that all command families of an object share.
+class FrameOwner {
+protected:
+    explicit FrameOwner(DiagConnection& connection);
+    ~FrameOwner();
+    CommandFrame& Frame() { return *m_pFrame; }
+
+private:
+    const std::unique_ptr<CommandFrame> m_pFrame;
+};
+
+/// Diag_FTM is the class that programs use: a DiagConnection with the methods of every command family. Each
+/// family's header describes its methods. The bases are listed in the order in which they depend on each
 /// other.
 ///
-/// One object talks to one COM port. It is used from one application thread at a time.
+/// One object uses one COM port, from one application thread at a time.
 class QUILLET_API Diag_FTM : public DiagConnection,
+                             private FrameOwner,
                              public MessageText,
                              public LogPlayback,
-                             public CommandFrame,
+                             public FrameCommands,
                              public NvItems,
                              public PhoneIdentity,
                              public PhoneState,
@@ -109,57 +124,16 @@ class QUILLET_API Diag_FTM : public DiagConnection,
                              public WcdmaTestSession,
                              public HsdpaTestSession {
 public:
-    /// A connection on COM port iComPort. The port is opened by OpenPort or by the first request. When the
-    /// file "QMSL_auto_start_log.txt" exists in the current directory, the text log starts by itself.
+    /// A connection on COM port iComPort. OpenPort or the first request opens the port. The text log starts
+    /// automatically when the current directory has a file "QMSL_auto_start_log.txt".
     explicit Diag_FTM(int iComPort);
-    /// The same over a port server, in server mode (see DiagConnection). The server must outlive the object;
-    /// null: every request fails.
+    /// The same through a port server, in server mode (see DiagConnection). The server must outlive the
+    /// object. With null every request fails.
     Diag_FTM(QpstServer* pServer, int iComPort);
-    /// Closes the port and ends both threads before any family goes away.
+    /// Closes the port and ends both threads before any family is destroyed.
     ~Diag_FTM() override;
 
 private:
-    explicit Diag_FTM(const ConnectionPort& port);
+    explicit Diag_FTM(std::unique_ptr<Transport> pLine);
     void OnPortOpened() override;
-
-    // What the families share is not for users of the object.
-    using CommandFrame::BeginRequest;
-    using CommandFrame::Buffer;
-    using CommandFrame::Connection;
-    using CommandFrame::FormatAGPS_FTMHeader;
-    using CommandFrame::FormatAudioFTMHeader;
-    using CommandFrame::FormatBT_FTMHeader;
-    using CommandFrame::FormatCameraFTMHeader;
-    using CommandFrame::FormatCDMA2000_FTMHeader;
-    using CommandFrame::FormatEVDO_FTMHeader;
-    using CommandFrame::FormatExtendedFTMHeader;
-    using CommandFrame::FormatFTMHeader;
-    using CommandFrame::FormatGSDI_DiagHeader;
-    using CommandFrame::FormatMF_DiagHeader;
-    using CommandFrame::FormatPMIC_FTMHeader;
-    using CommandFrame::FormatRF_CommonHeader;
-    using CommandFrame::FormatSubsystemDiagHeader;
-    using CommandFrame::Log;
-    using CommandFrame::Response;
-    using CommandFrame::StoreSystemMode;
-    using DelayedResponses::SendDiag2WithMultipleResponse;
-    using DiagConnection::CommandResponseQueue;
-    using DiagConnection::DelayedResponseQueue;
-    using DiagConnection::Listener;
-    using DiagConnection::PhoneLogQueue;
-    using DiagConnection::ReplayPacket;
-    using DiagConnection::SendSyncExpecting;
-    using DiagConnection::SetPhoneLogging;
-    using DiagConnection::SetPlaybackMode;
-    using DiagConnection::StoreTimeOut;
-    using EgprsTestSession::WaitForEGPRS_BER_Update;
-    using GsmTestSession::ClearGsmStatus;
-    using GsmTestSession::ReleaseRunningFlows;
-    using GsmTestSession::SelectBcch;
-    using GsmTestSession::WaitForGSM_BER_Update;
-    using GsmTestSession::WaitForIdleMode;
-    using HsdpaTestSession::WaitForHSDPA_BER_Update;
-    using RadioSessions::EndRadioSessionsOfPort;
-    using RadioSessions::SetRadioSession;
-    using WcdmaTestSession::WaitForWCDMA_BER_Update;
 };

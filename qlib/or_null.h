@@ -1,8 +1,8 @@
-// Objects that may fail to come into being.
+// Creating objects when that may fail.
 #pragma once
 
-/// OrNull makes an object with `make`, which returns a unique_ptr, and gives it to the caller; null when that
-/// throws anything.
+/// OrNull creates an object with `make`, which returns a unique_ptr, and passes its ownership to the caller.
+/// Null when that throws anything.
 template <class Make>
 auto OrNull(Make make) -> decltype(make().release()) {
     try {

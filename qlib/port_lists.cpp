@@ -17,14 +17,14 @@ namespace {
 
 constexpr size_t kNamePrefixLength = 3; // "COM"
 
-// The number behind a port name's first three characters; 0 when there is none.
+// The number after a port name's first three characters; 0 when there is none.
 unsigned short PortNumberOf(const std::string& sName) {
     if (sName.size() <= kNamePrefixLength)
         return 0;
     return static_cast<unsigned short>(std::strtol(sName.c_str() + kNamePrefixLength, nullptr, 10));
 }
 
-// A list of ports that a caller gave: it takes `capacity` numbers and then tells their count.
+// A caller's port list: takes up to `capacity` numbers, then stores their count.
 class PortList {
 public:
     PortList(unsigned short* piCount, unsigned short* piPorts)
@@ -33,7 +33,7 @@ public:
     bool IsFull() const { return m_iWritten == m_ports.size(); }
     void Append(unsigned short iPort) { m_ports[m_iWritten++] = iPort; }
     void TellCount() const { *m_piCount = m_iWritten; }
-    // The ports of those names, as far as they fit; false for no names.
+    // The ports of those names, as many as fit; false when there are no names.
     bool Tell(const std::vector<std::string>& names) {
         for (const std::string& sName : names)
             if (!IsFull())
@@ -65,7 +65,7 @@ bool QLib_ResourceManager::QueryRegistryPortSettings() {
 }
 
 bool QLib_ResourceManager::GetAllPortList(unsigned short* piCount, unsigned short* piPorts) {
-    if (!piCount)
+    if (piCount == nullptr)
         return false;
     PortList ports(piCount, piPorts);
     if (m_bIsUsingQpst)
@@ -81,7 +81,7 @@ bool QLib_ResourceManager::GetAllPortList(unsigned short* piCount, unsigned shor
 
 bool QLib_ResourceManager::GetAvailablePhonesPortList(unsigned short* piCount, unsigned short* piPorts,
                                                       unsigned short iIgnored, unsigned short* piIgnored) {
-    if (!piCount)
+    if (piCount == nullptr)
         return false;
     PortList phones(piCount, piPorts);
     if (m_bIsUsingQpst)

@@ -18,8 +18,8 @@ std::array<QLib_ResourceContext, 50> QLib_ResourceManager::aResourceList{};
 bool QLib_ResourceManager::m_bIsUsingQpst = false;
 unsigned QLib_ResourceManager::m_iContextCounter = 0;
 
-// Where the process ends by ending the threads first, what they leave goes with the process: waiting for
-// them, or for what they held, could last for ever.
+// On systems that end a process by ending its threads first, the contexts are left to the system: waiting for
+// those threads, or for what they held, could last forever.
 void QLib_ResourceManager::DestroyAllAtExit() {
     struct AtExit {
         ~AtExit() {
@@ -50,7 +50,7 @@ bool QLib_ResourceManager::TakeEntry(QLib_ResourceContext& entry, unsigned short
     std::snprintf(sName, sizeof sName, "QLib_ResourceManager::CreateContext() - #%d",
                   static_cast<int>(m_iContextCounter++));
     void* const hContext = MakeContextHandle(sName);
-    if (!hContext)
+    if (hContext == nullptr)
         return false;
     entry = {nullptr, 1, hContext, iComPort, 1, nullptr, nullptr, nullptr};
     return true;
@@ -63,14 +63,14 @@ void* QLib_ResourceManager::CreateContext_LogicalPort(unsigned short iLogicalPor
 
 void QLib_ResourceManager::DestroyContext(void* hContext, bool bForce) {
     QLib_ResourceContext* const pEntry = GetResourceEntry(hContext);
-    if (pEntry && (--pEntry->iRefCount < 1 || bForce))
+    if (pEntry != nullptr && (--pEntry->iRefCount < 1 || bForce))
         DestroyEntry(*pEntry);
 }
 
 void QLib_ResourceManager::DestroyEntry(QLib_ResourceContext& entry) {
     entry.bInUse = 0;
     ReleaseContextHandle(std::exchange(entry.hContext, nullptr));
-    if (entry.pSoftwareDownload)
+    if (entry.pSoftwareDownload != nullptr)
         entry.pSoftwareDownload->SetLogManager(nullptr); // the log goes with the connection
     delete std::exchange(entry.pDiag_FTM, nullptr);
     delete std::exchange(entry.pQpstServer, nullptr);
@@ -102,26 +102,26 @@ QLib_ResourceContext* QLib_ResourceManager::EntryOfPort(unsigned short iComPort)
 
 Diag_FTM* QLib_ResourceManager::GetDiag_FTM(void* hContext) {
     QLib_ResourceContext* const pEntry = GetResourceEntry(hContext);
-    if (!pEntry || pEntry->pDiag_FTM)
-        return pEntry ? pEntry->pDiag_FTM : nullptr;
+    if (pEntry == nullptr || pEntry->pDiag_FTM != nullptr)
+        return pEntry != nullptr ? pEntry->pDiag_FTM : nullptr;
     QpstServer* const pServer = GetQpstServer(hContext);
-    if (m_bIsUsingQpst && !pServer)
+    if (m_bIsUsingQpst && pServer == nullptr)
         return nullptr;
     pEntry->pDiag_FTM = OrNull([&] {
-        return pServer ? std::make_unique<Diag_FTM>(pServer, pEntry->iComPort)
-                       : std::make_unique<Diag_FTM>(pEntry->iComPort);
+        return pServer != nullptr ? std::make_unique<Diag_FTM>(pServer, pEntry->iComPort)
+                                  : std::make_unique<Diag_FTM>(pEntry->iComPort);
     });
     return pEntry->pDiag_FTM;
 }
 
 bool QLib_ResourceManager::HasDiag_FTM(void* hContext) {
     const QLib_ResourceContext* const pEntry = GetResourceEntry(hContext);
-    return pEntry && pEntry->pDiag_FTM;
+    return pEntry != nullptr && pEntry->pDiag_FTM != nullptr;
 }
 
 bool QLib_ResourceManager::GetComPortNumber(void* hContext, unsigned short* piComPort) {
     const QLib_ResourceContext* const pEntry = GetResourceEntry(hContext);
-    if (!pEntry || !piComPort)
+    if (pEntry == nullptr || piComPort == nullptr)
         return false;
     *piComPort = pEntry->iComPort;
     return true;
@@ -130,7 +130,7 @@ bool QLib_ResourceManager::GetComPortNumber(void* hContext, unsigned short* piCo
 void QLib_ResourceManager::GetLibraryVersion(char* sVersion) {
     constexpr char kOverPortServer[] = "QLIB V04.23,QPST";
     constexpr char kOverSerialPort[] = "QLIB V04.23,QPHONEMS";
-    if (!sVersion)
+    if (sVersion == nullptr)
         return;
     if (m_bIsUsingQpst)
         std::memcpy(sVersion, kOverPortServer, sizeof kOverPortServer);

@@ -1,4 +1,4 @@
-// Library contexts: one per COM port, with the connection object that each owns; the lists of ports.
+// Library contexts, one per COM port, with the connection object that each owns; the lists of ports.
 #pragma once
 
 #include <array>
@@ -13,77 +13,81 @@ class EFS;
 class QpstServer;
 class SoftwareDownload;
 
-/// One entry of the table of contexts. It is free while bInUse is 0; its other fields then mean nothing.
+/// One entry of the table of contexts. It is free while bInUse is 0, and its other fields are then
+/// meaningless.
 struct QLib_ResourceContext {
-    Diag_FTM* pDiag_FTM;     // owned; null until it is asked for
+    Diag_FTM* pDiag_FTM;     // owned; null until first requested
     LONG bInUse;             // 1 while the entry holds a live context
-    void* hContext;          // the handle that callers have
+    void* hContext;          // the handle given out to callers
     unsigned short iComPort; // unique among the entries in use
-    LONG iRefCount;          // CreateContext calls without their DestroyContext
-    // Owned, and null until they are asked for in port-server mode:
+    LONG iRefCount;          // CreateContext calls not yet matched by DestroyContext
+    // Owned; null until first requested in port-server mode:
     QpstServer* pQpstServer;
     SoftwareDownload* pSoftwareDownload;
     EFS* pEFS;
 };
 
-/// A serial port of the machine, as the port list keeps it: numbers above 255 do not survive.
+/// A serial port in the port list. Only the low 8 bits of its number are kept.
 struct ComPortSettings_struct {
     unsigned char iComPortNumber;
     unsigned char iReserved; // always 0
 };
 static_assert(sizeof(ComPortSettings_struct) == 2);
 
-/// A logical port number and the physical port that it stands for.
+/// A logical port number and the physical port that it maps to.
 struct ComPortAlias_struct {
     unsigned short iLogicalPort;
     unsigned short iPhysicalPort;
 };
 static_assert(sizeof(ComPortAlias_struct) == 4);
 
-/// QLib_ResourceManager owns the contexts of the process, at most 50 at a time. A context stands for one COM
-/// port; its handle is a unique non-null value. It is shared by everyone who asks for that port and dies with
-/// the last reference, with DestroyAll, or at the process's end (also when the library is unloaded).
+/// QLib_ResourceManager owns the contexts of the process, at most 50 at a time. A context represents one COM
+/// port and is shared by all callers that ask for that port; its handle is a unique non-null value. It is
+/// destroyed with the last reference, by DestroyAll, or at the end of the process (also when the library is
+/// unloaded).
 ///
-/// There is no lock: calls come from one thread at a time. Nothing is ever thrown. A handle that has no
-/// context gives null or false and changes nothing.
+/// There is no lock: calls must come from one thread at a time. No function throws. With a handle that has no
+/// context, a function returns null or false and changes nothing.
 ///
-/// In port-server mode (SetIsUsingQpst) connections go through the port server that somebody supplied with
-/// AttachPortServer, and both port lists are the server's. Without one, as at first, the getters return null
-/// like in direct mode, no connection object can be made, and both lists report 0 ports and false. What a
-/// context already has keeps the mode in which it was made, and dies with the context in either.
+/// In port-server mode (SetIsUsingQpst) connections go through the port server that AttachPortServer
+/// supplies, and both port lists come from it. Without a port server, as initially, the getters return null
+/// as in direct mode, no connection object can be made, and both lists report 0 ports and false. Objects that
+/// a context already has keep the mode in which they were made, and are destroyed with it.
 class QUILLET_API QLib_ResourceManager {
 public:
-    /// The port number that stands for "the first port on which a phone answers".
+    /// The port number that means "the first port on which a phone answers".
     static constexpr unsigned short kAnyPort = 0xFFFF;
 
     // --- Contexts -----------------------------------------------------------------------------------
 
-    /// CreateContext returns the handle of the port's context, which is made or gets one reference more. Null
-    /// when all entries are taken, when the system gives no handle, or when kAnyPort finds no phone (that
+    /// CreateContext returns the handle of the port's context, which it makes or adds a reference to. Null
+    /// when all entries are taken, when the system has no handle left, or when kAnyPort finds no phone (that
     /// search first destroys every live context, see GetAvailablePhonesPortList).
     static void* CreateContext(unsigned short iComPort);
-    /// CreateContext_LogicalPort is CreateContext for the physical port of an alias; null without one.
+    /// CreateContext_LogicalPort is CreateContext for the physical port of an alias; null when there is no
+    /// such alias.
     static void* CreateContext_LogicalPort(unsigned short iLogicalPort);
-    /// DestroyContext drops one reference; with the last one, or with bForce, the context and its connection
-    /// go away (which closes the port and waits for its threads).
+    /// DestroyContext drops one reference. With the last one, or with bForce, it destroys the context and its
+    /// connection (which closes the port and waits for its threads).
     static void DestroyContext(void* hContext, bool bForce);
-    /// DestroyAll destroys every live context, whatever its references, and the client behind the lists.
+    /// DestroyAll destroys every live context, whatever its references, and the client that reads the
+    /// server's lists.
     static void DestroyAll();
-    /// GetDiag_FTM returns the connection of a context, which stays its owner. The first call makes it,
-    /// without opening the port; null when that fails, and the next call tries again.
+    /// GetDiag_FTM returns the connection of a context, which keeps its ownership. The first call makes it
+    /// without opening the port. Null when that fails; the next call tries again.
     static Diag_FTM* GetDiag_FTM(void* hContext);
-    /// HasDiag_FTM tells whether a context's connection was made already.
+    /// HasDiag_FTM: true when a context's connection has already been made.
     static bool HasDiag_FTM(void* hContext);
-    /// GetComPortNumber writes the port of a context; false, with *piComPort unchanged, without one.
+    /// GetComPortNumber writes the port of a context; false, with *piComPort unchanged, when there is none.
     static bool GetComPortNumber(void* hContext, unsigned short* piComPort);
 
     // --- Port server --------------------------------------------------------------------------------
 
-    /// SetIsUsingQpst chooses between port server (true) and serial port for what is made from now on.
+    /// SetIsUsingQpst selects port server (true) or serial port for objects made from now on.
     static void SetIsUsingQpst(bool bIsUsingQpst) { m_bIsUsingQpst = bIsUsingQpst; }
     static bool GetIsUsingQpst() { return m_bIsUsingQpst; }
-    /// The port-server objects of a context, which stays their owner. The first call makes one and connects
-    /// it to the context's port; null in direct mode and when that fails, and the next call tries again.
+    /// The port-server objects of a context, which keeps their ownership. The first call makes one and
+    /// connects it to the context's port. Null in direct mode and on failure; the next call tries again.
     static QpstServer* GetQpstServer(void* hContext);
     static EFS* GetEFS(void* hContext);
     static SoftwareDownload* GetSoftwareDownload(void* hContext);
@@ -94,22 +98,22 @@ public:
     // --- Ports --------------------------------------------------------------------------------------
 
     /// GetAllPortList writes the numbers of the machine's serial ports, in the system's order. *piCount in:
-    /// how many piPorts holds; out: how many were written. False, with nothing written, when the list cannot
-    /// be read.
+    /// the room in piPorts; out: how many were written. False, with nothing written, when the list cannot be
+    /// read.
     static bool GetAllPortList(unsigned short* piCount, unsigned short* piPorts);
-    /// GetAvailablePhonesPortList is GetAllPortList for the ports on which a phone answers; ports among the
-    /// iIgnored first ones of piIgnored are not opened. It opens one port after the other until *piCount are
-    /// found, and DESTROYS EVERY LIVE CONTEXT first, so that no port is held by the library itself. True also
-    /// when no phone was found.
+    /// GetAvailablePhonesPortList is GetAllPortList for the ports on which a phone answers. The first
+    /// iIgnored ports in piIgnored are not opened. It opens one port after another until *piCount are found,
+    /// and DESTROYS EVERY LIVE CONTEXT first, so that the library itself holds no port. True also when no
+    /// phone was found.
     static bool GetAvailablePhonesPortList(unsigned short* piCount, unsigned short* piPorts,
                                            unsigned short iIgnored, unsigned short* piIgnored);
 
-    /// AddPortAliasEntry appends an alias; of several for one logical port the first counts. False only
-    /// without memory.
+    /// AddPortAliasEntry appends an alias. The first alias of a logical port is used. False only when memory
+    /// runs out.
     static bool AddPortAliasEntry(unsigned short iLogicalPort, unsigned short iPhysicalPort);
     /// GetPortAliasEntry: false, with iPhysicalPort unchanged, when there is no such alias.
     static bool GetPortAliasEntry(unsigned short iLogicalPort, unsigned short& iPhysicalPort);
-    /// ClearPortAliasList forgets all aliases. Always true.
+    /// ClearPortAliasList removes all aliases. Always true.
     static bool ClearPortAliasList();
 
 private:

@@ -1,4 +1,4 @@
-// The port-server objects of contexts, and the lists that come from a port server.
+// The port-server objects of contexts, and the lists read from a port server.
 #include <memory>
 #include <utility>
 
@@ -15,7 +15,7 @@ namespace {
 
 constexpr DWORD kConnectTimeOut_ms = 200;
 
-// A client that could not connect is none.
+// A client that could not connect is discarded.
 template <class Client>
 std::unique_ptr<Client> Connected(std::unique_ptr<Client> pClient, unsigned short iComPort) {
     return pClient->connect(iComPort) ? std::move(pClient) : nullptr;
@@ -29,9 +29,9 @@ QLib_ResourceContext* QLib_ResourceManager::GetServerEntry(void* hContext) {
 
 QpstServer* QLib_ResourceManager::GetQpstServer(void* hContext) {
     QLib_ResourceContext* const pEntry = GetServerEntry(hContext);
-    if (!pEntry)
+    if (pEntry == nullptr)
         return nullptr;
-    if (!pEntry->pQpstServer)
+    if (pEntry->pQpstServer == nullptr)
         pEntry->pQpstServer = OrNull([&] {
             auto pServer = std::make_unique<QpstServer>("QLIB");
             pServer->connect(pEntry->iComPort, kConnectTimeOut_ms);
@@ -42,18 +42,18 @@ QpstServer* QLib_ResourceManager::GetQpstServer(void* hContext) {
 
 EFS* QLib_ResourceManager::GetEFS(void* hContext) {
     QLib_ResourceContext* const pEntry = GetServerEntry(hContext);
-    if (!pEntry)
+    if (pEntry == nullptr)
         return nullptr;
-    if (!pEntry->pEFS)
+    if (pEntry->pEFS == nullptr)
         pEntry->pEFS = OrNull([&] { return Connected(std::make_unique<EFS>("QLIB-EFS"), pEntry->iComPort); });
     return pEntry->pEFS;
 }
 
 SoftwareDownload* QLib_ResourceManager::GetSoftwareDownload(void* hContext) {
     QLib_ResourceContext* const pEntry = GetServerEntry(hContext);
-    if (!pEntry)
+    if (pEntry == nullptr)
         return nullptr;
-    if (!pEntry->pSoftwareDownload)
+    if (pEntry->pSoftwareDownload == nullptr)
         pEntry->pSoftwareDownload = OrNull([&] {
             auto pDownload = std::make_unique<SoftwareDownload>(hContext, "QLIB-SW Download");
             if (Diag_FTM* const pPhone = GetDiag_FTM(hContext))
@@ -65,7 +65,7 @@ SoftwareDownload* QLib_ResourceManager::GetSoftwareDownload(void* hContext) {
 
 QpstServer* QLib_ResourceManager::GetQpstInfoServer() {
     DestroyAllAtExit();
-    if (!m_pInfoServer)
+    if (m_pInfoServer == nullptr)
         m_pInfoServer = OrNull([] { return std::make_unique<QpstServer>("QLIB-PortInfo"); });
     return m_pInfoServer;
 }
@@ -73,7 +73,7 @@ QpstServer* QLib_ResourceManager::GetQpstInfoServer() {
 std::vector<std::string> QLib_ResourceManager::ServerPortNames(bool bOnlyWithPhone) {
     try {
         QpstServer* const pServer = GetQpstInfoServer();
-        if (!pServer)
+        if (pServer == nullptr)
             return {};
         if (!bOnlyWithPhone)
             return pServer->getPortList();
@@ -82,7 +82,7 @@ std::vector<std::string> QLib_ResourceManager::ServerPortNames(bool bOnlyWithPho
             names.push_back(phone[0]);
         return names;
     } catch (...) {
-        // The next query starts anew, with a server that may be back.
+        // The next query starts anew, when the server may be back.
         delete std::exchange(m_pInfoServer, nullptr);
         return {};
     }

@@ -1,5 +1,5 @@
 #!/bin/sh
-# checks.sh SOURCE BUILD: rules that no compiler checks. Prints each breach; exit status 1 when there are any.
+# checks.sh SOURCE BUILD: checks rules that no compiler checks. Prints each breach; exit status 1 if there are any.
 set -eu
 cd "$1"
 build=$2
@@ -11,7 +11,7 @@ breach() {
 
 product="plugin qlib link diag efs2 ftm portserver"
 
-# What each folder may include, besides the standard library.
+# The folders that each folder may include, besides the standard library.
 layers_below() {
     case $1 in
     platform) echo "platform system" ;;
@@ -26,6 +26,7 @@ layers_below() {
     tools/common) echo "common" ;;
     tools/wfxhost) echo "platform system common wfxhost" ;;
     tools/qdiag) echo "common qdiag" ;;
+    tools/simulated_handset) echo "common handset" ;;
     tools/mount) echo "common mount" ;;
     esac
 }
@@ -34,7 +35,8 @@ sources_of() {
     [ ! -d "$1" ] || find "$1" -name '*.cpp' -o -name '*.h'
 }
 
-for folder in platform $product handset tools/common tools/wfxhost tools/qdiag tools/mount; do
+for folder in platform $product handset tools/common tools/wfxhost tools/qdiag \
+    tools/simulated_handset tools/mount; do
     allowed=$(layers_below "$folder" | tr ' ' '|')
     for file in $(sources_of "$folder"); do
         case $file in
@@ -43,7 +45,7 @@ for folder in platform $product handset tools/common tools/wfxhost tools/qdiag t
         *) own= ;;
         esac
         if found=$(grep -nE '^ *# *include *"' "$file" | grep -vE "\"(($allowed)/$own)"); then
-            breach "$file includes against the direction of the layers: $found"
+            breach "$file includes a header that its layer may not use: $found"
         fi
     done
 done
@@ -51,17 +53,24 @@ done
 for folder in $product; do
     for file in $(sources_of "$folder"); do
         if found=$(grep -nE '^ *# *(if|ifdef|ifndef|elif)\b' "$file"); then
-            breach "$file has conditional code; what differs between systems belongs to platform/: $found"
+            breach "$file has conditional code; code that differs between systems belongs in platform/: $found"
         fi
-        # The headers of the standard library have no dot and no folder in their names.
+        # Names of standard library headers contain neither a dot nor a folder.
         if found=$(grep -nE '^ *# *include *<[^>]*[./]' "$file"); then
             breach "$file includes a system header: $found"
         fi
     done
 done
 
+if command -v git >/dev/null 2>&1; then
+    # Someone may be following the page, and has applied them.
+    git apply --check --reverse docs/ADDING_A_COMMAND.md 2>/dev/null ||
+        git apply --check docs/ADDING_A_COMMAND.md ||
+        breach "the diffs in docs/ADDING_A_COMMAND.md do not fit the tree"
+fi
+
 echo '#include "quillet.h"' | ${CXX:-g++} -std=c++20 -I . -fsyntax-only -x c++ - ||
-    breach "quillet.h does not compile alone"
+    breach "quillet.h does not compile on its own"
 
 for file in tests/*_test.cpp; do
     grep -q "/$file\"" "$build/compile_commands.json" || breach "$file is not built"
@@ -71,7 +80,7 @@ if command -v clang-format >/dev/null 2>&1; then
     # shellcheck disable=SC2046
     clang-format --dry-run -Werror quillet.h \
         $(for folder in platform $product handset tools tests bench fuzz; do sources_of "$folder"; done) ||
-        breach "not formatted as .clang-format says"
+        breach "not formatted according to .clang-format"
 fi
 
 plugin=$build/quillet.wfx
@@ -87,6 +96,6 @@ for class in $(for folder in $product; do sources_of "$folder"; done | xargs \
     printf '%s\n' "$exported_names" | grep -qE " $class(<.*>)?::| for $class\$" ||
         breach "quillet.wfx does not export the class $class"
 done
-readelf -d "$plugin" | grep -q 'SONAME.*\[quillet\.wfx\]' || breach "quillet.wfx does not name itself so"
+readelf -d "$plugin" | grep -q 'SONAME.*\[quillet\.wfx\]' || breach "quillet.wfx does not have its own name as SONAME"
 
 [ "$breaches" -eq 0 ]

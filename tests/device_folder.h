@@ -1,4 +1,4 @@
-// Folders and pseudo-terminals that stand for the machine's devices.
+// Folders and pseudo-terminals that simulate the machine's devices.
 #pragma once
 
 #include <fcntl.h>
@@ -8,13 +8,14 @@
 
 #include "local_folder.h"
 
-/// DeviceFolder is a temporary folder that QUILLET_DEVICE_ROOT names for as long as it lives.
+/// DeviceFolder is a temporary folder. QUILLET_DEVICE_ROOT names it for the object's lifetime.
 class DeviceFolder : public LocalFolder {
 public:
     DeviceFolder() { setenv("QUILLET_DEVICE_ROOT", Path().c_str(), 1); }
     ~DeviceFolder() { unsetenv("QUILLET_DEVICE_ROOT"); }
 
-    /// Writes a file, makes a folder or a link; the folders above come into being, an old link goes.
+    /// These functions create a file, a folder or a link, and the missing folders above it. Link replaces an
+    /// old link.
     void Write(const std::string& sName, const std::string& sContent) const {
         std::ofstream(Made(sName), std::ios::binary) << sContent;
     }
@@ -32,7 +33,7 @@ private:
     }
 };
 
-/// PtyDevice is the device's end of a pseudo-terminal whose other end a DeviceFolder shows as dev/`sTty`.
+/// PtyDevice is the device's end of a pseudo-terminal. A DeviceFolder shows the other end as dev/`sTty`.
 class PtyDevice {
 public:
     PtyDevice(const DeviceFolder& folder, const std::string& sTty) : m_fd(posix_openpt(O_RDWR | O_NOCTTY)) {
@@ -53,7 +54,7 @@ public:
     void Send(const std::string& sBytes) const {
         ASSERT_EQ(write(m_fd, sBytes.data(), sBytes.size()), static_cast<ssize_t>(sBytes.size()));
     }
-    /// Reads exactly `iCount` bytes, waiting for them.
+    /// Waits for exactly `iCount` bytes and returns them.
     std::string Take(size_t iCount) const {
         std::string sBytes(iCount, '\0');
         size_t iHave = 0;

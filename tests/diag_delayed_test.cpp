@@ -1,4 +1,5 @@
-// Answers in two stages, and the greeting of download mode.
+// Delayed responses, and the greeting of download mode.
+#include "diag/command_frame.h"
 #include "diag_fixture.h"
 
 namespace {
@@ -19,7 +20,7 @@ protected:
     Lines Accepted() {
         Lines texts;
         QueueItem item;
-        while (static_cast<DiagConnection&>(m_diag).DelayedResponseQueue().Pop(&item))
+        while (ConnectionAccess(m_diag).DelayedResponseQueue().Pop(&item))
             texts.push_back(handset::ToHex({item.data, item.data + item.length - 2}));
         return texts;
     }
@@ -36,22 +37,22 @@ TEST_F(DiagDelayed, RequestsAndTheirResponses) {
         EXPECT_EQ(call(m_diag), "true");
         EXPECT_EQ(m_phone.Requests(), Lines{sRequest});
     }
-    EXPECT_EQ(Accepted(), Lines{"80 10 02 00 00 00 00 00 03 00 01 00"}); // the former commands' are gone
+    EXPECT_EQ(Accepted(), Lines{"80 10 02 00 00 00 00 00 03 00 01 00"}); // of the last command alone
     EXPECT_FALSE(m_diag.HS_DISPLAY_CAPTURE_DELAYED_CMD(1, 2, 3, 4, 5, std::string(4090, 'n').c_str()));
 }
 
-TEST_F(DiagDelayed, FirstAnswersThatAnnounceNothing) {
+TEST_F(DiagDelayed, FirstResponsesThatAnnounceNoDelayedResponse) {
     CheckAnswers({
         {Backup, "80 37 00 00 00 00 00 00 00 00 00 00", "false"}, // no id
-        {Backup, "80 37 00 00 00 00 00 00 05 00 01 00", "false"}, // a count
+        {Backup, "80 37 00 00 00 00 00 00 05 00 01 00", "false"}, // a response count of 1
         {Backup, "80 37 00 00 01 00 00 00 05 00 00 00", "false"}, // an error
     });
     EXPECT_EQ(Unanswered(Backup), "false");
 }
 
-TEST_F(DiagDelayed, OnlyTheAwaitedResponseCounts) {
+TEST_F(DiagDelayed, OnlyTheExpectedResponseIsAccepted) {
     const std::string sAwaited = "80 37 00 00 00 00 00 00 05 00 01 00 77";
-    m_phone.phone.Script(Hex("80"), {Hex("80 37 00 00 00 00 00 00 05 00 00 00"), // the first answer
+    m_phone.phone.Script(Hex("80"), {Hex("80 37 00 00 00 00 00 00 05 00 00 00"), // the first response
                                      Hex("80 37 00 00 00 00 00 00 05 00 01"),    // too short
                                      Hex("80 37 00 00 00 00 00 00 06 00 01 00"), // another id
                                      Hex("80 37 00 00 03 00 00 00 05 00 01 00"), // an error
@@ -60,12 +61,16 @@ TEST_F(DiagDelayed, OnlyTheAwaitedResponseCounts) {
     EXPECT_EQ(Accepted(), Lines{sAwaited});
 }
 
-TEST_F(DiagDelayed, SeveralResponsesLateOnesAndTooFew) {
+TEST_F(DiagDelayed, SeveralLateAndMissingResponses) {
     const auto check = [this](int iResponses, const std::vector<handset::DelayedResponse>& plan,
                               size_t iAccepted) {
         m_phone.phone.WithState([&](handset::State& state) { state.delayed.plan = plan; });
-        static_cast<CommandFrame&>(m_diag).BeginRequest().U8(0x80).U8(0x37).U16(0);
-        auto& family = static_cast<DelayedResponses&>(m_diag);
+        CommandFrame frame(m_diag);
+        frame.BeginRequest().U8(0x80).U8(0x37).U16(0);
+        struct Family : DelayedResponses {
+            using DelayedResponses::DelayedResponses;
+            using DelayedResponses::SendDiag2WithMultipleResponse;
+        } family(frame);
         EXPECT_EQ(family.SendDiag2WithMultipleResponse(iResponses, 0),
                   static_cast<size_t>(iResponses) == iAccepted);
         EXPECT_EQ(Accepted().size(), iAccepted);
@@ -75,10 +80,10 @@ TEST_F(DiagDelayed, SeveralResponsesLateOnesAndTooFew) {
     check(2, {{}}, 1);
     check(1, {}, 0);
     m_diag.ConfigureTimeOut(QMSL_TimeOut_MultipleResponse, 60000);
-    check(1, {{}, {}}, 1); // the last: its second response comes some time later
+    check(1, {{}, {}}, 1); // the last check, because its second response arrives later
 }
 
-TEST_F(DiagDelayed, DownloadModeIsGreeted) {
+TEST_F(DiagDelayed, GreetingOfDownloadMode) {
     const Call Hello = [](Diag_FTM& d, QueueItem answer = {0, {0xEE, 0xEE}}) {
         return Outcome(d.DOWNLOAD_Hello(7, 8, 9, answer.data), answer.data[0], answer.data[1]);
     };
@@ -90,7 +95,7 @@ TEST_F(DiagDelayed, DownloadModeIsGreeted) {
     EXPECT_EQ(m_phone.Requests().at(0), kGreeting + "03 02 01");
 
     m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 300);
-    m_phone.Answer("06", Hex("13 06")); // the greeting alone decides
+    m_phone.Answer("06", Hex("13 06")); // the result depends on the greeting alone
     EXPECT_EQ(Hello(m_diag), "true ee ee");
 }
 

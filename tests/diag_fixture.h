@@ -1,4 +1,4 @@
-// Checking one command at a time: its request, and what it makes of an answer.
+// Checks one command at a time: its request, and what it reads from a response.
 #pragma once
 
 #include <functional>
@@ -9,7 +9,7 @@
 #include "handset/unsolicited.h"
 #include "phone_fixture.h"
 
-/// The result of a call and its out-values (numbers in hex), as one text.
+/// Returns the result of a call and its out-values (numbers in hex) as one text.
 template <class... Values>
 std::string Outcome(bool bResult, const Values&... values) {
     std::ostringstream text;
@@ -18,12 +18,12 @@ std::string Outcome(bool bResult, const Values&... values) {
     return text.str();
 }
 
-/// Makes one call and gives its Outcome. Its out-values are parameters, preset by their defaults.
+/// Makes one call and returns its Outcome. The out-values are parameters, whose defaults preset them.
 using Call = std::function<std::string(Diag_FTM& diag)>;
 
 class DiagTest : public PhoneTest {
 protected:
-    /// What a call makes of an answer that is the same for every request.
+    /// Returns the outcome of a call when every request gets the same response.
     std::string Answered(const Call& call, const Bytes& answer) {
         m_log.Clear();
         m_phone.phone.ClearRequests();
@@ -31,18 +31,18 @@ protected:
         return call(m_diag);
     }
 
-    /// What a call makes of a phone that refuses everything.
+    /// Returns the outcome of a call when the phone refuses every request.
     std::string Unanswered(const Call& call) {
         const DWORD iFormer_ms = m_diag.GetTimeOut(QMSL_TimeOut_SyncRequest);
         m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 20);
         const std::string sOutcome = Answered(call, Hex("13"));
-        EXPECT_TRUE(m_phone.phone.WaitForRequests(1)); // what comes next is not answered to this request
+        EXPECT_TRUE(m_phone.phone.WaitForRequests(1)); // lest this response answers a later request
         m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, iFormer_ms);
         return sOutcome;
     }
 
-    /// One request, its answer, what comes out, and the log line of the operation; without an answer it
-    /// fails.
+    /// Checks the request of a call, its outcome for a response, the log line of the operation, and that the
+    /// call fails without a response.
     void Check(const Call& call, const std::string& sRequest, const std::string& sAnswer,
                const std::string& sOutcome, const std::string& sOperation) {
         EXPECT_EQ(Answered(call, Hex(sAnswer)), sOutcome) << sRequest;
@@ -63,7 +63,7 @@ protected:
     }
 };
 
-/// A byte as many times as it takes, in hex with blanks.
+/// Returns a byte `iCount` times, in hex with blanks.
 inline std::string Times(size_t iCount, const std::string& sByte) {
     std::string text;
     for (size_t i = 0; i < iCount; ++i)

@@ -1,9 +1,10 @@
-// The buffer pair and the headers of factory-test requests, as bytes.
+// The packet buffer and the headers of factory-test requests, as bytes.
+#include "diag/command_frame.h"
 #include "diag_fixture.h"
 
 namespace {
 
-TEST(PacketBuffer, AppendsUpToItsLimitAndLeavesOutWhatDoesNotFit) {
+TEST(PacketBuffer, FillsToItsLimitAndSkipsFieldsBeyondIt) {
     PacketBuffer buffer;
     buffer.Request().Bytes(Bytes(4091, 1)).U32(0x04030201);
     EXPECT_EQ(buffer.RequestLength(), 4095);

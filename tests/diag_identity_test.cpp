@@ -1,4 +1,4 @@
-// Who the phone is, what state it is in, and the service operations.
+// The phone's identity and state, and the service operations.
 #include "diag_fixture.h"
 
 namespace {
@@ -45,7 +45,7 @@ const Call CallEnd = [](Diag_FTM& d) { return Outcome(d.DIAG_GSM_CALL_END_F()); 
 
 class DiagIdentity : public DiagTest {};
 
-TEST_F(DiagIdentity, RequestsAnswersAndLog) {
+TEST_F(DiagIdentity, RequestsResponsesAndLog) {
     Check(ExtBuildId, "7C", "7C 00 00 00 E1 00 00 00 F0 0F 00 00 53 20 25 73 00 4D 00", "true e1 ff0 S %s M",
           "QLIB_DIAG_EXT_BUILD_ID_F()");
     Check(Status, "4B 04 0E 00", "4B 04 0E 00 01 02 05", "true 5", "QLIB_DIAG_STATUS_F()");
@@ -70,20 +70,29 @@ TEST_F(DiagIdentity, RequestsAnswersAndLog) {
           "DIAG_READ_ESN_F() -- Start");
 }
 
-TEST_F(DiagIdentity, ShortAnswersAndRefusalsLeaveValuesAlone) {
+TEST_F(DiagIdentity, ShortAndRefusingResponsesLeaveValuesUnchanged) {
     CheckAnswers({
         {ExtBuildId, "7C 00 00 00 01 00 00 00 02 00 00", "true 1 e2  "},
         {ExtBuildId, "7C 00 00 00 01 00 00 00 02 00 00 00 53 57", "true 1 2 SW "},
-        {Status, "4B 04 0E 00", "true ee"},
+        {ExtBuildId, "7C 00 00 00", "false e1 e2 s m"},
+        {Status, "4B 04 0E 00", "false ee"},
+        {ErrRead, "2A 66", "true 0 0"},
+        {ErrRead, "2A", "false 0 0"},
+        {Spc, "41", "false ee"},
         {GetDip, "2F 05", "true 1234"},
-        {Display, "4B 10 00 00 40 01 F0 00 10 02", "true e1 e2 e3 e4"},
-        {GsmStatus, "4B 08 01 00 E1 0C 41 42 43", "false e1 0 0 e2 0 e3 0 e4 e5 e6 e7"},
+        {GetDip, "2F", "false 1234"},
+        {Display, "4B 10 00 00 F0 00 40 01 10 02", "true f0 140 10 2"},
+        {Display, "4B 10 00 00 00 40 01 10 02", "true e1 e2 e3 e4"},
+        {Display, "4B 10 00 00", "false e1 e2 e3 e4"},
+        {ReadEsn, "26 00 00 78 56 34 00 00", "false ee"},
     });
+    EXPECT_EQ(Answered(GsmStatus, Hex("4B 08 01 00 " + Times(27, "41"))),
+              "false e1 0 0 e2 0 e3 0 e4 e5 e6 e7");
     const std::string sNoSuchItem = "26 00 00 78 56 34 80 " + Times(124, "00") + " 05 00";
     EXPECT_EQ(Answered(ReadEsn, Hex(sNoSuchItem)), "false ee");
 }
 
-TEST_F(DiagIdentity, VersionNeedsAWholeRecord) {
+TEST_F(DiagIdentity, VersionRequiresACompleteRecord) {
     const Call version = [](Diag_FTM& d) {
         QLIB_PhoneResp_Version aRecords[2] = {};
         return Outcome(d.DIAG_VERNO_F(aRecords), aRecords[0].iHardwareVersion, aRecords[1].iCmdCode);

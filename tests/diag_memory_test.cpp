@@ -24,7 +24,7 @@ using Short = unsigned short;
 
 class DiagMemory : public DiagTest {};
 
-TEST_F(DiagMemory, PeeksAndPokesOnTheWire) {
+TEST_F(DiagMemory, PeekAndPokeOnTheWire) {
     const std::string sPeek = "QLIB_DIAG_MEMORY_PEEK_F-";
     Check(Peek<Byte, 10>, "02 78 56 34 12 04 00 00 00 00 00", "02 78 56 34 12 04 00 A1 A2 A3 A4 A5",
           "true a1 a2 a3 a4 ee", sPeek + "8bit(iAddress=0x12345678, iNumItems=10)");
@@ -41,9 +41,10 @@ TEST_F(DiagMemory, PeeksAndPokesOnTheWire) {
           "QLIB_POKE-32 bit(iAddress=0x12345678, iNumBytes=1, data[0]=0xAABBCCD1)");
 }
 
-TEST_F(DiagMemory, ShortAnswersGiveTheWholeValuesThatTheyHold) {
+TEST_F(DiagMemory, ShortResponsesYieldTheirCompleteValues) {
     CheckAnswers({{Peek<Byte, 4>, "02 78 56 34 12 04 00 A1 A2", "true a1 a2 ee ee ee"},
                   {Peek<Short, 2>, "03 78 56 34 12 02 00 A1 A2 A3", "true a2a1 ee ee ee ee"},
+                  {Peek<Byte, 4>, "02 78 56 34 12 04 00", "false ee ee ee ee ee"},
                   {Peek<DWORD, 2>, "04 78 56 34 12 02 00 A1 A2 A3", "true ee ee ee ee ee"}});
 }
 

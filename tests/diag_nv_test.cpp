@@ -1,9 +1,9 @@
-// NV items: one by one, and in batches.
+// NV items, singly and in batches.
 #include "diag_fixture.h"
 
 namespace {
 
-/// The first bytes of an item's data, before it is read.
+/// The caller's buffer for the first bytes of an item, preset.
 struct Data {
     unsigned char a[3] = {0xE1, 0xE2, 0xE3};
 };
@@ -30,7 +30,7 @@ const Call Flush = [](Diag_FTM& d, unsigned short iItem = 0xE1, unsigned short i
 
 class DiagNv : public DiagTest {
 protected:
-    /// Queues items of that many bytes; their numbers count up from iFirst.
+    /// Queues `iItems` items of `iLength` bytes. Their numbers count up from `iFirst`.
     void Queue(int iItems, int iLength, unsigned short iFirst = 100) {
         const Bytes data(200, 0xDA);
         unsigned short iStatus = 0;
@@ -40,7 +40,7 @@ protected:
     }
 };
 
-TEST_F(DiagNv, RequestsAnswersAndLog) {
+TEST_F(DiagNv, RequestsResponsesAndLog) {
     const std::string sItem = "01 02 03 " + Times(125, "00");
     Check(Read, "26 05 01", "26 05 01 " + sItem + " 00 00", "true 0 1 2 3", "");
     Check(Read, "26 05 01", "26 05 01 " + sItem + " 05 00", "true 5 e1 e2 e3", "");
@@ -51,13 +51,19 @@ TEST_F(DiagNv, RequestsAnswersAndLog) {
     Check(WriteArray, "27 B2 00 01 39 38 " + Times(125, "00"), "27 B2 00 00 00", "true 0",
           "QLIB_DIAG_NV_WRITE_ARRAY_F (iItemID = 178, iArrayIndex = 1, pItemData = 57, iLength = 2)");
     CheckAnswers({
-        {Read, "26 05 01 AA BB 00 00", "false ee e1 e2 e3"},  // one byte of data is missing
-        {Read, "26 05 01 AA BB CC 00 00", "true 0 aa bb cc"}, // all that were asked for
-        {ReadArray, "26 B2 00 01 AA 00 00", "false ee e1 e2 e3"},
+        {Read, "26 05 01 AA BB 00 00", "true 0 aa bb e3"}, // shorter than asked for
+        {Read, "26 05 01 AA BB CC DD 00 00", "true 0 aa bb cc"},
+        {Read, "26 05 01 00 00", "true 0 e1 e2 e3"},
+        {Read, "26 05 01 00", "false ee e1 e2 e3"}, // no status
+        {Read, "26 05 01", "false ee e1 e2 e3"},
+        {ReadArray, "26 B2 00 01 AA 00 00", "true 0 aa e2 e3"},
+        {ReadArray, "26 B2 00 05 00", "true 5 e1 e2 e3"},
+        {Write, "27 05 01 07", "false ee"},
+        {Write, "27", "false ee"},
     });
 }
 
-TEST_F(DiagNv, LengthsAreBounded) {
+TEST_F(DiagNv, LengthsAreLimited) {
     unsigned short iStatus = 0;
     const Bytes data(300, 0x5A);
     EXPECT_TRUE(m_diag.DIAG_NV_WRITE_F(1, data.data(), 300, iStatus));
@@ -66,24 +72,36 @@ TEST_F(DiagNv, LengthsAreBounded) {
         EXPECT_EQ(request.size(), 131u);
     EXPECT_TRUE(m_diag.DIAG_NV_WRITE_SetBatchMode(true));
     EXPECT_TRUE(m_diag.DIAG_NV_WRITE_F(1, data.data(), 300, iStatus));
-    EXPECT_EQ(Flush(m_diag), "true 1 0 0");
-    EXPECT_EQ(m_phone.phone.Requests().back().size(), 10u + 4 + 129);
+    EXPECT_TRUE(m_diag.DIAG_NV_WRITE_F(2, nullptr, -1, iStatus));
+    EXPECT_EQ(Flush(m_diag), "true 2 0 0");
+    EXPECT_EQ(m_phone.phone.Requests().back().size(), 10u + 4 + 129 + 4);
 }
 
 TEST_F(DiagNv, BatchOnTheWire) {
     EXPECT_TRUE(m_diag.DIAG_NV_WRITE_SetBatchMode(true));
+    m_log.Clear();
     Queue(2, 2);
+    EXPECT_EQ(m_log.Lines()[1], "0x0002 DIAG_NV_Add_WRITE_QueueItem(iItemID = 100, iLength = 2)");
+    EXPECT_EQ(m_log.Lines()[2], "0x0004 DIAG_NV_Add_WRITE_QueueItem() -- Queue Size = 1");
     EXPECT_TRUE(m_phone.Requests().empty());
+    m_log.Clear();
     EXPECT_EQ(Flush(m_diag), "true 65 0 0");
+    EXPECT_EQ(m_log.Lines(),
+              (Lines{"0x0002 QLIB_DIAG_NV_WRITE_FlushBatchQueue( ) -- Queue size = 2",
+                     "0x0004      _iCurrentNumActiveItems = 2(0x2), _iCurrentPayloadSize = 12(0xC)",
+                     "0x0004      iItemID = 100 (0x64), iLength  = 2(0x2)",
+                     "0x0004      iItemID = 101 (0x65), iLength  = 2(0x2)",
+                     "0x0002 QLIB_DIAG_NV_WRITE_SetBatchMode( bStartBatchMode = 0)",
+                     "0x0004 QLIB_DIAG_NV_WRITE_FlushBatchQueue( ) -- Number Items Written = 2"}));
     EXPECT_EQ(m_phone.Requests(), Lines{"4B 30 00 00 02 00 0C 00 00 00 02 64 00 00 DA DA 02 65 00 00 DA DA"});
-    // Batch mode is over: the next write is a request of its own.
+    // Batch mode has ended, so the next write is a request of its own.
     Queue(1, 1);
     EXPECT_EQ(m_phone.CountOf("27 64 00 DA"), 1);
-    EXPECT_EQ(Flush(m_diag), "true ffff 0 e3"); // nothing queued still asks once
+    EXPECT_EQ(Flush(m_diag), "true ffff 0 e3"); // an empty queue still sends one request
 }
 
-TEST_F(DiagNv, BatchesStayBelowTheirLimit) {
-    m_diag.ClosePort(); // the first batch opens it again
+TEST_F(DiagNv, BatchesStayWithinTheirSizeLimit) {
+    m_diag.ClosePort(); // the first batch reopens it
     m_diag.DIAG_NV_WRITE_SetBatchMode(true);
     Queue(20, 100);
     EXPECT_EQ(Flush(m_diag), "true 77 0 0");
@@ -99,17 +117,20 @@ TEST_F(DiagNv, ReadOnlyItemsInBatches) {
     m_diag.DIAG_NV_WRITE_SetBatchMode(true);
     Queue(1, 4, 0);
     EXPECT_EQ(Flush(m_diag), "true 0 0 0");
+    EXPECT_TRUE(m_log.Has(LOG_FN, "QLIB_DIAG_NV_WRITE_BatchQueue_SetRO_List( ) -- Adding NV ID #5"));
+    EXPECT_TRUE(m_log.Has(LOG_RET, "     Found item in the read-only list so no failure: iNvId = 0 "));
 
-    m_diag.DIAG_NV_WRITE_BatchQueue_SetRO_List(aReadOnly, 1); // replaced: item 0 is not on it any more
+    m_diag.DIAG_NV_WRITE_BatchQueue_SetRO_List(aReadOnly, 1); // replaces the list, which then lacks item 0
     m_diag.DIAG_NV_WRITE_SetBatchMode(true);
     Queue(13, 100, 0);
     Queue(1, 100, 50);
     m_phone.phone.ClearRequests();
     EXPECT_EQ(Flush(m_diag), "false 0 0 7");
+    EXPECT_TRUE(m_log.Has(LOG_RET, "     Error Detected: iLastErrorNvId = 0, iLastItemStatus = 7 )"));
     EXPECT_EQ(m_phone.phone.Requests().size(), 1u); // the second batch is dropped
 }
 
-TEST_F(DiagNv, BatchAnswersThatPromiseMoreThanTheyHold) {
+TEST_F(DiagNv, BatchResponsesShorterThanTheirCounts) {
     const Call FlushOne = [this](Diag_FTM& diag) {
         diag.DIAG_NV_WRITE_SetBatchMode(true);
         Queue(1, 1);

@@ -1,4 +1,4 @@
-// What the phone sends unasked: masks, queues, waiting, key presses.
+// Unsolicited packets: log masks, queues, waiting and key presses.
 #include <thread>
 
 #include "diag_fixture.h"
@@ -29,7 +29,7 @@ const Call NextResponse = [](Diag_FTM& d, unsigned short iSize = 0xEE, QueueItem
     return Outcome(d.DIAG_GetNextCommandResponse(&iSize, item.data, 7), iSize, item.data[0]);
 };
 
-/// The answer of a range query with one last item for all equipment.
+/// Returns the response to a range query. The last item is `i` for equipment id 0 and grows by one per id.
 Bytes RangesAnswer(uint32_t i) {
     return Packet("73 00 00 00", {1, 0, i, i + 1, i + 2, i + 3, i + 4, i + 5, i + 6, i + 7, i + 8, i + 9,
                                   i + 10, i + 11, i + 12, i + 13, i + 14, i + 15});
@@ -43,13 +43,13 @@ handset::Message Text(const std::string& sFormat) {
 
 class DiagPhoneLog : public DiagTest {
 protected:
-    /// The packets that wait in the phone-log queue.
+    /// Returns how many packets are in the phone-log queue.
     DWORD Waiting() {
         DWORD iSize = 0;
         m_diag.DIAG_GetPhoneLogQueueSize(iSize);
         return iSize;
     }
-    /// Waits until that many packets wait.
+    /// Waits until the phone-log queue holds at least that many packets.
     bool WaitFor(DWORD iPackets) {
         return Eventually([&] { return Waiting() >= iPackets; });
     }
@@ -57,7 +57,7 @@ protected:
 
 // --- Masks ------------------------------------------------------------------------------------------
 
-TEST_F(DiagPhoneLog, RequestsAnswersAndLog) {
+TEST_F(DiagPhoneLog, RequestsResponsesAndLog) {
     Check(SetCode, "73 00 00 00 03 00 00 00 01 00 00 00 11 00 00 00 00 02 00",
           "73 00 00 00 03 00 00 00 00 00 00 00 01 00 00 00 11 00 00 00", "true",
           "QLIB_DIAG_SetExtendedLogMask( iOperation = 0x3, piOperationData[0] = 0x1, iOperationDataSize=11)");
@@ -65,13 +65,13 @@ TEST_F(DiagPhoneLog, RequestsAnswersAndLog) {
     Check(Filter, "7D 04 02 01 02 01 00 00 01 00 00 80", "7D", "true",
           "QLIB_DIAG_SetMessageFilter(iSSID=258, iRT_MASK=-2147483647)");
     Check(Events, "60 01", "60 00 00", "true", "QLIB_DIAG_EventReportControl( bOperationSwitch = 1)");
-    // This answer looks like a message of the phone, so nobody gets it; the phone takes the level all the
-    // same.
+    // This response looks like a debug message, so the caller does not receive it. The phone sets the level
+    // nevertheless.
     m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 200);
     Check(Level, "1F 03 02", "1F 00 00", "false", "QLIB_DIAG_SetMessageLevel(iMessageLevel=515)");
 }
 
-TEST_F(DiagPhoneLog, AddingCodesKeepsThoseThatAreOn) {
+TEST_F(DiagPhoneLog, AddingCodesKeepsEnabledCodes) {
     m_phone.phone.WithState([](handset::State& state) {
         state.traffic.lastItems[1] = 0x9F;
         state.traffic.logs[1] = {0x01};
@@ -81,12 +81,12 @@ TEST_F(DiagPhoneLog, AddingCodesKeepsThoseThatAreOn) {
     EXPECT_EQ(m_phone.Requests(), (Lines{kRangesRequest, "73 00 00 00 04" + sHead + Times(20, "00"),
                                          "73 00 00 00 03" + sHead + "03 " + Times(18, "00") + " 01"}));
     EXPECT_EQ(AddCodes(m_diag), "true");
-    EXPECT_EQ(m_phone.CountOf("73 00 00 00 03"), 1); // nothing new, nothing sent
+    EXPECT_EQ(m_phone.CountOf("73 00 00 00 03"), 1); // an unchanged mask is not sent
     EXPECT_EQ(ClearCodes(m_diag), "true");
     EXPECT_EQ(m_phone.Requests().back(), "73 00 00 00 03" + sHead + Times(20, "00"));
 }
 
-TEST_F(DiagPhoneLog, MasksThatCannotBeAsked) {
+TEST_F(DiagPhoneLog, MasksThatCannotBeRead) {
     const Bytes tooShort(71, 0x73); // by one byte
     for (const Call& call : {AddCode, ClearCodes}) {
         EXPECT_EQ(Answered(call, tooShort), "false");
@@ -94,20 +94,28 @@ TEST_F(DiagPhoneLog, MasksThatCannotBeAsked) {
     }
     DWORD iLastItem = 0xEE;
     EXPECT_FALSE(m_diag.DIAG_GetLogRanges(16, iLastItem));
-    // A mask of another equipment, and none: the wanted code becomes the whole mask.
+    // After a mask of another equipment id, and after two responses without a mask, the new mask holds the
+    // added code alone.
     m_phone.Answer("73 00 00 00 01", RangesAnswer(7));
-    for (const Bytes& answer : {Packet("73 00 00 00", {4, 0, 2, 8}, "\xFF\xFF"), Hex("73 00")}) {
+    const std::pair<Bytes, bool> answers[] = {{Packet("73 00 00 00", {4, 0, 2, 8}, "\xFF\xFF"), true},
+                                              {Packet("73 00 00 00", {4, 2}), false},
+                                              {Hex("73 00"), false}};
+    for (const auto& [answer, bOther] : answers) {
+        m_log.Clear();
         m_phone.Answer("73 00 00 00 04", answer);
         EXPECT_EQ(AddCode(m_diag), "true");
+        EXPECT_EQ(m_log.Has(LOG_RET, "QLIB_DIAG_AddExtendedLogCodes: Error fetching current log mask"),
+                  bOther);
         EXPECT_EQ(m_phone.Requests().back(), "73 00 00 00 03 00 00 00 01 00 00 00 08 00 00 00 00 02");
     }
 }
 
-TEST_F(DiagPhoneLog, MaskAnswersAreCopiedBackAsFarAsTheyGo) {
+TEST_F(DiagPhoneLog, MaskResponsesAreCopiedBackWhenComplete) {
     unsigned char aData[4] = {1, 2, 3, 4};
     unsigned short iSize = sizeof aData;
-    for (const auto& [sAnswer, sData] :
-         {std::pair("73 01 00 00 A1 A2 A3 A4", "A1 A2 A3 A4"), {"73 B2", "73 B2 A3 A4"}}) {
+    for (const auto& [sAnswer, sData] : {std::pair("73 00 00 00 09 00 00 00 01 A1 A2 A3 A4", "A1 A2 A3 A4"),
+                                         {"73 00 00 00 09 00 00 00 02 00 00", "A1 A2 A3 A4"},
+                                         {"73 B2", "A1 A2 A3 A4"}}) {
         m_phone.Answer("73", Hex(sAnswer));
         EXPECT_TRUE(m_diag.DIAG_SetExtendedLogMask(9, aData, iSize));
         EXPECT_EQ(Bytes(aData, aData + 4), Hex(sData));
@@ -123,7 +131,7 @@ TEST_F(DiagPhoneLog, Queues) {
     ASSERT_TRUE(Eventually([&] { return m_diag.DIAG_GetCommandResponseQueueSize(iSize); }));
     EXPECT_EQ(NextResponse(m_diag), "true 4 42");
     m_diag.DIAG_SetPhoneLoggingState(true);
-    m_phone.phone.Send(Bytes(4094, 0x10)); // with its FCS as long as a packet can be
+    m_phone.phone.Send(Bytes(4094, 0x10)); // with its FCS the longest possible packet
     m_phone.phone.Send(Hex("42"));
     ASSERT_TRUE(WaitFor(1) && Eventually([&] { return m_diag.DIAG_GetCommandResponseQueueSize(iSize); }));
     EXPECT_EQ(NextLog(m_diag), "true 1000 10");
@@ -133,7 +141,7 @@ TEST_F(DiagPhoneLog, Queues) {
 
 // --- Waiting ----------------------------------------------------------------------------------------
 
-TEST_F(DiagPhoneLog, AFloodKeepsTheNewestAndTheRequestIsAnswered) {
+TEST_F(DiagPhoneLog, FloodKeepsTheNewestRecordsAndTheResponse) {
     constexpr uint32_t kRecords = 100000;
     constexpr uint32_t kKept = 4096;
     m_diag.DIAG_SetPhoneLoggingState(true);
@@ -155,12 +163,12 @@ TEST_F(DiagPhoneLog, AFloodKeepsTheNewestAndTheRequestIsAnswered) {
     EXPECT_FALSE(m_diag.DIAG_GetNextPhoneLog(&iSize, aBuffer, 0));
 }
 
-TEST_F(DiagPhoneLog, LogsAreWaitedFor) {
+TEST_F(DiagPhoneLog, WaitingForLogs) {
     unsigned char aBuffers[3][4096];
     unsigned char* apBuffers[] = {aBuffers[0], aBuffers[1], aBuffers[2]};
     unsigned short aSizes[3] = {};
     unsigned short iNumLogs = 3;
-    // The mask is set in the phone before the wait itself switches logging on: nothing may slip through.
+    // The phone's mask is set before the wait itself enables logging, so logging must be on already.
     m_diag.DIAG_SetPhoneLoggingState(true);
     std::thread phone([&] {
         EXPECT_TRUE(Eventually([&] { return m_phone.phone.EmitLog(0x1009, Hex("01")); }));
@@ -176,7 +184,7 @@ TEST_F(DiagPhoneLog, LogsAreWaitedFor) {
     EXPECT_EQ(aBuffers[1][16], 2);
     EXPECT_EQ(aBuffers[2][16], 4);
     EXPECT_EQ(aSizes[1], 16 + 2 + 2);
-    ASSERT_TRUE(WaitFor(1)); // the fourth stays
+    ASSERT_TRUE(WaitFor(1)); // the fourth record stays in the queue
 
     const Call single = [&](Diag_FTM& diag, unsigned short iSize = 0) {
         return Outcome(diag.DIAG_GetSingleLog(1, 0x1009, 0, aBuffers[0], iSize), aBuffers[0][16]);
@@ -186,11 +194,11 @@ TEST_F(DiagPhoneLog, LogsAreWaitedFor) {
     const Call two = [&](Diag_FTM& diag, unsigned short iLogs = 2) {
         return Outcome(diag.DIAG_GetMultipleLogs(1, 0x1009, iLogs, 5, apBuffers, aSizes), iLogs);
     };
-    EXPECT_EQ(two(m_diag), "true 0"); // in vain
+    EXPECT_EQ(two(m_diag), "true 0"); // no record arrives
     EXPECT_EQ(Answered(two, Hex("73")), "false 2");
 }
 
-TEST_F(DiagPhoneLog, DebugMessagesAreFoundByTheirFormat) {
+TEST_F(DiagPhoneLog, FindsDebugMessagesByTheirFormat) {
     m_diag.DIAG_SetPhoneLoggingState(true);
     for (const Bytes& packet :
          {Hex("79 00"), handset::LogPacket(1, 0, {}), handset::MessagePacket(Text("look %d more")),
@@ -206,7 +214,7 @@ TEST_F(DiagPhoneLog, DebugMessagesAreFoundByTheirFormat) {
 
 // --- Key presses ------------------------------------------------------------------------------------
 
-TEST_F(DiagPhoneLog, KeyMessagesBecomeEvents) {
+TEST_F(DiagPhoneLog, KeyMessagesBecomeKeyEvents) {
     EXPECT_TRUE(m_diag.DIAG_KeyPress_StartCapture());
     EXPECT_EQ(m_phone.Requests(), Lines{"7D 04 00 00 00 00 00 00 08 00 00 00"});
     for (const char* sText :
@@ -226,14 +234,15 @@ TEST_F(DiagPhoneLog, KeyMessagesBecomeEvents) {
     EXPECT_FALSE(m_phone.phone.EmitMessage(Text("AEEKey_AddPressed: 0xE021")));
 }
 
-TEST_F(DiagPhoneLog, KeyDetectionIsConfigured) {
+TEST_F(DiagPhoneLog, ConfiguringKeyDetection) {
     EXPECT_TRUE(m_diag.DIAG_KeyPress_ConfigureKeyDetect(std::string(300, 'r').c_str(), "down ", 5, 0x10));
     EXPECT_TRUE(m_diag.DIAG_KeyPress_ClearMap());
     EXPECT_TRUE(m_diag.DIAG_KeyPress_AddMapEntry(0x21, 7));
-    EXPECT_TRUE(m_diag.DIAG_KeyPress_AddMapEntry(0x21, 8)); // the first entry counts
+    EXPECT_TRUE(m_diag.DIAG_KeyPress_AddMapEntry(0x21, 8)); // the first entry takes precedence
     EXPECT_TRUE(m_diag.DIAG_KeyPress_StartCapture());
     EXPECT_EQ(m_phone.Requests().back(), "7D 04 05 00 05 00 00 00 10 00 00 00");
-    // Of a code only the low 16 bits count; other characters are zeros, eight are read: 02100123.
+    // Only the low 16 bits of a code matter. Eight characters are read, and non-hex characters count as
+    // zeros: g21zz123 is read as 02100123.
     for (const char* const sText :
          {"down 0x21", "down 0x20021", "down 0xg21zz123", "AEEKey_AddPressed: 0x21"})
         m_phone.phone.Send(handset::MessagePacket(Text(sText)));

@@ -1,5 +1,4 @@
-// Listing a directory: what goes over the wire, what reaches the callback, and that no listing is called
-// complete which is not.
+// Listing a directory: the traffic, the callbacks, and that an incomplete listing fails.
 #include <sstream>
 
 #include "phone_fixture.h"
@@ -8,7 +7,7 @@ namespace {
 
 constexpr size_t kNameOffset = 40;
 
-/// The answer about one entry.
+/// Returns the response for one entry.
 Bytes Entry(const std::string& sName, uint32_t iType = 0, uint32_t iSize = 7, uint32_t iErrnum = 0,
             uint32_t iDirectory = 5) {
     return Packet(kReadFolder, {iDirectory, 99, iErrnum, iType, 0777, iSize, 1, 2, 0x30},
@@ -19,14 +18,15 @@ class Efs2DirectoryTest : public PhoneTest {
 protected:
     Efs2DirectoryTest() { m_diag.ConfigureEfsCallbacks(this, nullptr, &Efs2DirectoryTest::Receive); }
 
-    /// Lists; the result and "path kind date size" of every entry that arrived.
+    /// Lists a directory. Returns the result, then "path kind date size" for every entry passed to the
+    /// callback.
     Lines List(const char* sPath) {
         m_entries = {""};
         m_entries[0] = m_diag.EFS2_DIAG_ENUM_DIR(sPath) ? "true" : "false";
         return m_entries;
     }
 
-    /// Opening and closing are granted; the entries are these, then the end.
+    /// Scripts a directory: opening and closing succeed, and reading returns `entries`, then the end.
     void ScriptEntries(const std::vector<Bytes>& entries) {
         m_phone.Answer(kOpenFolder, Packet(kOpenFolder, {5, 0}));
         m_phone.Answer(kCloseFolder, Packet(kCloseFolder, {0}));
@@ -65,7 +65,7 @@ TEST_F(Efs2DirectoryTest, WireCallbacksAndLog) {
     EXPECT_EQ(m_phone.Requests()[0], "4B 13 0B 00 2F 00");
 }
 
-TEST_F(Efs2DirectoryTest, ACallbackMaySwitchItselfOff) {
+TEST_F(Efs2DirectoryTest, CallbackMayRemoveItself) {
     static int s_iCalls;
     s_iCalls = 0;
     m_diag.ConfigureEfsCallbacks(&m_diag, nullptr,
@@ -81,7 +81,7 @@ TEST_F(Efs2DirectoryTest, ACallbackMaySwitchItselfOff) {
     EXPECT_EQ(s_iCalls, 1);
 }
 
-TEST_F(Efs2DirectoryTest, AgainstThePhonesFileSystem) {
+TEST_F(Efs2DirectoryTest, SimulatedFileSystem) {
     m_phone.phone.WithFiles([](handset::FileSystem& files) {
         for (int i = 0; i < 300; ++i)
             files.AddFile("many/file " + std::to_string(i), "x");
@@ -93,19 +93,19 @@ TEST_F(Efs2DirectoryTest, AgainstThePhonesFileSystem) {
     EXPECT_EQ(m_phone.OpenCount(), 0u);
 }
 
-TEST_F(Efs2DirectoryTest, EntriesThatDoNotFitAreLeftOutAndLogged) {
+TEST_F(Efs2DirectoryTest, EntriesWithTooLongPathsAreSkippedAndLogged) {
     const std::string sFits(127, 'n'), sTooLong(128, 'm'), sLongestWhole(215, 'o'), sCut(216, 'q');
     ScriptEntries({Entry(sTooLong), Entry(sFits), Entry(sLongestWhole), Entry(sCut), Entry("last")});
     EXPECT_EQ(List("dir"), (Lines{"true", "dir/" + sFits + " 1 30 7", "dir/last 1 30 7"}));
     EXPECT_EQ(m_log.Of(LOG_ERR).at(0),
               "QLIB_EfsDirectory() - Path too long, entry left out: dir/" + sTooLong);
     EXPECT_EQ(m_log.Of(LOG_ERR).size(), 3u);
-    // A name that the answer cuts is not its own beginning, even where that would fit.
+    // A name that the response cuts off is not listed under its beginning, even if that fits.
     ScriptEntries({Entry(sCut)});
     EXPECT_EQ(List(""), Lines{"true"});
 }
 
-TEST_F(Efs2DirectoryTest, UnusableEntryAnswersFailTheListing) {
+TEST_F(Efs2DirectoryTest, UnusableEntryResponsesFailTheListing) {
     Bytes withoutName = Entry("name");
     withoutName.resize(kNameOffset);
     Bytes withoutEnd = Entry("name");
@@ -119,7 +119,7 @@ TEST_F(Efs2DirectoryTest, UnusableEntryAnswersFailTheListing) {
     }
 }
 
-TEST_F(Efs2DirectoryTest, WhatIsRefusedOrLostIsAskedForAgainWhileThePhoneIsThere) {
+TEST_F(Efs2DirectoryTest, RefusedAndLostRequestsAreRepeated) {
     m_phone.AddFile("dir/a", {});
     m_phone.Misbehave(Action::Drop, kReadFolder);
     EXPECT_EQ(List("dir").size(), 2u);

@@ -1,14 +1,14 @@
-// The operations on names: requests and answers byte for byte, and what bad answers do.
+// Operations on names: requests and responses byte for byte, and the effect of malformed responses.
 #include "diag_fixture.h"
 
 namespace {
 
-/// Where calls put their values: preset, so that what was left alone shows.
+/// The out-values of calls, preset so that unchanged ones can be recognised.
 struct Outs {
     DWORD v[10] = {0xF0, 0xF1, 0xF2, 0xF3, 0xF4, 0xF5, 0xF6, 0xF7, 0xF8, 0xF9};
     char sText[Diag_FTM::kEfs2TextSize] = "before";
 
-    /// The Outcome of a call with so many numbers.
+    /// Returns the Outcome of a call with `iNumbers` numbers.
     std::string Text(bool bResult, size_t iNumbers) const {
         std::string text = Outcome(bResult);
         for (size_t i = 0; i < iNumbers; ++i)
@@ -55,8 +55,8 @@ const std::string kStatAnswer =
 
 class Efs2MetadataTest : public DiagTest {};
 
-TEST_F(Efs2MetadataTest, RequestsAnswersAndLog) {
-    // A command's number, and values of four bytes behind it.
+TEST_F(Efs2MetadataTest, RequestsResponsesAndLog) {
+    // A command's number, followed by four-byte values.
     const auto answer = [](const char* sNumber, std::initializer_list<uint32_t> values = {},
                            const std::string& sTail = "") {
         return handset::ToHex(Packet(sNumber, values, sTail));
@@ -93,34 +93,60 @@ TEST_F(Efs2MetadataTest, RequestsAnswersAndLog) {
     Check(SetAttributes, "59 08 03 2F 78 00 11 00 00 00 22 00 00 00", "59 08", "true", "");
 }
 
-TEST_F(Efs2MetadataTest, AnswersOfUnexpectedLength) {
+TEST_F(Efs2MetadataTest, ResponsesOfUnexpectedLength) {
     const std::string sLong(4000, 'n');
     const std::tuple<Call, Bytes, std::string> cases[] = {
         {Mkdir, Packet("4B 13 09 00", {17}), "false"},
-        // The last fields stay where they are, seen from the end.
+        // Fields are read backwards from the end of the response.
         {Stat, Packet(kStatAnswer, {0x54}), "true 81a4 300 1 51 52 53 54"},
-        // One that lacks a field says nothing, least of all that there is no such entry.
+        // A response that lacks a field changes no value. It does not mean that the entry is missing.
         {Stat, Packet("4B 13 0F 00", {0, 0x81A4, 300, 1, 0x51, 0x52}), "true f0 f1 f2 f3 f4 f5 f6"},
         {Rename, Packet("4B 13 0E 00", {1, 2}), "true 2"},
-        // A status with a type of 4 bytes, one that ends early, one that says nothing.
+        // A response whose type has 4 bytes, one that ends early, and one without a complete value.
         {Statfs, Packet("4B 13 13 00", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}), "true 0 1 2 3 4 5 6 7 8 9"},
         {Statfs, Packet("4B 13 13 00", {2, 1}), "true 2 1 f2 f3 f4 f5 f6 f7 f8 f9"},
         {Statfs, Packet("4B 13 13 00 02"), "false f0 f1 f2 f3 f4 f5 f6 f7 f8 f9"},
-        // Texts: cut to what the caller has room for, never beyond the answer, empty when missing.
+        // Texts are cut to the caller's buffer, never read beyond the response, and empty when missing.
         {ReadLink, Packet("4B 13 07 00", {2}), "true "},
         {ReadLink, Packet("4B 13 07 00", {0}, sLong), "true " + sLong.substr(0, 511)},
         {ExtendedInfo, Packet("4B 13 1D 00", {1}), "true 1 f1 "},
         {ExtendedInfo, Packet("4B 13 1D 00", {0}), "false f0 f1 before"},
         {GetAttributes, Packet("59 07", {1, 2}), "true f0 f1 f2"},
+        // The header alone.
+        {GetAttributes, Packet("59 07"), "false f0 f1 f2"},
+        {Stat, Packet("4B 13 0F 00"), "false f0 f1 f2 f3 f4 f5 f6"},
+        {Rename, Packet("4B 13 0E 00"), "false f0"},
+        {ReadLink, Packet("4B 13 07 00"), "false before"},
+        {DevInfo, Packet("4B 13 15 00"), "false f0 f1 f2 f3 f4 f5 f6 f7 before"},
     };
     for (const auto& [call, answer, sOutcome] : cases)
         EXPECT_EQ(Answered(call, answer), sOutcome) << handset::ToHex(answer).substr(0, 60);
 }
 
+TEST(Efs2Names, LengthLimitsOfPathsAndNames) {
+    struct Rule : Efs2Metadata {
+        using Efs2Metadata::EfsIsLegalName;
+    };
+    const auto path = [](size_t iFolder, size_t iName) {
+        return std::string(iFolder, 'f') + "/" + std::string(iName, 'n');
+    };
+    const std::pair<std::string, bool> cases[] = {
+        {"", true},
+        {path(47, 80), true},
+        {path(48, 80), false},
+        {path(46, 81), false},
+        {path(127, 0), true},
+        {std::string(80, 'n'), true},
+        {std::string(81, 'n'), false},
+    };
+    for (const auto& [sPath, bLegal] : cases)
+        EXPECT_EQ(Rule::EfsIsLegalName(sPath), bLegal) << sPath;
+}
+
 TEST_F(Efs2MetadataTest, PathsThatDoNotFitAreNotSent) {
     DWORD v[3] = {};
     m_phone.Answer("4B", Packet("4B 13 00 00", {0}));
-    m_phone.Answer("59", Packet("59 07"));
+    m_phone.Answer("59", Packet("59 07", {1, 2, 3}));
     const auto check = [&](size_t iLongest, const std::function<bool(const char*)>& call) {
         m_phone.phone.ClearRequests();
         EXPECT_TRUE(call(std::string(iLongest, 'p').c_str())) << iLongest;

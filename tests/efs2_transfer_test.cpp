@@ -1,5 +1,5 @@
-// File transfers: the bytes on both sides, the requests, the callbacks, and that nothing is reported as done
-// which is not.
+// File transfers: the bytes on both sides, the requests, the callbacks, and that an incomplete transfer
+// fails.
 #include <functional>
 #include <sstream>
 
@@ -32,7 +32,7 @@ protected:
         return 0;
     }
 
-    /// One answer that replaces those to some requests of a kind.
+    /// Replaces the responses to `iTimes` requests with that prefix, after the first `iSkip` ones.
     void Replace(const std::string& sPrefix, const Bytes& packet, int iSkip = 0, int iTimes = 1) {
         m_phone.phone.Misbehave({Action::Replace, Hex(sPrefix), iSkip, iTimes, 0, {packet}});
     }
@@ -45,7 +45,7 @@ protected:
     LocalFolder m_local;
 };
 
-TEST_F(Efs2TransferTest, EverySizeArrivesWholeBothWays) {
+TEST_F(Efs2TransferTest, FilesOfAnySizeArriveCompletely) {
     for (const size_t iSize : {0, 1, 511, 512, 513, 1024, 1535, 1536, 1537, 3072, 50000}) {
         const Bytes content = Pattern(iSize);
         EXPECT_TRUE(Upload(m_local.Write("source", content), "up")) << iSize;
@@ -91,7 +91,7 @@ TEST_F(Efs2TransferTest, UploadOnTheWire) {
     EXPECT_TRUE(m_log.Has(LOG_FN, "QLIB_EfsWrite( sLocalFile = " + sSource + ", sEFS_File = /x)"));
 }
 
-TEST_F(Efs2TransferTest, EmptyLocalPathTakesThePhonesName) {
+TEST_F(Efs2TransferTest, EmptyLocalPathUsesThePhonesFileName) {
     m_phone.AddFile("brew/mod/a.txt", Pattern(10));
     const std::string sBefore = std::filesystem::current_path();
     std::filesystem::current_path(m_local.Path());
@@ -103,14 +103,14 @@ TEST_F(Efs2TransferTest, EmptyLocalPathTakesThePhonesName) {
 
 // --- Downloads that fail --------------------------------------------------------------------------------
 
-TEST_F(Efs2TransferTest, UnusableReadAnswersFailTheDownload) {
+TEST_F(Efs2TransferTest, UnusableReadResponsesFailTheDownload) {
     m_phone.AddFile("x", Pattern(5000));
     const std::string sBlock(1536, 'b');
     const Bytes cases[] = {
         Packet(kRead, {0, 0, 1536, 5}, sBlock),           // refused
-        Packet(kRead, {0, 0, 1536, 0}, sBlock.substr(1)), // carries less than it claims
-        Packet(kRead, {0, 0, 1537, 0}, sBlock + "b"),     // claims more than was asked for
-        Packet(kRead, {0, 0, 1536}),                      // ends before the error number
+        Packet(kRead, {0, 0, 1536, 0}, sBlock.substr(1)), // shorter than its size field
+        Packet(kRead, {0, 0, 1537, 0}, sBlock + "b"),     // more than was requested
+        Packet(kRead, {0, 0, 1536}),                      // without the error number
     };
     for (const Bytes& packet : cases) {
         m_phone.phone.ClearRequests();
@@ -124,14 +124,14 @@ TEST_F(Efs2TransferTest, UnusableReadAnswersFailTheDownload) {
     }
 }
 
-TEST_F(Efs2TransferTest, ShortAnswerEndsTheFileAndExtraBytesAreNotTaken) {
+TEST_F(Efs2TransferTest, ShortReadEndsTheFileAndExtraBytesAreIgnored) {
     m_phone.AddFile("x", Pattern(5000));
     Replace(kRead, Packet(kRead, {0, 0, 3, 0}, "abcdef"));
     EXPECT_TRUE(Download(m_local.Path("x"), "x"));
     EXPECT_EQ(m_local.Read("x"), (Bytes{'a', 'b', 'c'}));
 }
 
-TEST_F(Efs2TransferTest, DownloadsThatCannotBegin) {
+TEST_F(Efs2TransferTest, DownloadsThatCannotStart) {
     m_phone.AddFile("x", Pattern(10));
     EXPECT_FALSE(Download(m_local.Path("y"), "missing"));
     EXPECT_EQ(m_phone.CountOf(kOpenFile), 5);
@@ -156,7 +156,7 @@ TEST_F(Efs2TransferTest, FullLocalDiskAndLostPhoneFailTheDownload) {
 
 // --- Uploads that fail ----------------------------------------------------------------------------------
 
-TEST_F(Efs2TransferTest, UploadsThatCannotBeginLeaveThePhonesFileAlone) {
+TEST_F(Efs2TransferTest, UploadsThatCannotStartLeaveThePhonesFileUnchanged) {
     m_phone.AddFile("x", Pattern(10));
     const std::string sSource = m_local.Write("source", Pattern(1000));
     const auto fails = [this](const std::string& sLocal, const std::string& sPhone = "x") {
@@ -176,13 +176,13 @@ TEST_F(Efs2TransferTest, UploadsThatCannotBeginLeaveThePhonesFileAlone) {
     EXPECT_EQ(m_phone.Content("x"), Pattern(10));
 }
 
-TEST_F(Efs2TransferTest, UnusableWriteAnswersAreTriedFiveTimes) {
+TEST_F(Efs2TransferTest, UnusableWriteResponsesAreRetriedFiveTimes) {
     const std::string sSource = m_local.Write("source", Pattern(1000));
     const Bytes cases[] = {
         Packet(kWrite, {0, 0, 512, 28}), // refused
         Packet(kWrite, {0, 0, 0, 0}),    // acknowledges nothing
         Packet(kWrite, {0, 0, 513, 0}),  // more than was sent
-        Packet(kWrite, {0, 0, 512}),     // ends too early
+        Packet(kWrite, {0, 0, 512}),     // without the error number
     };
     for (const Bytes& packet : cases)
         for (const int iTimes : {4, 5}) {
@@ -196,7 +196,7 @@ TEST_F(Efs2TransferTest, UnusableWriteAnswersAreTriedFiveTimes) {
         }
 }
 
-TEST_F(Efs2TransferTest, WhatThePhoneLeavesOverOfABlockIsSentAgain) {
+TEST_F(Efs2TransferTest, RestOfAPartlyWrittenBlockIsSentAgain) {
     m_phone.phone.Script(Hex(kWrite), [this](const Bytes& request) -> std::vector<Bytes> {
         const Bytes taken(request.begin() + 12, request.begin() + std::min<long>(212, std::ssize(request)));
         uint32_t iWritten = 0;
@@ -211,7 +211,7 @@ TEST_F(Efs2TransferTest, WhatThePhoneLeavesOverOfABlockIsSentAgain) {
     EXPECT_EQ(m_progress.size(), 3u);
 }
 
-TEST_F(Efs2TransferTest, PhoneThatFillsUpFailsTheUpload) {
+TEST_F(Efs2TransferTest, FullPhoneFailsTheUpload) {
     const std::string sSource = m_local.Write("source", Pattern(20000));
     m_onBlock = [this] {
         SetFreeBlocks(3);
@@ -221,14 +221,14 @@ TEST_F(Efs2TransferTest, PhoneThatFillsUpFailsTheUpload) {
     EXPECT_TRUE(m_diag.EFS2_LastWriteOpenedTarget());
 }
 
-TEST_F(Efs2TransferTest, SourceThatChangesItsSize) {
+TEST_F(Efs2TransferTest, SourceThatShrinks) {
     const std::string sSource = m_local.Write("source", Pattern(100000));
     m_onBlock = [&] { std::filesystem::resize_file(sSource, 50000); };
     EXPECT_FALSE(Upload(sSource, "x"));
     EXPECT_EQ(m_log.Of(LOG_ERR).back(), "QLIB_EfsWrite() - Local file ended early: " + sSource);
 }
 
-TEST_F(Efs2TransferTest, CloseThatIsRefusedFailsBothWays) {
+TEST_F(Efs2TransferTest, RefusedCloseFailsBothDirections) {
     m_phone.AddFile("x", Pattern(10));
     m_phone.Misbehave(Action::Refuse, kCloseFile, 10, 5);
     EXPECT_FALSE(Download(m_local.Path("x"), "x"));

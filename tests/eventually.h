@@ -1,11 +1,11 @@
-// Waiting in tests: for a condition, never for a time.
+// Tests wait for a condition, never for a time.
 #pragma once
 
 #include <chrono>
 #include <functional>
 #include <thread>
 
-/// Eventually waits until `condition` holds; false when that takes longer than `limit`.
+/// Waits until `condition` holds. Returns false when that takes longer than `limit`.
 inline bool Eventually(const std::function<bool()>& condition,
                        std::chrono::milliseconds limit = std::chrono::seconds(20)) {
     const auto deadline = std::chrono::steady_clock::now() + limit;

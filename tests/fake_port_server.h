@@ -1,21 +1,23 @@
-// A port server in the process that does what a test tells it. Its phone repeats each request, with four
-// zeros behind it.
+// A port server inside the test program, which the test controls. Unless the test replaces `exchange`, its
+// phone returns each request with four zeros appended.
 #pragma once
 
 #include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
 #include <thread>
+#include <utility>
 
 #include "handset/bytes.h"
 #include "portserver/port_server.h"
 
-/// FakeProgram is the server program that all views of it share. It is attached while it lives.
+/// FakeProgram is the server program, which all views share. It is attached during the object's lifetime.
 class FakeProgram {
 public:
-    /// What a function of the server does instead of its work. It hangs until this changes.
+    /// What a function of the server does instead of its work. With Hang it blocks until the value changes.
     enum class Trouble { None, Refuse, ComError, OddThrow, Hang };
 
     FakeProgram();
@@ -26,27 +28,41 @@ public:
         m_troubles[sFunction] = eTrouble;
         m_changed.notify_all();
     }
-    /// The calls since the last time, such as "selectPort COM5".
+    /// Returns the calls since the last TakeCalls, such as "selectPort COM5".
     std::vector<std::string> TakeCalls() {
         const std::lock_guard lock(m_lock);
         return std::exchange(m_calls, {});
     }
-    /// Every thread on which the server was made, called or destroyed.
+    /// Returns every thread that created, called or destroyed the server.
     std::set<std::thread::id> Threads() {
         const std::lock_guard lock(m_lock);
         return m_threads;
     }
     int Views() const { return m_iViews; }
 
-    // Set up by a test before it uses the server.
+    /// Kill ends the program: every call of an existing view throws, even after Start. No view can be created
+    /// until Start.
+    void Kill() {
+        ++m_iLife;
+        m_bRuns = false;
+    }
+    void Start() { m_bRuns = true; }
+
+    // A test sets these before it uses the server.
+    std::function<bool(const handset::Bytes& request, DWORD iTimeOut_ms, handset::Bytes& response)> exchange =
+        [](const handset::Bytes& request, DWORD, handset::Bytes& response) {
+            response = request;
+            response.resize(response.size() + 4);
+            return true;
+        };
     std::function<void(TaskEvents&)> task = [](TaskEvents& events) { events.finished(true); };
-    /// Whoever attached last and wanted the packets that the phone sends by itself.
+    /// The client that attached last for the phone's unsolicited packets.
     std::shared_ptr<PacketEvents> pPacketEvents;
 
 private:
     class View;
 
-    /// False when the function is to refuse.
+    /// Returns false when the function is to refuse.
     bool Enter(const std::string& sFunction, const std::string& sArguments = "") {
         std::unique_lock lock(m_lock);
         m_threads.insert(std::this_thread::get_id());
@@ -71,6 +87,8 @@ private:
     std::vector<std::string> m_calls;
     std::set<std::thread::id> m_threads;
     std::atomic<int> m_iViews{0};
+    std::atomic<int> m_iLife{0};
+    std::atomic<bool> m_bRuns{true};
 };
 
 /// One client's view of the program.
@@ -82,41 +100,36 @@ public:
     bool attach(const std::string& sClientName, const std::shared_ptr<PacketEvents>& pEvents) override {
         if (pEvents)
             m_program.pPacketEvents = pEvents;
-        return m_program.Enter("attach", sClientName);
+        return Enter("attach", sClientName);
     }
-    bool selectPort(const std::string& sPortName, DWORD) override {
-        return m_program.Enter("selectPort", sPortName);
-    }
+    bool selectPort(const std::string& sPortName, DWORD) override { return Enter("selectPort", sPortName); }
     std::vector<std::string> portNames() override {
-        m_program.Enter("portNames");
+        Enter("portNames");
         return {"COM5", "COM300"};
     }
     std::vector<PhoneEntry> phones() override {
-        m_program.Enter("phones");
+        Enter("phones");
         return {{"COM300", "b", "c", "d"}, {"COM7", "", "", ""}};
     }
 
-    bool sendSync(std::span<const unsigned char> request, DWORD,
+    bool sendSync(std::span<const unsigned char> request, DWORD iTimeOut_ms,
                   std::vector<unsigned char>& response) override {
-        response.assign(request.begin(), request.end());
-        const std::string sRequest = handset::ToHex(response);
-        response.resize(response.size() + 4);
-        return m_program.Enter("sendSync", sRequest);
+        const handset::Bytes bytes(request.begin(), request.end());
+        return Enter("sendSync", handset::ToHex(bytes)) && m_program.exchange(bytes, iTimeOut_ms, response);
     }
     bool readNv(unsigned short iItem, std::vector<unsigned char>& data) override {
         data = {1, 2, 3};
-        return m_program.Enter("readNv", std::to_string(iItem));
+        return Enter("readNv", std::to_string(iItem));
     }
     bool writeNv(unsigned short iItem, std::span<const unsigned char> data) override {
-        return m_program.Enter("writeNv",
-                               std::to_string(iItem) + ": " + handset::ToHex({data.begin(), data.end()}));
+        return Enter("writeNv", std::to_string(iItem) + ": " + handset::ToHex({data.begin(), data.end()}));
     }
     bool control(PhoneControl eControl, const std::string& sText, DWORD& iValue) override {
         iValue = 8;
-        return m_program.Enter("control", std::to_string(static_cast<int>(eControl)) + sText);
+        return Enter("control", std::to_string(static_cast<int>(eControl)) + sText);
     }
     ResetOutcome reset(DWORD) override {
-        return m_program.Enter("reset") ? ResetOutcome::Done : ResetOutcome::NeverReset;
+        return Enter("reset") ? ResetOutcome::Done : ResetOutcome::NeverReset;
     }
 
     bool begin(ServerTask eTask, const std::vector<std::string>& arguments,
@@ -124,17 +137,24 @@ public:
         std::string sText = std::to_string(static_cast<int>(eTask));
         for (const std::string& sArgument : arguments)
             sText += "|" + sArgument;
-        if (!m_program.Enter("begin", sText))
+        if (!Enter("begin", sText))
             return false;
         m_program.task(*pEvents);
         return true;
     }
-    void abort() override { m_program.Enter("abort"); }
+    void abort() override { Enter("abort"); }
 
 private:
+    bool Enter(const std::string& sFunction, const std::string& sArguments = "") {
+        if (m_iLife != m_program.m_iLife)
+            throw ComException("the server is gone");
+        return m_program.Enter(sFunction, sArguments);
+    }
+
     FakeProgram& m_program;
+    const int m_iLife = m_program.m_iLife;
 };
 
 inline FakeProgram::FakeProgram() {
-    AttachPortServer([this] { return Enter("make") ? std::make_shared<View>(*this) : nullptr; });
+    AttachPortServer([this] { return Enter("make") && m_bRuns ? std::make_shared<View>(*this) : nullptr; });
 }

@@ -118,10 +118,16 @@ TEST_F(FrontExecute, TypedChangesOfTheFolder) {
     const std::string s254(254, 'x'), s255(255, 'y');
     for (const std::string& sName : {"My Dir"s, "a\"b"s, "sub"s, s254, s255})
         m_phone.AddFolder("dir/" + sName);
+    m_phone.AddFile("dir/f", {1});
     const std::tuple<std::string, int, std::string> cases[] = {
         {"cd \"My Dir\"", FS_EXEC_SYMLINK, "/dir/My Dir"},
         {"cd a\"\"b", FS_EXEC_SYMLINK, "/dir/a\"b"},
         {"cd none", FS_EXEC_ERROR, "/dir/"},
+        {"cd f", FS_EXEC_ERROR, "/dir/"},
+        {"cd ./sub/../../dir//sub/", FS_EXEC_SYMLINK, "/dir/sub"},
+        {"cd \"/dir/My Dir\"", FS_EXEC_SYMLINK, "/dir/My Dir"},
+        {"cd \\dir", FS_EXEC_SYMLINK, "/dir"},
+        {"cd ../..", FS_EXEC_SYMLINK, "/"},
         {"cd " + s254, FS_EXEC_SYMLINK, "/dir/" + s254},
         {"cd " + s255, FS_EXEC_ERROR, "/dir/"},
         {"cd " + std::string(507, 'z'), FS_EXEC_ERROR, "/dir/"},
@@ -130,7 +136,10 @@ TEST_F(FrontExecute, TypedChangesOfTheFolder) {
     for (const auto& [sCommand, iResult, sName] : cases)
         EXPECT_EQ(Execute("/dir/", "quote " + sCommand), std::pair(iResult, sName)) << sCommand;
     EXPECT_EQ(Execute("/", "quote cd "), std::pair(FS_EXEC_SYMLINK, "/"s));
-    EXPECT_EQ(Execute("\\dir\\\\", "quote cd sub"), std::pair(FS_EXEC_SYMLINK, "\\dir\\sub"s));
+    m_phone.phone.ClearRequests();
+    EXPECT_EQ(Execute("\\dir\\\\", "quote cd .\\sub"), std::pair(FS_EXEC_SYMLINK, "\\dir\\sub"s));
+    EXPECT_EQ(m_phone.Requests(), (Lines{handset::ToHex(Packet(kStatFs, {}, "/dir/sub\0"s)),
+                                         handset::ToHex(Packet(kStat, {}, "/dir/sub\0"s))}));
 }
 
 TEST_F(FrontExecute, TypedLinks) {

@@ -72,7 +72,8 @@ TEST_F(FrontFiles, UploadFlags) {
         EXPECT_EQ(Put(m_local.Path(sNoFile), "/x"), FS_FILE_WRITEERROR);
     // A path that the host's buffers hold but a request does not: nothing is opened.
     m_phone.phone.ClearRequests();
-    EXPECT_EQ(Put(sLocal, "/" + std::string(600, 'b')), FS_FILE_WRITEERROR);
+    EXPECT_EQ(Put(sLocal, "/" + std::string(600, 'b'), FS_COPYFLAGS_OVERWRITE), FS_FILE_WRITEERROR);
+    EXPECT_EQ(Put(sLocal, "/" + std::string(600, 'b')), FS_FILE_NOTFOUND); // no "not there" either
     EXPECT_EQ(m_phone.CountOf(kOpenFile), 0);
 }
 

@@ -7,7 +7,7 @@ namespace {
 
 using FtmBroadcastTest = FtmRowsTest;
 
-TEST_F(FtmBroadcastTest, FlowListIsWholeOrUntouched) {
+TEST_F(FtmBroadcastTest, FlowListIsCompleteOrUnchanged) {
     const std::string sFirst = " 56 34 12 01 02 03 04 05 06";
     const std::string sSecond = " FF FF FF 06 05 04 03 02 01";
     const struct {
@@ -16,9 +16,9 @@ TEST_F(FtmBroadcastTest, FlowListIsWholeOrUntouched) {
         const char* sOutcome;
     } cases[] = {
         {2, "02" + sFirst + sSecond, "true 2 123456:123456 ffffff:654321"},
-        {1, "03" + sFirst + sSecond + sFirst, "true 3 7:000000 7:000000"}, // more than there is room for
+        {1, "03" + sFirst + sSecond + sFirst, "true 3 7:000000 7:000000"}, // more than the buffer holds
         {2, "02" + sFirst + " FF FF FF 06 05 04 03 02", "false 2 7:000000 7:000000"},
-        {255, "FF" + sFirst + sSecond, "false 255 7:000000 7:000000"}, // more than the answer holds
+        {255, "FF" + sFirst + sSecond, "false 255 7:000000 7:000000"}, // more than the response holds
     };
     for (const auto& test : cases) {
         m_phone.Answer("4B 2B 0B 00", Hex("4B 2B 0B 00 " + test.sAnswer));
@@ -34,7 +34,7 @@ TEST_F(FtmBroadcastTest, FlowListIsWholeOrUntouched) {
     }
 }
 
-/// A channel's bytes and statistics: six, then sixteen counters that count up from iFirst.
+/// Returns a channel in hex: six bytes, then sixteen counters that count up from `iFirst`.
 std::string ChannelBytes(unsigned char iFirst) {
     std::string sBytes = " 02 01 03 04 06 05";
     for (unsigned char i = 0; i < 16; ++i)
@@ -50,7 +50,7 @@ bool IsChannel(const mftypes_active_mlc_info& channel, DWORD iFirst) {
            stats.BaseCbsPreRsGood == 0x80000008 + iFirst && stats.EnhCbsPostRsErasures == 0x8000000F + iFirst;
 }
 
-TEST_F(FtmBroadcastTest, RecordsAreWholeOrUntouched) {
+TEST_F(FtmBroadcastTest, RecordsAreCompleteOrUnchanged) {
     mftypes_active_mlc_info aChannels[2];
     mftypes_active_mlc_info& channel = aChannels[0];
     mftypes_mlc_dyn_params_type place;
@@ -92,7 +92,7 @@ TEST_F(FtmBroadcastTest, RecordsAreWholeOrUntouched) {
     }
 }
 
-TEST_F(FtmBroadcastTest, SignalStrengthHasASignAndHundredths) {
+TEST_F(FtmBroadcastTest, SignalStrengthWithSignAndHundredths) {
     const std::pair<const char*, double> cases[] = {{"00 50 00 19", -80.25}, {"01 FF 01 63", 256.99}};
     for (const auto& [sAnswer, dValue] : cases) {
         m_phone.Answer("", Hex(std::string("4B 2B 0D 00 ") + sAnswer));

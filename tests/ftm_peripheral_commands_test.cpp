@@ -1,5 +1,5 @@
-// The commands of power management, broadcast receiver, GPS, Bluetooth, audio and camera, as bytes: what each
-// sends, what it takes from an answer, what it logs.
+// The commands for power management, broadcast receiver, GPS, Bluetooth, audio and camera, as bytes: what
+// each one sends, reads from a response and logs.
 #include "ftm_rows.h"
 
 namespace {
@@ -73,7 +73,7 @@ const FtmRows kBroadcast = {
     {"2D 00 02", DO(MFLO_ENABLE_FTAP_OIS, 2)},
     {"2E 00 01", DO(MFLO_ENABLE_WIC_LIC, 1)},
 
-    // Values at fixed places.
+    // Values at fixed offsets.
     {"0B 00", DO(MFLO_GET_BOUND_FLOW_COUNT, b0), "0B 00 03", "b0=3", "",
      "QLIB_MFLO_GetBoundFlowCount( piBoundFlowCount = 3 )"},
     {"28 00", DO(MFLO_GET_ACTIVE_MLC_COUNT, b0), "28 00 04", "b0=4", "",
@@ -108,7 +108,7 @@ const FtmRows kLog = {
     {"01 00 00 00 00 00 05 10", DO(FTM_LOG_DISABLE, 0x1005), "", "", "-"},
 };
 
-// Answered with a status, which is not handed out.
+// The response holds a status, which is not passed to the caller.
 const FtmRows kAudio = {
     {"00 00 02 00 0C 00 02 01", DO(FTM_AUDIO_SET_PATH, 0x102)},
     {"01 00 01 00 0C 00 05", DO(FTM_AUDIO_SET_VOLUME, 5)},
@@ -122,7 +122,7 @@ const FtmRows kAudio = {
     {"0A 00 02 00 0C 00 02 01", DO(FTM_AUDIO_SET_CODECTXGAIN_ADJUST, 0x102)},
 };
 
-// Answered with a status, which comes out in h0, and with values in front of it.
+// The response holds values and then a status, which is returned in h0.
 const FtmRows kCamera = {
     {"00 00 0A 00 0C 00", DO(FTM_CAMERA_START, h0)},
     {"01 00 0A 00 0C 00", DO(FTM_CAMERA_STOP, h0)},
@@ -142,7 +142,7 @@ const FtmRows kCamera = {
 
 using FtmPeripheralCommandsTest = FtmRowsTest;
 
-/// The rows with what they have in common: an answer that is a status, and its log line.
+/// Adds what the rows have in common: a response that holds a status, and its log line.
 FtmRows WithStatus(FtmRows rows, const std::string& sOuts) {
     for (FtmRow& row : rows) {
         row.sResult = "QLIB_" + row.call.sName + "(): PASS, status: 0";
@@ -154,7 +154,7 @@ FtmRows WithStatus(FtmRows rows, const std::string& sOuts) {
     return rows;
 }
 
-TEST_F(FtmPeripheralCommandsTest, RequestsAnswersAndLog) {
+TEST_F(FtmPeripheralCommandsTest, RequestsResponsesAndLog) {
     m_diag.SetSystemMode(FTM_MODE_ID_FACTORY);
     Check({{"4B 0B 0B 00", kPmic},
            {"4B 2B", kBroadcast},
@@ -163,10 +163,10 @@ TEST_F(FtmPeripheralCommandsTest, RequestsAnswersAndLog) {
            {"4B 0B 09 00", kLog},
            {"4B 0B 0E 00", WithStatus(kAudio, "")},
            {"4B 0B 0F 00", WithStatus(kCamera, "h0=0"), "false h0=1"}});
-    EXPECT_EQ(m_diag.GetSystemMode(), FTM_MODE_ID_AGPS); // GPS test mode sets it
+    EXPECT_EQ(m_diag.GetSystemMode(), FTM_MODE_ID_AGPS); // set by GPS test mode
 }
 
-TEST_F(FtmPeripheralCommandsTest, RefusalNeedNotCarryTheValues) {
+TEST_F(FtmPeripheralCommandsTest, RefusalsMayLackTheValues) {
     for (const FtmRows* pRows : {&kAudio, &kCamera})
         for (const FtmRow& row : *pRows) {
             const bool bStatusOut = pRows == &kCamera;
@@ -177,9 +177,12 @@ TEST_F(FtmPeripheralCommandsTest, RefusalNeedNotCarryTheValues) {
         }
 }
 
-TEST_F(FtmPeripheralCommandsTest, ShortAnswers) {
+TEST_F(FtmPeripheralCommandsTest, ShortResponses) {
     const FtmCall clock = DO(FTM_PMIC_RTC_SET_GET_TIME, 1, b0, b1, b2, h0, b3, b4, b5);
-    EXPECT_EQ(Run(clock, Hex("4B 01 02 03")), "true b3=1 b4=2 b5=3"); // no failure here
+    EXPECT_EQ(Run(clock, Hex("4B 0B 0B 00 00 00 00 00 00 00 00 03")),
+              "true b0=0 b1=0 b2=0 b3=0 b4=0 b5=3 h0=0"); // a missing value is not a failure here
+    EXPECT_EQ(Run(clock, Hex("4B 0B 0B 00 00 00 00 00 00 00 00")), "false"); // all values are missing
+    EXPECT_EQ(Run(DO(FTM_PMIC_INT_GET_RT_STATUS, b0, b1), Hex("4B 0B 0B 00")), "false");
     const FtmCall place = DO(MFLO_GET_FLO_PLP_DYN_PARAMS, 0x12345678, h0, h1, h2, h3);
     EXPECT_EQ(Run(place, Hex("4B 2B 2B 00 01 02 03 04 05 06 07")), "false");
     const FtmCall counters = DO(MFLO_GET_OIS_PLP_STAT, 4, w0, w1, w2, w3);

@@ -1,10 +1,11 @@
-// Data in pieces, log records, and what is made of several commands.
+// Data in pieces, log records, and operations made of several commands.
 #include <cstring>
 #include <set>
 #include <thread>
 
 #include "ftm_rows.h"
 #include "handset/state.h"
+#include "link/log_codes.h"
 
 namespace {
 
@@ -18,22 +19,23 @@ protected:
     void ChangePhone(const std::function<void(handset::Peripherals&)>& change) {
         m_phone.phone.WithState([&](handset::State& state) { change(state.peripherals); });
     }
-    /// Sends log records (payloads behind the time stamp) and waits until they are queued.
+    /// Sends log records with these payloads (the bytes after the time stamp) and waits until they are
+    /// queued.
     void Queue(const std::vector<Bytes>& payloads) {
         for (const Bytes& payload : payloads)
             EXPECT_TRUE(m_phone.phone.EmitLog(kFtmLogCode, payload));
-        EXPECT_TRUE(m_diag.IsPhoneConnected()); // answers come in order behind them
+        EXPECT_TRUE(m_diag.IsPhoneConnected()); // the response arrives after the records
     }
 };
 
 // --- Data in pieces --------------------------------------------------------------------------------------
 
-TEST_F(FtmPeripheralSequencesTest, PiecesThatWereNotAskedForAreRefused) {
+TEST_F(FtmPeripheralSequencesTest, PiecesThatDoNotMatchTheRequestAreRefused) {
     const std::pair<std::string, bool> cases[] = {
         {"04 03 02 01 03 00 0A 0B 0C", true},     {"04 03 02 01 02 00 0A 0B", true},
-        {"04 03 02 01 04 00 0A 0B 0C 0D", false}, // larger
-        {"04 03 02 01 03 00 0A 0B", false},       // not all there
-        {"05 03 02 01 03 00 0A 0B 0C", false},    // of another place
+        {"04 03 02 01 04 00 0A 0B 0C 0D", false}, // larger than requested
+        {"04 03 02 01 03 00 0A 0B", false},       // incomplete
+        {"05 03 02 01 03 00 0A 0B 0C", false},    // another offset
     };
     for (const auto& [sPiece, bTaken] : cases) { // offset, size, data
         const Bytes piece = Hex(sPiece);
@@ -54,7 +56,7 @@ TEST_F(FtmPeripheralSequencesTest, PiecesThatWereNotAskedForAreRefused) {
     }
 }
 
-TEST_F(FtmPeripheralSequencesTest, PictureIsTakenAndFetched) {
+TEST_F(FtmPeripheralSequencesTest, TakingAndFetchingAPicture) {
     const Bytes picture = Pattern(10000);
     const FTM_Camera_PictureSettings settings = {1, 2, 640, 480, 176, 80, 1};
     ChangePhone([&](handset::Peripherals& phone) { phone.picture = picture; });
@@ -76,9 +78,9 @@ TEST_F(FtmPeripheralSequencesTest, PictureIsTakenAndFetched) {
     }
 }
 
-TEST_F(FtmPeripheralSequencesTest, PictureEndsWithThePieceThatFails) {
-    // The camera is stopped; nothing is written behind the piece that failed.
-    for (const char* sThirdPiece : {"00 00", "0A 00 01 02"}) { // no progress; cut off
+TEST_F(FtmPeripheralSequencesTest, FailedPieceEndsThePicture) {
+    // The camera is stopped, and nothing is written after the failed piece.
+    for (const char* sThirdPiece : {"00 00", "0A 00 01 02"}) { // an empty piece; a truncated piece
         m_phone.phone.ClearRequests();
         m_phone.Answer(
             "4B 0B 0F 00 07 00 10 00 1C 00 14",
@@ -92,7 +94,7 @@ TEST_F(FtmPeripheralSequencesTest, PictureEndsWithThePieceThatFails) {
     }
 }
 
-TEST_F(FtmPeripheralSequencesTest, RecordingIsFetchedInPieces) {
+TEST_F(FtmPeripheralSequencesTest, FetchingARecordingInPieces) {
     const Bytes recording = Pattern(5000);
     ChangePhone([&](handset::Peripherals& phone) { phone.recording = recording; });
     Bytes data;
@@ -111,9 +113,9 @@ TEST_F(FtmPeripheralSequencesTest, RecordingIsFetchedInPieces) {
     EXPECT_EQ(record(6000, 1024), std::tuple(true, 5000u, 5));
     EXPECT_EQ(m_phone.CountOf("4B 0B 0E 00 08 00 06 00 10 04 00 04 00 00 00 04"), 1);
     EXPECT_EQ(record(1500, 1000), std::tuple(true, 1500u, 2));
-    EXPECT_EQ(record(6000, 6000), std::tuple(true, 5000u, 2)); // an answer holds 4078 bytes of it
+    EXPECT_EQ(record(6000, 6000), std::tuple(true, 5000u, 2)); // a response holds 4078 of its bytes
     EXPECT_EQ(record(6000, 0), std::tuple(false, 0u, 0));
-    // The recording is stopped although a piece of it is broken.
+    // A malformed piece does not keep the recording from being stopped.
     m_phone.Answer("4B 0B 0E 00 08 00 06 00 10 04 00 08",
                    Hex("4B 0B 0E 00 08 00 06 00 10 04 00 04 00 00 00 00"));
     EXPECT_EQ(record(6000, 1024), std::tuple(false, 2048u, 3));
@@ -121,7 +123,7 @@ TEST_F(FtmPeripheralSequencesTest, RecordingIsFetchedInPieces) {
 
 // --- Log records -----------------------------------------------------------------------------------------
 
-TEST_F(FtmPeripheralSequencesTest, WaitKeepsTheLastRecordOfItsType) {
+TEST_F(FtmPeripheralSequencesTest, WaitReturnsTheLastRecordOfItsType) {
     ASSERT_TRUE(m_diag.FTM_LOG_StartFTM_Log(0x1005));
     EXPECT_EQ(Phone().radio.logTypes, std::set<uint16_t>{0x1005});
     FTM2LogMessage message;
@@ -131,7 +133,7 @@ TEST_F(FtmPeripheralSequencesTest, WaitKeepsTheLastRecordOfItsType) {
     EXPECT_EQ(iSize, 3 + FTM2LogMessage::kTail);
     EXPECT_EQ(message.aData[0], 4);
     DWORD iLeft = 0;
-    EXPECT_FALSE(m_diag.DIAG_GetPhoneLogQueueSize(iLeft)); // the others are lost
+    EXPECT_FALSE(m_diag.DIAG_GetPhoneLogQueueSize(iLeft)); // the other records are discarded
     Queue({Hex("05"), {}, Hex("05 11")});
     EXPECT_FALSE(m_diag.FTM_LOG_WaitForNextLog(0x1005, &message, iSize, 0));
     EXPECT_EQ(iSize, 0);
@@ -157,7 +159,7 @@ TEST_F(FtmPeripheralSequencesTest, BluetoothVersionAndStart) {
     EXPECT_EQ(std::memcmp(&version, Hex("04 0E 0C 01 01 10 00 04 01 02 03 1D 00 05 06").data(), 15), 0);
     EXPECT_EQ(Phone().peripherals.hciCommands, std::vector<Bytes>{Hex("01 01 10 00")});
     EXPECT_TRUE(Phone().radio.logTypes.empty());
-    // An event that is one byte too short leaves the record alone.
+    // An event that is one byte too short leaves the record unchanged.
     ChangePhone([](handset::Peripherals& phone) { phone.version.pop_back(); });
     Bluetooth_LocalVersion_struct untouched = {1, 2, 3, 4, 5};
     EXPECT_FALSE(m_diag.BT_GetModuleVersion(untouched));
@@ -169,7 +171,7 @@ TEST_F(FtmPeripheralSequencesTest, BluetoothVersionAndStart) {
               (std::vector<Bytes>{Hex("01 03 0C 00"), Hex("01 1A 0C 01 03"), Hex("01 03 18 00")}));
 }
 
-TEST_F(FtmPeripheralSequencesTest, BluetoothEventsThatDoNotComeOrFit) {
+TEST_F(FtmPeripheralSequencesTest, MissingAndTooLongBluetoothEvents) {
     m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 200);
     const Bytes command = Hex("01 03 0C 00");
     Bytes event;
@@ -177,13 +179,13 @@ TEST_F(FtmPeripheralSequencesTest, BluetoothEventsThatDoNotComeOrFit) {
         event.assign(16, 0x77);
         const bool bResult =
             m_diag.FTM_BT_HCI_USER_CMD_WithEventResponse(command.data(), 4, event.data(), iLength, 150);
-        EXPECT_TRUE(Phone().radio.logTypes.empty()); // the log was stopped in every case
+        EXPECT_TRUE(Phone().radio.logTypes.empty()); // the log is stopped in every case
         return std::pair(bResult, +iLength);
     };
     EXPECT_EQ(send(16), std::pair(true, 7));
     EXPECT_EQ(handset::ToHex(event).substr(0, 23), "04 0E 04 01 03 0C 00 77");
     EXPECT_EQ(send(6), std::pair(false, 7));
-    m_phone.Answer("4B 0B 04", Hex("4B 0B 04 00")); // taken, but the chip says nothing
+    m_phone.Answer("4B 0B 04", Hex("4B 0B 04 00")); // the command is accepted, but no event arrives
     EXPECT_EQ(send(16), std::pair(false, 0));
     m_phone.phone.ClearRequests();
     EXPECT_FALSE(m_diag.FTM_BT_HCI_USER_CMD(Bytes(4090).data(), 4090)); // too long

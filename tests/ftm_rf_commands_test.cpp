@@ -1,11 +1,11 @@
-// The radio commands, as bytes: what each sends, what it takes from an answer, what it logs.
+// The radio commands, as bytes: what each one sends, reads from a response and logs.
 #include "ftm_rows.h"
 
 namespace {
 
 const std::string kHeader = "4B 0B 01 00";
 
-// Answered in the current command type and system mode only.
+// These accept only responses with the current command type and system mode.
 const FtmRows kControl = {
     {"00 00 02 00 04 03", DO(FTM_SET_PDM, 2, 0x304)},
     {"02 00", DO(FTM_SET_TX_ON)},
@@ -65,7 +65,7 @@ const FtmRows kControl = {
      "b0=3 b1=4 b2=5 h0=201"},
 };
 
-// Any answer of the command type will do.
+// These accept any response with the command type.
 const FtmRows kGsm = {
     {"D8 00 00 00 02 FF FF 03 04 03 02 01 01", DO(FTM_SET_TRANSMIT_CONT, 2, -1, 3, 0x1020304, true)},
     {"D9 00 00 00 02 01 00 03 04 00 00 00 00", DO(FTM_SET_TRANSMIT_BURST, 2, 1, 3, 4, false)},
@@ -84,11 +84,11 @@ const FtmRows kGsm = {
 
 using FtmRfCommandsTest = FtmRowsTest;
 
-TEST_F(FtmRfCommandsTest, RequestsAnswersAndLog) {
+TEST_F(FtmRfCommandsTest, RequestsResponsesAndLog) {
     Check({{kHeader, kControl}, {kHeader, kGsm}});
 }
 
-TEST_F(FtmRfCommandsTest, AnswersOfAnotherSubsystemOrModeAreRefused) {
+TEST_F(FtmRfCommandsTest, ResponsesOfAnotherSubsystemOrModeAreRefused) {
     for (const FtmRow& row : kControl)
         for (const size_t iWrong : {1, 2}) {
             Bytes answer = GoodAnswer(row, kHeader);
@@ -97,16 +97,18 @@ TEST_F(FtmRfCommandsTest, AnswersOfAnotherSubsystemOrModeAreRefused) {
         }
 }
 
-TEST_F(FtmRfCommandsTest, ValuesAreTakenFromTheEndOfWhatThereIs) {
+TEST_F(FtmRfCommandsTest, ValuesAreReadBackwardsFromTheEnd) {
     const FtmCall im2 = DO(FTM_GET_CDMA_IM2_WITH_SUPPRESSSION, b0, b1, b2, h0);
-    EXPECT_EQ(Run(im2, Hex("4B 0B 01 00 09")), "true b0=4b b1=b b2=1 h0=900");
-    EXPECT_EQ(Run(im2, Hex("4B 0B")), "false");
-    EXPECT_EQ(Run(DO(FTM_GET_CTON, w0), Hex("4B 0B 01")), "false");
+    EXPECT_EQ(Run(im2, Hex("4B 0B 01 00 7E 00 09")), "true b0=1 b1=0 b2=7e h0=900");
+    for (const char* sHeader : {"4B 0B", "4B 0B 01 00 7E", "4B 0B 01 00 7E 00"})
+        EXPECT_EQ(Run(im2, Hex(sHeader)), "false");
+    EXPECT_EQ(Run(DO(FTM_GET_RSSI, w0), Hex("4B 0B 01 00 E6 00 00 00")), "false");
     const FtmCall gains = DO(FTM_TEST_GET_DVGA_LNA, true, 3, 7, h0, h1, h2, h3, h4);
-    EXPECT_EQ(Run(gains, Hex("4B 01 02")), "true h4=201"); // a value that is missing is no failure here
+    EXPECT_EQ(Run(gains, Hex("4B 0B 01 00 09")), "true h3=10b h4=900"); // a missing value is not a failure
+    EXPECT_EQ(Run(gains, Hex("4B 0B 01 00")), "false");
 }
 
-TEST_F(FtmRfCommandsTest, OlderFormReadsTheFieldsThatEndAtTheRequestsLength) {
+TEST_F(FtmRfCommandsTest, OlderFormatReadsFieldsUpToTheRequestsLength) {
     m_diag.SetCommandType(FTM_COMMAND_59);
     for (const FtmRow& row : kControl) {
         if (row.sAnswer.size() > row.sRequest.size())

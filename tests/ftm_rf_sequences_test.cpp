@@ -1,15 +1,15 @@
-// Radio commands that are more than one request and its answer: modes, lists, results at fixed places.
+// Radio commands that need more than one request and its response: modes, lists, results at fixed offsets.
 #include "ftm_rows.h"
 
 namespace {
 
 class FtmRfSequencesTest : public FtmRowsTest {
 protected:
-    /// Requests with that beginning come back as they are.
+    /// Returns requests with that prefix unchanged.
     void Echo(const std::string& sPrefix) {
         m_phone.phone.Script(Hex(sPrefix), [](const Bytes& request) { return std::vector<Bytes>{request}; });
     }
-    /// The requests since the last call, forgotten by it.
+    /// Returns the requests since the last call.
     Lines Sent() {
         const Lines requests = m_phone.Requests();
         m_phone.phone.ClearRequests();
@@ -17,7 +17,7 @@ protected:
     }
 };
 
-TEST_F(FtmRfSequencesTest, CommandTypeIsTheFirstThatIsAnswered) {
+TEST_F(FtmRfSequencesTest, CommandTypeIsTheFirstOneAnswered) {
     m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 30);
     const Lines tries = {"4B 0B 00 00 00 00 01 00 00 00", "4B 0B 01 00 00 00 01 00 00 00",
                          "3B 77 00 06 00 00 00 01 00 00 00"};
@@ -37,7 +37,7 @@ TEST_F(FtmRfSequencesTest, CommandTypeIsTheFirstThatIsAnswered) {
     }
 }
 
-TEST_F(FtmRfSequencesTest, RfModeChoosesTheSystemMode) {
+TEST_F(FtmRfSequencesTest, RfModeDeterminesTheSystemMode) {
     Echo("4B");
     const struct {
         int iBefore;
@@ -61,7 +61,7 @@ TEST_F(FtmRfSequencesTest, RfModeChoosesTheSystemMode) {
         }
 }
 
-TEST_F(FtmRfSequencesTest, DetectorTableIsWholeOrUntouched) {
+TEST_F(FtmRfSequencesTest, DetectorTableIsCompleteOrUnchanged) {
     const Bytes before(TxSweep::kAllHdetSize, 0x77);
     const Bytes received = Pattern(before.size());
     Bytes answer = Hex("4B 0B 01 00 7F 00 " + handset::ToHex(received));
@@ -95,7 +95,7 @@ TEST_F(FtmRfSequencesTest, AutoCalStartsItsLogFirst) {
     Echo("4B 0B");
     EXPECT_TRUE(calibrate());
     const Lines sent = Sent();
-    ASSERT_EQ(sent.size(), 5u); // the log's ranges, mask and new mask are between them
+    ASSERT_EQ(sent.size(), 5u); // the requests between set the log mask
     EXPECT_EQ(sent.front(), sEnable);
     EXPECT_EQ(sent.back(), sAutoCal);
     m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 30);
@@ -121,24 +121,26 @@ TEST_F(FtmRfSequencesTest, PolarSweepSendsPairsThatFit) {
     EXPECT_TRUE(Sent().empty());
 }
 
-TEST_F(FtmRfSequencesTest, WcdmaSecondaryChainLeavesItsModeOnlyWhenSwitchedOn) {
+TEST_F(FtmRfSequencesTest, OnlyEnablingTheWcdmaSecondaryChainReturnsToCdma1x) {
     const struct {
         bool bEnable;
         unsigned char iStatus;
         int iMode;
     } cases[] = {{true, 0, 1}, {false, 0, 21}, {true, 2, 21}};
-    const std::string sCommand = "4B 0B 15 00 78 00 ";
+    const std::string sCommand = "4B 0B 15 00 78 00 00 00 00 00 ";
     const std::string sLog = "QLIB_FTM_SET_WCDMA_SECONDARY_CHAIN( bEnableSecondaryChain) status = ";
     for (const auto& [bEnable, iStatus, iMode] : cases) {
         m_phone.Answer("", Hex(sCommand + handset::ToHex({iStatus, iStatus})));
         EXPECT_EQ(m_diag.FTM_SET_WCDMA_SECONDARY_CHAIN(bEnable), iStatus == 0);
-        EXPECT_EQ(Sent(), Lines{sCommand + (bEnable ? "00 00 00 00 01" : "00 00 00 00 00")});
+        EXPECT_EQ(Sent(), Lines{sCommand + (bEnable ? "01" : "00")});
         EXPECT_EQ(m_diag.GetSystemMode(), iMode);
         EXPECT_EQ(m_log.Of(LOG_RET).back(), sLog + std::to_string(iStatus * 257));
     }
+    m_phone.Answer("", Hex(sCommand)); // without a status
+    EXPECT_FALSE(m_diag.FTM_SET_WCDMA_SECONDARY_CHAIN(true));
 }
 
-// The second CDMA interface: results at fixed places, as many as the path has.
+// The second CDMA interface: results at fixed offsets, as many as the path has.
 TEST_F(FtmRfSequencesTest, SecondCdmaInterface) {
     const FtmCall dvga = DO(FTM_CDMA_API2_CALIBRATE_DVGA, 0, 0x102, b0, &h0);
     const FtmCall im2 = DO(FTM_CDMA_API2_CALIBRATE_IM2, 0, h0, b0, &b1);
@@ -163,14 +165,14 @@ TEST_F(FtmRfSequencesTest, SecondCdmaInterface) {
               sName + "INTELLICEIVER Path=6, Input Power=49344" + sMode,
               "INTELLICEIVER values:  1 2 3 4 5 6 7 8 9 10 11 12 13 255"}}}});
     m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 1000);
-    m_preset.b[0] = 2; // results that there is room for
+    m_preset.b[0] = 2; // the buffer holds two results
     const struct {
         const FtmCall& call;
         const char* sAnswer;
         const char* sOutcome;
     } cases[] = {
-        {dvga, "4B 0B 12 00 00 00 00 00 00 00 02 01 02 03 04", "false b0=2"},       // not the path's number
-        {dvga, "4B 0B 12 00 00 00 00 00 00 00 03 01 02 03 04 05 06", "false b0=2"}, // no room
+        {dvga, "4B 0B 12 00 00 00 00 00 00 00 02 01 02 03 04", "false b0=2"}, // wrong count for the path
+        {dvga, "4B 0B 12 00 00 00 00 00 00 00 03 01 02 03 04 05 06", "false b0=2"}, // too many results
         {im2, "4B 0B 12 00 00 00 00 00 00 00 04 03 03 01 02 03 04 05 06 07 08", "false b0=2 h0=304"},
         {im2, "4B 0B 11 00 00 00 00 00 00 00 04 03 03 01 02 03 04 05 06 07 08 09", "false b0=2"}};
     for (const auto& test : cases)

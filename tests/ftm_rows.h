@@ -1,5 +1,5 @@
-// Tables of factory-test commands: each row is a call, its bytes on the wire, what comes out of it, and its
-// log lines.
+// Tables of factory-test commands. Each row holds a call, its bytes on the wire, its out-values and its log
+// lines.
 #pragma once
 
 #include <functional>
@@ -7,8 +7,8 @@
 
 #include "phone_fixture.h"
 
-/// Where a call puts its out-values: preset (b: B0 B1 ..., h and s: C0C0 C0C1 ..., w: E0E0E0E0 ...), so that
-/// the placeholders of a request can be seen, and what was left alone.
+/// The out-values of a call. They are preset (b: B0 B1 ..., h and s: C0C0 C0C1 ..., w: E0E0E0E0 ...), so that
+/// placeholders in requests and unchanged values can be recognised.
 struct FtmOuts {
     unsigned char b[16] = {0xB0, 0xB1, 0xB2, 0xB3, 0xB4, 0xB5, 0xB6, 0xB7,
                            0xB8, 0xB9, 0xBA, 0xBB, 0xBC, 0xBD, 0xBE, 0xBF};
@@ -16,7 +16,7 @@ struct FtmOuts {
     short s[1] = {-0x3F40};
     DWORD w[5] = {0xE0E0E0E0, 0xE0E0E0E1, 0xE0E0E0E2, 0xE0E0E0E3, 0xE0E0E0E4};
 
-    /// The result, and the values that changed: "true b1=7 h0=ff2c".
+    /// Returns the result and the values that changed: "true b1=7 h0=ff2c".
     std::string Text(bool bResult) const {
         const FtmOuts preset;
         std::ostringstream text;
@@ -34,7 +34,7 @@ struct FtmOuts {
     }
 };
 
-/// Stands for an out-value among the arguments of a row's call, and &h0 for a pointer to it.
+/// FtmOut represents an out-value among the arguments of a row's call; &h0 is a pointer to it.
 template <auto Values>
 struct FtmOut {
     size_t i;
@@ -68,15 +68,16 @@ FtmCall Do(const char* sName, bool (Family::*pMethod)(Parameters...), Arguments.
 }
 #define DO(METHOD, ...) Do(#METHOD, &Diag_FTM::METHOD __VA_OPT__(, ) __VA_ARGS__)
 
-/// A command. Bytes in hex, those of request and answer behind the header; answer "": the request comes back.
+/// A command. Request and response are in hex, without the header. Response "": the phone returns the
+/// request.
 struct FtmRow {
     std::string sRequest;
     FtmCall call;
     std::string sAnswer = "";
-    /// The out-values that the answer changes, as in FtmOuts::Text.
+    /// The out-values that the response changes, as in FtmOuts::Text.
     std::string sOuts = "";
-    /// The log lines of operation and result; "-": none, "*": any, "": one line that begins with the method's
-    /// name (for the result: when values come out).
+    /// The log lines of operation and result. "-": none; "*": any; "": one line that begins with the method's
+    /// name (for the result: only if out-values change).
     std::string sEntry = "";
     std::string sResult = "";
 };
@@ -84,7 +85,7 @@ using FtmRows = std::vector<FtmRow>;
 struct FtmTable {
     std::string sHeader;
     FtmRows rows;
-    /// The outcome when the phone does not answer.
+    /// The outcome without a response.
     std::string sUnanswered = "false";
 };
 
@@ -95,7 +96,7 @@ protected:
 
     FtmRowsTest() { m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 1000); }
 
-    /// What the call makes of an answer to everything.
+    /// Returns the outcome of the call when every request gets that response.
     std::string Run(const FtmCall& call, const Bytes& answer) {
         m_log.Clear();
         m_phone.phone.ClearRequests();
@@ -109,7 +110,8 @@ protected:
     }
     static std::string Good(const FtmRow& row) { return "true" + (row.sOuts.empty() ? "" : " " + row.sOuts); }
 
-    /// Requests, outcomes and log lines of every row, then what all make of a phone that does not answer.
+    /// Checks the requests, outcomes and log lines of every row, then the outcomes when the phone does not
+    /// answer.
     void Check(const std::vector<FtmTable>& tables) {
         for (const FtmTable& table : tables)
             for (const FtmRow& row : table.rows) {
@@ -125,7 +127,7 @@ protected:
     }
 
 private:
-    /// Compares the lines of a category (see FtmRow).
+    /// Compares the log lines of a category (see FtmRow).
     void CheckLines(unsigned iCategory, const FtmRow& row, const std::string& sExpected) {
         std::string sLines;
         for (const std::string& sLine : m_log.Of(iCategory))

@@ -10,23 +10,24 @@
 #include "platform/idle_tick.h"
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
-#include "plugin/front_state.h"
+#include "plugin/front.h"
 
 constexpr int kPluginNumber = 7;
+inline FrontState& front = TheFront().state;
 const HANDLE kNoListing = reinterpret_cast<HANDLE>(UINTPTR_MAX);
 
-/// FakeHost records what the plug-in reports. The hook runs inside the callback, on the calling thread.
+/// FakeHost records what the plug-in reports. `onProgress` runs inside the callback, on the calling thread.
 struct FakeHost {
     std::function<int(int iPercent)> onProgress;
 
     FakeHost() { s_pCurrent = this; }
 
-    /// The log lines since the last call, each with its type in front.
+    /// Returns the log lines since the last call, each preceded by its type.
     Lines TakeLog() {
         std::lock_guard lock(m_lock);
         return std::exchange(m_log, {});
     }
-    /// The percentages since the last call.
+    /// Returns the percentages since the last call.
     std::vector<int> TakePercents() {
         std::lock_guard lock(m_lock);
         return std::exchange(m_percents, {});
@@ -60,7 +61,8 @@ struct HostEntry {
     DWORD iSize;
 };
 
-/// Calls of the entry points with the texts that they change; results are theirs.
+/// These functions call the entry points with copies of the texts, which the entry points may change, and
+/// return their results.
 inline HANDLE FindFirst(std::string sPath, WIN32_FIND_DATAA& data) {
     return FsFindFirst(sPath.data(), &data);
 }
@@ -74,14 +76,14 @@ inline int Move(std::string sOld, std::string sNew, BOOL bMove, BOOL bOverWrite)
     return FsRenMovFile(sOld.data(), sNew.data(), bMove, bOverWrite, nullptr);
 }
 
-/// What FsExecuteFile returned, and what then stands in the host's buffer for names.
+/// Returns the result of FsExecuteFile and the content of the host's name buffer afterwards.
 inline std::pair<int, std::string> Execute(std::string sName, std::string sVerb) {
     sName.resize(std::max<size_t>(MAX_PATH - 1, sName.size()));
     const int iResult = FsExecuteFile(nullptr, sName.data(), sVerb.data());
     return {iResult, sName.c_str()};
 }
 
-/// The entries of a folder, walked to the end and closed; nothing when FsFindFirst gave no handle.
+/// Lists a folder to the end, closes the listing and returns the entries; none when FsFindFirst failed.
 inline std::vector<HostEntry> List(const std::string& sPath) {
     std::vector<HostEntry> entries;
     WIN32_FIND_DATAA data;
@@ -102,8 +104,8 @@ inline Lines NamesIn(const std::string& sPath) {
     return names;
 }
 
-/// HostTest is a host after FsInit's work, without its waiting time: callbacks are there, nothing is open
-/// yet.
+/// HostTest is a host after FsInit, but without FsInit's waiting time: the callbacks are set, and nothing is
+/// open yet.
 class HostTest : public testing::Test {
 protected:
     HostTest() {
@@ -113,7 +115,7 @@ protected:
     }
     ~HostTest() override { FsDisconnect(nullptr); }
 
-    /// Opens the connection and leaves ticking to Tick.
+    /// Opens the connection and stops its idle tick; tests call Tick instead.
     void Connect() {
         FsStatusInfo(nullptr, FS_STATUS_START, 0);
         FsStatusInfo(nullptr, FS_STATUS_END, 0);

@@ -1,5 +1,5 @@
-// Connections, listeners, contexts and the library itself come and go in any order while phones talk. What a
-// stopped part leaves behind shows in the process's threads, descriptors and bytes.
+// Connections, listeners, contexts and the library are created and destroyed in any order while phones send
+// packets. Leaks show in the number of the process's threads, descriptors and bytes.
 #include <dlfcn.h>
 #include <malloc.h>
 
@@ -15,21 +15,21 @@
 
 namespace {
 
-/// What the process held when it was made.
+/// The resources that the process held when this object was created.
 struct Holdings {
     size_t iThreads = CountIn("/proc/self/task");
     size_t iDescriptors = CountIn("/proc/self/fd");
     size_t iBytes = mallinfo2().uordblks;
 
     void ExpectAgain() const {
-        // A thread that was joined stays listed for a moment.
+        // A joined thread stays listed for a moment.
         EXPECT_TRUE(Eventually([&] { return CountIn("/proc/self/task") == iThreads; }));
         EXPECT_EQ(CountIn("/proc/self/fd"), iDescriptors);
-        EXPECT_LE(mallinfo2().uordblks, iBytes + 32 * 1024) << "more than noise";
+        EXPECT_LE(mallinfo2().uordblks, iBytes + 32 * 1024) << "leaked memory";
     }
 };
 
-/// Fifty handsets on COM1 to COM50 that talk by themselves.
+/// Fifty handsets on COM1 to COM50 that send unsolicited packets.
 struct TalkingPhones {
     TalkingPhones() {
         for (size_t i = 0; i < 50; ++i) {
@@ -53,7 +53,7 @@ Connection ThroughAContext(unsigned short iPort) {
     return {QLib_ResourceManager::GetDiag_FTM(hContext), [=](Diag_FTM*) { QLIB_DisconnectPort(hContext); }};
 }
 
-/// Makes, uses, closes and destroys connections to some ports in random order, iTimes in all.
+/// Creates, uses, closes and destroys connections to some ports in random order, `iTimes` steps in all.
 void ComeAndGo(decltype(&Directly) pfnConnect, unsigned iFirst, unsigned iPorts, int iTimes, unsigned iSeed) {
     std::mt19937 random(iSeed);
     std::vector<Connection> connections(iPorts);
@@ -67,13 +67,13 @@ void ComeAndGo(decltype(&Directly) pfnConnect, unsigned iFirst, unsigned iPorts,
         else if (random() % 2 == 0)
             pConnection->ClosePort();
         else
-            EXPECT_TRUE(pConnection->EFS2_DIAG_UNLINK("f")) << "a stop reached another";
+            EXPECT_TRUE(pConnection->EFS2_DIAG_UNLINK("f")) << "closing one connection affected another";
     }
 }
 
 TEST(Lifetime, ContextsInAnyOrder) {
     TalkingPhones phones;
-    ComeAndGo(ThroughAContext, 1, 50, 4000, 1); // what is made once is made now
+    ComeAndGo(ThroughAContext, 1, 50, 4000, 1); // allocates what is allocated only once
     const Holdings before;
     ComeAndGo(ThroughAContext, 1, 50, 3000, 2);
     before.ExpectAgain();
@@ -116,13 +116,13 @@ TEST(Lifetime, ListenersWhileEventsArrive) {
     for (int i = 0; i < 5000 || Listener::s_iCalls < 100; ++i) {
         const auto pListener = std::make_unique<Listener>();
         connection.AddEventListener(pListener.get(), nullptr);
-        connection.RemoveEventListener(pListener.get()); // a call that still came would meet nothing
+        connection.RemoveEventListener(pListener.get()); // a later call would use a destroyed listener
     }
     bStop = true;
     talk.join();
 }
 
-/// The host gives the library back while it shows a folder: connection open, idle tick running.
+/// Unloads the library while a folder is listed: the connection is open and the idle tick is running.
 void LoadListUnload() {
     void* const pLibrary = dlopen(QUILLET_PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
     const auto pfnFindFirst = reinterpret_cast<decltype(&FsFindFirst)>(dlsym(pLibrary, "FsFindFirst"));
@@ -132,7 +132,7 @@ void LoadListUnload() {
     pfnFindFirst(sRoot, &data);
     EXPECT_STREQ(data.cFileName, "f");
     EXPECT_EQ(dlclose(pLibrary), 0);
-    EXPECT_EQ(dlopen(QUILLET_PLUGIN_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the library stays";
+    EXPECT_EQ(dlopen(QUILLET_PLUGIN_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the library is still loaded";
 }
 
 TEST(Lifetime, LibraryUnloadedWithAConnectionOpen) {

@@ -1,9 +1,13 @@
-// The connection against a handset on a pseudo-terminal: requests, replies, controls and failures.
+// The connection to a handset on a pseudo-terminal: requests, responses, controls and failures.
+#include <pthread.h>
+
 #include <atomic>
+#include <optional>
 #include <thread>
 
 #include "diag/command_frame.h"
 #include "eventually.h"
+#include "link/time_out_table.h"
 #include "phone_fixture.h"
 
 namespace {
@@ -21,7 +25,7 @@ class ConnectionTest : public testing::Test {
 protected:
     ConnectionTest() { phone.Script(kPing, {kPing}); }
 
-    /// What one request brought back.
+    /// The outcome of one request.
     struct Exchange {
         bool bAnswered;
         unsigned short iSize;
@@ -36,7 +40,7 @@ protected:
         return exchange;
     }
 
-    /// What a raw request brought back; a failure fails the test.
+    /// Returns the response to a raw request. A failure fails the test.
     Bytes Raw(const Bytes& request) {
         Bytes reply(64);
         unsigned short iSize = 64;
@@ -51,7 +55,36 @@ protected:
     Connection connection;
 };
 
-TEST_F(ConnectionTest, AResponseIsCutToTheCapacityAndItsFcsNotCounted) {
+/// While an object lives, no thread can start: its stack would exceed the address space.
+class NoMoreThreads {
+public:
+    NoMoreThreads() {
+        pthread_getattr_default_np(&m_former);
+        pthread_attr_t huge;
+        pthread_attr_init(&huge);
+        pthread_attr_setstacksize(&huge, size_t{1} << 50);
+        EXPECT_EQ(pthread_setattr_default_np(&huge), 0);
+        pthread_attr_destroy(&huge);
+    }
+    ~NoMoreThreads() { pthread_setattr_default_np(&m_former); }
+
+private:
+    pthread_attr_t m_former;
+};
+
+TEST_F(ConnectionTest, PortDoesNotOpenWithoutItsThreads) {
+    std::optional<NoMoreThreads> none(std::in_place);
+    Connection other;
+    EXPECT_FALSE(other.OpenPort());      // no delivery thread
+    EXPECT_FALSE(connection.OpenPort()); // no receive thread
+    none.reset();
+    ASSERT_TRUE(connection.OpenPort());
+    EXPECT_TRUE(Sync(kPing).bAnswered);
+    connection.ClosePort();
+    EXPECT_TRUE(other.OpenPort());
+}
+
+TEST_F(ConnectionTest, ResponseIsCutToTheCapacityWithoutItsFcs) {
     const std::tuple<unsigned short, unsigned short, size_t> cases[] = {
         {4096, 4, 6}, {5, 4, 5}, {4, 4, 4}, {3, 3, 3}, {0, 0, 0}};
     for (const auto& [iCapacity, iSize, iWritten] : cases) {
@@ -61,13 +94,13 @@ TEST_F(ConnectionTest, AResponseIsCutToTheCapacityAndItsFcsNotCounted) {
         EXPECT_EQ(exchange.buffer[iWritten], 0xEE);
         EXPECT_TRUE(iWritten == 0 || exchange.buffer[iWritten - 1] != 0xEE);
     }
-    phone.Script(kPing, {Bytes(4094, 0x4B)}); // with its FCS exactly what a packet may hold
+    phone.Script(kPing, {Bytes(4094, 0x4B)}); // with its FCS the longest possible packet
     EXPECT_EQ(Sync(kPing).iSize, 4094);
     phone.Script(kPing, {kPing});
     EXPECT_EQ(Sync(kPing).iSize, 4);
 }
 
-TEST_F(ConnectionTest, NoUsableAnswerLeavesTheCallersBufferAlone) {
+TEST_F(ConnectionTest, UnusableResponsesLeaveTheCallersBufferUnchanged) {
     LogCapture log(connection);
     for (const Action eAction : {Action::Drop, Action::Corrupt, Action::ProtocolError}) {
         phone.Misbehave({eAction, kPing, 0, 1, 0x13});
@@ -81,30 +114,30 @@ TEST_F(ConnectionTest, NoUsableAnswerLeavesTheCallersBufferAlone) {
         log.Of(LOG_IO), [](const std::string& sLine) { return sLine.starts_with("REC \t13 4B 13 00 00 "); }));
 }
 
-TEST_F(ConnectionTest, ALateAnswerIsNotTakenByTheNextRequest) {
+TEST_F(ConnectionTest, LateResponseDoesNotAnswerTheNextRequest) {
     const Bytes first = {0x4B, 1}, second = {0x4B, 2};
     phone.Script(first, {first});
     phone.Script(second, {second});
     phone.Misbehave({Action::Delay, first, 0, 1, 60});
     EXPECT_FALSE(Sync(first, 100, 10).bAnswered);
-    // It has arrived once the phone has recorded and answered this one.
+    // The late response has arrived when the phone has answered the phone check.
     EXPECT_TRUE(connection.IsPhoneConnected() || connection.IsPhoneConnected());
     const Exchange exchange = Sync(second);
     ASSERT_TRUE(exchange.bAnswered);
     EXPECT_EQ(exchange.buffer[1], 2);
 }
 
-TEST_F(ConnectionTest, ThousandsOfUnsolicitedPacketsDoNotHideTheAnswer) {
+TEST_F(ConnectionTest, ThousandsOfUnsolicitedPacketsDoNotHideTheResponse) {
     std::atomic<int> iSeen{0};
     connection.ConfigureAsyncMessageCallBack(&iSeen, [](unsigned short, unsigned char*, void* pSeen) {
         ++*static_cast<std::atomic<int>*>(pSeen);
     });
     phone.SetChatter(3000);
     EXPECT_TRUE(Sync(kPing).bAnswered);
-    EXPECT_EQ(iSeen, 3001); // the callback sees every packet, the answer included
+    EXPECT_EQ(iSeen, 3001); // the callback receives every packet, including the response
 }
 
-TEST_F(ConnectionTest, ThePhoneCheckFollowsLoopbackAndVersion) {
+TEST_F(ConnectionTest, PhoneCheckUsesLoopbackAndVersion) {
     const Bytes wrongEcho = {0x7B, 0, 1, 2, 3, 4, 5, 6, 7, 8, 8};
     const Bytes shortEcho(kLoopback.begin(), kLoopback.end() - 1);
     const std::tuple<const char*, std::vector<Bytes>, std::vector<Bytes>, bool> cases[] = {
@@ -126,7 +159,7 @@ TEST_F(ConnectionTest, ThePhoneCheckFollowsLoopbackAndVersion) {
     }
 }
 
-TEST_F(ConnectionTest, APhoneInDataModeIsSwitchedBack) {
+TEST_F(ConnectionTest, PhoneInDataModeIsSwitchedBack) {
     phone.SetDataMode(true);
     connection.SetData2DiagSearch(false);
     EXPECT_FALSE(connection.IsPhoneConnected());
@@ -136,28 +169,28 @@ TEST_F(ConnectionTest, APhoneInDataModeIsSwitchedBack) {
     EXPECT_FALSE(phone.DataMode());
 }
 
-TEST_F(ConnectionTest, PacketModesSwitchThePhoneAndCarryText) {
+TEST_F(ConnectionTest, PacketModesSwitchThePhoneAndTransferText) {
     LogCapture log(connection);
     EXPECT_FALSE(connection.SetPacketMode(3));
     EXPECT_TRUE(log.Has(LOG_FN, "QLIB_SetPacketMode() -  Error, Invalid packet mode"));
     ASSERT_TRUE(connection.SetPacketMode(1));
     EXPECT_TRUE(phone.DataMode());
     const Bytes reply = Raw({'A', 'T', '\r'});
-    EXPECT_TRUE(std::string(reply.begin(), reply.end()).ends_with("OK")); // its full length, nothing stripped
+    EXPECT_TRUE(std::string(reply.begin(), reply.end()).ends_with("OK")); // full length, nothing stripped
     ASSERT_TRUE(connection.SetPacketMode(0));
     EXPECT_FALSE(phone.DataMode());
     EXPECT_TRUE(connection.IsPhoneConnected());
     phone.Script({0x44}, {{0x44, 0x00}});
-    EXPECT_FALSE(connection.SetPacketMode(1)); // the phone does not follow
+    EXPECT_FALSE(connection.SetPacketMode(1)); // the phone does not comply
     EXPECT_TRUE(connection.IsPhoneConnected());
     EXPECT_EQ(log.Of(LOG_IO).front(), "SEND (1 bytes):44 ");
     phone.Script(kPing, {{0x13, 0x4B}});
-    const Bytes other = Raw(kPing); // whatever comes first
+    const Bytes other = Raw(kPing); // the first packet, whatever it is
     EXPECT_EQ(other.size(), 4u);    // two bytes and their FCS
     EXPECT_EQ(other.at(0), 0x13);
 }
 
-TEST_F(ConnectionTest, ARequestMayBeAnsweredWithAnotherFirstByte) {
+TEST_F(ConnectionTest, ResponseMayHaveAnotherFirstByte) {
     CommandFrame frame(connection);
     phone.Script({0x07}, {{0x13, 0x07}, {0x07, 1}, {0x08, 2, 3}});
     frame.BeginRequest().U8(0x07);
@@ -171,7 +204,7 @@ TEST_F(ConnectionTest, ARequestMayBeAnsweredWithAnotherFirstByte) {
     EXPECT_FALSE(frame.SendWithDifferentResponseCmd(0x08, 0)); // nothing to send
 }
 
-TEST_F(ConnectionTest, TheStartFlagGoesInFrontOfFrames) {
+TEST_F(ConnectionTest, StartFlagPrecedesFrames) {
     EXPECT_FALSE(connection.SetStartFlag(true));
     EXPECT_TRUE(connection.SetStartFlag(true));
     ASSERT_TRUE(Sync(kPing).bAnswered);
@@ -182,7 +215,7 @@ TEST_F(ConnectionTest, TheStartFlagGoesInFrontOfFrames) {
     EXPECT_EQ(phone.WireBytes(), Hex("7E 4B 13 00 00 8D 40 7E 7E 4B 13 00 00 8D 40 7E 4B 13 00 00 8D 40 7E"));
 }
 
-TEST_F(ConnectionTest, RequestsThatDoNotFitAreNotWritten) {
+TEST_F(ConnectionTest, TooLongRequestsAreNotSent) {
     LogCapture log(connection);
     EXPECT_TRUE(connection.SendASync(4093, Bytes(4093, 0x20).data(), 1, false));
     EXPECT_FALSE(connection.SendASync(4094, Bytes(4094, 0x20).data(), 1, false));
@@ -193,24 +226,24 @@ TEST_F(ConnectionTest, RequestsThatDoNotFitAreNotWritten) {
     ASSERT_TRUE(phone.WaitForRequests(1));
 }
 
-TEST_F(ConnectionTest, UnpluggingFailsRequestsAndReplugNeedsANewPort) {
+TEST_F(ConnectionTest, UnpluggingFailsRequestsUntilThePortIsReopened) {
     ASSERT_TRUE(Sync(kPing).bAnswered);
     phone.Misbehave({Action::Unplug, kPing});
     EXPECT_FALSE(Sync(kPing, 100, 300).bAnswered);
     EXPECT_FALSE(Sync(kPing, 100, 300).bAnswered);
     EXPECT_FALSE(connection.IsPhoneConnected());
     phone.Replug();
-    EXPECT_FALSE(Sync(kPing, 100, 100).bAnswered); // the old port stays dead
+    EXPECT_FALSE(Sync(kPing, 100, 100).bAnswered); // the old port remains unusable
     EXPECT_TRUE(connection.ClosePort());
     EXPECT_TRUE(Sync(kPing).bAnswered);
 }
 
-TEST_F(ConnectionTest, OpeningAndClosingOverAndOverWhileTrafficRuns) {
+TEST_F(ConnectionTest, RepeatedOpeningAndClosingDuringTraffic) {
     std::atomic<bool> bStop{false};
     std::thread chatter([&] {
         while (!bStop) {
             phone.Send({0x10, 0, 4, 0, 4, 0, 1, 0});
-            std::this_thread::sleep_for(std::chrono::microseconds(20)); // no line is faster
+            std::this_thread::sleep_for(std::chrono::microseconds(20)); // faster than any serial line
         }
     });
     for (int i = 0; i < 30; ++i) {
@@ -222,7 +255,7 @@ TEST_F(ConnectionTest, OpeningAndClosingOverAndOverWhileTrafficRuns) {
     chatter.join();
 }
 
-TEST_F(ConnectionTest, ListenersSeeEveryPacketThatTheirFilterAccepts) {
+TEST_F(ConnectionTest, ListenersReceivePacketsThatTheirFilterAccepts) {
     struct Counter : CQLibEvents_Listener {
         void messageReceived(LONG, unsigned char*, unsigned int, LONG, short, DWORD) override { ++iCount; }
         std::atomic<int> iCount{0};
@@ -289,12 +322,12 @@ TEST(EventListener, RoutesByTheFirstByte) {
     for (const auto& [packet, sQueue] : cases) {
         listener.SetLoggingEnabled(true);
         EXPECT_EQ(Receive(packet), sQueue) << int(packet[0]);
-        listener.SetLoggingEnabled(false); // unsolicited traffic is dropped, responses are not
+        listener.SetLoggingEnabled(false); // drops unsolicited packets, but not responses
         EXPECT_EQ(Receive(packet), sQueue == "async" ? "" : sQueue) << int(packet[0]);
     }
 }
 
-TEST_F(ConnectionTest, FactoryTestAnswersAreJudgedByTheirHeader) {
+TEST_F(ConnectionTest, FactoryTestResponsesAreCheckedByTheirHeader) {
     CommandFrame frame(connection);
     using Frame = CommandFrame;
     const std::tuple<bool (Frame::*)(), Bytes, bool> cases[] = {
@@ -313,7 +346,7 @@ TEST_F(ConnectionTest, FactoryTestAnswersAreJudgedByTheirHeader) {
     }
     EXPECT_EQ(phone.Requests().back(), (Bytes{59, 0x77, 0, 6, 0, 1, 0, 2, 0, 0, 0}));
 
-    // Behind the fields that mirror a type-59 request the phone may send more: takes skip it.
+    // After the fields that mirror a type-59 request, the phone may send more bytes, which Take skips.
     frame.FormatFTMHeader().U16(1).U32(2);
     phone.Script({59}, {{59, 0x77, 0, 6, 0, 0xAA, 0xBB, 1, 2, 3, 4, 5, 6}});
     ASSERT_TRUE(frame.SendFtmCmd());

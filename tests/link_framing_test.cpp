@@ -21,14 +21,14 @@ Bytes Text(const std::string& sText) {
     return {sText.begin(), sText.end()};
 }
 
-TEST(Crc16, MatchesThePublishedValuesAndItsResidue) {
+TEST(Crc16, MatchesThePublishedCheckValueAndResidue) {
     Bytes digits = Text("123456789");
     EXPECT_EQ(ComputeCrc16(digits.data(), 9 * 8), 0x906E);
     digits.insert(digits.end(), {0x6E, 0x90});
     EXPECT_EQ(ComputeCrc16(digits.data(), 11 * 8), CRC16_GOOD_RESIDUE);
 }
 
-TEST(Crc16, IsTheSameBitByBitForEveryLength) {
+TEST(Crc16, MatchesABitwiseCrcForEveryLength) {
     Bytes bytes;
     for (unsigned i = 0; i < 40; ++i) {
         unsigned iRegister = 0xFFFF;
@@ -42,7 +42,7 @@ TEST(Crc16, IsTheSameBitByBitForEveryLength) {
     }
 }
 
-TEST(EncodedFrame, PutsPacketsOnTheWire) {
+TEST(EncodedFrame, EncodesPackets) {
     const std::tuple<Bytes, bool, Bytes> cases[] = {
         {{0x00}, false, {0x00, 0x78, 0xF0, 0x7E}},
         {{0x00}, true, {0x7E, 0x00, 0x78, 0xF0, 0x7E}},
@@ -56,7 +56,7 @@ TEST(EncodedFrame, PutsPacketsOnTheWire) {
     }
 }
 
-/// Decodes reads and collects the packets that come out at the other end of the dispatcher.
+/// Decodes the bytes of reads and collects the packets that the dispatcher delivers.
 class DecoderTest : public testing::Test, private CQLibEvents_Listener {
 protected:
     DecoderTest() : m_decoder(m_dispatcher, m_log) {
@@ -71,7 +71,7 @@ protected:
 
     void Read(const Bytes& bytes, ReceiveMode eMode = ReceiveMode::Framed) { m_decoder.Decode(bytes, eMode); }
 
-    /// The packets so far: a last packet is sent behind them and awaited.
+    /// Returns the packets so far. Posts a last packet after them and waits until it arrives.
     std::vector<Bytes> Packets() {
         static const unsigned char aEnd[] = {'e', 'n', 'd'};
         m_dispatcher.PostEvent(sizeof aEnd, aEnd);
@@ -108,8 +108,9 @@ TEST_F(DecoderTest, DeliversEachGoodFrameOnce) {
                                                  "SYNC REC (4 bytes): 7E 7D F1 CD "}));
 }
 
-/// Bytes are looked at several at a time: no place in a packet, and no place where a read ends, may matter.
-TEST_F(DecoderTest, ReadsWhatTheEncoderMadeWhereverItIsEscapedAndCut) {
+/// The decoder examines several bytes at a time. Neither the position in a packet nor the end of a read may
+/// matter.
+TEST_F(DecoderTest, DecodesFramesWithAnyEscapeAndReadBoundary) {
     constexpr size_t kSize = 20;
     std::vector<Bytes> expected;
     for (size_t iPlace = 0; iPlace < kSize; ++iPlace)
@@ -131,34 +132,34 @@ TEST_F(DecoderTest, ReadsWhatTheEncoderMadeWhereverItIsEscapedAndCut) {
     EXPECT_EQ(Packets(), expected);
 }
 
-TEST_F(DecoderTest, DropsBadFramesButNotUnsolicitedTraffic) {
+TEST_F(DecoderTest, DropsBadFramesExceptUnsolicitedPackets) {
     Read({0x13, 0x01, 0x02, 0x7E});
     for (const unsigned char iCode : {0x10, 0x1F, 0x60, 0x79})
         Read({iCode, 0x01, 0x02, 0x7E});
-    Read({0x10, 0x41, 0x7D, 0x7E, 0x30, 0x01, 0x7E}); // an escape before a flag is for the next data byte
+    Read({0x10, 0x41, 0x7D, 0x7E, 0x30, 0x01, 0x7E}); // an escape before a flag applies to the next data byte
     EXPECT_EQ(Packets(),
               (std::vector<Bytes>{
                   {0x10, 1, 2}, {0x1F, 1, 2}, {0x60, 1, 2}, {0x79, 1, 2}, {0x10, 0x41}, {0x10, 0x01}}));
     EXPECT_EQ(m_lines, (std::vector<std::string>{"ERROR SYNC REC (3 bytes): 13 01 02 "}));
 }
 
-TEST_F(DecoderTest, DeliversFourKilobytesWithoutAFlagAndLosesTheByteAfter) {
+TEST_F(DecoderTest, DeliversFourKilobytesWithoutAFlagAndDropsTheNextByte) {
     Read(Bytes(4097, 0x55));
     Read({0x00, 0x78, 0xF0, 0x7E});
     EXPECT_EQ(Packets(), (std::vector<Bytes>{Bytes(4096, 0x55), {0x00, 0x78, 0xF0}}));
     EXPECT_EQ(m_lines.front(), "ERROR THREAD READ---NON-HDLC data (4096 bytes)");
 }
 
-TEST_F(DecoderTest, ResetForgetsTheIncompletePacket) {
+TEST_F(DecoderTest, ResetDiscardsTheIncompletePacket) {
     Read({0x41, 0x42});
     Decoder().Reset();
     Read({0x00, 0x78, 0xF0, 0x7E});
     EXPECT_EQ(Packets(), (std::vector<Bytes>{{0x00, 0x78, 0xF0}}));
 }
 
-TEST_F(DecoderTest, RawTextComesAsItIsAndRepliesAreCutAtTheirTerminators) {
+TEST_F(DecoderTest, RawTextIsUnchangedAndRepliesEndAtTheirTerminators) {
     Read(Text("~OK}"), ReceiveMode::Raw);
-    Read(Text("AT\r\r\nOK\r\n"), ReceiveMode::RawReply); // the line end behind the terminator is lost
+    Read(Text("AT\r\r\nOK\r\n"), ReceiveMode::RawReply); // the line end after the terminator is dropped
     Read(Text("+CME ERROR tail"), ReceiveMode::RawReply);
     Read(Text("O"), ReceiveMode::RawReply); // a terminator split between two reads is not recognised
     Read(Text("K"), ReceiveMode::RawReply);

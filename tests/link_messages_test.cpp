@@ -1,12 +1,15 @@
-// The phone's own messages as text: names of events, formats from the phone, packets cut anywhere.
+// The phone's messages as text: event names, format strings from the phone, truncated packets.
 #include <algorithm>
 #include <cstring>
 #include <memory>
 
 #include "eventually.h"
+#include "link/connection_access.h"
 #include "link/crc16.h"
+#include "link/event_dispatcher.h"
 #include "link/event_names.h"
 #include "link/extended_message.h"
+#include "link/extended_message_text.h"
 #include "link/format_expansion.h"
 #include "phone_fixture.h"
 
@@ -18,7 +21,7 @@ std::string EventName(int iId) {
     return sName;
 }
 
-TEST(EventNames, EveryRunBeginsAndEndsWhereItShould) {
+TEST(EventNames, EveryRangeBeginsAndEndsCorrectly) {
     const std::tuple<int, int, const char*, const char*> runs[] = {
         {0, 0, "EVENT_DROP_ID", "EVENT_DROP_ID"},
         {256, 355, "EVENT_BAND_CLASS_CHANGE", "EVENT_HDR_OVHD_IGNORED_SP_MSG_DIFF_SEC_ID"},
@@ -56,7 +59,7 @@ std::string Expand(const char* sFormat, std::vector<DWORD> arguments, size_t iCa
     return out.data();
 }
 
-TEST(FormatExpansion, IntegersComeOutAsTheCLibraryWritesThem) {
+TEST(FormatExpansion, IntegersAreFormattedAsByTheCLibrary) {
     for (const char* sFlags : {"", "-", "+", " ", "0", "#", "-0", "+ ", "+0", "#0", "-#"})
         for (const char* sWidth : {"", "1", "7", "20"})
             for (const char* sPrecision : {"", ".", ".0", ".1", ".9"})
@@ -70,12 +73,12 @@ TEST(FormatExpansion, IntegersComeOutAsTheCLibraryWritesThem) {
                     }
 }
 
-TEST(FormatExpansion, FormatsThatAskForTooMuchStayReadable) {
+TEST(FormatExpansion, UnsupportedConversionsAndExcessiveWidths) {
     const std::pair<const char*, std::string> cases[] = {
         {"", ""},
         {"100%% of %ld and %hhx", "100% of 65 and a"},
         {"%c%3c|%-3c|%c", "A  .|.  |%c"}, // the fourth has no argument
-        {"%s of %d", "%s of 10"},         // an address in the phone: passed over
+        {"%s of %d", "%s of 10"},         // skips an argument, which is an address in the phone
         {"%n%p%f|%d", "%n%p%f|%d"},
         {"%-08.3lf%d", "%-08.3lf10"},
         {"%y %d", "%y 65"},
@@ -98,7 +101,7 @@ TEST(FormatExpansion, FormatsThatAskForTooMuchStayReadable) {
         EXPECT_EQ(Expand("ab%5d%s", {7}, iCapacity), std::string("ab    7%s").substr(0, iCapacity - 1));
 }
 
-/// The packet with its check sequence, as it is received.
+/// Returns the packet with its FCS, as it is received.
 Bytes WithFcs(Bytes packet) {
     const unsigned iFcs = ComputeCrc16(packet.data(), static_cast<unsigned short>(packet.size() * 8));
     packet.push_back(static_cast<uint8_t>(iFcs));
@@ -106,7 +109,8 @@ Bytes WithFcs(Bytes packet) {
     return packet;
 }
 
-/// An extended debug message: line 0x0102, subsystem 5, mask 6, the arguments, and the texts as they stand.
+/// Returns an extended debug message: line 0x0102, subsystem 5, mask 6, the arguments, and the texts
+/// unchanged.
 Bytes Message(uint8_t iCount, std::initializer_list<uint32_t> arguments, const std::string& sTexts) {
     Bytes packet = Hex("79 02 00 04 01 02 03 04 05 06 07 08 02 01 05 00 06 00 00 00");
     packet[2] = iCount;
@@ -117,13 +121,13 @@ Bytes Message(uint8_t iCount, std::initializer_list<uint32_t> arguments, const s
 
 using std::string_literals::operator""s;
 
-TEST(ExtendedMessages, TheTextsStandBehindTheArguments) {
+TEST(ExtendedMessages, TextsFollowTheArguments) {
     const std::string sLong(200, 'x');
     const std::tuple<const char*, Bytes, std::vector<DWORD>, std::string, std::string> cases[] = {
         {"none", Message(0, {}, "fmt\0file.c\0"s), {0, 0, 0}, "fmt", "file.c"},
         {"two", Message(2, {7, 8}, "fmt\0file.c\0"s), {7, 8, 0}, "fmt", "file.c"},
         {"five", Message(5, {1, 2, 3, 4, 5}, "fmt\0file.c\0"s), {1, 2, 3}, "fmt", "file.c"},
-        {"a count beyond the packet", Message(90, {1, 2, 3}, "fmt\0file.c\0"s), {1, 2, 3}, "fmt", "file.c"},
+        {"count beyond the packet", Message(90, {1, 2, 3}, "fmt\0file.c\0"s), {1, 2, 3}, "fmt", "file.c"},
         {"no zero at the end", Message(1, {1}, "fmt\0file.c"s), {1, 0, 0}, "fmt", "file.c"},
         {"no file", Message(1, {1}, "fmt"), {1, 0, 0}, "fmt", ""},
         {"cut in an argument", Message(2, {1}, "\x02"), {1, 0, 0}, "", ""},
@@ -144,7 +148,7 @@ TEST(ExtendedMessages, TheTextsStandBehindTheArguments) {
         }
 }
 
-TEST(ExtendedMessages, APacketCutAnywhereReadsNothingBehindItsEnd) {
+TEST(ExtendedMessages, TruncatedPacketIsNotReadBeyondItsEnd) {
     const Bytes whole = Message(3, {1, 2, 3}, "fmt\0file.c\0"s);
     for (size_t iSize = 0; iSize <= whole.size(); ++iSize) {
         const auto pExact = std::make_unique<unsigned char[]>(iSize);
@@ -154,7 +158,7 @@ TEST(ExtendedMessages, APacketCutAnywhereReadsNothingBehindItsEnd) {
         EXPECT_EQ(ParseExtendedMessage(std::span(pExact.get(), iSize), message), iSize > 0);
         EXPECT_EQ(message.iLineNumber, iSize == 0 ? 99 : iSize < 14 ? 0 : 0x0102);
     }
-    // Without a length, the zero of the second text is the end.
+    // Without a length, the zero of the second text ends the packet.
     const auto pExact = std::make_unique<unsigned char[]>(whole.size());
     std::copy(whole.begin(), whole.end(), pExact.get());
     ExtendedMessage message;
@@ -164,7 +168,7 @@ TEST(ExtendedMessages, APacketCutAnywhereReadsNothingBehindItsEnd) {
     EXPECT_FALSE(ParseExtendedMessage(pExact.get(), message));
 }
 
-TEST(ExtendedMessages, AFalseCountFindsZerosBehindADeliveredPacket) {
+TEST(ExtendedMessages, DeliveredPacketsAreFollowedByZeros) {
     struct Reader : CQLibEvents_Listener {
         void messageReceived(LONG, unsigned char* pPacket, unsigned int, LONG, short, DWORD) override {
             bParsed = ParseExtendedMessage(pPacket, message) && message.sFormat[0] == '\0';
@@ -180,18 +184,18 @@ TEST(ExtendedMessages, AFalseCountFindsZerosBehindADeliveredPacket) {
     dispatcher.Stop();
 }
 
-/// A connection whose listener and families are given packets directly.
+/// A connection that receives packets directly from the test.
 class MessagesTest : public PhoneTest {
 protected:
-    MessagesTest() { m_connection.SetPhoneLogging(true); }
+    MessagesTest() { m_access.SetPhoneLogging(true); }
 
-    /// Gives the connection a packet as it would be received.
+    /// Passes a packet to the connection as if it had been received.
     void Receive(Bytes packet) {
         packet = WithFcs(packet);
-        m_connection.ReplayPacket(packet);
+        m_access.ReplayPacket(packet);
     }
 
-    DiagConnection& m_connection = m_diag;
+    const ConnectionAccess m_access{m_diag};
 };
 
 TEST_F(MessagesTest, DebugMessagesAndEventsAreLoggedAsText) {
@@ -201,8 +205,8 @@ TEST_F(MessagesTest, DebugMessagesAndEventsAreLoggedAsText) {
         {Hex("79"), {"Debug Msg: 0.0 - -0\t"}},
         {Hex("60 05 00 00 01 00"), {"Event ID: 256, EVENT_BAND_CLASS_CHANGE"}},
         {Hex("60 05 00 FF FF"), {"Event ID: 65535, EVENT_NOT_FOUND"}},
-        {Hex("60 05 00 01"), {}},    // no whole id
-        {Hex("60 00 00 00 01"), {}}, // an answer
+        {Hex("60 05 00 01"), {}},    // no complete id
+        {Hex("60 00 00 00 01"), {}}, // a response
         {Hex("10 00 04 00 04 00 01 00"), {}},
     };
     m_diag.SetLogFlags(LOG_ASYNC);
@@ -211,7 +215,7 @@ TEST_F(MessagesTest, DebugMessagesAndEventsAreLoggedAsText) {
         Receive(packet);
         EXPECT_EQ(m_log.Of(LOG_ASYNC), lines) << handset::ToHex(packet);
     }
-    m_connection.SetPhoneLogging(false); // dropped from the queue, but still told
+    m_access.SetPhoneLogging(false); // dropped from the queue, but still logged
     m_log.Clear();
     m_phone.phone.Send(cases[0].first);
     EXPECT_TRUE(Eventually([&] { return m_log.Of(LOG_ASYNC) == cases[0].second; }));
@@ -221,7 +225,7 @@ TEST_F(MessagesTest, DebugMessagesAndEventsAreLoggedAsText) {
     EXPECT_EQ(m_log.Of(LOG_ASYNC), Lines());
 }
 
-/// A legacy debug message, whose file name fills its field.
+/// Returns a legacy debug message whose file name fills its field.
 Bytes LegacyMessage() {
     Bytes packet = Packet("1F 02 01 04 03 02 01 AA AA AA AA 07", {},
                           "thirteen_c.ch\x10\x01"
@@ -239,7 +243,7 @@ std::string Joined(const Lines& lines) {
     return sAll;
 }
 
-TEST_F(MessagesTest, EachKindOfPacketHasItsText) {
+TEST_F(MessagesTest, TextOfEachKindOfPacket) {
     const std::string sRecord = "Log Message 0x117C detected, length 20 bytes\n\n";
     const std::string sShown = "\n" + sRecord + "\nFTM Log Code 2 found\n";
     const auto FtmRecord = [](const std::string& sKind) {
@@ -249,7 +253,7 @@ TEST_F(MessagesTest, EachKindOfPacketHasItsText) {
         "\nStreaming Message detected\nQUANTITY: 258\nDROP_CNT: 0x1020304\nMESSAGE_LEVEL: 0x7\nFILE_NAME: "
         "thirteen_c.ch"
         "\nLINE_NUMBER: 272\nFMT_STRING: code %d\nCODE1: 1\nCODE2: -1\nCODE3: 3\n\n";
-    // The packet, the text of its log lines, and what is shown.
+    // The packet, the text of its log lines, and its text on standard output.
     const std::tuple<Bytes, std::string, std::string> cases[] = {
         {Hex("10 00"), "Log Message 0x0 detected, length 0 bytes\n\n",
          "\nLog Message 0x0 detected, length 0 bytes\n\n"},
@@ -274,7 +278,7 @@ TEST_F(MessagesTest, EachKindOfPacketHasItsText) {
             EXPECT_EQ(testing::internal::GetCapturedStdout(), bToStdout ? sStdout : "");
             EXPECT_EQ(Joined(m_log.Of(0x8000 | LOG_IO)), bToLog ? sLog : "");
         }
-    // A cut packet in the smallest buffer: what is there, as far as it goes.
+    // A truncated packet yields the fields that it holds.
     const Bytes whole = LegacyMessage();
     for (size_t iSize = 2; iSize < whole.size(); ++iSize) {
         Receive(Bytes(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(iSize)));
@@ -288,7 +292,7 @@ TEST_F(MessagesTest, EachKindOfPacketHasItsText) {
 TEST_F(MessagesTest, DumpingEmptiesThePhoneLogQueue) {
     Receive(Hex("60 05 00 00 01"));
     Receive(Hex("10 00 0C 00 0C 00 01 10"));
-    Receive(Hex("4B 13 00 00")); // a response stays where it is
+    Receive(Hex("4B 13 00 00")); // a response stays in its queue
     m_diag.SetLogFlags(LOG_RET);
     m_log.Clear();
     testing::internal::CaptureStdout();
@@ -300,8 +304,8 @@ TEST_F(MessagesTest, DumpingEmptiesThePhoneLogQueue) {
     EXPECT_EQ(lines[1], "\nEvent Detected.");
     EXPECT_EQ(sStdout, lines[0] + "\nEvent detected" + lines[2] +
                            "\nLog Message 0x1001 detected, length 12 bytes\n\n");
-    EXPECT_TRUE(m_connection.PhoneLogQueue().IsEmpty());
-    EXPECT_FALSE(m_connection.CommandResponseQueue().IsEmpty());
+    EXPECT_TRUE(m_access.PhoneLogQueue().IsEmpty());
+    EXPECT_FALSE(m_access.CommandResponseQueue().IsEmpty());
     EXPECT_FALSE(m_diag.DumpAsyncMessageToTextLog(LOG_RET, true, true, true));
     ExtendedMessage message;
     EXPECT_FALSE(m_diag.DIAG_ParseExtendedMessage(nullptr, &message));

@@ -1,9 +1,10 @@
-// Playing text logs back: recorded sessions without the phone, and files that are no good recordings.
+// Playback of text logs: recorded sessions without the phone, and malformed recordings.
+#include "link/connection_access.h"
 #include "phone_fixture.h"
 
 namespace {
 
-/// The packets that wait in a queue, in hex; it is empty afterwards.
+/// Empties a queue and returns its packets in hex.
 Lines Take(CQLibMessageQueue& queue) {
     Lines packets;
     QueueItem item;
@@ -27,11 +28,11 @@ protected:
     PluggedPhone m_phone;
     LocalFolder m_folder;
     Diag_FTM m_diag{2}; // no phone there
-    DiagConnection& m_connection = m_diag;
+    const ConnectionAccess m_connection{m_diag};
     LogCapture m_log{m_diag, LOG_FN | LOG_RET | LOG_IO};
 };
 
-TEST_F(PlaybackTest, ReceivedPacketsAreReplayedAndNothingElse) {
+TEST_F(PlaybackTest, OnlyReceivedPacketsAreReplayed) {
     const std::string sLong(60000, 'A');
     std::string sMost;
     for (int i = 0; i < 4096; ++i)
@@ -39,28 +40,28 @@ TEST_F(PlaybackTest, ReceivedPacketsAreReplayedAndNothingElse) {
     const std::string sSync = "12\t,LOG_IO,SYNC REC--listener--(3 bytes): ";
     const std::string sAsync = "12\t,LOG_IO,ASYNC REC (3 bytes): ";
     const std::tuple<const char*, std::string, Lines, Lines> cases[] = {
-        // responses, then phone logs
-        {"whole", sSync + "4B 0F 00 \n", {"4B 0F 00"}, {}},
-        {"line end of another system",
-         sSync + "4B 0F 00 \r\n" + sSync + "4B 10 \r\n",
-         {"4B 0F 00", "4B 10"},
-         {}},
+        // the expected responses, then the expected log packets
+        {"complete", sSync + "4B 0F 00 \n", {"4B 0F 00"}, {}},
+        {"Windows line ends", sSync + "4B 0F 00 \r\n" + sSync + "4B 10 \r\n", {"4B 0F 00", "4B 10"}, {}},
         {"no line end", sSync + "4B 0F 00 ", {"4B 0F 00"}, {}},
-        {"no blank at the end, small letters", sSync + "4b:0f-00\n", {"4B 0F 00"}, {}},
+        {"no trailing blank, lower case", sSync + "4b:0f-00\n", {"4B 0F 00"}, {}},
         {"log records", sAsync + "10 00 04 \n" + sSync + "4B 01 \n", {"4B 01"}, {"10 00 04"}},
-        {"event answer",
+        {"response to event control",
          "1\t,LOG_IO,ASYNC REC--listener--(5 bytes): 60 00 00 AA BB \n",
          {"60 00 00 AA BB"},
          {}},
         {"requests", "1\t,LOG_IO,SEND (3 bytes):4B 0F 00 \n1\t,LOG_IO,REC \t4B 0F 00 \n", {}, {}},
-        {"odd", sSync + "4B 0F 0\n" + sSync + "4B01 02\n" + sSync + "4B 0102\n" + sSync + "4B1300\n", {}, {}},
+        {"bad pairs",
+         sSync + "4B 0F 0\n" + sSync + "4B01 02\n" + sSync + "4B 0102\n" + sSync + "4B1300\n",
+         {},
+         {}},
         {"not hex", sSync + "4B xy 00 \n" + sSync + "\n" + sSync, {}, {}},
-        {"few commas", "SYNC REC--listener--(3 bytes): 4B 0F 00 \n,\n", {}, {}},
-        {"short", ",,ASYNC REC:10 01\n", {}, {}},
+        {"too few commas", "SYNC REC--listener--(3 bytes): 4B 0F 00 \n,\n", {}, {}},
+        {"too short", ",,ASYNC REC:10 01\n", {}, {}},
         {"just long enough", ",,ASYNC REC: 10 01\n", {}, {"10 01"}},
         {"long", sSync + sLong + "\n" + sLong + sSync + "4B 01 \n" + sSync + "4B 02 \n", {"4B 02"}, {}},
-        {"the largest packet", sSync + sMost + "\n", {sMost.substr(0, sMost.size() - 1)}, {}},
-        {"more than a packet", sSync + sMost + "4B \n" + sSync + "4B 01 \n", {"4B 01"}, {}},
+        {"the longest packet", sSync + sMost + "\n", {sMost.substr(0, sMost.size() - 1)}, {}},
+        {"longer than a packet", sSync + sMost + "4B \n" + sSync + "4B 01 \n", {"4B 01"}, {}},
         {"binary", std::string("\0\xFF,,\0\r\r\n\x80", 9) + "\n" + sSync + "4B 02 \n", {"4B 02"}, {}},
         {"empty", "", {}, {}},
     };
@@ -74,7 +75,7 @@ TEST_F(PlaybackTest, ReceivedPacketsAreReplayedAndNothingElse) {
     EXPECT_EQ(Take(m_connection.CommandResponseQueue()), Lines{"4B"});
 }
 
-TEST_F(PlaybackTest, RequestsTakeTheRecordedResponsesInTheirOrder) {
+TEST_F(PlaybackTest, RequestsGetTheRecordedResponsesInOrder) {
     ASSERT_TRUE(
         Play("1\t,LOG_IO,SYNC REC--listener--(3 bytes): 13 0F 00 \n2\t,LOG_IO,SYNC REC--listener--(2 bytes): "
              "4B 02 \n"));
@@ -97,7 +98,7 @@ TEST_F(PlaybackTest, RequestsTakeTheRecordedResponsesInTheirOrder) {
     EXPECT_EQ(lines[8], "0x0001 SYNC REC--listener--(0 bytes): ");
 }
 
-TEST_F(PlaybackTest, AFileThatCannotBeReadChangesNothing) {
+TEST_F(PlaybackTest, UnreadableFileChangesNothing) {
     ASSERT_TRUE(Play("1\t,LOG_IO,SYNC REC--listener--(2 bytes): 4B 02 \n"));
     for (const std::string& sFile : {m_folder.Path("missing"), m_folder.Path()}) {
         EXPECT_FALSE(m_diag.StartLogFilePlaybackMode(sFile.c_str(), 0));
@@ -111,7 +112,7 @@ TEST_F(PlaybackTest, AFileThatCannotBeReadChangesNothing) {
     EXPECT_EQ(iSize, 2);
 }
 
-TEST_F(PlaybackTest, StoppingAndOpeningEndPlayback) {
+TEST_F(PlaybackTest, StoppingOrOpeningThePortEndsPlayback) {
     const std::string sLine = "1\t,LOG_IO,SYNC REC--listener--(2 bytes): 00 02 \n";
     const unsigned char iRequest = 0x00;
     unsigned char aResponse[64];
@@ -126,7 +127,7 @@ TEST_F(PlaybackTest, StoppingAndOpeningEndPlayback) {
     EXPECT_FALSE(m_diag.SendSync(1, &iRequest, &iSize, aResponse, 0, 10, 0));
 }
 
-/// What a program sees in a session: answers with and without errors, and a file of several blocks.
+/// Returns what a program sees in a session: responses with and without errors, and a file of several blocks.
 Lines Session(Diag_FTM& diag, const LocalFolder& folder) {
     Lines seen;
     for (const char* sPath : {"brew/a.bin", "none", "brew"}) {
@@ -134,21 +135,21 @@ Lines Session(Diag_FTM& diag, const LocalFolder& folder) {
         EXPECT_TRUE(diag.EFS2_DIAG_STAT(sPath, iError, iMode, iSize, iTimes, iTimes, iTimes, iTimes));
         seen.push_back(std::to_string(iError) + " " + std::to_string(iSize));
     }
-    seen.push_back(std::to_string(diag.DIAG_NV_CNV_DIAG_BACKUP_F())); // answered in two stages
+    seen.push_back(std::to_string(diag.DIAG_NV_CNV_DIAG_BACKUP_F())); // has a delayed response
     const std::string sLocal = folder.Path("copy");
     seen.push_back(std::to_string(diag.EFS2_DIAG_READ_FILE(sLocal.c_str(), "brew/a.bin")));
     seen.push_back(handset::ToHex(folder.Read("copy")));
     return seen;
 }
 
-TEST_F(PlaybackTest, ARecordedSessionReplaysWithoutThePhone) {
+TEST_F(PlaybackTest, RecordedSessionReplaysWithoutThePhone) {
     m_phone.AddFile("brew/a.bin", Pattern(5000));
     m_phone.phone.SetChatter(2);
     const std::string sLog = m_folder.Path("session.txt");
     Lines recorded, records;
     {
         Diag_FTM diag(1);
-        DiagConnection& connection = diag;
+        const ConnectionAccess connection(diag);
         connection.SetPhoneLogging(true);
         ASSERT_TRUE(diag.OpenPort());
         diag.SetLogFlags(LOG_IO | LOG_FN);
@@ -167,7 +168,7 @@ TEST_F(PlaybackTest, ARecordedSessionReplaysWithoutThePhone) {
     EXPECT_FALSE(records.empty());
 }
 
-TEST_F(PlaybackTest, TheLogThatIsBeingWrittenEndsWhereItEnded) {
+TEST_F(PlaybackTest, PlaybackOfTheActiveLogStopsAtItsFormerEnd) {
     const std::string sLog = m_folder.Path("own.txt");
     Diag_FTM diag(1);
     ASSERT_TRUE(diag.OpenPort());
@@ -177,7 +178,7 @@ TEST_F(PlaybackTest, TheLogThatIsBeingWrittenEndsWhereItEnded) {
     ASSERT_TRUE(diag.EFS2_DIAG_STAT("none", iError, iValue, iValue, iValue, iValue, iValue, iValue));
     ASSERT_TRUE(diag.StartLogFilePlaybackMode(sLog.c_str(), 1));
     DWORD iWaiting = 0;
-    static_cast<DiagConnection&>(diag).CommandResponseQueue().GetCount(iWaiting);
+    ConnectionAccess(diag).CommandResponseQueue().GetCount(iWaiting);
     EXPECT_EQ(iWaiting, 1u);
 }
 

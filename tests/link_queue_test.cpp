@@ -21,7 +21,7 @@ bool Same(const QueueItem& a, const QueueItem& b) {
 }
 
 TEST(MessageQueue, KeepsTheNewestPacketsOfAnySizeInOrder) {
-    // Sizes that make the ring wrap at every position, with more packets than the queue keeps.
+    // More packets than the queue holds, with sizes that make the ring wrap at every position.
     CQLibMessageQueue queue(64);
     const auto Numbered = [](unsigned i) { return Item(i, static_cast<unsigned short>(i * 397 % 4097)); };
     QueueItem taken;
@@ -47,7 +47,7 @@ TEST(MessageQueue, KeepsTheNewestPacketsOfAnySizeInOrder) {
     EXPECT_TRUE(queue.IsEmpty());
 }
 
-TEST(MessageQueue, WaitingEndsWithThePacketAndClaimedLengthsAreBounded) {
+TEST(MessageQueue, WaitEndsWithAPacketAndLengthsAreLimited) {
     CQLibMessageQueue queue(4);
     QueueItem taken;
     EXPECT_FALSE(queue.WaitPop(&taken, 1));

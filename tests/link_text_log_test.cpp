@@ -29,7 +29,7 @@ void Collect(unsigned short iSize, unsigned char* pRecord, void* pUserData) {
         *reinterpret_cast<TextLogRecord*>(pRecord));
 }
 
-TEST_F(TextLogTest, LinesCarryTimeCategoryAndIndent) {
+TEST_F(TextLogTest, LinesHaveTimeCategoryAndIndent) {
     DataLogFileHandler log;
     log.Start("log.txt", 0xFFFF & ~LOG_FN);
     const unsigned aCategories[] = {LOG_IO,        LOG_RET,    LOG_ASYNC,   LOG_ERR,     LOG_IO_AHDLC,
@@ -50,7 +50,7 @@ TEST_F(TextLogTest, LinesCarryTimeCategoryAndIndent) {
     }
 }
 
-TEST_F(TextLogTest, AStartEmptiesTheFileAndDatesIt) {
+TEST_F(TextLogTest, StartEmptiesTheFileAndWritesTheDate) {
     DataLogFileHandler log;
     EXPECT_TRUE(log.Start("no/such/folder/log.txt", kDefaultLogFlags)); // no error
     log.LogMessage(LOG_RET, "dropped");
@@ -58,13 +58,13 @@ TEST_F(TextLogTest, AStartEmptiesTheFileAndDatesIt) {
     log.LogMessage(LOG_RET, "old");
     log.Start("log.txt", kDefaultLogFlags);
     log.Stop();
-    log.LogMessage(LOG_RET, "no file any more");
+    log.LogMessage(LOG_RET, "no longer open");
     const std::vector<std::string> lines = FileLines("log.txt");
     ASSERT_EQ(lines.size(), 3U);
     EXPECT_TRUE(std::regex_match(lines[1], std::regex("0*[0-9]\t,LOG_FN,../../.., ..:..:.."))) << lines[1];
 }
 
-TEST_F(TextLogTest, TheCallbackGetsWhatTheMaskLetsThroughWithoutAnyFile) {
+TEST_F(TextLogTest, CallbackReceivesEnabledCategoriesWithoutAFile) {
     DataLogFileHandler log;
     std::vector<TextLogRecord> records;
     log.SetCallBack(&records, Collect);
@@ -76,7 +76,7 @@ TEST_F(TextLogTest, TheCallbackGetsWhatTheMaskLetsThroughWithoutAnyFile) {
     EXPECT_EQ(std::string(records[0].sText), "  " + std::string(997, 'x'));
 }
 
-TEST_F(TextLogTest, HexTextIsBounded) {
+TEST_F(TextLogTest, HexTextIsLimited) {
     const std::vector<unsigned char> packet(5000, 0xA5);
     std::vector<char> text(DataLogFileHandler::kHexTextSize, '?');
     DataLogFileHandler::FormatHexBytes(text.data(), packet.data(), 5000);
@@ -92,7 +92,7 @@ TEST_F(TextLogTest, HexTextIsBounded) {
     EXPECT_STREQ(records.at(0).sText, "SEND (2 bytes):A5 A5 ");
 }
 
-TEST_F(TextLogTest, TheMarkerFileStartsTheLogOfEveryConnection) {
+TEST_F(TextLogTest, MarkerFileStartsTheLogOfEveryConnection) {
     class Connection : public DiagConnection {
     public:
         Connection() : DiagConnection(99) { StartUp(); }

@@ -1,4 +1,4 @@
-// Folders that tests make and remove again.
+// Temporary folders for tests.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// A folder for local files, removed at the end.
+/// A temporary folder for local files. The destructor removes it.
 class LocalFolder {
 public:
     LocalFolder() {
@@ -26,7 +26,7 @@ public:
     LocalFolder& operator=(const LocalFolder&) = delete;
 
     std::string Path(const std::string& sName = "") const { return (m_path / sName).string(); }
-    /// Makes a file and gives its path.
+    /// Creates a file and returns its path.
     std::string Write(const std::string& sName, const std::vector<unsigned char>& content) const {
         std::ofstream(Path(sName), std::ios::binary) << std::string(content.begin(), content.end());
         return Path(sName);
@@ -41,7 +41,7 @@ private:
     std::filesystem::path m_path;
 };
 
-/// How many entries a folder has.
+/// Returns the number of entries in a folder.
 inline size_t CountIn(const char* sFolder) {
     const std::filesystem::directory_iterator entries(sFolder);
     return static_cast<size_t>(std::distance(begin(entries), end(entries)));

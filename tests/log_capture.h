@@ -1,4 +1,4 @@
-// What a connection writes to its text log, caught through the log callback.
+// Captures what a connection writes to its text log.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 
 #include "link/diag_connection.h"
 
-/// LogCapture keeps every message as "category-bit text", such as "0x0002 QLIB_OpenPort()". At its
-/// end it lets go of the connection.
+/// LogCapture keeps every message as "category-bit text", such as "0x0002 QLIB_OpenPort()". The destructor
+/// removes its callback from the connection.
 class LogCapture {
 public:
     explicit LogCapture(DiagConnection& connection, unsigned iMask = 0xFFFFFFFF) : m_connection(connection) {
@@ -30,7 +30,7 @@ public:
         m_lines.clear();
     }
 
-    /// The texts of one category, in order.
+    /// Returns the texts of one category in order.
     std::vector<std::string> Of(unsigned iCategory) const {
         std::vector<std::string> texts;
         for (const std::string& sLine : Lines())

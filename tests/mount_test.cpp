@@ -304,11 +304,11 @@ TEST_F(MountProgramTest, WhatKeepsAHandsetFromBeingMounted) {
         {"file", 1, "is no folder"},
         {"missing", 1, "No such file"},
         {"empty file", 2, "see quillet-mount --help"},
-        {"--port 9 empty", 3, "there is no port COM9"},
+        {"--port 9 empty", 3, "no handset (port COM9 is gone)"},
     });
     phone.Misbehave(Action::Ignore, "", -1);
-    Expect(
-        {{"empty", 3, "no handset answers"}, {"--port 1 empty", 3, "the handset on COM1 does not answer"}});
+    Expect({{"empty", 3, "no handset (none answers on any port)"},
+            {"--port 1 empty", 3, "no handset (the handset on port COM1 does not answer)"}});
 }
 
 #endif

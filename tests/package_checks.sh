@@ -1,5 +1,5 @@
 #!/bin/sh
-# package_checks.sh: unpacks what ./package.sh made and looks whether users get what they need. Exit status 1 when
+# package_checks.sh: unpacks the packages from ./package.sh and checks that users get what they need. Exit status 1 if
 # they do not.
 set -eu
 cd "$(dirname "$0")/.."
@@ -8,11 +8,11 @@ fail() {
     echo "FAILED packages: $*"
     failures=$((failures + 1))
 }
-# expect_files FOLDER NAME...: the folder holds just these.
+# expect_files FOLDER NAME...: the folder holds exactly these files.
 expect_files() {
     found=$(cd "$1" && find . -type f | sed 's/^\.\///' | sort | paste -sd ' ' -)
     shift
-    [ "$found" = "$*" ] || fail "there is [$found] instead of [$*]"
+    [ "$found" = "$*" ] || fail "found [$found] instead of [$*]"
 }
 # expect_text FILE REGEX
 expect_text() {
@@ -35,7 +35,15 @@ expect_text "$windows/pluginst.inf" '^type=wfx.$'
 expect_text "$windows/pluginst.inf" '^file=quillet\.wfx.$'
 tests/windows/product_checks.sh "$windows/quillet.wfx" "$windows/quillet.wfx64" "$version" || fail "Windows editions"
 
-expect_files "$linux" 70-quillet.rules INSTALL quillet-mount quillet-mount.1 quillet-mount.service quillet.wfx wfxhost
+expect_files "$linux" 70-quillet.rules INSTALL completions/qdiag completions/simulated-handset completions/wfxhost \
+    man/qdiag.1.gz man/quillet-mount.1.gz man/simulated-handset.1.gz man/wfxhost.1.gz qdiag quillet-mount \
+    quillet-mount.service quillet.wfx simulated-handset wfxhost
+[ "$("$linux/quillet-mount" --version)" = "quillet-mount $version" ] || fail "the version of quillet-mount"
+for program in wfxhost qdiag simulated-handset; do
+    [ "$("$linux/$program" --version)" = "$program $version" ] || fail "the version of $program"
+    gzip -dc "$linux/man/$program.1.gz" | grep -q "^\.TH .*quillet $version" || fail "the manual page of $program"
+    bash -n "$linux/completions/$program" || fail "the completion of $program"
+done
 rules=$linux/70-quillet.rules
 for id in 05c6:3197 05c6:9002 4b56:0001 4b56:0002; do
     same="idVendor\}==\"${id%:*}\", ATTRS?\{idProduct\}==\"${id#*:}\", ENV\{ID_MM_DEVICE_IGNORE\}=\"1\""
@@ -43,18 +51,19 @@ for id in 05c6:3197 05c6:9002 4b56:0001 4b56:0002; do
     expect_text "$rules" "^SUBSYSTEM==\"usb\", .*$same\$"
 done
 [ "$(grep -c uaccess "$rules")" -eq "$(grep -cE '^ *\{0x[0-9A-F]{4}, 0x[0-9A-F]{4}\},' plugin/port_discovery.cpp)" ] ||
-    fail "the rules and the accepted handsets differ"
+    fail "the udev rules and the accepted phones differ"
 if grep -rn '@[A-Z]*@' "$windows"/*.txt "$windows"/*.inf "$linux"/INSTALL; then
-    fail "something was not filled in"
+    fail "a placeholder was not filled in"
 fi
 
-# The unpacked program finds the unpacked plug-in, and both a handset.
+# The unpacked programs must find the unpacked plug-in and the handset.
 mkfifo "$work/output"
 build/simulated-handset --device-root "$device_root" > "$work/output" < /dev/null &
 handset=$!
-read -r ready < "$work/output" || fail "the simulated handset does not start"
+read -r ready < "$work/output" || fail "the simulated handset did not start"
 QUILLET_DEVICE_ROOT=$device_root "$linux/wfxhost" ls > "$work/listing" || fail "the unpacked wfxhost: ${ready-}"
-[ "$("$linux/quillet-mount" --version)" = "quillet-mount $version" ] || fail "the unpacked quillet-mount"
-[ -s "$work/listing" ] || fail "the unpacked plug-in lists nothing"
+QUILLET_DEVICE_ROOT=$device_root "$linux/qdiag" info > "$work/info" || fail "the unpacked qdiag"
+grep -q . "$work/info" || fail "the unpacked qdiag printed nothing about the phone"
+[ -s "$work/listing" ] || fail "the unpacked plug-in listed nothing"
 
 [ "$failures" -eq 0 ]

@@ -1,4 +1,4 @@
-// A simulated handset on COM1, and a connection to it, for tests that look at the wire.
+// A simulated handset on COM1 and a connection to it, for tests that examine the traffic.
 #pragma once
 
 #include <initializer_list>
@@ -15,7 +15,7 @@ using handset::Bytes;
 using Lines = std::vector<std::string>;
 using Action = handset::Misbehaviour::Action;
 
-// The beginnings of requests on the wire.
+// Prefixes of requests on the wire.
 const std::string kOpenFile = "4B 13 02 00";
 const std::string kCloseFile = "4B 13 03 00";
 const std::string kRead = "4B 13 04 00";
@@ -29,14 +29,14 @@ const std::string kCloseFolder = "4B 13 0D 00";
 const std::string kStat = "4B 13 0F 00";
 const std::string kStatFs = "4B 13 13 00";
 
-/// Hex("4B 13") as bytes; a mistake in it fails the test.
+/// Converts hex such as "4B 13" to bytes. Malformed hex fails the test.
 inline Bytes Hex(const std::string& sText) {
     Bytes bytes;
     EXPECT_TRUE(handset::FromHex(sText, bytes)) << sText;
     return bytes;
 }
 
-/// A packet: bytes in hex, then 32-bit values, then a text without a zero at its end.
+/// Returns a packet: bytes in hex, then 32-bit values, then a text without a terminating zero.
 inline Bytes Packet(const std::string& sHex, std::initializer_list<uint32_t> values = {},
                     const std::string& sTail = "") {
     Bytes packet = Hex(sHex);
@@ -47,7 +47,7 @@ inline Bytes Packet(const std::string& sHex, std::initializer_list<uint32_t> val
     return packet;
 }
 
-/// The 32-bit value at an offset of a packet.
+/// Returns the 32-bit value at an offset in a packet.
 inline uint32_t ValueAt(const Bytes& packet, size_t iOffset) {
     uint32_t iValue = 0;
     for (size_t i = 4; i > 0; --i)
@@ -55,7 +55,8 @@ inline uint32_t ValueAt(const Bytes& packet, size_t iOffset) {
     return iValue;
 }
 
-/// PluggedPhone is a handset in a device root that the product looks into: COM1 (and COM51, without a line).
+/// PluggedPhone is a simulated handset in the device root that the product uses. It is on COM1; its COM51 has
+/// no line.
 struct PluggedPhone {
     PluggedPhone() {
         setenv("QUILLET_DEVICE_ROOT", root.Path().c_str(), 1);
@@ -63,14 +64,14 @@ struct PluggedPhone {
     }
     ~PluggedPhone() { unsetenv("QUILLET_DEVICE_ROOT"); }
 
-    /// The requests that arrived, in hex.
+    /// Returns the requests that arrived, in hex.
     Lines Requests() const {
         Lines texts;
         for (const Bytes& request : phone.Requests())
             texts.push_back(handset::ToHex(request));
         return texts;
     }
-    /// How many requests with that beginning arrived.
+    /// Returns how many requests with that prefix arrived.
     int CountOf(const std::string& sPrefix) const {
         int iCount = 0;
         for (const Bytes& request : phone.Requests())
@@ -83,7 +84,7 @@ struct PluggedPhone {
         phone.Misbehave(
             {.action = eAction, .prefix = Hex(sPrefix), .skip = iSkip, .times = iTimes, .value = iValue});
     }
-    /// Answers every request with that beginning with one packet.
+    /// Sends `packet` in response to every request with that prefix.
     void Answer(const std::string& sPrefix, const Bytes& packet) { phone.Script(Hex(sPrefix), {packet}); }
 
     void AddFile(const std::string& sPath, const Bytes& content) {
@@ -100,14 +101,14 @@ struct PluggedPhone {
         phone.WithFiles([&](handset::FileSystem& files) { bExists = files.Exists(sPath); });
         return bExists;
     }
-    /// The content of a phone file; one that does not exist fails the test.
+    /// Returns the content of a file on the phone. A missing file fails the test.
     Bytes Content(const std::string& sPath) {
         std::optional<Bytes> content;
         phone.WithFiles([&](handset::FileSystem& files) { content = files.Content(sPath); });
         EXPECT_TRUE(content.has_value()) << sPath;
         return content.value_or(Bytes{});
     }
-    /// Files and folders that the client has not closed.
+    /// Returns how many files and folders the client has not closed.
     size_t OpenCount() {
         size_t iCount = 0;
         phone.WithFiles(
@@ -119,7 +120,7 @@ struct PluggedPhone {
     handset::Handset phone;
 };
 
-/// Bytes that repeat late, so that no block looks like another.
+/// Returns bytes with a long period, so that no two blocks are equal.
 inline Bytes Pattern(size_t iSize) {
     Bytes bytes(iSize);
     for (size_t i = 0; i < iSize; ++i)

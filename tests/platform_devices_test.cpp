@@ -1,4 +1,4 @@
-// Serial ports and present devices in device trees of many shapes.
+// Serial ports and present devices in various device trees.
 #include <sys/stat.h>
 
 #include "device_folder.h"
@@ -9,7 +9,7 @@ namespace {
 
 const std::string kUsb = "sys/devices/pci0000:00/usb1/1-1/1-1.2/";
 
-// One line per device: "COM6|description|instance id".
+/// Returns one line per device: "COM6|description|instance id".
 std::string Devices(const char* sClassName) {
     std::vector<PresentDevice> devices;
     if (!ListPresentDevices(sClassName, devices))
@@ -33,7 +33,7 @@ std::string Ports() {
     return sAll;
 }
 
-// A handset with a modem on interface 0 and a plain port on interface 1.
+/// A handset with a modem on interface 0 and a plain port on interface 1.
 class DeviceTreeTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -53,7 +53,7 @@ protected:
     const std::string sPort = "COM5|A handset|USB\\VID_05C6&PID_3197&MI_01\\1-1.2\n";
 };
 
-TEST_F(DeviceTreeTest, LinksAndFoldersOfManyShapes) {
+TEST_F(DeviceTreeTest, LinksAndFolders) {
     EXPECT_EQ(Devices("Modem"), "COM51|Modem line|USB\\VID_05C6&PID_3197&MI_00\\1-1.2\n");
     EXPECT_EQ(Devices("Ports"), sPort);
     EXPECT_EQ(Devices("Net"), "failed");
@@ -83,7 +83,7 @@ TEST_F(DeviceTreeTest, BadAttributesAndLinks) {
     EXPECT_EQ(Devices("Ports"), "");
 }
 
-TEST_F(DeviceTreeTest, DescriptionIsAlwaysAText) {
+TEST_F(DeviceTreeTest, DescriptionIsAlwaysPrintable) {
     const auto expect = [this](const std::string& sText) {
         EXPECT_EQ(Devices("Ports"), "COM5|" + sText + "|USB\\VID_05C6&PID_3197&MI_01\\1-1.2\n");
     };
@@ -93,14 +93,14 @@ TEST_F(DeviceTreeTest, DescriptionIsAlwaysAText) {
     expect(std::string(64, 'p'));
     folder.Write(kUsb + "product", "bell\x07");
     expect("USB serial port");
-    // A pipe without a writer in the place of an attribute must not hold the look-up.
+    // An attribute that is a pipe without a writer must not block the look-up.
     const std::string sPipe = folder.Path(kUsb + "product");
     std::filesystem::remove(sPipe);
     ASSERT_EQ(mkfifo(sPipe.c_str(), 0600), 0);
     expect("USB serial port");
 }
 
-TEST(DeviceTreeRootTest, TreeThatCannotBeRead) {
+TEST(DeviceTreeRootTest, UnreadableTree) {
     const DeviceFolder folder;
     folder.Write("sys/class/tty", "a file");
     EXPECT_EQ(Ports(), "failed");

@@ -3,6 +3,8 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 
+#include <chrono>
+#include <future>
 #include <numeric>
 #include <thread>
 #include <tuple>
@@ -26,7 +28,7 @@ HANDLE OpenCom(const std::string& sName) {
     return CreateFileA(sName.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
 }
 
-// A device that reads nothing makes a write end after this time.
+/// Sets the time after which a write to a device that does not read ends.
 void SetWriteTimeout(HANDLE hPort, DWORD iMultiplier, DWORD iConstant) {
     COMMTIMEOUTS timeouts = {MAXDWORD, 0, 0, iMultiplier, iConstant};
     ASSERT_TRUE(SetCommTimeouts(hPort, &timeouts));
@@ -40,7 +42,7 @@ protected:
     }
     void TearDown() override { CloseHandle(hPort); }
 
-    // Reads until `iCount` bytes have come, as the receive thread does.
+    /// Reads until `iCount` bytes have arrived, as the receive thread does.
     std::string Receive(size_t iCount) {
         std::string sReceived;
         while (sReceived.size() < iCount) {
@@ -57,11 +59,11 @@ protected:
     DeviceFolder folder;
     PtyDevice device{folder, "ttyUSB2"};
     HANDLE hPort = INVALID_HANDLE_VALUE;
-    const std::string sBytes = std::string(100000, 'x'); // more than the line takes at once
+    const std::string sBytes = std::string(100000, 'x'); // more than the line buffers
     DWORD iWritten = 0;
 };
 
-TEST(SerialOpenTest, NamesThatAreNoPort) {
+TEST(SerialOpenTest, NamesThatAreNotPorts) {
     const DeviceFolder folder;
     const PtyDevice device(folder, "ttyUSB0");
     folder.Write("dev/ttyUSB3", "a file");
@@ -77,7 +79,7 @@ TEST(SerialOpenTest, NamesThatAreNoPort) {
 TEST_F(SerialPortTest, IsExclusiveUntilClosed) {
     const int fdOther = open(device.SlaveName().c_str(), O_RDWR | O_NOCTTY);
     int iExclusive = 0;
-    // A privileged user gets past the mark, and sees it.
+    // A privileged user can open an exclusive port and query the flag.
     EXPECT_TRUE(fdOther < 0 || (ioctl(fdOther, TIOCGEXCL, &iExclusive) == 0 && iExclusive == 1));
     close(fdOther);
     ASSERT_TRUE(CloseHandle(hPort));
@@ -95,7 +97,7 @@ TEST_F(SerialPortTest, CarriesEveryByteBothWays) {
     std::iota(sEvery.begin(), sEvery.end(), '\0');
     device.Send(sEvery);
     EXPECT_EQ(Receive(256), sEvery);
-    // Had the tty echoed, its echo would come before what was written.
+    // If the tty echoed, the echo would arrive before the written bytes.
     ASSERT_TRUE(WriteFile(hPort, sEvery.data(), 256, &iWritten, nullptr));
     EXPECT_EQ(device.Take(256), sEvery);
 }
@@ -138,7 +140,7 @@ TEST_F(SerialPortTest, WriteToADeviceThatDoesNotReadEndsShort) {
     EXPECT_TRUE(WriteFile(hPort, sBytes.data(), 100000, &iWritten, nullptr));
     EXPECT_LT(iWritten, 100000u);
 
-    // What was counted as written arrives, and a device that reads again takes the rest.
+    // The bytes counted as written arrive, and the device takes the rest once it reads again.
     SetWriteTimeout(hPort, 1, 50);
     std::thread reader([&] { EXPECT_EQ(device.Take(100000), sBytes); });
     DWORD iRest = 0;
@@ -147,16 +149,21 @@ TEST_F(SerialPortTest, WriteToADeviceThatDoesNotReadEndsShort) {
     reader.join();
 }
 
-TEST_F(SerialPortTest, DeviceThatGoesAwayFailsEveryTransfer) {
+TEST_F(SerialPortTest, UnpluggedDeviceFailsEveryTransfer) {
     SetWriteTimeout(hPort, 0, 600000);
     std::thread writer([&] {
         EXPECT_FALSE(WriteFile(hPort, sBytes.data(), 100000, &iWritten, nullptr));
         EXPECT_EQ(GetLastError(), 31u);
     });
-    device.Take(1); // the writer is at work
+    device.Take(1); // the writer has started
     device.HangUp();
     writer.join();
-    WaitForSerialInput(hPort, kPatience_ms);
+    // The waits are short, so that a thread that waits for input soon notices the failure.
+    const auto waits = std::async(std::launch::async, [&] {
+        for (int i = 0; i < 20; ++i)
+            WaitForSerialInput(hPort, kPatience_ms);
+    });
+    EXPECT_EQ(waits.wait_for(std::chrono::seconds(30)), std::future_status::ready);
     char aByte[1];
     DWORD iRead = 99;
     EXPECT_FALSE(ReadFile(hPort, aByte, 1, &iRead, nullptr));
@@ -171,13 +178,13 @@ TEST_F(SerialPortTest, CloseWakesOtherThreads) {
         EXPECT_EQ(GetLastError(), 6u);
     });
     std::thread receiver([&] { EXPECT_EQ(Receive(1), ""); });
-    device.Take(1); // the writer is at work
+    device.Take(1); // the writer has started
     EXPECT_TRUE(CloseHandle(hPort));
     writer.join();
     receiver.join();
 }
 
-TEST_F(SerialPortTest, ClosedHandleDoesNotReachTheNextPort) {
+TEST_F(SerialPortTest, ClosedHandleDoesNotAffectTheNextPort) {
     const HANDLE hClosed = hPort;
     ASSERT_TRUE(CloseHandle(hPort));
     hPort = OpenCom(R"(\\.\COM3)");

@@ -1,4 +1,4 @@
-// Finding the handset's ports among the machine's devices.
+// Finding the phone's ports among the machine's devices.
 #include <gtest/gtest.h>
 
 #include "handset/device_root.h"
@@ -9,9 +9,9 @@ namespace {
 
 using Ports = std::array<uint32_t, kPhoneInterfaces>;
 
-TEST(PortDiscovery, DevicesThatAreAccepted) {
+TEST(PortDiscovery, AcceptedDevices) {
     const std::string sGood = R"(USB\VID_05C6&PID_3197&MI_01\6&1a2b3c4d&0&0001)";
-    // The port, the instance id, the key (null: left out) and the ports of the interfaces.
+    // The port, the instance id, the key (null: not accepted) and the ports of the interfaces.
     const std::tuple<std::optional<std::string>, std::optional<std::string>, const char*, Ports> cases[] = {
         {"COM5", sGood, "6&1a2b3c4d&0", {0, 5, 0}},
         {"COM0012", sGood, "6&1a2b3c4d&0", {0, 12, 0}},
@@ -38,7 +38,7 @@ TEST(PortDiscovery, DevicesThatAreAccepted) {
     }
 }
 
-TEST(PortDiscovery, TheTableOfHandsetsIsBounded) {
+TEST(PortDiscovery, TableOfPhonesIsLimited) {
     std::vector<PhonePortRecord> phones;
     for (int i = 0; i < 200; ++i)
         RecordPhoneInterface({"COM7", "", R"(USB\VID_05C6&PID_3197&MI_01\)" + std::to_string(i)}, phones);
@@ -64,7 +64,7 @@ TEST(PortDiscovery, PortsInOrder) {
     expectPorts(19, 0, {});
     root.Plug(first, {0x05C6, 0x3197, "1-1"}, {{"ttyUSB5", 1, true}, {"ttyUSB6", 2}, {"ttyUSB7", 3}});
     expectPorts(19, 1, {0, 6, 7});
-    // The modem class comes first, so the second handset, which has one, does too.
+    // The modem class is searched first, so the second handset, which has a modem, comes first.
     root.Plug(second, {0x4B56, 0x0002, "1-2"}, {{"ttyACM4", 0}, {"ttyUSB1", 1, true}});
     expectPorts(19, 2, {55, 2, 0, 0, 6, 7});
     expectPorts(4, 1, {55, 2, 0, 0});
@@ -73,7 +73,7 @@ TEST(PortDiscovery, PortsInOrder) {
     unsetenv("QUILLET_DEVICE_ROOT");
 }
 
-TEST(PortDiscovery, FailureLeavesTheCounts) {
+TEST(PortDiscovery, FailureLeavesTheCountsUnchanged) {
     setenv("QUILLET_DEVICE_ROOT", "/nonexistent", 1);
     unsigned char aPorts[20];
     int iCount = -5;

@@ -1,14 +1,17 @@
-// The clients of a port server: what reaches the server, what comes back, and how failures read.
+// The clients of a port server: their calls of the server, their results, and the texts of failures.
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <future>
 #include <string>
 #include <vector>
 
 #include "fake_port_server.h"
+#include "log_capture.h"
 #include "portserver/efs.h"
 #include "portserver/qpst_server.h"
 #include "portserver/software_download.h"
+#include "qlib/diag_ftm.h"
 
 namespace {
 
@@ -17,8 +20,8 @@ using Texts = std::vector<std::string>;
 
 unsigned char g_aData[8] = {9, 8, 7, 6};
 
-/// Every operation of QpstServer that needs a port: the call of the server that it makes, and how it is
-/// called.
+/// Every operation of QpstServer that needs a port: the server call that it makes, and a function that calls
+/// it.
 const std::pair<std::string, std::function<void(QpstServer&)>> kOperations[] = {
     {"sendSync 09", [](QpstServer& s, unsigned short i = 1) { s.sendSync(1, g_aData, &i, g_aData, 10000); }},
     {"readNv 5", [](QpstServer& s) { s.readNv(5, g_aData + 4, 4); }},
@@ -33,12 +36,27 @@ const std::pair<std::string, std::function<void(QpstServer&)>> kOperations[] = {
     {"control 5", [](QpstServer& s, DWORD i = 0) { s.getDiagVerno(i); }},
 };
 
-TEST(QpstServerTest, OperationsNeedAPortAndOutliveAServerThatThrows) {
+TEST(QpstServerTest, OperationsNeedAPortAndRecoverFromServerExceptions) {
     FakeProgram program;
     QpstServer server("test");
-    for (const auto& [sCall, call] : kOperations)
-        EXPECT_THROW(call(server), std::exception) << sCall;
+    const auto expectNotConnected = [&] {
+        program.TakeCalls();
+        for (const auto& [sCall, call] : kOperations)
+            EXPECT_THROW(call(server), ServerException) << sCall;
+        EXPECT_EQ(program.TakeCalls(), Texts{});
+    };
+    expectNotConnected();
     server.connect(5, 200);
+    for (const char* const sFunction : {"selectPort", "make"}) {
+        program.Set(sFunction, Trouble::ComError);
+        EXPECT_THROW(server.connect(6, 200), ServerException);
+        expectNotConnected();
+        program.Set(sFunction, Trouble::None);
+        server.connect(5, 200);
+        program.Kill();
+        program.Start();
+    }
+    EXPECT_NO_THROW(server.connect(5, 200));
     for (const auto& [sCall, call] : kOperations) {
         const std::string sFunction = sCall.substr(0, sCall.find(' '));
         program.Set(sFunction, Trouble::ComError);
@@ -46,10 +64,12 @@ TEST(QpstServerTest, OperationsNeedAPortAndOutliveAServerThatThrows) {
         program.Set(sFunction, Trouble::None);
         program.TakeCalls();
         call(server);
+        EXPECT_EQ(program.TakeCalls(), (Texts{"make", "attach test", "selectPort COM5", sCall}));
+        call(server);
         EXPECT_EQ(program.TakeCalls(), Texts{sCall});
     }
     unsigned char aData[5] = {9, 9, 9, 9, 9};
-    EXPECT_TRUE(server.readNv(5, aData, 4)); // the server's three bytes, a zero, and no more
+    EXPECT_TRUE(server.readNv(5, aData, 4)); // the server's three bytes and one zero
     EXPECT_EQ(std::vector(aData, aData + 5), (std::vector<unsigned char>{1, 2, 3, 0, 9}));
     for (const char* const sFunction : {"readNv", "control", "reset"})
         program.Set(sFunction, Trouble::Refuse);
@@ -57,7 +77,7 @@ TEST(QpstServerTest, OperationsNeedAPortAndOutliveAServerThatThrows) {
     EXPECT_THROW(server.reset(100), std::exception);
 }
 
-/// The clients that run tasks, connected.
+/// Connected clients that run tasks.
 class ServerClients : public testing::Test {
 protected:
     ServerClients() {
@@ -75,7 +95,7 @@ protected:
 TEST_F(ServerClients, EveryTaskReachesTheServer) {
     EFS& files = m_files;
     SoftwareDownload& loader = m_download;
-    // An operation's name, its task and arguments as the server sees them, and how it is called.
+    // The operation's name, its task and arguments as the server receives them, and a function that calls it.
     const std::tuple<std::string, std::string, std::function<bool()>> cases[] = {
         {"EfsRead", "1|p|l", [&] { return files.EfsRead("p", "l"); }},
         {"EfsWrite", "2|l|p", [&] { return files.EfsWrite("l", "p"); }},
@@ -108,15 +128,15 @@ TEST_F(ServerClients, EveryTaskReachesTheServer) {
             const std::string sError = std::string(files.GetErrorInfo()) + loader.GetErrorInfo();
             EXPECT_EQ(sError.find("::" + sName + " - ") != std::string::npos, !bSucceeds) << sError;
         }
-    EXPECT_FALSE(files.EfsVerify("l", "p") || files.EfsMkDir(nullptr)); // not implemented, no path
+    EXPECT_FALSE(files.EfsVerify("l", "p") || files.EfsMkDir(nullptr)); // not implemented; no path
     DWORD iMode = 0;
     EXPECT_TRUE(loader.getPhoneMode(iMode));
     EXPECT_EQ(iMode, 8U);
 }
 
-TEST_F(ServerClients, AListingArrivesWholeOrNotAtAll) {
+TEST_F(ServerClients, ListingIsCompleteOrEmpty) {
     EfsDirItem item = {{}, 1, 0, 0, 0, 0, 70};
-    std::fill_n(item.sName, sizeof item.sName, 'n'); // without its zero
+    std::fill_n(item.sName, sizeof item.sName, 'n'); // without a terminating zero
     bool bSucceeds = true;
     m_program.task = [&](TaskEvents& events) {
         events.entryListed(item);
@@ -143,7 +163,7 @@ struct Watcher : SoftwareDownloadListener {
     std::string sSeen;
 };
 
-TEST_F(ServerClients, ProgressSilenceAndAbort) {
+TEST_F(ServerClients, ProgressAndAbort) {
     bool bEnds = true;
     m_program.task = [&](TaskEvents& events) {
         events.progressed(3, 10);
@@ -171,16 +191,46 @@ TEST_F(ServerClients, ProgressSilenceAndAbort) {
 
     m_program.task = [](TaskEvents& events) {
         events.finished(true);
-        events.finished(false); // does no harm
+        events.finished(false); // is ignored
     };
     EXPECT_TRUE(m_download.uploadHexFile("f"));
+}
 
-    m_program.task = [](TaskEvents&) {};
+TEST_F(ServerClients, TaskThatEndsAfterItsTimeOutIsNotAborted) {
+    const std::string sLimit = "SoftwareDownload::waitWithMessageLoop() -- Timeout exceeded";
+    EXPECT_EQ(m_files.GetTimeOut(QMSL_TimeOut_MultipleResponse), 600000U);
+    EXPECT_EQ(m_download.GetTimeOut(QMSL_TimeOut_MultipleResponse), 10000U);
     EXPECT_TRUE(m_download.ConfigureTimeOut(QMSL_TimeOut_MultipleResponse, 20));
-    m_program.TakeCalls();
-    EXPECT_FALSE(m_download.uploadHexFile("f"));
-    EXPECT_STREQ(m_download.GetErrorInfo(), "SoftwareDownload::waitWithMessageLoop() -- Timeout exceeded");
-    EXPECT_EQ(m_program.TakeCalls(), (Texts{"begin 10|f", "abort"}));
+    m_program.task = [](TaskEvents&) {};
+    {
+        Diag_FTM phone(1);
+        const LogCapture log(phone);
+        m_download.SetLogManager(phone.GetDataLogFileHandler());
+        EXPECT_FALSE(m_download.uploadHexFile("f"));
+        EXPECT_EQ(m_program.TakeCalls(), (Texts{"begin 10|f", "abort"}));
+        EXPECT_EQ(m_download.GetErrorInfo(), sLimit);
+        EXPECT_EQ(log.Lines(), (Texts{"0x0002 SoftwareDownload::uploadHexFile", "0x0010 " + sLimit}));
+
+        TaskEvents* pTask = nullptr; // ends directly after the time-out
+        m_program.task = [&](TaskEvents& events) { pTask = &events; };
+        phone.ConfigureLibraryTextLogCallBack(&pTask, [](unsigned short, unsigned char* pText, void* ppTask) {
+            if (reinterpret_cast<const TextLogRecord*>(pText)->iCategory == LOG_ERR)
+                (*static_cast<TaskEvents**>(ppTask))->finished(true);
+        });
+        EXPECT_TRUE(m_download.uploadHexFile("f"));
+        EXPECT_STREQ(m_download.GetErrorInfo(), "");
+        m_download.SetLogManager(nullptr);
+    }
+    std::promise<void> gaveUp;
+    m_program.task = [&, bFirst = true](TaskEvents& events) mutable {
+        if (std::exchange(bFirst, false))
+            gaveUp.get_future().wait();
+        events.finished(true);
+    };
+    EXPECT_FALSE(m_download.uploadBHexFile("f")); // the server finishes the task before `begin` returns
+    gaveUp.set_value();
+    EXPECT_TRUE(m_files.EfsDelete("p"));
+    EXPECT_EQ(m_program.TakeCalls(), (Texts{"begin 10|f", "begin 11|f", "begin 3|p"}));
 }
 
 } // namespace

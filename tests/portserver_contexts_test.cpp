@@ -1,4 +1,4 @@
-// Connections in server mode, and the contexts and lists that lead to them.
+// Connections in server mode, and the contexts and port lists for them.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -30,7 +30,7 @@ protected:
     LogCapture m_log{m_diag};
 };
 
-TEST_F(ServerMode, ARequestAndItsFailures) {
+TEST_F(ServerMode, RequestAndItsFailures) {
     const Bytes request = {0x4B, 0x13};
     Bytes response(8, 0xEE);
     unsigned short iSize = 3;
@@ -52,7 +52,7 @@ TEST_F(ServerMode, ARequestAndItsFailures) {
     EXPECT_EQ(response, Bytes(8, 0xEE));
 }
 
-TEST_F(ServerMode, WhatNeedsTheSerialLinkIsRefused) {
+TEST_F(ServerMode, OperationsOfTheSerialLinkAreRefused) {
     ASSERT_TRUE(m_diag.OpenPort());
     unsigned char aBytes[2] = {};
     unsigned short iSize = 2;
@@ -66,7 +66,7 @@ TEST_F(ServerMode, WhatNeedsTheSerialLinkIsRefused) {
                      "QLIB_SetStartFlag() : FAIL in QPST mode", "QLIB_SetPacketMode() : FAIL in QPST mode"}));
 }
 
-TEST_F(ServerMode, ReconnectingTriesAsOftenAsAsked) {
+TEST_F(ServerMode, ReconnectionTriesTheRequestedNumberOfTimes) {
     ASSERT_TRUE(m_diag.OpenPort());
     m_program.TakeCalls();
     m_program.Set("selectPort", Trouble::Refuse);
@@ -78,7 +78,7 @@ TEST_F(ServerMode, ReconnectingTriesAsOftenAsAsked) {
     EXPECT_EQ(m_program.TakeCalls(), Texts{"selectPort COM5"});
 }
 
-TEST_F(ServerMode, PacketsOfThePhoneArriveWhileThePortIsOpen) {
+TEST_F(ServerMode, UnsolicitedPacketsArriveWhileThePortIsOpen) {
     std::vector<Bytes> packets;
     m_diag.ConfigureAsyncMessageCallBack(
         &packets, [](unsigned short iLength, unsigned char* pPacket, void* pUserData) {
@@ -89,9 +89,14 @@ TEST_F(ServerMode, PacketsOfThePhoneArriveWhileThePortIsOpen) {
     ASSERT_TRUE(m_diag.OpenPort());
     packet[1] = 2;
     m_program.pPacketEvents->packetReceived(packet);
+    m_program.pPacketEvents.reset();
+    m_program.Kill();
+    m_program.Start();
+    EXPECT_TRUE(m_diag.IsPhoneConnected()); // attaches again
+    m_program.pPacketEvents->packetReceived(packet);
     EXPECT_TRUE(m_diag.ClosePort());
     m_program.pPacketEvents->packetReceived(packet);
-    EXPECT_EQ(packets, std::vector<Bytes>{packet});
+    EXPECT_EQ(packets, (std::vector<Bytes>{packet, packet}));
 }
 
 class ServerContexts : public testing::Test {
@@ -110,7 +115,7 @@ protected:
     FakeProgram m_program;
 };
 
-TEST_F(ServerContexts, EveryWayOfFailingHasItsTextAndIsTheAbsenceOfTheObject) {
+TEST_F(ServerContexts, EveryFailureHasItsTextAndYieldsNoObject) {
     const std::tuple<const char*, Trouble, std::string> cases[] = {
         {"make", Trouble::Refuse, "EFS::initialize - Unable to connect to the QPST server"},
         {"attach", Trouble::Refuse, "EFS::initialize - Unable to attach to the QPST server."},
@@ -132,7 +137,7 @@ TEST_F(ServerContexts, EveryWayOfFailingHasItsTextAndIsTheAbsenceOfTheObject) {
     EXPECT_EQ(Manager::GetDiag_FTM(QLIB_ConnectPort(6)), nullptr);
 }
 
-TEST_F(ServerContexts, ObjectsAreConnectedToThePortOfTheirContextAndDieWithIt) {
+TEST_F(ServerContexts, ObjectsUseTheirContextsPortAndAreDestroyedWithIt) {
     void* const hContext = QLIB_ConnectPort(5);
     EXPECT_TRUE(QLIB_IsPhoneConnected(hContext));
     m_program.TakeCalls();
@@ -145,7 +150,52 @@ TEST_F(ServerContexts, ObjectsAreConnectedToThePortOfTheirContextAndDieWithIt) {
     QLIB_DisconnectPort(hContext);
     EXPECT_EQ(m_program.Views(), 0);
     ExpectNoObjects(hContext);
-    EXPECT_EQ(m_program.Threads().size(), 1U); // made, used and destroyed on the worker
+    EXPECT_EQ(m_program.Threads().size(), 1U); // created, used and destroyed on the worker
+}
+
+TEST_F(ServerContexts, ReconnectsToARestartedServer) {
+    void* const hContext = QLIB_ConnectPort(5);
+    Diag_FTM& diag = *Manager::GetDiag_FTM(hContext);
+    EFS& files = *Manager::GetEFS(hContext);
+    SoftwareDownload& loader = *Manager::GetSoftwareDownload(hContext);
+    unsigned short aPorts[4] = {};
+    const auto list = [&](unsigned short iCount = 4) { return Manager::GetAllPortList(&iCount, aPorts); };
+    EXPECT_TRUE(list());
+    const std::function<bool()> calls[] = {
+        [&] { return diag.IsPhoneConnected(); },
+        [&] { return diag.ClosePort() && diag.OpenPort(); },
+        [&] { return diag.DisconnectAndWaitForReconnection(1); },
+        [&] { return files.connect(5); },
+        [&] { return loader.connect(5); },
+        [&] { return list(); },
+        [&](unsigned short i = 4) { return Manager::GetAvailablePhonesPortList(&i, aPorts, 0, nullptr); },
+    };
+    for (size_t i = 0; i < std::size(calls); ++i) {
+        m_program.Kill();
+        m_program.Start();
+        EXPECT_TRUE(calls[i]()) << i; // the first call after a restart
+        m_program.Kill();
+        EXPECT_FALSE(calls[i]()) << i;
+        m_program.Start();
+        EXPECT_TRUE(calls[i]()) << i; // after a call that noticed the failure
+    }
+    // An operation that the server may have performed is not repeated, but the next operation works.
+    const auto remove = [&] { return QLIB_EFS2_DIAG_RMDIR(hContext, "d") != 0; };
+    EXPECT_TRUE(diag.IsPhoneConnected() && files.connect(5));
+    m_program.Kill();
+    m_program.Start();
+    EXPECT_FALSE(remove());
+    EXPECT_FALSE(files.EfsDelete("p"));
+    m_program.TakeCalls();
+    EXPECT_TRUE(remove());
+    EXPECT_TRUE(files.EfsDelete("p"));
+    EXPECT_EQ(m_program.TakeCalls(),
+              (Texts{"make", "attach QLIB", "selectPort COM5", "sendSync 4B 13 0A 00 64 00", "make",
+                     "attach QLIB-EFS", "selectPort COM5", "begin 3|p"}));
+    QLIB_DisconnectPort(hContext);
+    EXPECT_TRUE(list());
+    EXPECT_EQ(m_program.Views(), 1);
+    EXPECT_EQ(m_program.Threads().size(), 1U);
 }
 
 TEST_F(ServerContexts, ListsComeFromTheServer) {
@@ -158,7 +208,7 @@ TEST_F(ServerContexts, ListsComeFromTheServer) {
     EXPECT_EQ(std::vector(aPorts, aPorts + iCount), std::vector<unsigned short>{300});
 }
 
-TEST_F(ServerContexts, WhatLivesKeepsItsModeWhenTheModeChanges) {
+TEST_F(ServerContexts, ExistingConnectionsKeepTheirModeWhenTheModeChanges) {
     void* const hServer = Manager::CreateContext(5);
     Diag_FTM* const pThroughServer = Manager::GetDiag_FTM(hServer);
     QLIB_SetQpstMode(2);

@@ -1,4 +1,4 @@
-// A program run as its users run it: from a shell, in a folder of its own.
+// Runs a program as its users do: from a shell, in a folder of its own.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -29,16 +29,16 @@ inline ProgramOutcome Shell(const std::string& sCommandLine) {
     return outcome;
 }
 
-/// ProgramTest runs a program with arguments and looks at its exit status and output.
+/// ProgramTest runs a program with arguments and checks its exit status and output.
 class ProgramTest : public testing::Test {
 protected:
     struct Step {
         std::string arguments;
         int status;
-        std::string says; // somewhere in the output
+        std::string says; // part of the output
     };
 
-    /// `sProgram`: the program, with arguments that every call has.
+    /// `sProgram`: the program, with the arguments that all runs have in common.
     explicit ProgramTest(std::string sProgram) : m_program(std::move(sProgram)) {}
 
     ProgramOutcome Run(const std::string& sArguments) const {
@@ -55,5 +55,5 @@ protected:
 
     const std::string m_program;
     LocalFolder m_local;
-    std::string m_settings; // of environment variables, before the program's name
+    std::string m_settings; // environment variables, placed before the program's name
 };

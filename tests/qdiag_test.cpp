@@ -1,4 +1,4 @@
-// The command-line tool as its users run it: the program, the library's file, a handset.
+// qdiag as its users run it: the program, the library's file and a simulated handset.
 #include <fstream>
 #include <regex>
 #include <thread>
@@ -25,7 +25,7 @@ protected:
     void SetItem(uint16_t iItem, const Bytes& value) {
         m_phone.phone.WithState([&](handset::State& state) { state.nv.items[iItem].values[0] = value; });
     }
-    /// What an item holds, without the zeros at its end.
+    /// Returns an item's value without trailing zeros.
     Bytes Item(uint16_t iItem) {
         Bytes value;
         m_phone.phone.WithState([&](handset::State& state) { value = state.nv.items[iItem].values[0]; });
@@ -37,7 +37,7 @@ protected:
     PluggedPhone m_phone;
 };
 
-TEST_F(QdiagTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
+TEST_F(QdiagTest, ExitStatusOfWrongUsageAndFailures) {
     m_settings = "QUILLET_DEVICE_ROOT=/nonexistent";
     WriteText("cut.txt", "71 0102");
     WriteText("wrong.txt", "# a comment\r\n\r\n71 01\r\n72 012\r\n");
@@ -61,17 +61,17 @@ TEST_F(QdiagTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
         {"info --loud", 2, "unknown option"},
         {"info --port", 2, "--port needs a value"},
         {"nv restore none.txt", 1, "cannot be read"},
-        {"nv restore cut.txt", 1, "line 1: the line has no end; the file was cut short"},
-        {"nv restore wrong.txt", 1, "line 4: not an item's number and 1 to 128 bytes in hex"},
-        {"nv restore twice.txt", 1, "line 2: NV item 71 stands in the file twice"},
+        {"nv restore cut.txt", 1, "line 1: the line is incomplete; the file was truncated"},
+        {"nv restore wrong.txt", 1, "line 4: expected an item number and 1 to 128 bytes in hex"},
+        {"nv restore twice.txt", 1, "line 2: NV item 71 occurs twice"},
         {"replay none.log", 1, "cannot be read"},
-        {"replay junk.log", 1, "no packet of a handset is recorded"},
+        {"replay junk.log", 1, "no packet from a phone is recorded"},
         {"info", 3, "no handset answers on any serial port"},
         {"info --port 7", 3, "the list of serial ports cannot be read"},
     });
 }
 
-TEST_F(QdiagPhoneTest, FindsTheHandsetAndTellsWhenItIsSilent) {
+TEST_F(QdiagPhoneTest, FindsThePhoneAndReportsASilentOne) {
     Expect({
         {"ports", 0, "COM1    a handset answers\nCOM51   cannot be opened\n"},
         {"info", 0, "port                  COM1\n"},
@@ -85,7 +85,7 @@ TEST_F(QdiagPhoneTest, FindsTheHandsetAndTellsWhenItIsSilent) {
             {"ports", 0, "COM1    no answer"}});
 }
 
-TEST_F(QdiagPhoneTest, AHostileNameLeavesTheJsonWholeAndTheTerminalAlone) {
+TEST_F(QdiagPhoneTest, HostileNameIsEscapedInJsonAndOnTheTerminal) {
     m_phone.Answer(
         "7C", Packet("7C 00 00 00 01 00 00 00 02 00 00 00", {}, std::string("a\"\\\x1B[2J\xFF\0m\n", 11)));
     const ProgramOutcome json = Run("info --json");
@@ -98,11 +98,11 @@ TEST_F(QdiagPhoneTest, AHostileNameLeavesTheJsonWholeAndTheTerminalAlone) {
     Expect({{"info", 0, "a\"\\\\x1B[2J\xFF\n"}});
 }
 
-TEST_F(QdiagPhoneTest, WhatThePhoneDoesNotTellIsMissingAndFails) {
+TEST_F(QdiagPhoneTest, UnreportedFactsAreNullAndFailTheCommand) {
     m_phone.Misbehave(Action::Ignore, "7C", -1);
     m_phone.Answer("4B131300", Packet("4B 13 13 00", {13, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
     Expect({{"--timeout 200 info --json", 1, "\"model_name\": null,"},
-            {"--timeout 200 info", 1, "no usable answer to the request for the build within 0.2 s"}});
+            {"--timeout 200 info", 1, "no usable response to the request for the build within 0.2 s"}});
 }
 
 TEST_F(QdiagPhoneTest, ReadsAndWritesItems) {
@@ -110,12 +110,13 @@ TEST_F(QdiagPhoneTest, ReadsAndWritesItems) {
         {"nv read 71 8", 0, "7175696C6C657400\n"},
         {"nv write 71 '01 02ff'", 0, "NV item 71 written: 3 bytes, then zeros"},
         {"nv read 0x47 4", 0, "0102FF00\n"},
-        {"nv read 9", 1, "the handset does not hand out NV item 9 (status 5)"},
-        {"nv write 0 01", 1, "the handset did not take NV item 0 (status 7, read-only)"},
+        {"nv read 9", 1, "the phone refuses to read NV item 9 (status 5)"},
+        {"nv write 0 01", 1, "the phone refused to write NV item 0 (status 7, read-only)"},
     });
     EXPECT_EQ(Item(71), Hex("01 02 FF"));
     m_phone.Misbehave(Action::Ignore, "26", -1);
-    Expect({{"nv read 71 --timeout 100", 1, "no usable answer to the request for NV item 71 within 0.1 s"}});
+    Expect(
+        {{"nv read 71 --timeout 100", 1, "no usable response to the request for NV item 71 within 0.1 s"}});
 }
 
 TEST_F(QdiagPhoneTest, BackupChangeRestore) {
@@ -123,8 +124,8 @@ TEST_F(QdiagPhoneTest, BackupChangeRestore) {
         SetItem(i, {static_cast<uint8_t>(i), 1});
     Expect({
         {"nv backup items.txt --items 0-200", 0, "reading: 100 %  201 of 201\n43 items kept in items.txt"},
-        {"nv backup items.txt --items 0-1", 1, "exists already"},
-        {"nv restore items.txt", 0, "the handset holds all 43 items of the file already"},
+        {"nv backup items.txt --items 0-1", 1, "already exists"},
+        {"nv restore items.txt", 0, "the phone holds all 43 items of the file already"},
     });
     for (uint16_t i = 100; i < 130; ++i)
         SetItem(i, {0xEE});
@@ -135,18 +136,18 @@ TEST_F(QdiagPhoneTest, BackupChangeRestore) {
     });
     EXPECT_EQ(m_phone.CountOf("4B300000"), 0);
     Expect({{"nv restore items.txt --yes", 0, "30 of 43 items differ\nrestored and read back"}});
-    EXPECT_EQ(m_phone.CountOf("4B300000"), 3); // ten items fit a batch
+    EXPECT_EQ(m_phone.CountOf("4B300000"), 3); // a batch holds ten items
     EXPECT_EQ(m_phone.CountOf("27"), 0);
     for (uint16_t i = 100; i < 140; ++i)
         EXPECT_EQ(Item(i), (Bytes{static_cast<uint8_t>(i), 1}));
 }
 
-TEST_F(QdiagPhoneTest, ARestoreTellsWhatThePhoneDidNotTake) {
+TEST_F(QdiagPhoneTest, RestoreReportsRefusedItems) {
     WriteText("items.txt", "0 01\n71 02\n300 03\n");
     Expect(
         {{"nv restore items.txt < items.txt", 1, "not confirmed"},
          {"nv restore items.txt --yes", 1,
-          "items were not restored: the handset refused NV item 0 (status 7"},
+          "items were not restored: the phone refused to write NV item 0 (status 7"},
          {"nv restore items.txt --yes --read-only 5,0", 0, "NV item 0 may be read-only and stays as it is"}});
     EXPECT_EQ(Item(71), Bytes{2});
     EXPECT_EQ(Item(300), Bytes{3});
@@ -156,23 +157,23 @@ TEST_F(QdiagPhoneTest, ARestoreTellsWhatThePhoneDidNotTake) {
              "NV item 71 does NOT hold the file's value"}});
 }
 
-TEST_F(QdiagPhoneTest, ABackupTellsWhatItLacks) {
+TEST_F(QdiagPhoneTest, BackupReportsMissingItems) {
     m_local.Write("taken.part", {'x'});
-    Expect({{"nv backup taken --items 71", 1, "exists already"}});
+    Expect({{"nv backup taken --items 71", 1, "already exists"}});
     EXPECT_EQ(m_local.Read("taken.part"), Bytes{'x'});
     m_phone.Misbehave(Action::Ignore, "264700", -1);
     Expect({{"nv backup items.txt --items 70-72 --timeout 100", 1,
-             "lacks 1 items for which the handset gave no answer, the first of them 71"}});
+             "lacks 1 items because the phone did not answer the requests for them; the first is item 71"}});
     const Bytes content = m_local.Read("items.txt");
     EXPECT_THAT(std::string(content.begin(), content.end()),
-                testing::HasSubstr("# no answer to the request for item 71"));
+                testing::HasSubstr("# no response to the request for item 71"));
     m_phone.phone.Behave();
     m_phone.Misbehave(Action::Unplug, "26", 1, 0, 20);
     Expect({{"nv backup more.txt --timeout 300", 1, "the handset stopped answering; the backup failed"}});
     EXPECT_FALSE(m_local.Has("more.txt"));
 }
 
-TEST_F(QdiagPhoneTest, LogShowsWhatTheMasksLetThroughAndSetsThemBack) {
+TEST_F(QdiagPhoneTest, LogShowsEnabledPacketsAndRestoresTheMasks) {
     const Bytes maskBefore = {0x00, 0x04};
     m_phone.phone.WithState([&](handset::State& state) { state.traffic.logs[1] = maskBefore; });
     handset::Message message;
@@ -182,7 +183,7 @@ TEST_F(QdiagPhoneTest, LogShowsWhatTheMasksLetThroughAndSetsThemBack) {
     handset::Console console(m_phone.phone);
     bool bSent = false;
     std::thread sender([&] {
-        // Each is sent as soon as the program has asked for it.
+        // Each packet is sent as soon as the program has enabled it.
         bSent = Eventually([&] { return console.Run("log 0x1098 01 02 03") == "ok\n"; }) &&
                 Eventually([&] { return m_phone.phone.EmitMessage(message); }) &&
                 Eventually([&] { return console.Run("event 256") == "ok\n"; });
@@ -204,18 +205,17 @@ TEST_F(QdiagPhoneTest, LogShowsWhatTheMasksLetThroughAndSetsThemBack) {
     });
 }
 
-TEST_F(QdiagPhoneTest, LogEndsInWords) {
-    Expect(
-        {{"log 0x0001", 1, "the handset has no log code 0x1"}, {"log --seconds 0", 0, "packets shown: 0"}});
+TEST_F(QdiagPhoneTest, LogReportsWhyItEnds) {
+    Expect({{"log 0x0001", 1, "the phone has no log code 0x1"}, {"log --seconds 0", 0, "packets shown: 0"}});
     m_phone.Misbehave(Action::Ignore, "73", -1);
-    Expect({{"log 0x1098 --timeout 100", 1, "no usable answer to the request for its log codes"}});
-    m_phone.Misbehave(Action::Unplug, "7B", 1, 0, 2); // the two checks before are those of the start
+    Expect({{"log 0x1098 --timeout 100", 1, "no usable response to the request for its log codes"}});
+    m_phone.Misbehave(Action::Unplug, "7B", 1, 0, 2); // skips the two checks at the start
     Expect({{"log", 1, "the handset stopped answering"}});
 }
 
-TEST_F(QdiagPhoneTest, InterruptEndsALogInOrder) {
+TEST_F(QdiagPhoneTest, InterruptEndsALogCleanly) {
     std::thread sender([&] { Eventually([&] { return m_phone.phone.EmitLog(0x1098, {}); }); });
-    // The first line tells that the log runs.
+    // The first line shows that the log is running.
     const ProgramOutcome outcome =
         Shell("cd '" + m_local.Path() +
               "' && mkfifo lines && { " QUILLET_QDIAG
@@ -226,8 +226,9 @@ TEST_F(QdiagPhoneTest, InterruptEndsALogInOrder) {
     m_phone.phone.WithState([](handset::State& state) { EXPECT_FALSE(state.traffic.SendsLog(0x1098)); });
 }
 
-TEST_F(QdiagPhoneTest, ReplaysWhatTheLibraryRecorded) {
-    // The marker lets every program of the library record; a replay must not write over what it reads.
+TEST_F(QdiagPhoneTest, ReplaysARecordedSession) {
+    // The marker file makes every program that uses the library record. A replay must not overwrite the file
+    // it reads.
     WriteText("QMSL_auto_start_log.txt", "");
     std::thread sender([&] { Eventually([&] { return m_phone.phone.EmitLog(0x1098, {7}); }); });
     Expect({{"log 0x1098 --count 1", 0, "packets shown: 1"}});

@@ -1,4 +1,4 @@
-// The GSM and EGPRS test sessions against a phone that confirms, refuses, and keeps silent.
+// The GSM and EGPRS test sessions with a phone that confirms, refuses or does not respond.
 #include "radio_session_fixture.h"
 
 namespace {
@@ -23,7 +23,7 @@ const Operation ReleaseUplink = OPERATION(FTM_EGPRS_BER_Release_UL_TBF);
 
 using GsmSession = RadioSessionTest;
 
-TEST_F(GsmSession, StartsOrRefuses) {
+TEST_F(GsmSession, StartAndRefusal) {
     const char* sNotStarted = " -- Error, session is not started";
     const Sequences sequences = {
         {{}, Start, "true G 13/0", "LOG_FTM2_START_GSM_MODE_CNF) = PASS"},
@@ -43,7 +43,7 @@ TEST_F(GsmSession, StartsOrRefuses) {
     Check({}, sequences);
 }
 
-TEST_F(GsmSession, StartLetsTheRecordsThroughAndSetsTheWaitTime) {
+TEST_F(GsmSession, StartEnablesTheRecordsAndSetsTheTimeOut) {
     m_phone.phone.ClearRequests();
     EXPECT_TRUE(m_diag.FTM_GSM_BER_StartSession(2500));
     EXPECT_EQ(m_diag.GetTimeOut(QMSL_TimeOut_StatisticsWait), 2500u);
@@ -87,7 +87,7 @@ TEST_F(GsmSession, Channels) {
     Check({Start, Bcch, Traffic}, sequences);
 }
 
-TEST_F(GsmSession, HandoverFailsWithItsSecondLoopback) {
+TEST_F(GsmSession, HandoverFailsIfItsSecondLoopbackFails) {
     Begin({Start, Bcch, Traffic});
     m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 1000);
     m_phone.Misbehave(Action::Ignore, "4B 0B 0D 00 03 00", 1, 0, 1);
@@ -103,7 +103,7 @@ TEST_F(GsmSession, Metrics) {
     unsigned char iQuality = 0xEE;
     const auto measure = [&] { return m_diag.FTM_GSM_BER_GetRxMetrics(iLevel, iQuality); };
     m_diag.ConfigureTimeOut(QMSL_TimeOut_StatisticsWait, kShort_ms);
-    Report(5, "07 10 11"); // of before
+    Report(5, "07 10 11"); // sent before the measurement
     EXPECT_FALSE(measure());
     EXPECT_EQ(iLevel, 0xEE);
     m_diag.ConfigureTimeOut(QMSL_TimeOut_StatisticsWait, kLong_ms);
@@ -114,7 +114,7 @@ TEST_F(GsmSession, Metrics) {
     EXPECT_EQ(iLevel, 0x33);
 }
 
-TEST_F(GsmSession, TrafficIsValidAsItsLastDataWere) {
+TEST_F(GsmSession, TrafficIsValidIfItsLastDataWere) {
     Begin({Start, Bcch, Traffic});
     const std::pair<const char*, bool> records[] = {
         {"06 03 01", false}, {"06 04 01", true}, {"06 03 00", true}, {"06 04 00", false}};

@@ -1,4 +1,5 @@
-// Sequences of the radio tests: what the phone does, which requests it gets, what comes out and is logged.
+// Sequences of the radio tests: the phone's behaviour, the requests that it receives, the outcome and the
+// log.
 #pragma once
 
 #include <atomic>
@@ -14,7 +15,8 @@ using handset::TestOutcome;
 inline TestOutcome Refused() {
     return {.status = 5};
 }
-/// Accepted; the records (id and values in hex) come before the answer, so that no time-out has to be long.
+/// Accepts a request. The records (id and values in hex) arrive before the response, so that time-outs can be
+/// short.
 inline TestOutcome Says(const std::vector<std::string>& records = {}) {
     TestOutcome outcome{.after = std::chrono::milliseconds(-1)};
     for (const std::string& sRecord : records)
@@ -22,7 +24,7 @@ inline TestOutcome Says(const std::vector<std::string>& records = {}) {
     return outcome;
 }
 
-/// What the phone does instead of confirming: to the next requests of an id, in turn.
+/// What the phone does instead of confirming: for each request id, the outcomes of its next requests.
 using Plans = std::map<uint16_t, std::vector<TestOutcome>>;
 inline Plans Refuse(uint16_t iId) {
     return {{iId, {Refused()}}};
@@ -37,13 +39,13 @@ inline Plans Silence(uint16_t iId) {
 using Operation = bool (*)(Diag_FTM& diag);
 #define OPERATION(METHOD, ...) [](Diag_FTM& diag) { return diag.METHOD(__VA_ARGS__); }
 
-/// One operation. The outcome is the result, the sessions (of "GEWH") that are active afterwards, and the
-/// requests, as "mode/id" and the fields in hex ("true G 13/1 02 01 03, 13/2"; "-": no session).
+/// One operation. The outcome consists of the result, the sessions (of "GEWH") that are active afterwards,
+/// and the requests as "mode/id" and the fields in hex: "true G 13/1 02 01 03, 13/2". "-" means no session.
 struct Sequence {
     Plans plans;
     Operation call;
     std::string sOutcome;
-    /// How the last of the log lines ends.
+    /// The end of the last log line.
     const char* sLogged;
 };
 
@@ -60,7 +62,7 @@ protected:
         for (const Operation call : before)
             EXPECT_TRUE(call(m_diag));
     }
-    /// What operations that succeed write to the log, a line each, without the times.
+    /// Runs operations, which must succeed, and returns their log lines with the times replaced by N.
     std::string LogOf(const std::vector<Operation>& calls) {
         m_log.Clear();
         Begin(calls);
@@ -69,12 +71,12 @@ protected:
             text += sLine + "\n";
         return std::regex_replace(text, std::regex("took [0-9]+ ms"), "took N ms");
     }
-    /// Each sequence on its own, behind the operations that come before.
+    /// Checks each sequence separately, after the operations in `before`.
     void Check(const std::vector<Operation>& before, const Sequences& sequences) {
         for (const Sequence& sequence : sequences) {
             Reset();
             Begin(before);
-            // Records that overtake their answers need no time at all; then a wait that fails may be short.
+            // Records that arrive before their responses need no wait, so a wait that fails may be short.
             if (!sequence.plans.empty())
                 m_diag.ConfigureTimeOut(QMSL_TimeOut_StatisticsWait, kShort_ms);
             m_phone.phone.WithState([&](handset::State& state) {
@@ -93,7 +95,7 @@ protected:
         }
     }
 
-    /// A phone without a test, a connection without a session.
+    /// Resets the phone to no test and the connection to no session.
     void Reset() {
         m_phone.phone.WithState([](handset::State& state) { state.radio = {}; });
         m_diag.FTM_GSM_BER_StopSession();
@@ -124,11 +126,11 @@ protected:
                 active += "GEWH"[i];
         return active;
     }
-    /// Sends a test record and waits until it has been taken.
+    /// Sends a test record and waits until the connection has processed it.
     void Report(uint8_t iType, const std::string& sRecord) {
         m_phone.phone.WithState([](handset::State& state) { state.traffic.logs[1] = Bytes(64, 0xFF); });
         m_phone.phone.EmitLog(0x117C, Hex((iType == 5 ? "05 10 " : "06 10 ") + sRecord));
-        EXPECT_TRUE(m_diag.IsPhoneConnected()); // answers come in order behind the record
+        EXPECT_TRUE(m_diag.IsPhoneConnected()); // the response arrives after the record
     }
     /// Calls an operation while the phone sends a GSM test record every millisecond.
     bool WhileReporting(const std::string& sRecord, const std::function<bool()>& call) {

@@ -1,4 +1,4 @@
-// The log records of the radio tests: what they change in the status blocks, and what they write to the log.
+// The log records of the radio tests: their effect on the status blocks, and their log lines.
 #include <map>
 
 #include "radio_session_fixture.h"
@@ -13,7 +13,8 @@ protected:
         EXPECT_EQ(Changes(), "E4=02 E5=02 "); // no event
     }
 
-    /// The bytes of all status blocks that have changed since the last call: "G1=01 G9=22" (G, E, W, H).
+    /// Returns the bytes of all status blocks that have changed since the last call: "G1=01 G9=22" (G, E, W,
+    /// H).
     std::string Changes() {
         GSM_BER_State gsm;
         EGPRS_BER_State egprs;
@@ -43,12 +44,12 @@ private:
     std::map<char, Bytes> m_before;
 };
 
-TEST_F(RadioTestRecords, ChangeTheirBlockAndAreLogged) {
+TEST_F(RadioTestRecords, UpdateTheirBlockAndAreLogged) {
     const struct {
         uint8_t iType;
         const char* sRecord;
         const char* sChanges;
-        std::string sLogged = ""; // the last line, when it is looked at
+        std::string sLogged = ""; // the last line, if it is checked
     } cases[] = {
         {5, "00", "G0=01 ", "LOG_FTM2_START_GSM_MODE_CNF"},
         {5, "01 01 22", "G1=01 G8=01 G9=22 "},

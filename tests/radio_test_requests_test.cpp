@@ -1,4 +1,4 @@
-// The requests of the radio tests: their bytes, their status, their entry lines.
+// The requests of the radio tests: their bytes, their status and their log lines.
 #include "ftm_rows.h"
 
 namespace {
@@ -6,7 +6,7 @@ namespace {
 const unsigned char kCodes[] = {1, 2, 3, 4};
 const unsigned char kPartitions[] = {1, 2, 3, 4, 5, 6, 7, 8};
 
-// The status comes out in b0.
+// The status is returned in b0.
 const FtmRows kGsmRows = {
     {"00 00 00 00 00 00", DO(FTM_GSM_START_MODE_REQ, b0)},
     {"01 00 00 00 00 00 02 01 03", DO(FTM_GSM_SELECT_SPECIFIC_BCCH_REQ, 0x102, 3, b0)},
@@ -56,7 +56,7 @@ const FtmRows kHsdpaRows = {
 
 using RadioTestRequests = FtmRowsTest;
 
-/// The rows with an answer of its own, whose 6th or 7th byte behind the header is the status.
+/// Sets the same response for all rows; its seventh or eighth byte after the header is the status.
 FtmTable Table(const std::string& sHeader, FtmRows rows, const char* sStatus) {
     for (FtmRow& row : rows) {
         row.sAnswer = "00 00 00 00 00 77 05 0C 0D";
@@ -66,9 +66,17 @@ FtmTable Table(const std::string& sHeader, FtmRows rows, const char* sStatus) {
     return {sHeader, rows, "false b0=1"};
 }
 
-TEST_F(RadioTestRequests, StatusOfHsdpaStandsOneByteLater) {
+TEST_F(RadioTestRequests, StatusOfHsdpaIsOneByteLater) {
     Check({Table("4B 0B 0D 00", kGsmRows, "b0=5"), Table("4B 0B 10 00", kWcdmaRows, "b0=5"),
            Table("4B 0B 10 00", kHsdpaRows, "b0=c")});
+}
+
+TEST_F(RadioTestRequests, ResponsesWithoutAStatusAreFailures) {
+    const std::string sHeader = "4B 0B 0D 00 00 00 00 00 00 00";
+    for (const FtmRows& rows : {kGsmRows, kWcdmaRows, kHsdpaRows})
+        for (const FtmRow& row : rows)
+            EXPECT_EQ(Run(row.call, Hex(sHeader)), "false b0=1") << row.call.sName;
+    EXPECT_EQ(Run(kHsdpaRows[0].call, Hex(sHeader + " 05")), "false b0=1");
 }
 
 TEST_F(RadioTestRequests, ReferenceSets) {
@@ -76,7 +84,7 @@ TEST_F(RadioTestRequests, ReferenceSets) {
         {1, "02 01 0B 0B 00 00 00 00 00 00"}, {4, "03 01 0B 0B 0B 00 00 00 00 00"},
         {6, "06 01 0B 0B 0B 0B 0B 0B 00 00"}, {7, "02 01 08 08 00 00 00 00 00 00"},
         {9, "09 01 00 00 00 00 00 00 00 00"}, {255, "06 01 15 15 15 15 15 15 00 00"}};
-    for (const auto& [iHSet, sFields] : cases) { // the fields behind the H-RNTI
+    for (const auto& [iHSet, sFields] : cases) { // the fields after the H-RNTI
         const FtmCall call =
             DO(FTM_HSDPA_BLER_Configure_HS_DSCH_HSET, 0x1234, static_cast<unsigned char>(iHSet));
         EXPECT_EQ(Run(call, Hex("4B 0B 00 00 00 00 00 00 00 00 05 00")), "true");
@@ -84,7 +92,7 @@ TEST_F(RadioTestRequests, ReferenceSets) {
     }
 }
 
-TEST_F(RadioTestRequests, ConfigurationsAreTrueWhenAccepted) {
+TEST_F(RadioTestRequests, ConfigurationsSucceedWhenAccepted) {
     const FtmRows rows = {
         {"03 01 00 00 00 00 02 01", DO(FTM_HSDPA_BLER_Configure_PDSCH, 0x102), "", "", "PDSCH"},
         {"04 01 00 00 00 00 02 01 02 03 04", DO(FTM_HSDPA_BLER_Configure_HS_SCCH, 2, kCodes), "", "",

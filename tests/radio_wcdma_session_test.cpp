@@ -1,4 +1,4 @@
-// The WCDMA and HSDPA test sessions against a phone that confirms, refuses, and keeps silent.
+// The WCDMA and HSDPA test sessions with a phone that confirms, refuses or does not respond.
 #include "radio_session_fixture.h"
 
 namespace {
@@ -17,7 +17,7 @@ const Operation Reconfigure = OPERATION(FTM_HSDPA_BLER_Reconfigure_HS, 9);
 
 using WcdmaSession = RadioSessionTest;
 
-TEST_F(WcdmaSession, StartsOrRefuses) {
+TEST_F(WcdmaSession, StartAndRefusal) {
     const TestOutcome confirmed = Says({"00"});
     const TestOutcome stopped = Says({"02"});
     const Plans unconfirmed = {{0, {Says(), Says()}}, {1, {Says(), Says()}}};
@@ -27,7 +27,8 @@ TEST_F(WcdmaSession, StartsOrRefuses) {
         {{}, Start, "true W 16/0, 16/2", sIdle},
         {Refuse(0), Start, "false - 16/0", "WCDMA_START_MODE_REQ = PASS, status = 5"},
 
-        // Neither start nor stop confirmed; second start confirmed; stop confirmed instead; stop refused.
+        // Neither start nor stop is confirmed; the second start is confirmed; the stop is confirmed instead
+        // of the start; the stop is refused.
         {unconfirmed, Start, "false - 16/0, 16/1, 16/0, 16/1", "STOP_MODE_CNF ) = FAIL"},
         {{{0, {Says(), confirmed}}, {1, {Says()}}}, Start, "true W 16/0, 16/1, 16/0, 16/2", sIdle},
         {{{0, {Says()}}, {2, {stopped}}}, Start, "true W 16/0, 16/1, 16/2", sIdle},
@@ -45,13 +46,13 @@ TEST_F(WcdmaSession, StartsOrRefuses) {
     Check({}, sequences);
 }
 
-TEST_F(WcdmaSession, OneTechnologyStopsTheOther) {
+TEST_F(WcdmaSession, StartingOneTechnologyStopsTheOther) {
     EXPECT_TRUE(GsmStart(m_diag));
     m_phone.phone.ClearRequests();
     EXPECT_TRUE(Start(m_diag));
     EXPECT_EQ(TestRequests(), " 13/6, 16/0, 16/2");
     m_phone.phone.ClearRequests();
-    EXPECT_FALSE(GsmStart(m_diag)); // the phone has no GSM session any more, and says so
+    EXPECT_FALSE(GsmStart(m_diag)); // the phone no longer has a GSM session and refuses to stop it
     EXPECT_EQ(TestRequests(), " 16/1, 13/6");
     EXPECT_EQ(Active(), "GW");
     m_diag.OpenPort();
@@ -88,8 +89,8 @@ TEST_F(WcdmaSession, SetUpAndHandover) {
     Check({Start, Acquire, SetUpChannel}, sequences);
 }
 
-TEST_F(WcdmaSession, HighSpeedStarts) {
-    const TestOutcome confirmed = Says({"40 00"}); // whatever its status
+TEST_F(WcdmaSession, StartOfHsdpa) {
+    const TestOutcome confirmed = Says({"40 00"}); // with any status
     const TestOutcome stopped = Says({"41 01"});
     const Plans second = {{256, {Says(), confirmed}}, {257, {stopped}}};
     const Plans tooLate = {{256, {Says(), Says()}}, {257, {Says({"40 01", "41 01"}), Says()}}};
@@ -98,14 +99,14 @@ TEST_F(WcdmaSession, HighSpeedStarts) {
         {{}, HsStart, "true WH 16/256", sStarted},
         {Refuse(256), HsStart, "false W 16/256", "HSDPA_BLER_CMD_START_HS = PASS, status = 5"},
 
-        // Confirmed at the second attempt; too late, and stop not confirmed.
+        // Confirmed at the second attempt; confirmed too late, and stop not confirmed.
         {second, HsStart, "true WH 16/256, 16/257, 16/256", sStarted},
         {tooLate, HsStart, "false W 16/256, 16/257, 16/256, 16/257", "STOP_MODE_CNF ) = FAIL"},
     };
     Check({Start, Acquire, SetUpChannel}, sequences);
 }
 
-TEST_F(WcdmaSession, HighSpeedChangesAndStops) {
+TEST_F(WcdmaSession, ReconfigurationAndStopOfHsdpa) {
     const Sequences sequences = {
         {{}, Reconfigure, "true WH 16/258 09", "LOG_FTM2_HSDPA_FTM_CMD_RECONFIG_HS ) = PASS"},
         {Silence(258), Reconfigure, "false WH 16/258 09", "RECONFIG_HS ) = FAIL"},
@@ -115,6 +116,17 @@ TEST_F(WcdmaSession, HighSpeedChangesAndStops) {
         {Refuse(257), HsStop, "false W 16/257", "HSDPA_STOP_MODE_REQ = PASS, status = 5"},
     };
     Check({Start, Acquire, SetUpChannel, HsStart}, sequences);
+}
+
+TEST_F(WcdmaSession, WaitAcceptsHsdpaIndicationsOnly) {
+    Report(6, "40 01");
+    struct Reached : HsdpaTestSession {
+        using HsdpaTestSession::WaitForHSDPA_BER_Update;
+    };
+    m_log.Clear();
+    for (const int iId : {63, 67})
+        EXPECT_FALSE((m_diag.*&Reached::WaitForHSDPA_BER_Update)(log_FTM2_HSDPA_BER_log_id_enum{iId})) << iId;
+    EXPECT_TRUE(m_log.Lines().empty());
 }
 
 TEST_F(WcdmaSession, EveryStepIsLogged) {

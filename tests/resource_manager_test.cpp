@@ -1,4 +1,4 @@
-// Library contexts, port lists and aliases, and the call layer over them.
+// Library contexts, port lists and aliases, and the call layer above them.
 #include <set>
 
 #include "phone_fixture.h"
@@ -37,11 +37,11 @@ TEST(ResourceManager, ReferencesOfAContext) {
     EXPECT_EQ(Manager::GetDiag_FTM(hFirst), nullptr);
     Manager::DestroyContext(hFirst, true);
     EXPECT_EQ(Manager::CreateContext(8), hOther);
-    Manager::DestroyContext(hOther, true); // whatever its references
+    Manager::DestroyContext(hOther, true); // regardless of its references
     EXPECT_EQ(Manager::GetDiag_FTM(hOther), nullptr);
 }
 
-TEST(ResourceManager, FiftyContextsAtMostAndNoneWithoutAHandle) {
+TEST(ResourceManager, AtMostFiftyContextsAndNoneWithoutAHandle) {
     std::set<void*> handles;
     for (unsigned short i = 1; i <= 50; ++i)
         handles.insert(Manager::CreateContext(i));
@@ -52,7 +52,7 @@ TEST(ResourceManager, FiftyContextsAtMostAndNoneWithoutAHandle) {
     for (unsigned short i = 0; i < 60; ++i)
         EXPECT_EQ(Manager::CreateContext(5), nullptr);
     InjectedFaults().bContextHandleFails = false;
-    EXPECT_NE(Manager::CreateContext(5), nullptr); // the entry was given back each time
+    EXPECT_NE(Manager::CreateContext(5), nullptr); // the entry was released each time
     Manager::DestroyAll();
 }
 
@@ -86,7 +86,7 @@ TEST_F(PortLists, AllPorts) {
     unsigned short iCount = 2;
     PortNumbers ports(2);
     EXPECT_TRUE(Manager::GetAllPortList(&iCount, ports.data()));
-    EXPECT_EQ(ports, (PortNumbers{1, 3})); // COM51 has no room
+    EXPECT_EQ(ports, (PortNumbers{1, 3})); // COM51 does not fit
     setenv("QUILLET_DEVICE_ROOT", "/nonexistent", 1);
     EXPECT_FALSE(Manager::GetAllPortList(&iCount, ports.data()));
     EXPECT_FALSE(Manager::GetAvailablePhonesPortList(&iCount, ports.data(), 0, nullptr));
@@ -98,7 +98,7 @@ TEST_F(PortLists, PortsWithAPhone) {
     m_phone.root.Plug(second, {0x05C6, 0x9002, "1-7"}, {{"ttyUSB1", 1, true}});
     void* const hBefore = Manager::CreateContext(1);
     EXPECT_EQ(PhonePorts(10), (PortNumbers{1, 2}));
-    EXPECT_EQ(Manager::GetDiag_FTM(hBefore), nullptr); // the search takes every port for itself
+    EXPECT_EQ(Manager::GetDiag_FTM(hBefore), nullptr); // the search destroys all contexts
     second.ClearRequests();
     EXPECT_EQ(PhonePorts(1), PortNumbers{1});
     EXPECT_EQ(PhonePorts(10, {9, 2}), PortNumbers{1});
@@ -114,7 +114,7 @@ TEST_F(PortLists, ConnectingToTheFirstPhoneOrToAPort) {
     QLIB_DisconnectPort(hFirst);
     m_phone.phone.Unplug();
     EXPECT_EQ(QLIB_ConnectPort(0xFFFF), nullptr);
-    void* const hContext = QLIB_ConnectPort(1); // a port that cannot be opened still gives a context
+    void* const hContext = QLIB_ConnectPort(1); // a port that cannot be opened still has a context
     EXPECT_FALSE(QLIB_IsPhoneConnected(hContext));
     m_phone.phone.Replug();
     EXPECT_TRUE(QLIB_IsPhoneConnected(hContext));
@@ -122,7 +122,7 @@ TEST_F(PortLists, ConnectingToTheFirstPhoneOrToAPort) {
     EXPECT_FALSE(QLIB_IsPhoneConnected(hContext));
 }
 
-TEST_F(PortLists, DisconnectingMakesNoConnection) {
+TEST_F(PortLists, DisconnectingCreatesNoConnection) {
     void* const hContext = Manager::CreateContext(1);
     Manager::CreateContext(1);
     QLIB_DisconnectPort(hContext);
@@ -132,15 +132,18 @@ TEST_F(PortLists, DisconnectingMakesNoConnection) {
     QLIB_DisconnectPort(hContext);
 }
 
-TEST_F(PortLists, CallLayerRefusesWhatItCannotUse) {
+TEST_F(PortLists, CallLayerRejectsInvalidArguments) {
     DWORD e = 9;
     void* const h = QLIB_ConnectPort(1);
     EXPECT_TRUE(QLIB_EFS2_DIAG_MKDIR(h, "d"));
+    EXPECT_FALSE(QLIB_EfsRead(h, "none", nullptr)); // null means the file's own name, so the request is sent
+    EXPECT_EQ(m_phone.phone.Requests().back()[2], 2);
     m_phone.phone.ClearRequests();
     EXPECT_FALSE(QLIB_EFS2_DIAG_MKDIR(nullptr, "d"));
     EXPECT_FALSE(QLIB_EFS2_DIAG_RENAME(h, "a", nullptr, &e));
     EXPECT_FALSE(QLIB_EFS2_DIAG_READ_LINK(h, "link", nullptr));
     EXPECT_FALSE(QLIB_EfsRead(h, nullptr, "x"));
+    EXPECT_FALSE(QLIB_EfsWrite(h, nullptr, "x"));
     QLIB_ConfigureCallBacks(nullptr, nullptr, nullptr, nullptr);
     EXPECT_TRUE(m_phone.phone.Requests().empty());
     QLIB_DisconnectPort(h);

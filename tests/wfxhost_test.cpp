@@ -16,7 +16,10 @@ protected:
 TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
     m_settings = "QUILLET_DEVICE_ROOT=/nonexistent";
     Expect({
-        {"--help", 0, "Usage: wfxhost"},
+        {"--help", 0, "Usage: wfxhost [OPTIONS]"},
+        {"rm --help", 0, "Usage: wfxhost rm PATH..."},
+        {"help ls", 0, "Other names: dir"},
+        {"--version", 0, "wfxhost " QUILLET_VERSION "\n"},
         {"dance", 2, "unknown command \"dance\""},
         {"ls / extra", 2, "usage: wfxhost ls [PATH]"},
         {"get", 2, "usage: wfxhost get PHONE [LOCAL]"},
@@ -24,9 +27,16 @@ TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
         {"--loud ls", 2, "unknown option"},
         {"--force ls", 2, "ls has no option --force"},
         {"--plugin", 2, "--plugin needs a value (FILE)"},
+        {"--json=yes ls", 2, "--json takes no value"},
+        {"ls -1x", 2, "unknown option \"-1x\""},
+        {"find -size 5x", 2, "\"5x\" is no number"},
+        {"find --type x", 2, "-type: f means files"},
+        {"put -", 2, "standard input has no name"},
         {"--plugin /dev/null ls", 1, "cannot load the plug-in /dev/null"},
         {"ls", 3, "no handset answers"},
         {"put " QUILLET_PLUGIN_FILE, 3, "no handset answers"},
+        {"rm -rf '*'", 3, "no handset answers"},
+        {"du", 3, "no handset answers"},
     });
 }
 
@@ -44,7 +54,48 @@ TEST_F(WfxhostPhoneTest, Lists) {
         {"ls /dir/../dir/./empty/", 0, ""},
         {"ls 'dir/b \x1B[1m.txt'", 0, "-  3  "},
         {"ls dir/none", 1, "no file or folder \"/dir/none\""},
+        {"ls -lh dir", 0, "-  3 B  "},
+        {"ls -1p dir", 0, "b \\x1B[1m.txt\nempty/\n"},
+        {"-v ls 'di?'", 0, "log: CONNECTED on port COM1\n"},
     });
+}
+
+TEST_F(WfxhostPhoneTest, FindsAndCounts) {
+    const std::string kOdd = "dir/line\nfeed \xFF";
+    m_phone.AddFile(kOdd, Pattern(2000));
+    m_phone.AddFile("dir/a[1].TXT", Pattern(1024));
+    m_phone.AddFile("dir/\xC3\xBC.txt", Pattern(1));
+    m_phone.AddFile("dir/sub/deep/b.txt", Pattern(100));
+    m_phone.AddLink("dir/sub/up.lnk", "/dir");
+    const struct {
+        const char* arguments;
+        std::string output;
+    } kRows[] = {
+        {"find -type d", "/\n/dir\n/dir/sub\n/dir/sub/deep\n"},
+        {"find dir -maxdepth 0", "/dir\n"},
+        {"find dir -name '*.txt'", "/dir/\xC3\xBC.txt\n/dir/sub/deep/b.txt\n"},
+        {"find dir -name '?.txt' -size -2c", "/dir/\xC3\xBC.txt\n"},
+        {"find dir -iname 'A[[]1].t*t'", "/dir/a[1].TXT\n"},
+        {"find dir -name '[!a]*[a-e]? *' -print0", "/" + kOdd + '\0'},
+        {"find dir -name 'line*'", "/dir/line\\x0Afeed \xFF\n"},
+        {"find dir/sub -name '*[!tk]'", "/dir/sub\n/dir/sub/deep\n"},
+        {"find 'd*/s?[b]' -size +1 -type f -name '*b*'", "/dir/sub/deep/b.txt\n"},
+        {"find dir -size 1k -type f -name '*.?X*'", "/dir/a[1].TXT\n"},
+        {"find -name 'a[1].TXT'", ""}, // a set, not that very name
+        {"find -name 'a[1'", ""},
+        {"ls -1 'dir/a[1].TXT'", "a[1].TXT\n"},
+        {"du -s dir", "3129\t/dir\n"},
+        {"du -ab dir/sub",
+         "100\t/dir/sub/deep/b.txt\n100\t/dir/sub/deep\n4\t/dir/sub/up.lnk\n104\t/dir/sub\n"},
+        {"du --json dir/sub/deep",
+         "[\n{\"path\": \"/dir/sub/deep\", \"utf8\": true, \"bytes\": 100, \"files\": 1, \"folders\": "
+         "1}\n]\n"},
+        {"cd --json dir", "{\"path\": \"/dir\", \"utf8\": true}\n"},
+    };
+    for (const auto& row : kRows)
+        EXPECT_EQ(Run(row.arguments).output, row.output) << row.arguments;
+    m_phone.Misbehave(Action::Unplug, kOpenFolder, 1, 0, 2);
+    Expect({{"du", 1, "the handset stopped answering: not everything was looked at"}});
 }
 
 TEST_F(WfxhostPhoneTest, CopiesBothWays) {
@@ -96,14 +147,17 @@ TEST_F(WfxhostPhoneTest, ChangesFoldersAndNames) {
 TEST_F(WfxhostPhoneTest, RefusalsOfThePhoneAreFailures) {
     m_phone.AddFile("kept.txt", Pattern(9000));
     m_local.Write("mine.bin", Pattern(9000));
+    m_local.Write("old.bin", Pattern(5));
     for (const char* sRequest : {"4B130800", "4B130900", "4B130200"})
         m_phone.Misbehave(Action::Refuse, sRequest, -1, 13);
     Expect({
-        {"rm kept.txt", 1, "did not delete"},
-        {"mkdir new", 1, "refused to make the folder"},
-        {"get kept.txt", 1, "did not hand out the whole file"},
-        {"put mine.bin", 1, "did not take the file"},
+        {"rm kept.txt", 1, "wfxhost: delete: /kept.txt: the phone refused it: permission denied (13)\n"},
+        {"mkdir new", 1, "/new: the phone refused it: permission denied (13)\n"},
+        {"mkdir -p new/deep", 1, "/new: the phone refused it: permission denied (13)\n"},
+        {"get --force kept.txt old.bin", 1, "/kept.txt: the phone refused it: permission denied (13)\n"},
+        {"put mine.bin", 1, "/mine.bin: the phone refused it: permission denied (13)\n"},
     });
+    EXPECT_EQ(m_local.Read("old.bin"), Pattern(5));
 }
 
 TEST_F(WfxhostPhoneTest, AListingThatBreaksOffProvesNothing) {
@@ -116,17 +170,52 @@ TEST_F(WfxhostPhoneTest, AListingThatBreaksOffProvesNothing) {
     m_phone.phone.Replug();
     m_phone.Misbehave(Action::Unplug, "4B130B00", 1, 0, 1);
     Expect({{"get -r dir", 1, "the handset stopped answering: nothing was copied"}});
+    m_phone.phone.Behave();
+    m_phone.phone.Replug();
+    m_phone.Misbehave(Action::Unplug, "4B130B00", 1, 0, 1);
+    Expect({{"rm -r dir", 1, "the handset stopped answering: nothing was deleted"}});
+    EXPECT_TRUE(m_phone.Exists("dir/kept.txt"));
 }
 
 TEST_F(WfxhostPhoneTest, OutputThatCannotBeWrittenIsNoSuccess) {
     m_phone.AddFile("kept.txt", Pattern(10));
-    Expect({{"ls --json / > /dev/full", 1, "the output could not be written"}});
+    m_phone.AddFile("large.bin", Pattern(300000));
+    m_settings = "TMPDIR='" + m_local.Path() + "'";
+    Expect({{"ls --json / > /dev/full", 1, "the output could not be written"},
+            {"cat large.bin > /dev/full", 1, "the output could not be written"}});
+    const ProgramOutcome outcome = Shell("{ { " + m_settings + " " + m_program +
+                                         " cat large.bin; echo status $? >&2; } | head -c 1; } 2>&1");
+    EXPECT_THAT(outcome.output, testing::HasSubstr("the output could not be written\nstatus 1"));
+    EXPECT_TRUE(std::filesystem::is_empty(m_local.Path()));
+}
+
+TEST_F(WfxhostPhoneTest, StandardInputAndOutputAreFiles) {
+    m_phone.AddFile("dir/photo.bin", Pattern(30000));
+    m_phone.AddFile("empty", {});
+    m_settings = "TMPDIR='" + m_local.Path() + "'";
+    Expect({
+        {"cat dir/photo.bin empty > back.bin", 0, ""},
+        {"get 'dir/*' - > again.bin", 0, ""},
+        {"put - dir/in.bin < back.bin", 0, "30000 bytes in "},
+        {"put - dir/in.bin < again.bin", 1, "exists already"},
+        {"put - dir < back.bin", 1, "needs the name of a file"},
+        {"put - none/x < back.bin", 1, "the phone has no folder \"/none\""},
+        {"cat dir none", 1, "\"/dir\" is a folder"},
+        {"cat none", 1, "the phone has no file \"/none\""},
+    });
+    EXPECT_EQ(m_local.Read("back.bin"), Pattern(30000));
+    EXPECT_EQ(m_local.Read("again.bin"), Pattern(30000));
+    EXPECT_EQ(m_phone.Content("dir/in.bin"), Pattern(30000));
+    EXPECT_EQ(CountIn(m_local.Path().c_str()), 2U);
 }
 
 TEST_F(WfxhostPhoneTest, AHandsetThatVanishesDuringACopyFailsIt) {
     m_phone.AddFile("photo.bin", Pattern(100000));
     m_phone.Misbehave(Action::Unplug, "4B130400", 1, 0, 10);
-    Expect({{"get photo.bin", 1, "the handset stopped answering"}});
+    m_local.Write("photo.bin", {1});
+    Expect({{"get -f photo.bin", 1, "the handset stopped answering"}});
+    EXPECT_EQ(m_local.Read("photo.bin"), Bytes{1});
+    EXPECT_EQ(CountIn(m_local.Path().c_str()), 1U);
 }
 
 TEST_F(WfxhostPhoneTest, InterruptStopsACopyInOrder) {
@@ -156,19 +245,15 @@ TEST_F(WfxhostPhoneTest, InterruptStopsACopyInOrder) {
     EXPECT_FALSE(m_phone.Exists("dir/new/mine.bin"));
 }
 
-TEST_F(WfxhostPhoneTest, DemonstrationLeavesNothingBehind) {
+TEST_F(WfxhostPhoneTest, DemonstrationOnlyReadsFromAnAttachedHandset) {
     m_phone.AddFile("dir/photo.bin", Pattern(120000));
-    Lines before, after;
-    const auto list = [this](Lines& names) {
-        m_phone.phone.WithFiles([&](handset::FileSystem& files) {
-            for (const auto& item : files.List())
-                names.push_back(item.path);
-        });
-    };
-    list(before);
-    Expect({{"", 0, "Everything worked."}});
-    list(after);
-    EXPECT_EQ(before, after);
+    Expect({{"", 0, "Nothing was written to the handset"}});
+    EXPECT_GT(m_phone.CountOf(kRead), 0);
+    // Opening for writing, writing, making and removing whatever it is.
+    for (const char* sRequest : {"4B130500", "4B130600", "4B130800", "4B130900", "4B130A00", "4B130E00"})
+        EXPECT_EQ(m_phone.CountOf(sRequest), 0) << sRequest;
+    for (const Bytes& request : m_phone.phone.Requests())
+        EXPECT_TRUE(!handset::BeginsWith(request, Hex(kOpenFile)) || ValueAt(request, 4) == 0);
 }
 
 TEST_F(WfxhostPhoneTest, LinksFoldersAndProperties) {
@@ -182,22 +267,69 @@ TEST_F(WfxhostPhoneTest, LinksFoldersAndProperties) {
         {"ln dir none/x", 1, "the phone has no folder \"/none\""},
         {"ln dir 'a\"b'", 1, "double quote"},
         {"cd dir/sub", 0, "/dir/sub\n"},
-        {"cd dir/none", 1, "the phone has no folder \"/dir/none\""},
+        {"cd dir/none", 1, "/dir/none: the phone refused it: no such file or folder (2)\n"},
         {"props dir/sub/p.lnk", 0, "Link to:\t\t/dir/my photo.bin\nType:\t\t<FILE> [81B6]\nSize:\t\t1 234\n"},
         {"props /", 0, "Type:\t\t<DIR>"},
         {"props dir/none", 1, "no file or folder"},
+        {"props dir --json", 0,
+         "{\"path\": \"/dir\", \"utf8\": true, \"properties\": {\"Name\": \"dir\", \"Type\": \"<DIR>"},
         {"props", 2, "usage: wfxhost props PATH"},
     });
     EXPECT_EQ(m_phone.Content("dir/sub/p.lnk"), Pattern(1234));
     EXPECT_TRUE(m_phone.Exists("s.lnk"));
     m_phone.Misbehave(Action::Refuse, "4B130600", -1, 13);
-    Expect({{"ln dir other", 1, "did not make the link \"/other.lnk\""}});
+    Expect({{"ln dir other", 1, "/other.lnk to /dir: the phone refused it: permission denied (13)\n"}});
 }
 
 TEST_F(WfxhostTest, DemonstrationStartsASimulatedHandset) {
     m_settings = "QUILLET_DEVICE_ROOT=/nonexistent TMPDIR='" + m_local.Path() + "'";
-    Expect({{"", 0, "SIMULATED"}});
+    Expect({{"", 0, "SIMULATED"}, {"", 0, "Compared: all 250000 bytes are the same"}});
     EXPECT_TRUE(std::filesystem::is_empty(m_local.Path()));
+}
+
+/// A plug-in that is not quillet.
+class WfxhostOddPluginTest : public ProgramTest {
+protected:
+    WfxhostOddPluginTest() : ProgramTest(QUILLET_WFXHOST " --plugin " QUILLET_ODD_PLUGIN) {}
+};
+
+TEST_F(WfxhostOddPluginTest, FailuresSayThePluginsReasonOrWhatItsResultMeans) {
+    m_local.Write("mine", {1});
+    const struct {
+        const char* settings;
+        const char* arguments;
+        const char* says;
+    } kRows[] = {
+        {"ODD_RESULT=2", "get file", "wfxhost: the phone has no file \"/file\"\n"},
+        {"ODD_RESULT=3", "get file", "wfxhost: \"/file\": it could not be read\n"},
+        {"ODD_RESULT=4", "get file", "wfxhost: the phone did not hand out the whole file \"/file\"\n"},
+        {"ODD_RESULT=6", "cat file", "wfxhost: \"/file\": this plug-in cannot copy that file\n"},
+        {"ODD_RESULT=99", "put mine", "wfxhost: \"/mine\": the plug-in gave no reason\n"},
+        {"ODD_LINE='get: /file: full\x1B (28)'", "get file", "wfxhost: get: /file: full\\x1B (28)\n"},
+        {"ODD_LINE='put: no'", "put mine", "wfxhost: put: no\n"},
+        {"ODD_LINE='delete: no'", "rm file", "wfxhost: delete: no\n"},
+        {"", "rm file", "wfxhost: the phone did not delete \"/file\"\n"},
+        {"ODD_LINE='no'", "get -r / all", "not copied: no\n"},
+        {"", "rmdir endless", "wfxhost: the folder \"/endless\" is not empty\n"},
+        {"", "mkdir new", "wfxhost: this plug-in cannot make folders\n"},
+    };
+    for (const auto& row : kRows) {
+        m_settings = row.settings;
+        const ProgramOutcome outcome = Run(row.arguments);
+        EXPECT_EQ(outcome.status, 1) << row.arguments;
+        EXPECT_THAT(outcome.output, testing::HasSubstr(row.says));
+    }
+}
+
+TEST_F(WfxhostOddPluginTest, FoldersWithoutEndAndNamesThatAreNoneAreLeftOut) {
+    Expect({
+        {"find endless -maxdepth 1", 0, "/endless\n/endless/endless\n"},
+        {"du", 1, "its folders are nested too deep"},
+        {"rm -r endless", 1, "its folders are nested too deep; nothing was deleted"},
+        {"find impossible", 1, "\"../endless\" is no name"},
+        {"rm -r impossible", 1, "is no name; nothing was deleted"},
+        {"rm -r 'impossible/*'", 1, "nothing fits it as a pattern"},
+    });
 }
 
 } // namespace

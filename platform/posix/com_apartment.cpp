@@ -1,4 +1,4 @@
-// There is no component automation here.
+// Linux has no component automation.
 #include "platform/com_apartment.h"
 
 ComApartment::ComApartment() : m_bToEnd(false) {}

@@ -1,4 +1,4 @@
-// The identity of a library context: an object of its own.
+// The identity of a library context: an allocated object.
 #include "platform/context_handle.h"
 
 #include <new>

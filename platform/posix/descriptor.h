@@ -5,7 +5,7 @@
 
 #include <utility>
 
-/// Descriptor owns a file descriptor and closes it; a negative one stands for none.
+/// Descriptor owns a file descriptor and closes it; a negative one means none.
 class Descriptor {
 public:
     explicit Descriptor(int fd) : m_fd(fd) {}

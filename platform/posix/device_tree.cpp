@@ -1,5 +1,5 @@
-// The walk through sysfs. Everything in it is taken for what a stranger wrote: no attribute is read beyond
-// its first 64 bytes, and only regular files are read.
+// The walk through sysfs. Its contents are not trusted: only the first 64 bytes of an attribute are read, and
+// only regular files are opened for reading.
 #include "platform/posix/device_tree.h"
 
 #include <fcntl.h>
@@ -24,9 +24,9 @@ fs::path TtyClassFolder() {
     return DeviceRoot() / "sys/class/tty";
 }
 
-// The attribute's first line; nothing when it cannot be read, is empty or holds control characters.
+/// The first line of an attribute; nullopt when it cannot be read, is empty or has control characters.
 std::optional<std::string> ReadAttribute(const fs::path& folder, const char* sName) {
-    // Opening must not wait for the other end of something that is no attribute at all.
+    // O_NONBLOCK: opening something that is not an attribute (a FIFO, say) must not block.
     const Descriptor file(open((folder / sName).c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};
     if (!file.IsValid() || fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))
@@ -63,8 +63,8 @@ bool Has(const fs::path& folder, const char* sName) {
     return fs::exists(folder / sName, error);
 }
 
-// A class entry's own folder, without links. An absolute link may have been written for the root that
-// QUILLET_DEVICE_ROOT stands for. Empty when there is no such folder below `sysfs`.
+/// The folder of a class entry with links resolved. An absolute link may be relative to the root that
+/// QUILLET_DEVICE_ROOT replaces. Empty when there is no such folder in `sysfs`.
 fs::path ResolveTty(const fs::path& entry, const fs::path& sysfs) {
     const auto isInSysfs = [&](const fs::path& path) {
         const auto mismatch = std::mismatch(sysfs.begin(), sysfs.end(), path.begin(), path.end());
@@ -81,7 +81,7 @@ fs::path ResolveTty(const fs::path& entry, const fs::path& sysfs) {
     return !error && isInSysfs(folder) ? folder : fs::path();
 }
 
-// `folder` or the first folder above it, up to and without `top`, that satisfies `test`; empty when none.
+/// The nearest of `folder` and its parents below `top` that satisfies `test`; empty when none does.
 template <class Test>
 fs::path WalkUp(fs::path folder, const fs::path& top, Test test) {
     for (; !folder.empty() && folder != top; folder = folder.parent_path()) {

@@ -1,4 +1,4 @@
-// The ttys of the machine that are COM ports, and the USB devices that they belong to.
+// The ttys that are COM ports, and the USB devices that they belong to.
 #pragma once
 
 #include <filesystem>
@@ -6,18 +6,17 @@
 #include <string>
 #include <vector>
 
-/// ListComTtys fills `coms` with the COM numbers that sys/class/tty has a tty for, in rising order. False,
+/// ListComTtys fills `coms` with the COM numbers of the ttys in sys/class/tty, in ascending order. False,
 /// with `coms` empty, when that folder cannot be read. May throw std::bad_alloc.
 bool ListComTtys(std::vector<int>& coms);
 
-/// What the device tree tells of the USB interface behind a tty.
+/// The USB interface of a tty, as the device tree describes it.
 struct UsbInterface {
     std::string sInstanceId;  // "USB\VID_vvvv&PID_pppp&MI_ii\KEY", digits in upper case
-    std::string sDescription; // the interface's or the device's own text; never empty
+    std::string sDescription; // text of the interface or else the device; never empty
 };
 
-/// FindUsbInterface walks up from the sysfs folder of COM number `iCom` to the first folder with an
-/// interface number and on to the first with vendor and product, never leaving sysfs. Nothing for a tty
-/// that has no such folders above it or whose attributes are not hexadecimal numbers. May throw
-/// std::bad_alloc.
+/// FindUsbInterface walks up from the sysfs folder of COM number `iCom` to the first folder with an interface
+/// number, and on to the first with vendor and product. It never leaves sysfs. Nullopt when there are no such
+/// folders above the tty or their attributes are not hexadecimal numbers. May throw std::bad_alloc.
 std::optional<UsbInterface> FindUsbInterface(int iCom);

@@ -1,4 +1,4 @@
-// The idle tick: one thread that lives while there are ticks.
+// The idle tick: one thread, which runs while there are ticks.
 #include "platform/idle_tick.h"
 
 #include <algorithm>
@@ -22,7 +22,7 @@ struct Tick {
     Clock::time_point due;
 };
 
-// All fields are under `lock`; ticks are called without it.
+/// All fields are guarded by `m_lock`; tick procedures are called without it.
 class TickThread {
 public:
     uintptr_t Start(std::chrono::milliseconds period, IdleTickProc pfnTick);
@@ -37,17 +37,17 @@ private:
     std::vector<Tick> m_ticks;
     std::thread m_thread;
     uintptr_t m_iLastId = 0;
-    bool m_bRunning = false; // false as soon as the thread will not look at m_ticks again
+    bool m_bRunning = false; // false when the thread no longer uses m_ticks
     bool m_bEnded = false;
 };
 
 uintptr_t TickThread::Start(std::chrono::milliseconds period, IdleTickProc pfnTick) {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     if (m_bEnded)
         return 0;
     m_ticks.push_back({m_iLastId + 1, pfnTick, period, Clock::now() + period});
     if (!m_bRunning) {
-        // A thread that has run out of ticks is past its last use of the lock.
+        // The last thread ran out of ticks and no longer uses the lock.
         if (m_thread.joinable())
             m_thread.join();
         try {
@@ -63,7 +63,7 @@ uintptr_t TickThread::Start(std::chrono::milliseconds period, IdleTickProc pfnTi
 }
 
 void TickThread::Stop(uintptr_t iTickId) {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     std::erase_if(m_ticks, [&](const Tick& tick) { return tick.iTickId == iTickId; });
     m_changed.notify_one();
 }
@@ -77,7 +77,7 @@ void TickThread::End() {
     lock.unlock();
     if (!thread.joinable())
         return;
-    // A tick procedure that ends the process gets here on the tick's own thread.
+    // When a tick procedure ends the process, this runs on the tick's own thread.
     if (thread.get_id() == std::this_thread::get_id())
         thread.detach();
     else
@@ -94,7 +94,7 @@ void TickThread::Run() {
             m_changed.wait_until(lock, due);
             continue;
         }
-        // Ticks that were missed are not made up for.
+        // Missed ticks are not made up for.
         next->due = Clock::now() + next->period;
         const Tick tick = *next;
         lock.unlock();
@@ -104,9 +104,9 @@ void TickThread::Run() {
     m_bRunning = false;
 }
 
-// The object itself is never destroyed, so that a late StopIdleTick of another destructor finds it; its
-// thread ends with the process or when the module is unloaded, before any object dies that was made
-// before the first tick was started.
+/// The object is never destroyed, so that another destructor may still call StopIdleTick. Its thread ends
+/// with the process or when the module is unloaded, before the destruction of any object that was made before
+/// the first tick.
 TickThread& Ticks() {
     struct Ender {
         TickThread& ticks;

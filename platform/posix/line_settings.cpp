@@ -1,4 +1,4 @@
-// A tty's line settings and the records of the serial interface.
+// Conversion between a tty's line settings and the records of the serial interface.
 #include "platform/posix/line_settings.h"
 
 #include <cerrno>
@@ -43,8 +43,8 @@ void MakeRaw(termios& settings) {
     settings.c_iflag &= ~tcflag_t{IXOFF | IXANY | INPCK};
     settings.c_cflag &= ~tcflag_t{CRTSCTS};
     settings.c_cflag |= CLOCAL | CREAD;
-    // With a minimum of one byte a read of nothing differs from the end of a tty that was hung up; that no
-    // read waits is the descriptor's own property.
+    // VMIN 1 distinguishes "no bytes" (EAGAIN) from the end of a hung-up tty. Reads do not block because the
+    // descriptor is non-blocking.
     settings.c_cc[VMIN] = 1;
     settings.c_cc[VTIME] = 0;
 }
@@ -79,7 +79,7 @@ void TakeLineState(const termios& settings, DCB& state) {
 int ApplyLineState(int fdTty, const termios& settings) {
     if (tcsetattr(fdTty, TCSANOW, &settings) == 0)
         return 0;
-    // The C library compares what the tty kept with what it was told, and refuses afterwards.
+    // The C library reports EINVAL when the tty did not keep every setting, although it kept the others.
     termios kept{};
     if (errno != EINVAL || tcgetattr(fdTty, &kept) != 0)
         return -1;

@@ -1,22 +1,22 @@
-// A tty's line settings and the records of the serial interface, one turned into the other.
+// Conversion between a tty's line settings and the records of the serial interface.
 #pragma once
 
 #include <termios.h>
 
 #include "system/serial.h"
 
-/// MakeRaw changes `settings` so that the tty hands every byte on unchanged, echoes nothing, ignores the
-/// modem lines and has no flow control.
+/// MakeRaw changes `settings` so that the tty passes every byte unchanged, echoes nothing, ignores the modem
+/// lines and has no flow control.
 void MakeRaw(termios& settings);
 
-/// PutLineState puts rate, byte size, parity and stop bits of `state` into `settings`. False, with
-/// `settings` in part changed, when the tty has no such rate or the values mean nothing.
+/// PutLineState copies rate, byte size, parity and stop bits from `state` to `settings`. False, with
+/// `settings` partly changed, when the tty does not support the rate or a value is invalid.
 bool PutLineState(const DCB& state, termios& settings);
 
-/// TakeLineState reads rate, byte size, parity and stop bits of `settings` into `state` and leaves its
-/// other fields. A rate outside the standard ones reads as 0.
+/// TakeLineState copies rate, byte size, parity and stop bits from `settings` to `state`; other fields of
+/// `state` are unchanged. A non-standard rate reads as 0.
 void TakeLineState(const termios& settings, DCB& state);
 
-/// ApplyLineState hands `settings` to the tty. Returns 0, or -1 with errno. A tty that takes the rate but
-/// drops bits that it has no use for (a pseudo-terminal has neither parity nor byte sizes) counts as done.
+/// ApplyLineState applies `settings` to the tty. Returns 0, or -1 with errno. A tty that accepts the rate but
+/// drops settings that it does not support (a pseudo-terminal has no parity or byte size) counts as success.
 int ApplyLineState(int fdTty, const termios& settings);

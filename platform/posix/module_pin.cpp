@@ -1,4 +1,4 @@
-// Unloading needs no care here.
+// Unloading is safe on Linux.
 #include "platform/module_pin.h"
 
 ModulePin::ModulePin() {}

@@ -13,7 +13,7 @@ std::string ComName(int iCom) {
     return "COM" + std::to_string(iCom);
 }
 
-// Runs `fill`; a list that could not be made whole is emptied.
+/// Runs `fill`; a list that could not be completed is emptied.
 template <class List, class Fill>
 bool FillWhole(List& list, Fill fill) {
     list.clear();

@@ -1,4 +1,4 @@
-// An open tty that any number of threads may use while one of them closes it.
+// An open tty for any number of threads, one of which may close it while the others use it.
 #include "platform/posix/serial_device.h"
 
 #include <fcntl.h>
@@ -17,7 +17,7 @@ namespace {
 constexpr int kDrainSteps = 20;
 constexpr std::chrono::milliseconds kDrainStep{5};
 
-// Reads return at once; writes have the bound that the diagnostic link sets anyway.
+// Reads return at once; writes have the time limit that CSerialPort sets anyway.
 constexpr COMMTIMEOUTS kInitialTimeouts = {MAXDWORD, 0, 0, 1, 50};
 
 void DrainBriefly(int fdTty) {
@@ -61,6 +61,7 @@ DWORD OpenError(int iErrno) {
             return kErrorFileNotFound;
         case EACCES:
         case EPERM:
+            return kErrorPrivilegeNotHeld;
         case EBUSY:
         case EWOULDBLOCK:
             return kErrorAccessDenied;
@@ -103,13 +104,13 @@ void SerialDevice::EndUse() {
     if (!m_bClaimed)
         return;
     DrainBriefly(m_tty.Get());
-    // The lock goes last: whoever gets it sets the tty's own flag anew.
+    // Unlock last: the next owner of the lock sets TIOCEXCL again.
     ioctl(m_tty.Get(), TIOCNXCL);
     flock(m_tty.Get(), LOCK_UN);
 }
 
 SerialDevice::Wake SerialDevice::WaitFor(short iEvents, int iTimeout_ms) {
-    // A negative descriptor is passed over, so that a hang-up does not end a wait for the close alone.
+    // poll ignores a negative descriptor, so that a hang-up does not end a wait for the close alone.
     pollfd aPolled[] = {{iEvents != 0 ? m_tty.Get() : -1, iEvents, 0}, {m_closed.Get(), POLLIN, 0}};
     const int iCount = poll(aPolled, std::size(aPolled), iTimeout_ms);
     if (iCount > 0 && aPolled[1].revents != 0)
@@ -122,16 +123,16 @@ SerialDevice::Wake SerialDevice::WaitFor(short iEvents, int iTimeout_ms) {
 }
 
 SerialDevice::Settings SerialDevice::GetSettings() {
-    std::lock_guard lock(m_settingsLock);
+    const std::lock_guard lock(m_settingsLock);
     return m_settings;
 }
 
 void SerialDevice::SetState(const DCB& state) {
-    std::lock_guard lock(m_settingsLock);
+    const std::lock_guard lock(m_settingsLock);
     m_settings.state = state;
 }
 
 void SerialDevice::SetTimeouts(const COMMTIMEOUTS& timeouts) {
-    std::lock_guard lock(m_settingsLock);
+    const std::lock_guard lock(m_settingsLock);
     m_settings.timeouts = timeouts;
 }

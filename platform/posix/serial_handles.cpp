@@ -15,8 +15,8 @@ struct HandleTable {
     uintptr_t iLastHandle = 0;                               // under lock
 };
 
-// The table is never destroyed: connections are closed by destructors that may run after those of this
-// file. Its storage is part of the module, so that nothing is left over when the module is unloaded.
+/// The table is never destroyed: destructors of other files may still close connections after those of this
+/// file. Its storage is part of the module, so unloading the module leaves nothing over.
 HandleTable& Handles() {
     alignas(HandleTable) static std::byte aStorage[sizeof(HandleTable)];
     static HandleTable& table = *new (aStorage) HandleTable;
@@ -27,8 +27,8 @@ HandleTable& Handles() {
 
 HANDLE AddSerialHandle(std::shared_ptr<SerialDevice> pDevice) {
     HandleTable& table = Handles();
-    std::lock_guard lock(table.lock);
-    // A handle is a number in the guise of a pointer.
+    const std::lock_guard lock(table.lock);
+    // A handle is a number cast to a pointer.
     const HANDLE hPort = reinterpret_cast<HANDLE>(++table.iLastHandle); // NOLINT(performance-no-int-to-ptr)
     table.devices.emplace(hPort, std::move(pDevice));
     return hPort;
@@ -36,7 +36,7 @@ HANDLE AddSerialHandle(std::shared_ptr<SerialDevice> pDevice) {
 
 std::shared_ptr<SerialDevice> FindSerialDevice(HANDLE hPort) {
     HandleTable& table = Handles();
-    std::lock_guard lock(table.lock);
+    const std::lock_guard lock(table.lock);
     const auto found = table.devices.find(hPort);
     return found != table.devices.end() ? found->second : nullptr;
 }
@@ -45,14 +45,14 @@ BOOL CloseHandle(HANDLE hPort) {
     HandleTable& table = Handles();
     std::shared_ptr<SerialDevice> pDevice;
     {
-        std::lock_guard lock(table.lock);
+        const std::lock_guard lock(table.lock);
         auto node = table.devices.extract(hPort);
         if (!node.empty())
             pDevice = std::move(node.mapped());
     }
-    if (pDevice)
+    if (pDevice != nullptr)
         pDevice->EndUse();
-    SetLastError(pDevice ? 0 : kErrorInvalidHandle);
+    SetLastError(pDevice != nullptr ? 0 : kErrorInvalidHandle);
     return pDevice != nullptr;
 }
 

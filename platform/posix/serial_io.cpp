@@ -1,4 +1,4 @@
-// Bytes in and out of an open serial port.
+// Reading and writing an open serial port.
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -16,9 +16,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-// No wait is longer; whoever has more time waits again.
+// The longest single wait; callers with more time wait again.
 constexpr int kLongestWait_ms = 60 * 1000;
-// How long a port whose device is gone, and one that is not open, hold a thread that waits for input.
+// How long a wait for input takes when the device is gone, and when the port is not open.
 constexpr int kGoneWait_ms = 50;
 constexpr int kNotOpenWait_ms = 1;
 
@@ -31,7 +31,7 @@ bool IsHungUp(int fdTty) {
     return poll(&polled, 1, 0) > 0 && (polled.revents & (POLLHUP | POLLERR)) != 0;
 }
 
-// Reads what is there: the count, 0 for nothing yet, -1 with errno when the device fails or is gone.
+/// Returns the number of bytes read, 0 when none are waiting, -1 with errno when the device fails or is gone.
 ssize_t ReadPending(int fdTty, void* pBuffer, size_t iCount) {
     const ssize_t iRead = read(fdTty, pBuffer, iCount);
     if (iRead > 0)
@@ -44,7 +44,7 @@ ssize_t ReadPending(int fdTty, void* pBuffer, size_t iCount) {
     return -1;
 }
 
-// Writes what the device takes without waiting: the count, or -1 with errno.
+/// Writes what the device accepts without blocking. Returns the number of bytes, or -1 with errno.
 ssize_t WritePending(int fdTty, const BYTE* pData, size_t iCount) {
     if (InjectedFaults().bWritesStall)
         return 0;
@@ -58,8 +58,8 @@ Clock::time_point WriteDeadline(const COMMTIMEOUTS& timeouts, DWORD iCount) {
     return Clock::now() + milliseconds(iWait_ms);
 }
 
-// Waits until the device may take bytes. False when the time is over; a hung-up device and a closed port
-// are left for the next write to find.
+/// Waits until the device may accept bytes. False when the time is over. A hung-up device and a closed port
+/// return true; the next write detects them.
 bool WaitForRoom(SerialDevice& device, Clock::time_point deadline) {
     const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
     if (left <= milliseconds(0))
@@ -87,7 +87,7 @@ BOOL ClearCommError(HANDLE hPort, DWORD* pErrors, COMSTAT* pStat) {
         int iIn = 0;
         int iOut = 0;
         const DWORD iError = device.Operate([&](int fdTty) {
-            // Not every driver counts its output.
+            // Not every driver reports its pending output.
             if (ioctl(fdTty, TIOCOUTQ, &iOut) != 0)
                 iOut = 0;
             return ioctl(fdTty, FIONREAD, &iIn);
@@ -131,7 +131,7 @@ BOOL WriteFile(HANDLE hPort, const void* pData, DWORD iCount, DWORD* pWritten, v
 void WaitForSerialInput(void* hPort, DWORD iLimit_ms) {
     const int iWait_ms = static_cast<int>(std::min<DWORD>(iLimit_ms, kLongestWait_ms));
     const std::shared_ptr<SerialDevice> pDevice = FindSerialDevice(hPort);
-    if (!pDevice) {
+    if (pDevice == nullptr) {
         std::this_thread::sleep_for(milliseconds(std::min(iWait_ms, kNotOpenWait_ms)));
         return;
     }

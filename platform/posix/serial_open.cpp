@@ -8,10 +8,11 @@
 
 #include "platform/posix/com_names.h"
 #include "platform/posix/serial_handles.h"
+#include "platform/posix/test_faults.h"
 
 namespace {
 
-// The number of a device name of the form \\.\COMn, or 0.
+/// The number in a device name of the form \\.\COMn, or 0.
 int ComOfDeviceName(std::string_view sName) {
     constexpr std::string_view kPrefix = R"(\\.\COM)";
     if (!sName.starts_with(kPrefix))
@@ -24,11 +25,13 @@ int ComOfDeviceName(std::string_view sName) {
     return bNumber && iCom >= 1 && iCom <= kLastComPort ? iCom : 0;
 }
 
-// Returns 0 with the handle, or an error number; may throw.
+/// Returns 0 and the handle, or an error number; may throw.
 DWORD OpenCom(const char* sFileName, HANDLE& hPort) {
     const int iCom = sFileName != nullptr ? ComOfDeviceName(sFileName) : 0;
     if (iCom == 0)
         return kErrorFileNotFound;
+    if (InjectedFaults().bOpenIsDenied)
+        return OpenError(EACCES);
     Descriptor tty(open(TtyPathOfCom(iCom).c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     if (!tty.IsValid() || isatty(tty.Get()) == 0)
         return OpenError(errno);
@@ -50,7 +53,7 @@ HANDLE CreateFileA(const char* sFileName, DWORD, DWORD, void*, DWORD, DWORD, HAN
     try {
         iError = OpenCom(sFileName, hPort);
     } catch (const std::exception&) {
-        // Only memory can be missing here.
+        // The only possible cause is a lack of memory.
     }
     SetLastError(iError);
     return hPort;

@@ -1,4 +1,4 @@
-// Faults of the system that tests ask for.
+// System failures that tests can inject.
 #include "platform/posix/test_faults.h"
 
 TestFaults& InjectedFaults() {

@@ -1,4 +1,4 @@
-// Waits are fine enough here as they are.
+// Waits on Linux are precise already.
 #include "platform/timer_resolution.h"
 
 FineTimer::FineTimer() {}

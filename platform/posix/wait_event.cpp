@@ -1,4 +1,4 @@
-// Events that threads wait for: counters behind descriptors.
+// Events for threads to wait on: eventfd counters.
 #include "platform/wait_event.h"
 
 #include <poll.h>
@@ -16,7 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-// A handle is a descriptor plus one in the guise of a pointer, so that descriptor 0 is not null.
+/// A handle is the descriptor plus one, cast to a pointer, so that descriptor 0 is not null.
 void* HandleOf(int fd) {
     return reinterpret_cast<void*>(static_cast<intptr_t>(fd) + 1); // NOLINT(performance-no-int-to-ptr)
 }
@@ -25,7 +25,7 @@ int DescriptorOf(void* hEvent) {
     return static_cast<int>(reinterpret_cast<intptr_t>(hEvent) - 1);
 }
 
-// Another thread may have been faster.
+/// False when another thread took the event first.
 bool Take(int fd) {
     uint64_t iCount = 0;
     return read(fd, &iCount, sizeof iCount) == sizeof iCount;

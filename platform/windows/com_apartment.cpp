@@ -3,7 +3,7 @@
 
 #include "system/serial.h"
 
-// After the system's main header, on whose types it builds.
+// Must follow the system's main header, whose types it uses.
 #include <objbase.h>
 
 ComApartment::ComApartment() : m_bToEnd(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}

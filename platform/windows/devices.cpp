@@ -10,7 +10,7 @@ namespace {
 
 constexpr DWORD kTextSize = 256;
 
-// A device's hardware key, closed at the end of its life.
+/// The hardware key of a device. Closed by the destructor.
 class HardwareKey {
 public:
     HardwareKey(const SetupApi& api, HDEVINFO hList, SP_DEVINFO_DATA& member)
@@ -38,7 +38,7 @@ private:
     HKEY m_hKey;
 };
 
-// The present devices of a class, released at the end of its life.
+/// The present devices of a class. Released by the destructor.
 class DeviceList {
 public:
     DeviceList(const SetupApi& api, const GUID& classGuid)
@@ -52,14 +52,14 @@ public:
 
     bool IsOpen() const { return m_hList != INVALID_HANDLE_VALUE; }
 
-    // False when there is no such member.
+    /// False when there is no such member.
     bool GetMember(DWORD iIndex, SP_DEVINFO_DATA& member) const {
         member = {};
         member.cbSize = sizeof(member);
         return m_api.EnumDeviceInfo(m_hList, iIndex, &member) != FALSE;
     }
 
-    // Nothing for a device without a readable hardware key.
+    /// Returns nullopt for a device without a readable hardware key.
     std::optional<PresentDevice> Describe(SP_DEVINFO_DATA& member) const {
         const HardwareKey key(m_api, m_hList, member);
         if (!key.IsOpen())
@@ -90,7 +90,7 @@ private:
     HDEVINFO m_hList;
 };
 
-// The first GUID that goes by the class's name.
+/// The first GUID with this class name.
 std::optional<GUID> FirstClassGuid(const SetupApi& api, const char* sClassName) {
     DWORD iCount = 0;
     api.ClassGuidsFromName(sClassName, nullptr, 0, &iCount);
@@ -102,7 +102,7 @@ std::optional<GUID> FirstClassGuid(const SetupApi& api, const char* sClassName) 
     return guids[0];
 }
 
-// May throw std::bad_alloc.
+/// May throw std::bad_alloc.
 bool ListDevices(const char* sClassName, std::vector<PresentDevice>& devices) {
     const SetupApi api;
     if (!api.IsComplete())

@@ -10,7 +10,7 @@
 
 namespace {
 
-// A timer that may still call into this module, which therefore stays loaded.
+/// A timer that may still call into this module, and so keeps it loaded.
 class Timer {
 public:
     explicit Timer(IdleTickProc pfn) : pfnTick(pfn) {
@@ -18,13 +18,13 @@ public:
                         FALSE, 0);
     }
     ~Timer() {
-        if (m_hThread)
+        if (m_hThread != nullptr)
             CloseHandle(m_hThread);
     }
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
 
-    // A timer ends with the thread that started it.
+    /// A timer ends with the thread that started it.
     bool HasEnded() const { return m_hThread && WaitForSingleObject(m_hThread, 0) == WAIT_OBJECT_0; }
 
     IdleTickProc pfnTick; // null: stopped by another thread, which cannot end the timer
@@ -36,27 +36,27 @@ private:
 
 std::mutex g_lock;
 
-// Under g_lock. Never destroyed: at the process's end nothing is to be done for timers that still run, and
-// while one runs, nothing else destroys it.
+/// Under g_lock. Never destroyed: when the process ends, running timers need no clean-up, and until then a
+/// running timer keeps the module loaded.
 std::map<UINT_PTR, Timer>& Timers() {
     static auto& timers = *new std::map<UINT_PTR, Timer>;
     return timers;
 }
 
-// Ends a timer of this thread. Under g_lock.
+/// Ends a timer of this thread. Under g_lock.
 void End(UINT_PTR iTimerId) {
     KillTimer(nullptr, iTimerId);
     Timers().erase(iTimerId);
 }
 
-// What is to be called; null for a tick that was stopped, which is ended now.
+/// Returns the procedure to call; null for a stopped tick, which is ended here.
 IdleTickProc ProcOf(UINT_PTR iTimerId) {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     const auto found = Timers().find(iTimerId);
     if (found == Timers().end())
         return nullptr;
     const IdleTickProc pfnTick = found->second.pfnTick;
-    if (!pfnTick)
+    if (pfnTick == nullptr)
         End(iTimerId);
     return pfnTick;
 }
@@ -70,7 +70,7 @@ void CALLBACK OnTimer(HWND, UINT, UINT_PTR iTimerId, DWORD) {
 } // namespace
 
 uintptr_t StartIdleTick(DWORD iPeriod_ms, IdleTickProc pfnTick) {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     std::erase_if(Timers(), [](const auto& timer) { return timer.second.HasEnded(); });
     const UINT_PTR iTimerId = SetTimer(nullptr, 0, iPeriod_ms, OnTimer);
     if (iTimerId == 0)
@@ -86,7 +86,7 @@ uintptr_t StartIdleTick(DWORD iPeriod_ms, IdleTickProc pfnTick) {
 }
 
 void StopIdleTick(uintptr_t iTickId) {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     const auto found = Timers().find(iTickId);
     if (found == Timers().end())
         return;

@@ -8,11 +8,11 @@
 /// ThisModule returns the module that this code is part of.
 HMODULE ThisModule();
 
-/// ThisModuleFile returns the full path of its file; empty when the system does not tell.
+/// ThisModuleFile returns the full path of its file; empty when it cannot be read.
 std::wstring ThisModuleFile();
 
-/// CallFromSystem stands in a function of the module that the system itself calls (a timer procedure). While
-/// it lives, no ModulePin that is given up unloads the module under the running function.
+/// CallFromSystem is declared in a function of the module that the system calls (a timer procedure). While it
+/// lives, releasing a ModulePin does not unload the module under the running function.
 class CallFromSystem {
 public:
     CallFromSystem();

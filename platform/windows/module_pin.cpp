@@ -1,4 +1,4 @@
-// References of the library to its own module.
+// The library's references to its own module.
 #include "platform/module_pin.h"
 
 #include <mutex>
@@ -12,11 +12,11 @@ namespace {
 bool bProcessIsEnding = false; // written once, when no other thread is left
 
 std::mutex g_lock;
-unsigned g_iKept = 0;            // references that nobody needs any more; under g_lock
-unsigned g_iCallsFromSystem = 0; // that are running; under g_lock
+unsigned g_iKept = 0;            // references no longer needed; under g_lock
+unsigned g_iCallsFromSystem = 0; // calls in progress; under g_lock
 
 void TakeReference() {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     if (g_iKept > 0) {
         --g_iKept;
         return;
@@ -26,9 +26,9 @@ void TakeReference() {
                        &hModule);
 }
 
-// How many references the caller is to give back now.
+/// The number of references that the caller must release now.
 unsigned TakeKept() {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     return g_iCallsFromSystem == 0 ? std::exchange(g_iKept, 0) : 0;
 }
 
@@ -57,12 +57,12 @@ std::wstring ThisModuleFile() {
 }
 
 CallFromSystem::CallFromSystem() {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     ++g_iCallsFromSystem;
 }
 
 CallFromSystem::~CallFromSystem() {
-    std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_lock);
     --g_iCallsFromSystem;
 }
 
@@ -74,7 +74,7 @@ ModulePin::~ModulePin() {
     if (m_bForGood)
         return;
     {
-        std::lock_guard lock(g_lock);
+        const std::lock_guard lock(g_lock);
         ++g_iKept;
     }
     ReleaseUnneededPins();
@@ -89,7 +89,7 @@ bool ProcessIsEnding() {
     return bProcessIsEnding;
 }
 
-// Called by the system under its loader's lock. A reserved value tells that the process ends.
+/// Called by the system under the loader lock. A non-null pReserved means that the process is ending.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD iReason, LPVOID pReserved) {
     if (iReason == DLL_PROCESS_DETACH && pReserved)
         bProcessIsEnding = true;

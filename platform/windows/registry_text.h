@@ -1,4 +1,4 @@
-// Texts that come out of the registry.
+// Texts from the registry.
 #pragma once
 
 #include <algorithm>
@@ -6,9 +6,9 @@
 
 #include "system/serial.h"
 
-/// RegistryText takes a text of `iSize` bytes out of a buffer of `iCapacity` bytes. Nothing guarantees that
-/// a registry value ends with a zero, or only there, or that its size is true: the text ends at the first
-/// zero, at its size or at the buffer's end, whichever comes first.
+/// RegistryText returns the text of `iSize` bytes in a buffer of `iCapacity` bytes. A registry value may lack
+/// a terminating zero, contain others, or have a wrong size, so the text ends at the first zero, at its size
+/// or at the end of the buffer, whichever comes first.
 inline std::string RegistryText(const void* pBuffer, DWORD iSize, size_t iCapacity) {
     const char* pText = static_cast<const char*>(pBuffer);
     const char* pEnd = pText + std::min<size_t>(iSize, iCapacity);

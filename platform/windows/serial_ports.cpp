@@ -1,4 +1,4 @@
-// The list of serial ports, from the registry key that the serial drivers fill.
+// The list of serial ports, from the registry key that the serial drivers maintain.
 #include "platform/serial_ports.h"
 
 #include <exception>
@@ -7,7 +7,7 @@
 
 namespace {
 
-// No value name of the registry is longer.
+// The longest name of a registry value.
 constexpr DWORD kNameSize = 16383;
 constexpr DWORD kDataSize = 16383;
 
@@ -27,7 +27,7 @@ public:
 
     bool IsOpen() const { return m_hKey != nullptr; }
 
-    // The number of values; 0 when it cannot be told.
+    /// The number of values; 0 when it is unknown.
     DWORD CountValues() const {
         char aClass[MAX_PATH];
         DWORD iClassSize = sizeof(aClass);
@@ -37,7 +37,7 @@ public:
         return iStatus == ERROR_SUCCESS ? iCount : 0;
     }
 
-    // Appends the texts of the first `iCount` values; one that cannot be read is passed over.
+    /// Appends the texts of the first `iCount` values; unreadable ones are skipped.
     void AppendTexts(DWORD iCount, std::vector<std::string>& texts) const {
         std::vector<char> name(kNameSize);
         std::vector<BYTE> data(kDataSize);

@@ -1,4 +1,4 @@
-// Waiting for the serial port's input: the port is polled once per millisecond.
+// Waiting for input from the serial port by polling it every millisecond.
 #include "platform/serial_wait.h"
 
 #include "system/serial.h"

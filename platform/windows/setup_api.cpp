@@ -5,7 +5,7 @@ namespace {
 
 template <class Function>
 bool LookUp(HMODULE hLibrary, const char* sName, Function& pfnFunction) {
-    // By way of void*, the one conversion that every compiler lets pass for a function looked up by name.
+    // Through void*, the one conversion that all compilers accept for a function looked up by name.
     pfnFunction = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(hLibrary, sName)));
     return pfnFunction != nullptr;
 }

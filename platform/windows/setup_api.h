@@ -1,23 +1,22 @@
-// SetupAPI, loaded by name: a machine without it, or with an older one, still loads the library.
+// SetupAPI, loaded by name, so that the library also loads on a system without it or with an older one.
 #pragma once
 
 #include "system/serial.h"
 
-// After the system's main header, on whose types it builds.
+// Must follow the system's main header, whose types it uses.
 #include <setupapi.h>
 
-/// SetupApi holds SETUPAPI.DLL and the eight functions that the device list needs, for as long as it lives.
-/// One thread uses it.
+/// SetupApi holds SETUPAPI.DLL and the eight functions that the device list needs. Used by one thread.
 class SetupApi {
 public:
-    /// Loads the library and looks the functions up; IsComplete tells the outcome.
+    /// Loads the library and looks up the functions; IsComplete returns the outcome.
     SetupApi();
     ~SetupApi();
     SetupApi(const SetupApi&) = delete;
     SetupApi& operator=(const SetupApi&) = delete;
 
-    /// True when every function was found. False otherwise: the library is then unloaded again, and the
-    /// thread's last error is 120 if it was there but lacks a function.
+    /// Returns whether every function was found. If not, the library is unloaded again, and the thread's last
+    /// error is 120 when the library exists but lacks a function.
     bool IsComplete() const { return m_hLibrary != nullptr; }
 
     decltype(&::SetupDiOpenDevRegKey) OpenDevRegKey = nullptr;

@@ -1,4 +1,4 @@
-// The banner's picture: the module's bitmap with the module's version written into it.
+// The banner's picture: the module's bitmap with the module's version drawn on it.
 #include "platform/splash_window.h"
 
 #include <cstdio>
@@ -12,12 +12,12 @@ namespace {
 
 constexpr WORD kBannerResource = 205;
 constexpr COLORREF kWhite = RGB(255, 255, 255);
-constexpr int kVersionRight = 530; // where the version text ends
+constexpr int kVersionRight = 530; // right edge of the version text
 constexpr int kVersionTop = 150;
 constexpr UINT kUnicodePage = 1200;
 constexpr LANGID kAmericanEnglish = 1033;
 
-// The module's product version; empty when it cannot be read.
+/// The module's product version; empty when it cannot be read.
 std::string VersionText() {
     const CVFXVersionInfo info(kUnicodePage, kAmericanEnglish);
     VersionRecord record;
@@ -31,7 +31,7 @@ std::string VersionText() {
 
 void DrawVersion(HBITMAP hBitmap, const std::string& sVersion) {
     const HDC hMemory = CreateCompatibleDC(nullptr);
-    if (!hMemory)
+    if (hMemory == nullptr)
         return;
     const HGDIOBJ hBefore = SelectObject(hMemory, hBitmap);
     SetTextAlign(hMemory, TA_RIGHT);
@@ -40,11 +40,11 @@ void DrawVersion(HBITMAP hBitmap, const std::string& sVersion) {
     DeleteDC(hMemory);
 }
 
-// The window with its finished picture, not shown yet.
+/// Makes the window with its finished picture, not shown yet.
 std::unique_ptr<SplashWindow> MakeSplash() {
     auto pSplash = std::make_unique<SplashWindow>();
     const HBITMAP hBitmap = LoadBitmapA(ThisModule(), MAKEINTRESOURCEA(kBannerResource));
-    if (hBitmap)
+    if (hBitmap != nullptr)
         DrawVersion(hBitmap, VersionText());
     pSplash->SetBitmap(hBitmap);
     pSplash->SetTransparentColor(kWhite);
@@ -55,21 +55,28 @@ std::unique_ptr<SplashWindow> MakeSplash() {
 
 class ShownSplash::Window {
 public:
-    Window() : m_pSplash(MakeSplash()) { m_pSplash->Show(); }
+    Window() : m_pSplash(MakeSplash()), m_bShown(m_pSplash->Show() != nullptr) {}
     ~Window() { m_pSplash->Hide(); }
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
 
+    bool IsShown() const { return m_bShown; }
+
 private:
     std::unique_ptr<SplashWindow> m_pSplash;
+    const bool m_bShown;
 };
 
 ShownSplash::ShownSplash() {
     try {
         m_pWindow = std::make_unique<Window>();
     } catch (const std::exception&) {
-        // No memory for a picture: the caller goes on without one.
+        // Out of memory: the caller continues without a picture.
     }
 }
 
 ShownSplash::~ShownSplash() {}
+
+bool ShownSplash::IsOnScreen() const {
+    return m_pWindow && m_pWindow->IsShown();
+}

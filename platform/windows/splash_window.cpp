@@ -7,10 +7,10 @@ namespace {
 constexpr UINT kClassStyle = CS_BYTEALIGNCLIENT | CS_BYTEALIGNWINDOW;
 constexpr int kExtraBytes = 30;
 
-// Old systems have no such function: looked up by name, they still load the library.
+// Looked up by name, because the library must also load on old systems that lack the function.
 decltype(&::SetLayeredWindowAttributes) pfnSetLayeredWindowAttributes = nullptr;
 
-// The object whose window is being served.
+// The object whose window is handling messages.
 SplashWindow* pServed = nullptr;
 
 } // namespace
@@ -26,14 +26,14 @@ SplashWindow::~SplashWindow() {
 }
 
 void SplashWindow::DeleteBitmap() {
-    if (Bitmap)
+    if (Bitmap != nullptr)
         DeleteObject(std::exchange(Bitmap, nullptr));
     Width = Height = 0;
 }
 
 BOOL SplashWindow::SetBitmap(HBITMAP hBitmap) {
     DeleteBitmap();
-    if (!hBitmap)
+    if (hBitmap == nullptr)
         return TRUE;
     Bitmap = hBitmap;
     BITMAP facts = {};
@@ -116,12 +116,12 @@ LRESULT CALLBACK SplashWindow::WindowProc(HWND hWindow, UINT iMessage, WPARAM wP
         pServed = static_cast<SplashWindow*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
         pServed->Window = hWindow;
     }
-    const bool bServed = pServed && pServed->Window == hWindow;
+    const bool bServed = pServed != nullptr && pServed->Window == hWindow;
     if (iMessage == WM_PAINT && bServed) {
         pServed->Paint();
         return 0;
     }
-    if (iMessage == WM_DESTROY && (bServed || (pServed && !pServed->Window)))
+    if (iMessage == WM_DESTROY && (bServed || (pServed != nullptr && pServed->Window == nullptr)))
         pServed = nullptr;
     return DefWindowProcA(hWindow, iMessage, wParam, lParam);
 }

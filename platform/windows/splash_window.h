@@ -1,24 +1,24 @@
-// The banner window: a picture in the middle of the screen, without frame and with see-through parts.
+// The banner window: a picture in the middle of the screen, frameless and with transparent parts.
 #pragma once
 
 #include "system/serial.h"
 
-/// SplashWindow shows a bitmap that it owns. The window is painted once, when it is shown; it has no message
-/// loop. One thread uses an object. While one shows, Show of another is refused.
+/// SplashWindow shows a bitmap that it owns. The window is painted once, when shown, and has no message loop.
+/// Used by one thread. While one is shown, Show of another fails.
 class SplashWindow {
 public:
     SplashWindow();
-    /// Deletes the bitmap; a shown window must have been hidden.
+    /// Deletes the bitmap; a shown window must be hidden first.
     virtual ~SplashWindow();
     SplashWindow(const SplashWindow&) = delete;
     SplashWindow& operator=(const SplashWindow&) = delete;
 
-    /// SetBitmap takes a bitmap over and deletes the one before; null: none. FALSE, with the bitmap deleted,
-    /// when its size cannot be told.
+    /// SetBitmap takes ownership of a bitmap and deletes the previous one; null: none. FALSE, with the bitmap
+    /// deleted, when its size cannot be determined.
     BOOL SetBitmap(HBITMAP hBitmap);
-    /// SetTransparentColor makes a colour see-through; 0: none.
+    /// SetTransparentColor makes a colour transparent; 0: none.
     void SetTransparentColor(COLORREF iColor);
-    /// Show shows the window anew. Null when the system refuses it.
+    /// Show creates and shows the window. Null when the system refuses.
     HWND Show();
     /// Hide destroys the window; FALSE when there is none.
     BOOL Hide();

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-// After the system's main header, on whose types it builds.
+// Must follow the system's main header, whose types it uses.
 #include <winver.h>
 
 namespace {
@@ -46,7 +46,7 @@ bool CVFXVersionInfo::Read(VersionRecord& record, std::wstring sModuleFile) cons
     void* pBlock = nullptr;
     UINT iBlockSize = 0;
     if (!GetFileVersionInfoW(sModuleFile.c_str(), 0, iSize, info.data()) ||
-        !VerQueryValueW(info.data(), L"\\", &pBlock, &iBlockSize) || !pBlock ||
+        !VerQueryValueW(info.data(), L"\\", &pBlock, &iBlockSize) || pBlock == nullptr ||
         iBlockSize < sizeof(VS_FIXEDFILEINFO))
         return false;
     const auto& fixed = *static_cast<const VS_FIXEDFILEINFO*>(pBlock);

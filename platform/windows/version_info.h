@@ -6,14 +6,14 @@
 
 #include "system/serial.h"
 
-/// What a version resource says; numbers from the most significant one on.
+/// The numbers of a version resource, most significant first.
 struct VersionRecord {
     WORD aProductVersion[4];
     WORD aFileVersion[4];
 };
 
-/// CVFXVersionInfo reads version resources. While it lives, the thread that made it has the locale of the
-/// given language, where the system knows it; that thread destroys it.
+/// CVFXVersionInfo reads version resources. While it lives, the thread that made it uses the locale of the
+/// given language, if the system has it; the same thread destroys it.
 class CVFXVersionInfo {
 public:
     CVFXVersionInfo(UINT iCodePage, LANGID iLanguage);
@@ -21,8 +21,8 @@ public:
     CVFXVersionInfo(const CVFXVersionInfo&) = delete;
     CVFXVersionInfo& operator=(const CVFXVersionInfo&) = delete;
 
-    /// Read fills the record from the resource of the module file of that name, blanks around which do not
-    /// count. False, with the record as it was, when there is none. May throw std::bad_alloc.
+    /// Read fills the record from the version resource of a module file; blanks around the file name are
+    /// ignored. False, with the record unchanged, when there is none. May throw std::bad_alloc.
     bool Read(VersionRecord& record, std::wstring sModuleFile) const;
 
     UINT CodePage() const { return m_iCodePage; }

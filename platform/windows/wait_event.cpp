@@ -1,4 +1,4 @@
-// Events that threads wait for: the system's auto-reset events.
+// Events for threads to wait on: auto-reset events of the system.
 #include "platform/wait_event.h"
 
 #include <optional>
@@ -16,7 +16,14 @@ DWORD Remaining_ms(ULONGLONG iStart_ms, DWORD iLimit_ms) {
     return iPassed_ms < iLimit_ms ? static_cast<DWORD>(iLimit_ms - iPassed_ms) : 0;
 }
 
-// The request to end the thread's own message loop is kept for that loop.
+/// Messages that were already seen in the queue end the wait too (MWMO_INPUTAVAILABLE): an event may end a
+/// wait before all messages are dispatched, and the rest would not be reported again.
+DWORD WaitForHandleOrMessage(std::span<void* const> handles, DWORD iLimit_ms) {
+    return MsgWaitForMultipleObjectsEx(static_cast<DWORD>(handles.size()), handles.data(), iLimit_ms,
+                                       QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+}
+
+/// Dispatches a message, but keeps a request to quit for the thread's own message loop.
 void Dispatch(const MSG& message, std::optional<int>& exitCode) {
     if (message.message == WM_QUIT) {
         exitCode = static_cast<int>(message.wParam);
@@ -51,11 +58,10 @@ DWORD WaitWithMessages(std::span<void* const> handles, DWORD iLimit_ms) {
     DWORD iResult = kWaitFailed;
     for (bool bLast = false;; bLast = Remaining_ms(iStart_ms, iLimit_ms) == 0) {
         iResult = bLast ? WaitForMultipleObjects(iCount, handles.data(), FALSE, 0)
-                        : MsgWaitForMultipleObjects(iCount, handles.data(), FALSE,
-                                                    Remaining_ms(iStart_ms, iLimit_ms), QS_ALLINPUT);
+                        : WaitForHandleOrMessage(handles, Remaining_ms(iStart_ms, iLimit_ms));
         if (bLast || iResult != WAIT_OBJECT_0 + iCount)
             break;
-        // A window that posts to itself never leaves the queue empty: the handles are looked at in between.
+        // A window that posts to itself never leaves the queue empty, so the handles are tested in between.
         MSG message;
         iResult = WAIT_TIMEOUT;
         while (iResult == WAIT_TIMEOUT && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {

@@ -1,4 +1,4 @@
-"""Programs that run beside the session. None outlives it, however it ends."""
+"""Programs that run during the session. All of them end with it, however it ends."""
 import os
 import signal
 import subprocess
@@ -10,12 +10,12 @@ class Children:
         self.running = []
 
     def start(self, words, environment=None, **options):
-        """Starts a program in a process group of its own; what it says goes into the folder of logs, unless
-        `options` (of subprocess.Popen) say otherwise."""
+        """Starts a program in a process group of its own. Its output goes into the log folder, unless `options` (of
+        subprocess.Popen) say otherwise."""
         log = os.path.join(self.log_folder, os.path.basename(words[0]) + ".log")
         with open(log, "ab") as file:
             options.setdefault("stdout", file)
-            # Killed with us, should we be killed ourselves.
+            # The child is killed if this process is killed.
             child = subprocess.Popen(["setpriv", "--pdeathsig", "KILL", *words], stdin=subprocess.DEVNULL,
                                      stderr=file, start_new_session=True,
                                      env={**os.environ, **(environment or {})}, **options)
@@ -23,7 +23,7 @@ class Children:
         return child
 
     def stop(self, child):
-        """Ends a program and all that it started."""
+        """Ends a program and everything that it started."""
         self.running.remove(child)
         for end in (signal.SIGTERM, signal.SIGKILL):
             try:

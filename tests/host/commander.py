@@ -1,16 +1,16 @@
-"""Double Commander, driven as a person drives it: keys go to the window in front, names are read off the panels
-through the clipboard."""
+"""Controls Double Commander as a person does: keys go to the active window, and names in the panels are read through
+the clipboard."""
 import os
 import re
 
 import settings
 from waiting import PATIENCE, Failed, NoWindow, check, until
 
-HOMES = ("HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME")  # none of them the person's own
+HOMES = ("HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME")  # so that the user's own are not used
 PHONE = "wfx://Phone"
 OPEN_PHONE = "ChangeDir activepath={phone}"
 OPEN_LOCAL = "ChangeDir activepath={local}"
-NOTHING = "(nothing)"  # stands in the clipboard before something is copied into it
+NOTHING = "(nothing)"  # the clipboard's content before something is copied into it
 
 
 class Commander:
@@ -26,7 +26,7 @@ class Commander:
             ["doublecmd", "--no-splash", "--config-dir=" + profile],
             {**{name: folder for name in HOMES}, "LC_ALL": "C.UTF-8", "LANGUAGE": "en",
              "DBUS_SESSION_BUS_ADDRESS": "disabled:", "QUILLET_DEVICE_ROOT": device_root}, cwd=folder)
-        self.main = until("Double Commander shows itself", self._main_window, patience=60, error=NoWindow)
+        self.main = until("Double Commander appears", self._main_window, patience=60, error=NoWindow)
         self.place()
 
     def _main_window(self):
@@ -34,18 +34,18 @@ class Commander:
         return window if self.desktop.title(window).startswith("Double Commander") else 0
 
     def has_ended(self):
-        """True when the program has ended without being told to."""
+        """Returns True when the program has ended although leave was not called."""
         return not self.was_left and self.process.poll() is not None
 
     def leave(self):
-        """Ends the program as a person does; gives its exit status."""
+        """Ends the program as a person does. Returns its exit status."""
         self.press(settings.key_of("Exit"))
         self.was_left = True
         until("Double Commander ends", lambda: self.process.poll() is not None)
         return self.process.returncode
 
     def log_text(self):
-        """What the program has logged: its operations and the plug-in's lines."""
+        """Returns the program's log: its operations and the plug-in's lines."""
         if not os.path.exists(self.log):
             return ""
         with open(self.log, errors="replace") as file:
@@ -54,13 +54,13 @@ class Commander:
     # --- Windows and keys
 
     def press(self, *keys):
-        """Presses keys in the main window, once that is in front."""
+        """Waits until the main window is active and presses keys."""
         self.wait_until_alone()
         self.desktop.keys(*keys)
 
     def insist(self, keys, what, condition):
-        """Presses keys that can do no harm when they are pressed again, and again, until they have had an effect:
-        the program loses some while it moves its focus."""
+        """Presses keys repeatedly until they take effect, because the program loses some keys while the focus moves.
+        Only for keys that may be pressed more than once."""
         for _ in range(PATIENCE // 2):
             self.press(*keys)
             try:
@@ -73,15 +73,14 @@ class Commander:
         self.press(settings.key_of(name))
 
     def wait_for_window(self, title, patience=PATIENCE):
-        """Waits until a window other than the main one, with a title that matches, gets the keys. Gives its
-        number."""
+        """Waits until a window other than the main one with a matching title is active. Returns its number."""
         def is_up():
             window = self.desktop.active()
             return window if window != self.main and re.search(title, self.desktop.title(window)) else 0
         try:
             return until(f"the window {title!r}", is_up, patience, NoWindow)
         except NoWindow as error:
-            raise NoWindow(f"{error}; in front is {self.desktop.title(self.desktop.active())!r}") from None
+            raise NoWindow(f"{error}; the active window is {self.desktop.title(self.desktop.active())!r}") from None
 
     def answer(self, window, *keys):
         """Presses keys in a window and waits until it has closed."""
@@ -89,32 +88,33 @@ class Commander:
         until("the window closes", lambda: window not in self.desktop.windows(), error=NoWindow)
 
     def wait_until_alone(self):
-        """Waits until the main window is the only one and gets the keys: nothing is asked or under way."""
-        until("the main window is in front alone",
+        """Waits until the main window is the only one and active, so that no question and no operation is open."""
+        until("the main window is active and the only one",
               lambda: self.desktop.windows() == [self.main, self.main], error=NoWindow)
 
     def type_command(self, text):
-        """Types a command into the command line below the panels, where letters go."""
+        """Types a command into the command line below the panels."""
         self.command("FocusCmdLine")
         self.desktop.type(text)
         self.press("Return")
         self.press("Escape")
 
-    # --- Panels. What is read off a panel is that of the active one; reading puts the cursor on its first line.
+    # --- Panels. The functions read the active panel and move its cursor to the first line.
 
     def _copied(self, *keys, instead=NOTHING):
-        """What is copied into the clipboard after these keys, line by line, instead of what is there."""
+        """Presses the keys, copies the selected names into the clipboard, which holds `instead` before, and returns the
+        lines."""
         self.desktop.put_into_clipboard(instead)
-        self.insist((*keys, settings.key_of("CopyFullNamesToClip")), "names come into the clipboard",
+        self.insist((*keys, settings.key_of("CopyFullNamesToClip")), "names are in the clipboard",
                     lambda: self.desktop.clipboard() not in (instead, ""))
         return self.desktop.clipboard().splitlines()
 
     def place(self):
-        """The folder that the panel shows."""
+        """Returns the folder that the panel shows."""
         return self._copied(settings.key_of("MarkUnmarkAll"), "Home")[0].rstrip("/")
 
     def names(self):
-        """The names in the panel, in its order."""
+        """Returns the names in the panel in its order."""
         place = self.place()
         copied = self._copied(settings.key_of("MarkMarkAll"))
         self.command("MarkUnmarkAll")
@@ -129,12 +129,12 @@ class Commander:
         until(lambda: f"the panel shows {place}; it shows {self.place()}", lambda: self.place() == place)
 
     def swap(self):
-        """Makes the other panel the active one."""
+        """Activates the other panel."""
         self.press("Tab")
         self.place()
 
     def open(self, place):
-        """Shows a folder of the phone or of the computer: its root by key, then folder by folder."""
+        """Shows a folder of the phone or of the computer: opens the root by a key and enters folder by folder."""
         root, command = (PHONE, OPEN_PHONE) if place.startswith(PHONE) else (self.local, OPEN_LOCAL)
         self.insist([settings.key_of(command)], f"the panel shows {root}", lambda: self.place() == root)
         for name in place.removeprefix(root).split("/")[1:]:
@@ -142,7 +142,7 @@ class Commander:
             self.enter(name, root)
 
     def enter(self, name, place):
-        """Presses Enter on an entry, which has to lead to the given folder."""
+        """Presses Enter on an entry and waits until the panel shows `place`."""
         self.point_at(name)
         self.press("Return")
         self.wait_for_place(place)

@@ -1,4 +1,4 @@
-"""What the phone and the computer hold before the first stage. Each stage has folders of its own in it."""
+"""The contents of the phone and the computer before the first stage. Each stage has its own folders."""
 import trees
 
 TREE = {
@@ -39,7 +39,7 @@ ON_PHONE = {
 
 
 def names_at_the_root():
-    """What the phone shows first."""
+    """Returns the names in the phone's root folder."""
     return {path.split("/")[0] for path in ON_PHONE}
 
 

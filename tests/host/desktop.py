@@ -1,5 +1,4 @@
-"""A screen of our own with a window manager, and a person's hands and eyes on it: keys, clipboard, windows,
-photographs."""
+"""A private X screen with a window manager, and access to it as a person has: keys, clipboard, windows, screenshots."""
 import os
 import re
 import subprocess
@@ -10,7 +9,7 @@ SIZE = "1100x720"
 
 
 def run(words, text=None):
-    """Runs one of the small X programs; gives what it prints, or "" when it fails or hangs."""
+    """Runs one of the small X programs. Returns its output, or "" when it fails or hangs."""
     try:
         done = subprocess.run(words, input=text, capture_output=True, text=True, errors="replace", check=False,
                               timeout=PATIENCE)
@@ -29,14 +28,14 @@ class Desktop:
         os.close(write_end)
         with os.fdopen(read_end) as number:
             display = number.readline().strip()
-        check(display, "Xvfb does not start")
+        check(display, "Xvfb did not start")
         os.environ["DISPLAY"] = ":" + display
         children.start(["openbox", "--sm-disable", "--config-file", self._window_rules(children.log_folder)])
         until("openbox is up", lambda: "window id" in run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]))
 
     @staticmethod
     def _window_rules(folder):
-        """A window manager that leaves the keyboard to the program: its own key bindings would take some."""
+        """Writes a configuration without key bindings, so that the window manager passes every key to the program."""
         path = os.path.join(folder, "openbox.xml")
         with open(path, "w") as file:
             file.write('<openbox_config xmlns="http://openbox.org/3.4/rc"><focus><focusNew>yes</focusNew></focus>'
@@ -44,11 +43,11 @@ class Desktop:
         return path
 
     def active(self):
-        """The number of the window that gets the keys; 0 when there is none."""
+        """Returns the number of the active window, or 0 when there is none."""
         return self._windows("_NET_ACTIVE_WINDOW")[0]
 
     def windows(self):
-        """The numbers of the window that gets the keys and of all that a person sees."""
+        """Returns the number of the active window, then the numbers of all visible windows."""
         return self._windows("_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST")
 
     @staticmethod
@@ -57,12 +56,12 @@ class Desktop:
         return [int(number, 16) for number in listed] or [0]
 
     def title(self, window):
-        """A window's title; "" when it is gone."""
+        """Returns a window's title, or "" when the window is gone."""
         return run(["xdotool", "getwindowname", str(window)]).strip() if window else ""
 
     def keys(self, *names):
-        """Presses keys one after the other. Alt is held for a while: a program that has much to do asks too late
-        whether it is down, and takes the key for a bare one."""
+        """Presses keys one after the other. Alt is held for a while, because a busy program checks its state late and
+        would ignore it."""
         words = []
         for name in names:
             key = name.removeprefix("alt+")
@@ -73,7 +72,7 @@ class Desktop:
         run(["xdotool", "type", text])
 
     def put_into_clipboard(self, text):
-        # The program that holds the clipboard stays in the background and must not hold our pipes.
+        # xclip stays in the background to hold the clipboard; it must not keep our pipes open.
         subprocess.run(["xclip", "-selection", "clipboard"], input=text.encode(), check=True, timeout=PATIENCE,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
@@ -84,7 +83,7 @@ class Desktop:
         return subprocess.run(["import", "-window", "root", "ppm:-"], capture_output=True, check=False).stdout
 
     def photograph(self, name):
-        """Photographs the screen, once it has come to rest; some of it never does."""
+        """Saves a screenshot once the screen has stopped changing, or after a few attempts if it never stops."""
         picture = self._screen()
         for _ in range(3):
             before, picture = picture, self._screen()

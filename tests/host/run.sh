@@ -1,6 +1,6 @@
 #!/bin/sh
-# Builds the Linux products and drives the plug-in in a file manager, Double Commander, on a screen of its own, against
-# the simulated handset. Names of stages (functions of stages.py) do only those. Called by ./test --host.
+# Builds the Linux products and tests the plug-in in a file manager, Double Commander, on a private screen with the
+# simulated handset. Arguments select stages by name (functions in stages.py). Called by ./test --host.
 set -eu
 cd "$(dirname "$0")/../.."
 . tools/need.sh

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""session.py BUILD [STAGE...]: drives the plug-in in the folder BUILD in Double Commander, against the simulated
-handset. Prints a line for each stage; exit status 0 when all have passed.
+"""session.py BUILD [STAGE...]: tests the plug-in in the folder BUILD in Double Commander with the simulated handset.
+Runs all stages, or the named ones. Prints a line for each stage; exit status 0 when all have passed.
 
-BUILD/host keeps the photographs and what the programs said. Only the named stages are done when there are names."""
+BUILD/host keeps the screenshots and the output of the programs."""
 import os
 import shutil
 import signal
@@ -20,11 +20,11 @@ from stage import Stage
 from stages import STAGES
 from waiting import Failed, NoWindow, check
 
-LIMIT = 480  # seconds for everything
+LIMIT = 480  # seconds for the whole session
 
 
 class Interrupted(BaseException):
-    """The time is up, or somebody wants us to end."""
+    """The time is up, or a signal asks the session to end."""
 
 
 def interrupt(number, _):
@@ -32,7 +32,7 @@ def interrupt(number, _):
 
 
 class World:
-    """The phone, a folder of the computer and the file manager, as they are before the first stage."""
+    """The phone, a folder on the computer and the file manager in their initial state."""
 
     def __init__(self, desktop, build, folder, logs):
         self.children = Children(logs)
@@ -53,7 +53,7 @@ class World:
 
 
 class Session:
-    """`keep` is the folder for what stays, `folder` that for what goes."""
+    """`keep` is the folder for files that remain after the session, `folder` is for temporary ones."""
 
     def __init__(self, build, keep, folder):
         self.build = build
@@ -75,19 +75,19 @@ class Session:
         self.world = None
 
     def attempt(self, label, work):
-        """Does a stage; what went wrong is raised, and the world is given up then."""
+        """Runs a stage. Raises Failed if it fails, and discards the world then."""
         try:
             if not self.world:
                 self.world = World(self.desktop, self.build, tempfile.mkdtemp(dir=self.folder), self.logs)
             stage = Stage(label, self.desktop, self.world)
             work(stage)
             stage.photograph()
-            check(not stage.commander.has_ended(), "the stage was done")
+            check(not stage.commander.has_ended(), "the stage had been completed")
         except Failed as reason:
             self.desktop.photograph(label + "-failed")
             ended = self.world and self.world.commander.has_ended()
             self.forget_world()
-            raise Failed(f"Double Commander has ended by itself; {reason}") if ended else reason
+            raise Failed(f"Double Commander ended unexpectedly; {reason}") if ended else reason
 
     def do(self, number, work):
         name = work.__name__.replace("_", " ")
@@ -98,7 +98,7 @@ class Session:
             try:
                 self.attempt(label, work)
             except NoWindow as reason:
-                print(f"   {name}: once more, because of a window: {reason}", flush=True)
+                print(f"   {name}: repeated because of a window: {reason}", flush=True)
                 self.attempt(label, work)
                 outcome = "passed at the second attempt"
         except Failed as reason:
@@ -122,7 +122,7 @@ def run(build, names):
         except Failed as reason:
             problem = str(reason)
         except Interrupted as reason:
-            problem = f"broken off: {reason}"
+            problem = f"aborted: {reason}"
             if session:
                 session.desktop.photograph("broken-off")
         finally:

@@ -1,9 +1,9 @@
-"""The settings of Double Commander: the plug-in, and a key for each of its commands that the session uses."""
+"""The settings of Double Commander: the plug-in, and a key for each command that the session uses."""
 import os
 
-# The shortcuts, as the program and as xdotool spell them, and what they do. Those that copy, move and so on are
-# the program's own choice. The others are single keys where a lost one would matter: when much is going on, the
-# program does not always see that Ctrl is down.
+# The shortcuts as the program spells them, as xdotool spells them, and their commands. Copying, moving and the like use
+# the program's defaults. Other commands use single keys where a lost modifier would matter, because a busy program does
+# not always notice that Ctrl is down.
 KEYS = {
     "F2": ("F2", "cm_RenameOnly"),
     "F5": ("F5", "cm_Copy"),
@@ -40,7 +40,7 @@ SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 
 
 def key_of(command):
-    """The key that carries out a command, for xdotool; its parameter is part of it."""
+    """Returns the key for a command, as xdotool spells it. `command` includes the command's parameter."""
     return next(key for key, words in KEYS.values() if words == "cm_" + command)
 
 
@@ -55,7 +55,7 @@ def shortcuts(places):
 
 
 def write(folder, plugin, name, local, log):
-    """Makes a profile in which the plug-in is called `name`; keys open the phone and the folder `local`."""
+    """Creates a profile in which the plug-in is called `name` and keys open the phone and the folder `local`."""
     os.makedirs(folder)
     with open(os.path.join(folder, "doublecmd.xml"), "w") as file:
         file.write(SETTINGS.format(plugin=plugin, name=name, log=log))

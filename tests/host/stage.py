@@ -1,4 +1,4 @@
-"""What every stage of the session has at hand: the file manager, and eyes on both sides of it."""
+"""What every stage uses: the file manager, and the contents of the phone and the computer."""
 import os
 
 import trees
@@ -17,11 +17,11 @@ class Stage:
         self.desktop.photograph("-".join(filter(None, (self.label, detail))))
 
     def path(self, name):
-        """A folder of the computer, by its path from the folder that belongs to the session."""
+        """Returns the full path of a folder in the session's folder on the computer."""
         return os.path.join(self.computer, name)
 
     def local(self, folder):
-        """What a folder of the computer holds."""
+        """Returns the contents of a folder on the computer."""
         return trees.contents_of(self.path(folder))
 
     def wait_for_phone(self, folder, expected):
@@ -33,14 +33,14 @@ class Stage:
               lambda: self.local(folder) == expected)
 
     def answer(self, title, *keys, text=""):
-        """Waits for a window, types the text into it, presses the keys, and waits until it has closed."""
+        """Waits for a window, types `text` into it, presses the keys and waits until the window has closed."""
         window = self.commander.wait_for_window(title)
         self.desktop.type(text)
         self.commander.answer(window, *keys)
 
     def start_copying(self, here, there, *names, command="Copy", latency=0):
-        """Marks entries in one folder and starts to copy (or to move) them to another. `latency`: microseconds
-        that the phone takes for each answer from then on."""
+        """Marks entries in one folder and starts to copy or move them to another. From then on the phone takes
+        `latency` microseconds for each response."""
         self.commander.open_both(here, there)
         self.commander.mark(*names)
         self.commander.command(command)

@@ -1,5 +1,5 @@
-"""What a person does with the phone in Double Commander, and what has to come of it. Each stage works on folders
-of its own (content.py), so that it can be done over with everything made anew."""
+"""What a person does with the phone in Double Commander, and the expected results. Each stage uses its own folders
+(content.py), so that it can be repeated in a new world."""
 import content
 import trees
 from commander import PHONE
@@ -12,15 +12,15 @@ MESSAGE = r"^Double Commander"
 def open_the_phone(stage):
     stage.commander.open(PHONE)
     stage.commander.wait_for_names(*content.names_at_the_root())
-    check("CONNECTED on port COM1" in stage.commander.log_text(), "the log does not say that the phone is connected")
-    check(stage.phone.has_been_asked("opendir", "\0"), "the phone was not asked for its folder")
+    check("CONNECTED on port COM1" in stage.commander.log_text(), "the log does not report that the phone is connected")
+    check(stage.phone.has_been_asked("opendir", "\0"), "the phone got no request to list its root folder")
 
 
 def enter_folders(stage):
     stage.phone.forget_requests()
     stage.commander.open(PHONE + "/brew/mod/sample")
     stage.commander.wait_for_names("sample.cfg", "sample.bin")
-    check(stage.phone.has_been_asked("opendir", "brew/mod/sample\0"), "the phone was not asked for the folder")
+    check(stage.phone.has_been_asked("opendir", "brew/mod/sample\0"), "the phone got no request to list the folder")
     stage.commander.command("ChangeDirToParent")
     stage.commander.wait_for_place(PHONE + "/brew/mod")
     stage.commander.wait_for_names("sample")
@@ -46,7 +46,7 @@ def overwrite_on_the_phone(stage):
     stage.answer(MESSAGE, "Tab", "Return")  # skips
     stage.commander.wait_for_window(MESSAGE)
     stage.photograph("question")
-    check(stage.phone.tree("/conflict up") == {"a.txt": OLD, "b.txt": OLD}, "something was overwritten unasked")
+    check(stage.phone.tree("/conflict up") == {"a.txt": OLD, "b.txt": OLD}, "a file was overwritten without a question")
     stage.answer(MESSAGE, "Return")  # overwrites
     stage.wait_for_phone("/conflict up", {"a.txt": OLD, "b.txt": NEW})
 
@@ -54,7 +54,7 @@ def overwrite_on_the_phone(stage):
 def overwrite_on_the_computer(stage):
     stage.start_copying(PHONE + "/conflict down", stage.path("in/conflict"), "a.txt")
     stage.commander.wait_for_window(MESSAGE)
-    check(stage.local("in/conflict") == {"a.txt": OLD}, "the file was overwritten unasked")
+    check(stage.local("in/conflict") == {"a.txt": OLD}, "the file was overwritten without a question")
     stage.answer(MESSAGE, "Return")  # overwrites
     stage.wait_for_local("in/conflict", {"a.txt": NEW})
 
@@ -125,13 +125,13 @@ def show_properties(stage):
     stage.phone.forget_requests()
     stage.commander.command("FileProperties")
     stage.commander.wait_for_window(r"^Properties$")
-    check(stage.phone.has_been_asked("stat", "readme.txt\0"), "the phone was not asked about the file")
+    check(stage.phone.has_been_asked("stat", "readme.txt\0"), "the phone got no request about the file")
     stage.photograph("message")
     stage.answer(r"^Properties$", "Return")
 
 
 def abort_half_way(stage):
-    """Aborts a copy that has been started on a slow line."""
+    """Aborts a copy that runs on a slow line."""
     stage.commander.wait_for_window(r"^[1-9]\d*% Copying")
     stage.photograph("half-way")
     stage.answer(r"% Copying", "Escape")
@@ -144,7 +144,7 @@ def abort_a_copy_to_the_phone(stage):
     stage.start_copying(stage.path("out/slow"), PHONE + "/slow up", "long.bin", latency=20000)
     abort_half_way(stage)
     check(stage.phone.has_been_asked("write"), "the copy had not begun")
-    check(stage.phone.tree("/slow up") == {}, "a partial file stays on the phone")
+    check(stage.phone.tree("/slow up") == {}, "a partial file remains on the phone")
     stage.start_copying(stage.path("out/slow"), PHONE + "/slow up", "long.bin")
     stage.wait_for_phone("/slow up", {"long.bin": LONG})
 
@@ -152,8 +152,8 @@ def abort_a_copy_to_the_phone(stage):
 def abort_a_copy_from_the_phone(stage):
     stage.start_copying(PHONE + "/slow down", stage.path("in/slow"), "long.bin", latency=20000)
     abort_half_way(stage)
-    check(stage.local("in/slow") == {}, "a partial file stays on the computer")
-    check(stage.phone.tree("/slow down") == {"long.bin": LONG}, "the file on the phone has suffered")
+    check(stage.local("in/slow") == {}, "a partial file remains on the computer")
+    check(stage.phone.tree("/slow down") == {"long.bin": LONG}, "the file on the phone was damaged")
 
 
 def pull_the_phone_out_and_plug_it_in(stage):
@@ -162,7 +162,7 @@ def pull_the_phone_out_and_plug_it_in(stage):
     stage.phone.tell("unplug")
     stage.commander.command("Refresh")
     stage.commander.wait_for_names()
-    until("the log says that the phone is gone", lambda: "NOT CONNECTED" in stage.commander.log_text())
+    until("the log reports that the phone is gone", lambda: "NOT CONNECTED" in stage.commander.log_text())
     stage.photograph("out")
     stage.phone.tell("replug")
     stage.commander.command("Refresh")
@@ -185,7 +185,7 @@ def pull_the_phone_out_while_copying(stage):
 def leave_the_program(stage):
     stage.commander.open(PHONE)
     status = stage.commander.leave()
-    check(status == 0, f"Double Commander ends with status {status}")
+    check(status == 0, f"Double Commander ended with status {status}")
 
 
 STAGES = [open_the_phone, enter_folders, copy_a_tree_from_the_phone, copy_a_tree_to_the_phone,

@@ -1,14 +1,14 @@
-"""Folders with files to copy, and what folders hold."""
+"""Creates folders with files to copy, and reads the contents of folders."""
 import os
 
 
 def pattern(size, seed=0):
-    """Bytes in which a block that is lost, doubled or swapped shows."""
+    """Returns bytes in which lost, doubled and swapped blocks can be detected."""
     return bytes((i * 31 + i // 251 + seed * 7) % 256 for i in range(size))
 
 
 def make(folder, entries):
-    """Makes files (bytes), links (text: where they lead) and folders (None) by their paths below a folder."""
+    """Creates files (bytes), links (text: the target) and folders (None) from a map of paths below a folder."""
     for path, content in entries.items():
         whole = os.path.join(folder, path)
         os.makedirs(whole if content is None else os.path.dirname(whole), exist_ok=True)
@@ -20,7 +20,7 @@ def make(folder, entries):
 
 
 def contents_of(folder):
-    """The same for a folder that is there: all below it by path; a folder with something in it is not named."""
+    """Returns such a map for an existing folder. Only empty folders have an entry of their own."""
     found = {}
     for parent, folders, files in os.walk(folder):
         place = os.path.relpath(parent, folder)
@@ -38,7 +38,7 @@ def contents_of(folder):
 
 
 def differences(found, expected):
-    """What distinguishes two such descriptions, in words; "" when nothing does."""
+    """Returns the differences between two such maps in words, or "" when they are equal."""
     words = [f"{path} is missing" for path in sorted(expected.keys() - found.keys())]
     words += [f"{path} should not be there" for path in sorted(found.keys() - expected.keys())]
     words += [f"{path} differs" for path in sorted(found.keys() & expected.keys()) if found[path] != expected[path]]

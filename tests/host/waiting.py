@@ -1,27 +1,27 @@
-"""Waiting for what has to happen, and what is raised when it does not."""
+"""Waiting for expected events, and the exceptions raised when they do not occur."""
 import time
 
-PATIENCE = 20  # seconds: far more than anything here needs on a machine with nothing else to do
+PATIENCE = 20  # seconds; far more than anything here needs on an idle machine
 
 
 class Failed(Exception):
-    """Something is not as it has to be."""
+    """Something is not as expected."""
 
 
 class NoWindow(Failed):
-    """A window did not come up or did not go away: the desktop's doing, perhaps, and not ours."""
+    """A window did not appear or did not close. The cause may be the desktop and not the plug-in."""
 
 
 def until(what, condition, patience=PATIENCE, error=Failed):
-    """Gives what `condition` gives as soon as that counts as true; raises `error` when it never does, with
-    `what` (a text, or what gives one then)."""
+    """Waits until the result of `condition` is true and returns the result. Raises `error` when it does not become true
+    in time; `what`, a text or a function that returns one, describes the condition."""
     end = time.monotonic() + patience
     while True:
         result = condition()
         if result:
             return result
         if time.monotonic() > end:
-            raise error(f"in vain for {patience} s: " + (what() if callable(what) else what))
+            raise error(f"waited {patience} s in vain: " + (what() if callable(what) else what))
         time.sleep(0.05)
 
 

@@ -1,33 +1,38 @@
-// The linker (-Wl,--wrap) sends what the connection asks of its link through here.
 #include "line_tap.h"
 
-#include "link/comm_manager.h"
+#include "link/serial_line.h"
+
+namespace {
+
+class TappedLine : public SerialLine {
+public:
+    using SerialLine::SerialLine;
+
+    bool Exchange(const LineRequest& request, LineResponse& response) override {
+        LineTap& tap = TheLineTap();
+        tap.bSilent = tap.goesUnanswered && tap.goesUnanswered({request.bytes.begin(), request.bytes.end()});
+        if (!tap.bSilent)
+            return SerialLine::Exchange(request, response);
+        if (Serial()->Write(request.bytes, request.iTimeOut_ms, false))
+            tap.iWaited_ms += request.iTimeOut_ms;
+        return false;
+    }
+
+    bool SwitchToDiagMode() override {
+        if (!TheLineTap().bSilent)
+            return SerialLine::SwitchToDiagMode();
+        TheLineTap().iWaited_ms += kDiagModeTries * kDiagModeTry_ms;
+        return false;
+    }
+};
+
+} // namespace
 
 LineTap& TheLineTap() {
     static LineTap tap;
     return tap;
 }
 
-extern "C" {
-
-bool __real__ZN16CQLibCommManager4SendEPKhjjb(CQLibCommManager*, const unsigned char*, DWORD, DWORD, bool);
-bool __real__ZN16CQLibCommManager7Data2DMEh(CQLibCommManager*, unsigned char);
-
-bool __wrap__ZN16CQLibCommManager4SendEPKhjjb(CQLibCommManager* pLink, const unsigned char* pPacket,
-                                              DWORD iSize, DWORD iTimeout, bool bForceStartFlag) {
-    LineTap& tap = TheLineTap();
-    tap.bSilent = tap.goesUnanswered && tap.goesUnanswered({pPacket, pPacket + iSize});
-    if (!__real__ZN16CQLibCommManager4SendEPKhjjb(pLink, pPacket, iSize, iTimeout, bForceStartFlag))
-        return false;
-    tap.iWaited_ms += tap.bSilent ? iTimeout : 0;
-    return !tap.bSilent;
-}
-
-// The way out of AT data mode: two commands, 200 ms each.
-bool __wrap__ZN16CQLibCommManager7Data2DMEh(CQLibCommManager* pLink, unsigned char iBaudRateMask) {
-    if (!TheLineTap().bSilent)
-        return __real__ZN16CQLibCommManager7Data2DMEh(pLink, iBaudRateMask);
-    TheLineTap().iWaited_ms += 2 * 200;
-    return false;
-}
+void InstallLineTap() {
+    ReplaceLines([](int iComPort) { return std::make_unique<TappedLine>(iComPort); });
 }

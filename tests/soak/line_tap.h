@@ -1,4 +1,4 @@
-// Where requests leave the client: the soak decides there what becomes of them.
+// Intercepts the client's requests, so that the soak decides which of them are answered.
 #pragma once
 
 #include <functional>
@@ -6,17 +6,19 @@
 #include "handset/bytes.h"
 #include "platform/types.h"
 
-/// LineTap sees every request of every connection, on the thread that sends it. A request that nobody will
-/// answer fails as soon as it is written, and its time-out is added up instead of waited for: what hours of
-/// silence do to the client is seen within minutes, and how long it would have waited is known exactly,
-/// however busy the machine is.
+/// LineTap receives every request of every connection, on the thread that sends it. A request that will not
+/// be answered fails as soon as it is written; its time-out is added to `iWaited_ms` instead of being waited
+/// for. This simulates hours of silence within minutes, and the waiting time is exact even on a busy machine.
 struct LineTap {
-    /// Called before each request is written; true: it will not be answered.
+    /// Called before each request is written. True: the request will not be answered.
     std::function<bool(const handset::Bytes& request)> goesUnanswered;
-    /// The milliseconds that silence would have cost.
+    /// The time in ms that the client would have waited for responses.
     unsigned iWaited_ms = 0;
-    /// The latest request went unanswered.
+    /// True if the latest request was not answered.
     bool bSilent = false;
 };
 
 LineTap& TheLineTap();
+
+/// Adds the tap to every connection that is created from now on.
+void InstallLineTap();

@@ -1,10 +1,10 @@
-// The soak: random operations of a file manager on a handset that misbehaves in every way at random. A model
-// tells after each operation what the phone may hold.
+// The soak: random operations of a file manager on a handset that misbehaves at random. After each operation,
+// a model determines what the phone may hold.
 //
-// What the wire cannot tell is left out. The client knows an answer by its first byte alone, so no late or
-// doubled answer of a file command may reach a later request. STAT and RENAME are read from their end: more
-// bytes there, and less than an error number, are taken for what they are not. A refused STAT says that
-// nothing is there.
+// Faults that the client cannot detect are left out. The client recognises a response by its first byte
+// alone, so no late or duplicate response to a file command may reach a later request. Responses to STAT and
+// RENAME are read backwards from their end, so extra bytes and truncated error numbers are misread. A refused
+// STAT means that the entry does not exist.
 
 #include <chrono>
 #include <iostream>
@@ -16,27 +16,27 @@
 
 namespace {
 
-/// It ends after so many operations or seconds, whichever comes first; the same seed makes the same
-/// operations and faults again.
+/// The soak ends after so many operations or seconds, whichever comes first. The same seed repeats the same
+/// operations and faults.
 std::map<std::string, uint64_t> options = {{"--seed", 1}, {"--operations", 500}, {"--seconds", 24 * 60 * 60}};
 
 using Clock = std::chrono::steady_clock;
 using handset::Errnum;
 using handset::FileSystem;
 
-/// File commands by their numbers; other requests.
+/// The numbers of file commands; Other for all other requests.
 enum class Command { Other, Open = 2, Link = 6, Unlink = 8, RemoveFolder = 10, Rename = 14, Stat = 15 };
 
 Command CommandOf(const Bytes& request) {
     return handset::BeginsWith(request, {0x4B, 0x13}) ? Command{request.at(2)} : Command::Other;
 }
 
-/// What an operation does, what it does to a phone that behaves, and what else may come of it.
+/// An operation, its effect on a phone without faults, and the partial results that faults may cause.
 struct Step {
     std::string sText;
-    std::function<bool()> act;              // true: reported as done
-    std::function<bool(FileSystem&)> model; // true: to be reported as done
-    Command eBlind = Command::Other;        // the command whose refusal does not show in the report
+    std::function<bool()> act;              // returns true if reported as done
+    std::function<bool(FileSystem&)> model; // returns true if it must be reported as done
+    Command eBlind = Command::Other;        // the command whose refusal is not reported
     std::function<bool(const Tree& now)> isPartial = [](const Tree&) { return false; };
 };
 
@@ -72,13 +72,14 @@ protected:
         return tree;
     }
 
-    /// LineTap's question. Answers come at once, or not at all; one silent request in 300 is waited for.
+    /// Serves as LineTap::goesUnanswered. Requests are answered at once or not at all. One unanswered request
+    /// in 300 is really waited for.
     bool Disturb(const Bytes& request) {
         using enum handset::Misbehaviour::Action;
         if (m_bGone) {
             if (Dice(10) == 0)
                 ComeBack();
-            return true; // this line stays dead
+            return true; // this line remains unusable
         }
         const Command eCommand = CommandOf(request);
         m_bOpened |= eCommand == Command::Open;
@@ -110,7 +111,7 @@ protected:
         if (eAction == Before)
             rule.packets = {AnyBytes(2 + Dice(100)), {0x60, 2, 0, 1, 0}};
         for (Bytes& packet : rule.packets)
-            packet[0] = packet[0] % 2 ? 0x10 : 0x79; // what a phone sends by itself
+            packet[0] = packet[0] % 2 ? 0x10 : 0x79; // an unsolicited packet
         if (eAction == Unplug)
             m_phone.phone.Unplug();
         else
@@ -130,7 +131,7 @@ protected:
         m_bGone = false;
     }
 
-    /// The faults stop, and everything that was sent is carried out.
+    /// Stops the faults and waits until the phone has carried out everything that was sent.
     void Settle() {
         m_bFaults = false;
         m_host.onProgress = nullptr;
@@ -145,7 +146,8 @@ protected:
         m_host.TakePercents();
     }
 
-    /// Settles who aborts, how the phone is and what is on the line, and forgets the operation before.
+    /// Decides whether the user aborts, whether faults occur and what noise is on the line, and resets the
+    /// state of the previous operation.
     void Prepare(const Step& step) {
         const int iAbortAt = Dice(6) == 0 ? static_cast<int>(Dice(101)) : 101;
         m_host.onProgress = [=, this](int iPercent) {
@@ -175,7 +177,7 @@ protected:
         FsStatusInfo(nullptr, FS_STATUS_START, 0);
         const bool bDone = step.act();
         FsStatusInfo(nullptr, FS_STATUS_END, 0);
-        // Without a fault a request fails only after its time-out, 80 ms at least: the machine stood still.
+        // Without a fault, a request fails only if the machine stalls for its whole time-out, at least 80 ms.
         const bool bStalled = !m_bHarmed && Clock::now() - start >= std::chrono::milliseconds(80);
         Settle();
         m_bHarmed |= bStalled;
@@ -186,7 +188,7 @@ protected:
         const Tree now = Held();
         SCOPED_TRACE(step.sText + (m_bHarmed ? ", disturbed" : ""));
         EXPECT_TRUE(m_bHarmed || m_bAborted || bDone == bExpected) << "reported as done: " << bDone;
-        EXPECT_TRUE(m_bHarmed || m_phone.OpenCount() == 0) << "left open";
+        EXPECT_TRUE(m_bHarmed || m_phone.OpenCount() == 0) << "files or folders left open";
         EXPECT_TRUE(!bDone || now == after || (m_bRefused && now == m_before))
             << "reported as done, but not there";
         EXPECT_TRUE(bDone || now == m_before || (m_bHarmed && now == after) || step.isPartial(now))
@@ -309,7 +311,8 @@ protected:
         return {"ls " + sFolder, act, [](FileSystem&) { return true; }};
     }
 
-    /// What changes nothing, whatever comes of it: looking around, disconnecting, being idle.
+    /// An operation that changes nothing: opening, showing properties, changing the folder, disconnecting or
+    /// idling.
     Step LookOrLeave() {
         const std::string sName = AnyFolder() + "/f.lnk";
         const std::string sVerb =
@@ -337,17 +340,17 @@ protected:
     std::mt19937_64 m_random;
     LocalFolder m_local;
     Tree m_before;
-    bool m_bFaults = false; // the phone misbehaves now
-    bool m_bGone = false;   // it is not there
-    // Of the running operation:
+    bool m_bFaults = false; // faults occur now
+    bool m_bGone = false;   // the phone is unplugged
+    // The running operation:
     Command m_eBlind = Command::Other;
     bool m_bWentAway = false;
-    bool m_bHarmed = false;  // a request had no usable answer
+    bool m_bHarmed = false;  // a request got no usable response
     int m_iHarmedOpens = 0;  // requests to open a file among these
-    bool m_bRefused = false; // the blind command was not carried out
+    bool m_bRefused = false; // `m_eBlind` was not carried out
     bool m_bOpened = false;  // a file may have been opened for the client
     bool m_bAborted = false; // the user aborted
-    int m_iFaults = 0;       // of the run
+    int m_iFaults = 0;       // in the whole run
 };
 
 TEST_F(Soak, ReportsAreTrue) {
@@ -369,6 +372,7 @@ TEST_F(Soak, ReportsAreTrue) {
 /// soak [--seed N] [--operations N] [--seconds N]
 int main(int iCount, char** aArguments) {
     testing::InitGoogleTest(&iCount, aArguments);
+    InstallLineTap();
     for (int i = 1; i + 1 < iCount; i += 2)
         options.at(aArguments[i]) = std::stoull(aArguments[i + 1]);
     return RUN_ALL_TESTS();

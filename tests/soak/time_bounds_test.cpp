@@ -1,5 +1,5 @@
-// How long an operation holds the file manager when the phone falls silent, wherever it does: the longest of
-// the sums of the time-outs that are waited for, one after the other. docs/USING.md tells them to users.
+// How long an operation can block the file manager when the phone stops answering at any request: the largest
+// sum of consecutive time-outs. docs/USING.md lists these times for users.
 #include <algorithm>
 
 #include "host_fixture.h"
@@ -11,10 +11,11 @@ class TimeBounds : public HostTest {
 protected:
     ~TimeBounds() override { TheLineTap() = {}; }
 
-    /// The time-outs in ms of `act` when the phone answers no request but the first iAnswered.
+    /// Returns the sum of the time-outs of `act` in ms when the phone answers only the first `iAnswered`
+    /// requests.
     unsigned WaitedFor(const std::function<void()>& act, int iAnswered) {
         FsDisconnect(nullptr);
-        m_phone.phone.Unplug(); // what is still on the line is not to be carried out
+        m_phone.phone.Unplug(); // discards what is still on the line
         m_phone.phone.Behave();
         m_phone.phone.WithFiles([](handset::FileSystem& files) {
             files.Clear();
@@ -37,7 +38,7 @@ protected:
     LocalFolder m_local;
 };
 
-TEST_F(TimeBounds, PhoneThatFallsSilentAnywhere) {
+TEST_F(TimeBounds, PhoneThatStopsAnsweringAtAnyRequest) {
     std::string sName = "d/empty";
     const std::string sSource = m_local.Write("source", Pattern(1000));
     const struct {
@@ -59,7 +60,7 @@ TEST_F(TimeBounds, PhoneThatFallsSilentAnywhere) {
         {"open", [] { Execute("/d/l", "open"); }, 8000},
         {"properties", [] { Execute("/d/f", "properties"); }, 4000},
     };
-    constexpr int kMostRequests = 12; // of an operation that succeeds
+    constexpr int kMostRequests = 12; // of a successful operation
     for (const auto& row : rows) {
         unsigned iLongest_ms = 0;
         for (int iAnswered = 0; iAnswered < kMostRequests; ++iAnswered)

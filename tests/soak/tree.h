@@ -1,4 +1,4 @@
-// What a phone holds, as a value that can be compared and planted.
+// The contents of a phone as a value that can be compared and copied to a phone.
 #pragma once
 
 #include <map>
@@ -6,7 +6,7 @@
 
 #include "handset/file_system.h"
 
-/// For each path "d", "f" and the content, or "l" and the target.
+/// Maps each path to "d" for a folder, "f" and the content of a file, or "l" and the target of a link.
 using Tree = std::map<std::string, std::string>;
 
 inline Tree TreeOf(const handset::FileSystem& files) {

@@ -1,7 +1,7 @@
-// The thread that automation runs on, and waits that serve the thread's messages.
+// The automation thread, and waits that dispatch the thread's messages.
 #include <windows.h>
 
-// After the system's main header, on whose types it builds.
+// After windows.h, whose types it uses.
 #include <objbase.h>
 
 #include <memory>
@@ -9,7 +9,6 @@
 #include "platform/com_apartment.h"
 #include "platform/wait_event.h"
 #include "portserver/com_thread_manager.h"
-#include "portserver/efs.h"
 #include "portserver/function_dispatcher.h"
 #include "tests/windows/checks.h"
 
@@ -30,24 +29,18 @@ public:
 };
 
 void AutomationThread() {
-    for (int i = 0; i < 2; ++i) { // the second time on a new thread
+    for (int i = 0; i < 2; ++i) { // the second round uses a new thread
         const auto pManager = ComThreadManager::Use();
         const auto pAsk = std::make_shared<AskForApartment>();
         pManager->executeFunction(pAsk, nullptr, 10000);
         EXPECT(pAsk->bFound);
     }
-    EXPECT(!HasApartment()); // COM is gone with the thread, and was never this one's
+    EXPECT(!HasApartment()); // COM was initialised on the other thread alone
     {
         const ComApartment apartment;
         EXPECT(HasApartment());
     }
     EXPECT(!HasApartment());
-}
-
-void NoServer() {
-    EFS files("check");
-    EXPECT(!files.connect(5));
-    EXPECT_EQ(std::string(files.GetErrorInfo()), "EFS::initialize - Unable to connect to the QPST server");
 }
 
 WaitEvent* g_pToSet = nullptr;
@@ -64,22 +57,44 @@ void WaitsWithMessages() {
     g_pToSet = &event;
     EXPECT_EQ(wait(10), kWaitTimedOut);
     SetTimer(nullptr, 0, 10, SetTheEvent);
-    EXPECT(!event.Wait(200)); // serves no timer
+    EXPECT(!event.Wait(200)); // dispatches no timer messages
     EXPECT_EQ(wait(30000), DWORD{0});
     event.Set();
     EXPECT_EQ(wait(30000), DWORD{0});
-    EXPECT_EQ(wait(10), kWaitTimedOut); // it was taken
+    EXPECT_EQ(wait(10), kWaitTimedOut); // the wait above reset the event
     PostQuitMessage(7);
     EXPECT_EQ(wait(50), kWaitTimedOut);
     MSG message{};
     EXPECT_EQ(PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE), TRUE);
-    EXPECT_EQ(message.wParam, WPARAM{7}); // the request to end the thread's loop is still there
+    EXPECT_EQ(message.wParam, WPARAM{7}); // the quit message is still in the queue
+}
+
+LRESULT CALLBACK SetTheEventTo(HWND hWindow, UINT iMessage, WPARAM wParam, LPARAM lParam) {
+    if (iMessage == WM_APP)
+        g_pToSet->Set();
+    return DefWindowProcA(hWindow, iMessage, wParam, lParam);
+}
+
+/// The first message ends the first wait. The second message is then in the queue, and the next wait must
+/// dispatch it.
+void MessagesThatAWaitLeaves() {
+    WaitEvent event;
+    void* const hEvent = event.Handle();
+    g_pToSet = &event;
+    const HWND hWindow =
+        CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    SetWindowLongPtrA(hWindow, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SetTheEventTo));
+    for (int i = 0; i < 2; ++i)
+        EXPECT(PostMessageA(hWindow, WM_APP, 0, 0));
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(WaitWithMessages({&hEvent, 1}, 30000), DWORD{0});
+    DestroyWindow(hWindow);
 }
 
 } // namespace
 
 int main() {
     return RunChecks({{"the automation thread", AutomationThread},
-                      {"no port server", NoServer},
-                      {"waits that serve messages", WaitsWithMessages}});
+                      {"waits that dispatch messages", WaitsWithMessages},
+                      {"messages left by a wait", MessagesThatAWaitLeaves}});
 }

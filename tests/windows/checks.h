@@ -1,4 +1,4 @@
-// A list of checks for programs that run on Windows, and their way to the world outside of it.
+// Checks for programs that run on Windows, and a way for them to reach the world outside Windows.
 #pragma once
 
 #include <functional>
@@ -7,27 +7,27 @@
 #include <utility>
 #include <vector>
 
-/// A check is a function under a name; it fails when it called Fail.
+/// A check is a function with a name. It fails if it calls Fail.
 struct Check {
     const char* sName;
     void (*pfnRun)();
 };
 
-/// RunChecks runs the checks, prints "ok NAME" or "FAILED NAME" for each, and returns the exit status of the
-/// program: 0 when all went well.
+/// Runs the checks and prints "ok NAME" or "FAILED NAME" for each one. Returns the program's exit status: 0
+/// if all passed.
 int RunChecks(const std::vector<Check>& checks);
 
-/// Fail prints what is wrong and lets the running check fail; the check goes on. Any thread.
+/// Prints what is wrong and marks the running check as failed; the check continues. Any thread.
 void Fail(const char* sFile, int iLine, const std::string& sWhat);
 
-/// Inform prints a line of information. Any thread.
+/// Prints a line of information. Any thread.
 void Inform(const std::string& sWhat);
 
-/// Ask has the script that started the program (session.py) do something outside of Windows, and returns its
-/// answer, without the line ends: such as "handset unplug".
+/// Sends a request such as "handset unplug" to the script that started the program (session.py), which
+/// performs it outside Windows. Returns the script's answer without line ends.
 std::string Ask(const std::string& sRequest);
 
-/// Eventually waits until `condition` holds; false when that takes longer than 30 seconds.
+/// Waits until `condition` holds. Returns false when that takes longer than 30 seconds.
 bool Eventually(const std::function<bool()>& condition);
 
 template <class A, class B>

@@ -44,7 +44,7 @@ private:
     HKEY m_hKey = nullptr;
 };
 
-// Wine knows no modems until somebody says what they are.
+/// Wine has no modem class by default.
 void MakeModemClass() {
     const Key modem(kClasses + kModemClass);
     modem.Set(nullptr, "Modems");

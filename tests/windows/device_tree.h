@@ -1,26 +1,26 @@
-// Wine's device tree, which is registry content: devices that come and go while programs run.
+// Wine's device tree, which is part of the registry. Devices can be added and removed while programs run.
 #pragma once
 
 #include <string>
 
-/// A device of the USB bus. Empty texts are left out.
+/// A device on the USB bus. Empty texts are not stored.
 struct TreeDevice {
     std::string sInstance; // such as "VID_05C6&PID_3197&MI_01\6&2A1B3C4D&0&0001"
-    bool bModem = false;   // of class "Modem", else "Ports"
+    bool bModem = false;   // class "Modem", else "Ports"
     std::string sPortName;
     std::string sDescription = "A device";
-    bool bNumberAsPortName = false; // the port's name is no text
+    bool bNumberAsPortName = false; // store a number as the port's name
 };
 
-/// AddDevice plugs a device in, RemoveDevice unplugs it, RemoveDevices all.
+/// AddDevice plugs in a device, RemoveDevice unplugs it, RemoveDevices unplugs all devices.
 void AddDevice(const TreeDevice& device);
 void RemoveDevice(const std::string& sInstance);
 void RemoveDevices();
 
-/// AddPhone plugs in the handset's two ports: COM5, a modem, and COM6, on which it answers; RemovePhone
+/// AddPhone plugs in the handset's two ports: COM5, a modem, and COM6, the diagnostic port. RemovePhone
 /// unplugs both.
 void AddPhone();
 void RemovePhone();
 
-/// SetSerialPorts makes these the names of the machine's serial ports, and no others.
+/// Sets the list of the machine's serial ports to these names.
 void SetSerialPorts(const std::string& sFirst, const std::string& sSecond);

@@ -1,12 +1,12 @@
 #!/bin/sh
-# get-wine32.sh FOLDER: unpacks the 32-bit Wine of Debian 12 into FOLDER/root; nothing to do when it is there.
+# get-wine32.sh FOLDER: unpacks the 32-bit Wine of Debian 12 into FOLDER/root, unless it is there already.
 #
-# The packages are fetched by a package state of its own, so that the machine's stays as it is: no foreign
-# architecture, no mounts. Outside of FOLDER there is one link, /lib/ld-linux.so.2, where the machine has none.
+# It uses a package state of its own and does not change the machine's: no foreign architecture, no mounts. Outside
+# FOLDER it creates a single link, /lib/ld-linux.so.2, if the machine has none.
 set -eu
 root=$1/root
 state=$1/root.apt
-# The loader has one place, outside of FOLDER.
+# The loader has a fixed path, outside FOLDER.
 link_loader() {
     [ ! -e /lib/ld-linux.so.2 ] || return 0
     as_root=
@@ -36,7 +36,7 @@ for package in "$state"/archives/*.deb; do
 done
 # Debian's start script prefers the machine's own 64-bit server.
 ln -sfn wineserver32 "$root/usr/lib/wine/wineserver"
-# What the package's installation would do: Wine loads this library only when it is marked as its own.
+# As the package's installation does: Wine loads this library only if it is marked as Wine's own.
 zlib=$root/usr/i686-w64-mingw32/lib/zlib1.dll
 {
     head -c 64 "$zlib"

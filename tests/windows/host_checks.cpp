@@ -1,4 +1,4 @@
-// The plug-in in a file manager, with the simulated handset on COM6.
+// The plug-in as a file manager uses it, with the simulated handset on COM6.
 #include <windows.h>
 
 #include <chrono>
@@ -39,13 +39,13 @@ void WriteFile(const std::string& sName, const std::string& sContent) {
     std::ofstream(sName, std::ios::binary) << sContent;
 }
 
-// Runs `copy` and prints how long each of its requests took, client, handset and Wine together.
+/// Runs `copy` and prints the time per request, which includes client, handset and Wine.
 int Timed(const char* sWhat, int iRequests, const std::function<int()>& copy) {
     const auto start = std::chrono::steady_clock::now();
     const int iResult = copy();
     const std::chrono::duration<double, std::micro> time = std::chrono::steady_clock::now() - start;
     Inform(std::string(sWhat) + ": " + std::to_string(static_cast<int>(time.count() / iRequests)) +
-           " us for each request");
+           " us per request");
     return iResult;
 }
 
@@ -61,6 +61,12 @@ void StartsWithoutPhone() {
     EXPECT_EQ(g_pPlugin->TakeLog(), "1 CONNECT; 1 CONNECT; 3 NOT CONNECTED");
     EXPECT_EQ(g_pPlugin->List("\\"), "(no answer)");
     g_pPlugin->TakeLog();
+    AddDevice({"VID_05C6&PID_3197&MI_01\\3", true, "COM300"});
+    EXPECT_EQ(g_pPlugin->List("\\"), "(no answer)");
+    EXPECT_EQ(g_pPlugin->TakeLog(),
+              "1 CONNECT; 3 NOT CONNECTED; 6 list: /: no handset (diagnostic port COM300 "
+              "is above COM255)");
+    RemoveDevices();
 }
 
 void ConnectsAndLists() {
@@ -71,7 +77,7 @@ void ConnectsAndLists() {
     EXPECT_EQ(g_pPlugin->List("\\brew\\"), "mod\\");
     EXPECT_EQ(g_pPlugin->List("\\brew\\mod"), "(empty)");
     EXPECT_EQ(g_pPlugin->List("\\none"), "(empty)");
-    EXPECT_EQ(g_pPlugin->TakeLog(), "");
+    EXPECT_EQ(g_pPlugin->TakeLog(), "6 list: /none: the phone refused it: no such file or folder (2)");
 }
 
 void CopiesBothWays() {
@@ -97,7 +103,7 @@ void CopiesBothWays() {
 
 void ChangesNames() {
     EXPECT(g_pPlugin->MakeFolder("\\new"));
-    EXPECT(!g_pPlugin->MakeFolder("\\new")); // it is there already
+    EXPECT(!g_pPlugin->MakeFolder("\\new")); // it exists already
     EXPECT_EQ(g_pPlugin->Move("\\brew\\up.bin", "\\new\\a.bin"), kOk);
     EXPECT_EQ(g_pPlugin->Move("\\new\\a.bin", "\\new\\b.bin"), kOk);
     EXPECT_EQ(g_pPlugin->Move("\\notes.txt", "\\new\\b.bin"), 1);
@@ -135,7 +141,7 @@ void CALLBACK CountTick(HWND, UINT, UINT_PTR, DWORD) {
     ++g_iTicks;
 }
 
-// The box dispatches the thread's ticks, and other threads call.
+/// The message box dispatches the thread's ticks, and other threads call the plug-in.
 void TicksWhileABoxIsOpen() {
     g_pPlugin->Status(true);
     g_pPlugin->Status(false);
@@ -179,7 +185,8 @@ void UnplugAndReconnect() {
     RemovePhone();
     g_pPlugin->TakeLog();
     EXPECT_EQ(g_pPlugin->List("\\"), "(no answer)");
-    EXPECT_EQ(g_pPlugin->TakeLog(), "3 DISCONNECTED; 3 NOT CONNECTED");
+    EXPECT_EQ(g_pPlugin->TakeLog(),
+              "3 DISCONNECTED; 3 NOT CONNECTED; 6 list: /: no handset (none is attached)");
     EXPECT(Ask("handset replug").ends_with("ok"));
     AddPhone();
     EXPECT_EQ(g_pPlugin->List("\\"), "brew\\ notes.txt big.bin");
@@ -199,7 +206,7 @@ void ClosesWhenIdle() {
     std::string sLog;
     EXPECT(PumpMessages([&] { return !(sLog = g_pPlugin->TakeLog()).empty(); }));
     EXPECT_EQ(sLog, "3 DISCONNECTED");
-    EXPECT(GetTickCount64() - iBegin > 25000); // thirty ticks, none of which comes early
+    EXPECT(GetTickCount64() - iBegin > 25000); // thirty ticks, none of them early
     EXPECT_EQ(g_pPlugin->List("\\brew\\"), "mod\\");
     EXPECT_EQ(g_pPlugin->TakeLog(), "1 CONNECT; 3 CONNECTED on port COM6");
 }
@@ -218,8 +225,8 @@ void BannerOfTheRoot() {
     EXPECT_EQ(PhotographBanner([] { EXPECT_EQ(g_pPlugin->Execute("\\", "properties"), "0 \\"); }), "ok");
 }
 
-// The host gives the library back with the connection open: that goes on until it is idle, and the library is
-// loaded meanwhile. What is loaded again is the same library.
+/// The host unloads the library while the connection is open. The library stays loaded until the connection
+/// has closed, and a host that loads it meanwhile gets the same library.
 void UnloadsWithAConnectionOpen() {
     g_pPlugin->List("\\");
     g_pPlugin->Status(false);
@@ -260,6 +267,6 @@ int main(int iCount, char** asWords) {
                                    {"the marker starts the text log", MarkerStartsTextLog},
                                    {"the banner", BannerOfTheRoot},
                                    {"unloads with a connection open", UnloadsWithAConnectionOpen}});
-    // The process ends with the connection open, which must neither hang nor fail.
+    // The process ends with the connection open. This must neither hang nor fail.
     return iStatus;
 }

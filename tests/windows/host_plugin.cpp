@@ -30,7 +30,7 @@ BOOL __stdcall OnRequest(int, int, char*, char*, char*, int) {
     return FALSE;
 }
 
-// A text that the plug-in may change, in a buffer of the host's size.
+/// A text in a buffer of the host's size, which the plug-in may change.
 class HostText {
 public:
     explicit HostText(const std::string& sText) : m_bytes(sText.begin(), sText.end()) {

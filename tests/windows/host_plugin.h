@@ -1,4 +1,4 @@
-// The plug-in's file as a file manager uses it.
+// Uses the plug-in's file as a file manager does.
 #pragma once
 
 #include <windows.h>
@@ -7,19 +7,20 @@
 #include <string>
 #include <vector>
 
-/// HostedPlugin loads the plug-in and looks its functions up by their plain names. The callbacks that it
-/// hands over record what the plug-in says; there is one at a time.
+/// HostedPlugin loads the plug-in and looks up its functions by their undecorated names. Its callbacks record
+/// what the plug-in reports. Only one object at a time.
 class HostedPlugin {
 public:
     explicit HostedPlugin(const std::string& sFile);
-    /// Gives the library back.
+    /// Unloads the library.
     ~HostedPlugin();
     HostedPlugin(const HostedPlugin&) = delete;
     HostedPlugin& operator=(const HostedPlugin&) = delete;
 
-    /// Start calls FsInit.
+    /// Calls FsInit.
     void Start();
-    /// Every path is written with '\'. Entries are names, folders with a '\' behind, separated by blanks.
+    /// Lists a folder. Returns the names, separated by blanks; a '\' follows the names of folders. All paths
+    /// are written with '\'.
     std::string List(const std::string& sPath);
     int Get(const std::string& sPhone, const std::string& sLocal, int iFlags = 0);
     int Put(const std::string& sLocal, const std::string& sPhone, int iFlags = 0);
@@ -27,12 +28,12 @@ public:
     bool MakeFolder(const std::string& sPath);
     bool RemoveFolder(const std::string& sPath);
     bool RemoveFile(const std::string& sPath);
-    /// "RESULT NAME" with what stands in the name buffer afterwards.
+    /// Returns "RESULT NAME", where NAME is the content of the name buffer afterwards.
     std::string Execute(const std::string& sPath, const std::string& sVerb);
     void Status(bool bStart);
     bool Disconnect();
 
-    /// The log lines since the last call, separated by "; ".
+    /// Returns the log lines since the last call, separated by "; ".
     std::string TakeLog();
 
     std::function<int(int iPercent)> onProgress;
@@ -44,6 +45,6 @@ private:
     HMODULE m_hLibrary;
 };
 
-/// PumpMessages dispatches the thread's messages until `until` holds; false when that takes longer than two
+/// Dispatches the thread's messages until `until` holds. Returns false when that takes longer than two
 /// minutes.
 bool PumpMessages(const std::function<bool()>& until);

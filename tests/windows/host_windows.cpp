@@ -22,25 +22,25 @@ std::string TextOf(HWND hWindow) {
     return sText;
 }
 
-// What the last photograph says that was taken before the banner went. The first ones may come before the
-// window system has painted it.
+/// Returns the verdict on the last screenshot taken before the banner disappeared. The first ones may be
+/// taken before the window system has painted the banner.
 std::string Photograph() {
     HWND hBanner = nullptr;
     if (!Eventually(
             [&] { return (hBanner = FindMine("SPLASH", "Banner")) != nullptr && IsWindowVisible(hBanner); }))
-        return "no banner appears";
+        return "no banner appeared";
     RECT place = {};
     GetWindowRect(hBanner, &place);
     const LONG iRight = GetSystemMetrics(SM_CXFULLSCREEN);
     const LONG iBottom = GetSystemMetrics(SM_CYFULLSCREEN);
     if (place.right - place.left != 557 || place.bottom - place.top != 200 ||
         place.left != (iRight - 557) / 2 || place.top != (iBottom - 200) / 2)
-        return "the banner is not in the middle";
+        return "the banner is not centred";
     const LONG iStyle = GetWindowLongA(hBanner, GWL_EXSTYLE);
     if ((iStyle & (WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_LAYERED)) !=
         (WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_LAYERED))
-        return "the banner has another style";
-    std::string sOutcome = "every photograph came too late";
+        return "the banner has the wrong window style";
+    std::string sOutcome = "every screenshot was taken too late";
     while (sOutcome != "ok" && IsWindow(hBanner)) {
         const std::string sLatest =
             Ask("banner " + std::to_string(place.left) + " " + std::to_string(place.top));
@@ -57,7 +57,7 @@ std::string ReadMessageBox(const std::string& sTitle, const std::function<void()
     if (!Eventually(
             [&] { return (hBox = FindMine("#32770", sTitle.c_str())) != nullptr && IsWindowVisible(hBox); }))
         return "(no message box)";
-    // The icon's place is a static control too; the text's has the text.
+    // The icon is a static control too, but only the text's control has a text.
     std::string sText;
     for (HWND hChild = nullptr; (hChild = FindWindowExA(hBox, hChild, "Static", nullptr)) != nullptr;)
         sText += TextOf(hChild);

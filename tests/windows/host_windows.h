@@ -1,14 +1,14 @@
-// What the plug-in shows on the screen.
+// The windows that the plug-in shows.
 #pragma once
 
 #include <functional>
 #include <string>
 
-/// ReadMessageBox waits for a message box of that title, calls `whileOpen`, dismisses it and returns its
-/// text. To be called on a thread other than the one that shows it.
+/// Waits for a message box with that title, calls `whileOpen`, closes the box and returns its text. Call it
+/// on a thread other than the one that shows the box.
 std::string ReadMessageBox(const std::string& sTitle, const std::function<void()>& whileOpen = nullptr);
 
-/// PhotographBanner waits for the banner, has it photographed and looked at, and returns the outcome: "ok",
-/// or what is wrong with it. Likewise. `show` shows it on the calling thread, for two seconds, as often as
-/// the photograph comes too late.
+/// Calls `show`, which shows the banner for two seconds on the calling thread, has a screenshot taken and
+/// checked meanwhile, and returns the outcome: "ok", or what is wrong with the banner. Repeats this if the
+/// screenshot comes too late.
 std::string PhotographBanner(const std::function<void()>& show);

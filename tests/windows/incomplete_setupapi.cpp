@@ -1,4 +1,4 @@
-// A SETUPAPI.DLL that has all functions that the library looks up but one.
+// A SETUPAPI.DLL with all the functions that the library looks up except one.
 extern "C" {
 
 __declspec(dllexport) int __stdcall SetupDiOpenDevRegKey(void*, void*, int, int, int, int) {

@@ -1,10 +1,12 @@
-// Finding handsets in the system's device tree, and the list of serial ports.
+// Finding phones in the system's device tree, and the list of serial ports.
 #include <windows.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <thread>
 
+#include "platform/context_handle.h"
 #include "platform/devices.h"
 #include "platform/local_files.h"
 #include "platform/serial_ports.h"
@@ -15,7 +17,7 @@
 
 namespace {
 
-// The result, the two counts and the bytes, as text.
+/// Returns the result, the number of devices and the bytes as text.
 std::string Find(int iCapacity = 20) {
     unsigned char aPorts[20] = {};
     int iDevices = -1;
@@ -29,7 +31,7 @@ std::string Find(int iCapacity = 20) {
 
 void NoDevices() {
     RemoveDevices();
-    AddDevice({"VID_1234&PID_5678&MI_00\\1", true, "COM9"}); // makes the class known
+    AddDevice({"VID_1234&PID_5678&MI_00\\1", true, "COM9"}); // creates the class
     EXPECT_EQ(Find(), "1: 0 devices,");
 }
 
@@ -60,7 +62,7 @@ void ManyPhones() {
     AddDevice({"VID_4B56&PID_0002&MI_01\\7&BBBBBBBBBB&0", false, "COM12"});
     AddDevice({"VID_4B56&PID_0002&MI_00\\7&BBBBBBBBBB&1", true, "COM13"});
     AddDevice({"VID_05C6&PID_9002&MI_03\\7&CCCCCCCCCC&0", false, "COM14"});
-    AddDevice({"VID_4B56&PID_0001&MI_01\\7&DDDDDDDDDD&0", false, "COM300"}); // no byte holds it
+    AddDevice({"VID_4B56&PID_0001&MI_01\\7&DDDDDDDDDD&0", false, "COM300"}); // too large for a byte
     EXPECT_EQ(Find(), "1: 3 devices, 13 12 0 0 0 0 0 0 0");
     EXPECT_EQ(Find(4), "1: 1 devices, 13 12 0 0");
     EXPECT_EQ(Find(2), "1: 0 devices, 13 12");
@@ -78,7 +80,7 @@ void ClassesAndPorts() {
     EXPECT(std::count(ports.begin(), ports.end(), "COM6") == 1);
 }
 
-// Names are in the ANSI code page, whose upper half is no UTF-8.
+/// File names are in the ANSI code page, whose upper half is not UTF-8.
 void LocalFileNames() {
     const char* const sName = "caf\xE9.bin";
     std::remove(sName);
@@ -91,6 +93,22 @@ void LocalFileNames() {
     EXPECT_EQ(LocalFileSize(sName).value_or(0), 5u);
     std::remove(sName);
     EXPECT(LocalFileExists(".") && !LocalFileSize("."));
+}
+
+/// The mutex belongs to the thread that created it until the handle is released.
+void ContextHandles() {
+    const char* const sName = "QLib_ResourceManager::CreateContext() - #check";
+    void* const hContext = MakeContextHandle(sName);
+    const HANDLE hMutex = OpenMutexA(SYNCHRONIZE, FALSE, sName);
+    const auto wait = [&] {
+        DWORD iResult = WAIT_FAILED;
+        std::thread([&] { iResult = WaitForSingleObject(hMutex, 0); }).join();
+        return iResult;
+    };
+    EXPECT_EQ(wait(), DWORD{WAIT_TIMEOUT});
+    ReleaseContextHandle(hContext);
+    EXPECT_EQ(wait(), DWORD{WAIT_OBJECT_0});
+    CloseHandle(hMutex);
 }
 
 void IncompleteSetupApi() {
@@ -108,10 +126,11 @@ int main(int iCount, char** asWords) {
         return RunChecks({{"a SetupAPI that lacks a function", IncompleteSetupApi}});
     return RunChecks({{"no accepted device", NoDevices},
                       {"one handset", OnePhone},
-                      {"devices that are none", DevicesThatAreSkipped},
+                      {"devices that are not phones", DevicesThatAreSkipped},
                       {"several handsets", ManyPhones},
                       {"classes and serial ports", ClassesAndPorts},
-                      {"names of local files", LocalFileNames},
+                      {"local file names", LocalFileNames},
+                      {"context handles", ContextHandles},
                       {"a module without resources", ModuleWithoutResources},
                       {"the version of a library", VersionOfASystemLibrary},
                       {"windows of the banner", WindowsOfTheBanner}});

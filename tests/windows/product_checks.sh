@@ -1,6 +1,6 @@
 #!/bin/sh
-# product_checks.sh QUILLET_WFX QUILLET_WFX64 VERSION: what the files of the two Windows editions must have in them.
-# Exit status 1 when something is missing.
+# product_checks.sh QUILLET_WFX QUILLET_WFX64 VERSION: checks the contents of the two Windows editions. Exit status 1
+# when something is missing.
 set -eu
 root=$(cd "$(dirname "$0")/../.." && pwd)
 failures=0
@@ -14,7 +14,7 @@ functions="FsInit FsGetDefRootName FsStatusInfo FsDisconnect FsFindFirst FsFindN
     $(sed -n 's/^QUILLET_C_API.*\(QLIB_[A-Za-z0-9_]*\)(.*/\1/p' "$root/qlib/call_layer.h")"
 classes=$(find "$root" -path "$root/build*" -prune -o -name '*.h' -print | xargs \
     sed -nE 's/^(class|struct) QUILLET_API ([A-Za-z0-9_]+).*/\2/p' | sort -u)
-# Libraries that every Windows has.
+# Libraries that every Windows installation has.
 system='advapi32|gdi32|kernel32|msvcrt|ole32|oleaut32|user32|version|winmm'
 
 # check_edition FILE TOOLS FORMAT VERSION
@@ -22,7 +22,7 @@ check_edition() {
     headers=$("$2-objdump" -p "$1")
     exports=$(printf '%s\n' "$headers" | sed -nE 's/^\s+\[ *[0-9]+\] (\+base\[ *[0-9]+\] +[0-9a-f]+ )?([A-Za-z_]\S*)$/\2/p')
     plain=$(printf '%s\n' "$exports" | c++filt)
-    printf '%s\n' "$headers" | grep -q "file format $3" || fail "$1 is no $3"
+    printf '%s\n' "$headers" | grep -q "file format $3" || fail "$1 is not $3"
     for name in $functions; do
         printf '%s\n' "$exports" | grep -qx "$name" || fail "$1 does not export $name"
     done
@@ -39,7 +39,7 @@ check_edition() {
     resources=$(printf '%s\n' "$headers" | sed -n '/^The .rsrc/,$p')
     printf '%s\n' "$resources" | grep -qi 'ID: 0x0*cd,' || fail "$1 has no bitmap 205"
     printf '%s\n' "$resources" | grep -qi 'ID: 0x0*10,' || fail "$1 has no version"
-    python3 - "$1" "$4" <<'PY' || fail "$1 has another version than $4"
+    python3 - "$1" "$4" <<'PY' || fail "$1 has a version other than $4"
 import struct, sys
 data = open(sys.argv[1], "rb").read()
 at = data.index(struct.pack("<I", 0xFEEF04BD))  # where the fixed version block begins

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Builds the Windows products and runs their checks: what the files contain, and how they behave under Wine
-# against the simulated handset. Called by ./test --windows.
+# Builds the Windows products, checks the contents of the files, and runs them under Wine with the simulated handset.
+# Called by ./test --windows.
 set -eu
 cd "$(dirname "$0")/../.."
 . tools/need.sh
@@ -26,7 +26,7 @@ if tests/windows/get-wine32.sh "$wine"; then
     widths="32 64"
 else
     echo '*******************************************************************************' >&2
-    echo '** The 32-bit Wine cannot be set up; the reason stands above.                **' >&2
+    echo '** The 32-bit Wine cannot be set up; the reason is given above.              **' >&2
     echo '** THE 32-BIT LIBRARY IS BUILT BUT NOT RUN; the 64-bit one is tested alone.  **' >&2
     echo '*******************************************************************************' >&2
 fi

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """session.py WIDTH WINE BUILD LINUX_BUILD: runs the checks of one Windows edition (32 or 64) under Wine.
 
-WINE is the folder with the Wine prefixes, BUILD has the Windows products, LINUX_BUILD the simulated handset,
-which stands behind COM6. The programs ask for what happens outside of Windows with lines that begin with '@'
-(see checks.h). Exit status 0 when everything passed. The banner's photograph stays in BUILD."""
+WINE is the folder with the Wine prefixes, BUILD holds the Windows products, LINUX_BUILD the simulated handset, which
+is on COM6. The programs request actions outside Windows with lines that begin with '@' (see checks.h). Exit status 0
+when everything passed. The screenshot of the banner stays in BUILD."""
 import fcntl
 import os
 import queue
@@ -45,7 +45,7 @@ class Handset:
             [os.path.join(LINUX_BUILD, "simulated-handset"), "--device-root", self.root,
              "--control", self.control, "--fill", fill], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
         if not self.process.stdout.readline().startswith(b"ready"):
-            sys.exit("the simulated handset does not start")
+            sys.exit("the simulated handset did not start")
 
     def tell(self, command):
         with socket.socket(socket.AF_UNIX) as line:
@@ -63,8 +63,8 @@ class Handset:
 
 
 def lines_of(process):
-    """The lines that a program prints until it ends. Wine's services, which a program may have started, go on
-    and keep the output open."""
+    """Yields the lines that a program prints until it ends. Wine's services, which the program may have started,
+    continue and keep the output open."""
     lines = queue.Queue()
 
     def read():
@@ -81,7 +81,7 @@ def lines_of(process):
 
 
 def pixels(file):
-    """The picture's size, and a function that gives the colour at a place."""
+    """Returns the picture's width and height, and a function that returns the colour at a position."""
     data = subprocess.run(["convert", file, "-depth", "8", "ppm:-"], check=True, capture_output=True).stdout
     words = data.split(maxsplit=4)
     width, height = int(words[1]), int(words[2])
@@ -90,7 +90,7 @@ def pixels(file):
 
 
 def look_at_banner(left, top):
-    """Photographs the screen; tells what is wrong with the banner at that place."""
+    """Takes a screenshot. Returns "ok", or what is wrong with the banner at that position."""
     photograph = os.path.join(BUILD, "splash.png")
     subprocess.run(["import", "-window", "root", photograph], check=True)
     width, height, colour = pixels(photograph)
@@ -102,8 +102,8 @@ def look_at_banner(left, top):
             matches += max(abs(a - b) for a, b in zip(colour(left + x, top + y), expected)) <= 8
             total += 1
     if matches < 0.98 * total:
-        return f"the banner is not the picture with white see-through: {matches} of {total} points"
-    # The version text: black, on see-through ground.
+        return f"the banner is not the picture with white transparent: {matches} of {total} points match"
+    # The version text is black on a transparent background.
     black = [x for x in range(440, art_width) for y in range(150, 172)
              if max(colour(left + x, top + y)) < 40]
     if not black:
@@ -111,7 +111,7 @@ def look_at_banner(left, top):
     if not 525 <= max(black) <= 530:
         return f"the version text ends at x = {max(black)}"
     if colour(left + 535, top + 155) != BACKGROUND:
-        return "the ground beside the version text is not see-through"
+        return "the background beside the version text is not transparent"
     return "ok"
 
 
@@ -127,10 +127,10 @@ class Session:
             return self.handset.tell(rest)
         if word == "banner":
             return look_at_banner(*(int(number) for number in rest.split()))
-        return "error: what is " + request
+        return "error: unknown request " + request
 
     def run(self, title, words, environment=None, status=0):
-        """Runs a program in the folder of the session, answers it, and checks its exit status."""
+        """Runs a program in the session's folder, answers its requests and checks its exit status."""
         print(f"-- {title} ({WIDTH} bits)", flush=True)
         process = subprocess.Popen(["timeout", str(LIMIT), *wine(*words)], stdin=subprocess.PIPE,
                                    stdout=subprocess.PIPE, stderr=subprocess.STDOUT, cwd=self.folder,
@@ -168,12 +168,26 @@ class Session:
     def checks(self):
         self.run("automation", [self.program("automation-checks.exe")])
         self.run("platform", [self.program("platform-checks.exe")])
-        # A program finds the library that stands beside it first, when it may.
+        # A program prefers a library in its own folder, if WINEDLLOVERRIDES allows it.
         shutil.copy(self.program("platform-checks.exe"), self.program("incomplete"))
         self.run("incomplete SetupAPI", [self.program("incomplete/platform-checks.exe"), "incomplete"],
                  {"WINEDLLOVERRIDES": "mscoree,mshtml=;setupapi=n"})
+        self.modules()
         self.run("file manager", [self.program("host-checks.exe"), windows_path(PLUGIN)])
         self.command_line()
+
+    def modules(self):
+        """Hosts and the library as separate modules. WINEPATH names the folders of the compiler's libraries for the
+        programs that need them."""
+        compiler = ("i686" if WIDTH == "32" else "x86_64") + "-w64-mingw32-g++-posix"
+        folders = [BUILD]
+        for name in ("libstdc++-6.dll", "libwinpthread-1.dll"):
+            file = subprocess.run([compiler, "-print-file-name=" + name], check=True, capture_output=True,
+                                  text=True).stdout.strip()
+            folders.append(os.path.dirname(os.path.realpath(file)))
+        where = {"WINEPATH": ";".join(windows_path(folder) for folder in folders)}
+        for name in ("edge-checks-static", "edge-checks-shared", "bare-host"):
+            self.run(name, [self.program(name + ".exe")], where)
 
     def command_line(self):
         content = bytes((i * 13 + i // 255) % 256 for i in range(70000))
@@ -201,13 +215,13 @@ class Session:
 
 
 def prepare():
-    """Makes the prefix, with fonts, when it is not there yet."""
+    """Creates the prefix with fonts, unless it exists."""
     done = os.path.join(PREFIX, ".done")
     if os.path.exists(done):
         return
     shutil.rmtree(PREFIX, ignore_errors=True)
     environment = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
-    # What stays of Wine must not keep this script's output open.
+    # Wine's remaining processes must not keep this script's output open.
     subprocess.run(wine("wineboot", "-i"), env=environment, check=True, stdin=subprocess.DEVNULL,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     subprocess.run(wine("wineserver", "-w"), check=True)
@@ -218,7 +232,7 @@ def prepare():
 
 
 def start_screen(folder):
-    """Starts the X server, whose ground is of one colour; sets DISPLAY."""
+    """Starts the X server with a background of one colour and sets DISPLAY."""
     read_end, write_end = os.pipe()
     with open(os.path.join(folder, "xvfb.log"), "w") as log:
         screen = subprocess.Popen(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1024x768x24",
@@ -226,7 +240,7 @@ def start_screen(folder):
     os.close(write_end)
     number = os.read(read_end, 20).decode().strip()
     if not number:
-        sys.exit("Xvfb does not start")
+        sys.exit("Xvfb did not start")
     os.environ["DISPLAY"] = ":" + number
     subprocess.run(["xsetroot", "-solid", "#%02x%02x%02x" % BACKGROUND], check=True)
     return screen
@@ -235,7 +249,7 @@ def start_screen(folder):
 def main():
     os.makedirs(WINE, exist_ok=True)
     with open(PREFIX + ".lock", "w") as lock, tempfile.TemporaryDirectory() as folder:
-        fcntl.flock(lock, fcntl.LOCK_EX)  # one prefix has one server
+        fcntl.flock(lock, fcntl.LOCK_EX)  # one server per prefix
         begin = time.monotonic()
         prepare()
         screen = start_screen(folder)
@@ -246,7 +260,7 @@ def main():
             if os.path.islink(port):
                 os.remove(port)
             os.symlink(os.path.join(session.handset.root, "dev/ttyUSB0"), port)
-            # The server stays for the whole session: the registry keys of the ports live in it.
+            # The server runs for the whole session, because it holds the registry keys of the ports.
             subprocess.run(wine("wineserver", "-p"), check=False, stdin=subprocess.DEVNULL,
                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             session.checks()

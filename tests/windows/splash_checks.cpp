@@ -1,4 +1,4 @@
-// The banner's window and the version text, without a picture and with one.
+// The banner's window and the version text, with and without a picture.
 #include "tests/windows/splash_checks.h"
 
 #include "platform/splash_window.h"
@@ -27,7 +27,7 @@ void ModuleWithoutResources() {
     EXPECT_EQ(GetThreadLocale(), iLocale);
     {
         const ShownSplash splash;
-        EXPECT(Banner() != nullptr); // of no size
+        EXPECT(Banner() != nullptr); // with an empty size
     }
     EXPECT(Banner() == nullptr);
 }
@@ -44,7 +44,7 @@ void WindowsOfTheBanner() {
     SplashWindow splash;
     EXPECT(!splash.Hide());
     EXPECT(splash.SetBitmap(nullptr));
-    EXPECT(!splash.SetBitmap(reinterpret_cast<HBITMAP>(1))); // no bitmap at all
+    EXPECT(!splash.SetBitmap(reinterpret_cast<HBITMAP>(1))); // not a bitmap
     EXPECT(splash.SetBitmap(CreateBitmap(30, 20, 1, 32, nullptr)));
     splash.SetTransparentColor(0);
     const HWND hFirst = splash.Show();

@@ -1,4 +1,4 @@
-// The checks of the banner that need no plug-in file (splash_checks.cpp).
+// The banner checks that need no plug-in file (splash_checks.cpp).
 #pragma once
 
 void ModuleWithoutResources();

@@ -1,6 +1,6 @@
 #!/bin/sh
-# wine.sh 32|64 FOLDER PROGRAM|wineserver ARGS...: runs a Windows program in the Wine prefix of that width,
-# which lies in FOLDER beside the unpacked 32-bit Wine. The 64-bit Wine is the machine's own.
+# wine.sh 32|64 FOLDER PROGRAM|wineserver ARGS...: runs a Windows program in the Wine prefix of that width. FOLDER holds
+# the prefixes and the unpacked 32-bit Wine. The 64-bit Wine is the machine's own.
 width=$1
 folder=$2
 shift 2

@@ -1,34 +1,75 @@
 #include "common/command_line.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
+#include <cstring>
 #include <exception>
+#include <optional>
 
+#include "common/documents.h"
+#include "common/quiet.h"
+#include "common/terminal.h"
 #include "common/text.h"
 
 namespace tools {
 namespace {
 
-constexpr const char* kHelp = "--help";
+using Options = std::vector<const Option*>;
 
-bool IsHelp(const std::string& word) {
-    return word == kHelp || word == "-h";
+void Append(Options& all, const std::vector<Option>& more) {
+    for (const Option& option : more)
+        all.push_back(&option);
 }
 
-std::string Usage(const Program& program) {
-    const std::string command = program.withoutCommand ? "[COMMAND ...]" : "COMMAND ...";
-    std::string text = std::string("Usage: ") + program.name + " [OPTIONS] " + command + "\n\n";
-    for (const Command& known : program.commands)
-        text += Aligned(std::string(known.name) + " " + known.arguments, known.purpose);
-    text += "\n";
-    for (const Option& option : program.options)
-        text += Aligned(std::string(option.name) + (option.value ? std::string(" ") + option.value : ""),
-                        option.purpose);
-    return text + Aligned(kHelp, "this text") + Aligned("--", "what follows are no options") + "\n" +
-           program.remarks +
-           "\nExit status: 0 success; 1 failed, the reason is on standard error; 2 wrong usage, nothing was\n"
-           "tried; 3 no handset answered when the command began, nothing was done.\n";
+bool IsOption(const std::string& word) {
+    return word.size() > 1 && word[0] == '-'; // "-" alone is standard input or output
+}
+
+std::string WithoutDashes(const std::string& word) {
+    return word.substr(word.starts_with("--") ? 2 : 1);
+}
+
+const Option* Named(const Options& options, const std::string& name) {
+    const auto found = std::ranges::find_if(
+        options, [&](const Option* option) { return WithoutDashes(option->name) == name; });
+    return found == options.end() ? nullptr : *found;
+}
+
+const Option* Lettered(const Options& options, char letter) {
+    const auto found = std::ranges::find_if(
+        options, [&](const Option* option) { return std::strchr(option->letters, letter) != nullptr; });
+    return found == options.end() ? nullptr : *found;
+}
+
+/// One word of options, taken apart.
+struct OptionWord {
+    Options options;                  // empty: not understood
+    std::optional<std::string> value; // of the last one, where the word has it
+
+    bool NeedsNext() const { return !options.empty() && options.back()->value && !value; }
+};
+
+OptionWord TakeApart(const std::string& word, const Options& known) {
+    OptionWord result;
+    const size_t equals = word.find('=');
+    const std::string name = WithoutDashes(word.substr(0, equals));
+    if (const Option* option = name.size() > 1 || word.starts_with("--") ? Named(known, name) : nullptr) {
+        result.options = {option};
+        if (equals != std::string::npos)
+            result.value = word.substr(equals + 1);
+        return result;
+    }
+    for (size_t i = 1; i < word.size() && !word.starts_with("--"); ++i) {
+        const Option* option = Lettered(known, word[i]);
+        if (!option)
+            return {};
+        result.options.push_back(option);
+        if (option->value && i + 1 < word.size()) {
+            result.value = word.substr(i + 1);
+            break;
+        }
+    }
+    return result;
 }
 
 /// What the words ask a program for. Throws Failure (wrong usage).
@@ -38,17 +79,16 @@ public:
         : m_program(program), m_words(std::move(words)) {}
 
     void Run() {
-        if (!TakeWords()) {
-            std::printf("%s", Usage(m_program).c_str());
+        FindCommand();
+        TakeWords();
+        if (PrintedDocument())
             return;
-        }
-        if (m_job.arguments.empty() && m_program.withoutCommand) {
-            RequireOptions("the demonstration", {});
-            return m_program.withoutCommand(m_job);
-        }
-        const Command& command = TakeCommand();
-        Check(command);
-        command.run(m_job);
+        RequireSense();
+        SetQuiet(m_job.Has("--quiet"));
+        if (m_command)
+            m_command->run(m_job);
+        else
+            m_program.withoutCommand(m_job);
     }
 
 private:
@@ -56,111 +96,148 @@ private:
         throw Failure(what + " (see " + m_program.name + " --help)", Status::Usage);
     }
 
-    /// Sorts the words into options and arguments; false when the help text is asked for.
-    bool TakeWords() {
+    Options OptionsOfAll() const {
+        Options all;
+        for (const Command& command : m_program.commands)
+            Append(all, command.options);
+        Append(all, m_program.options);
+        Append(all, StandardOptions());
+        return all;
+    }
+
+    Options OptionsHere() const {
+        Options here;
+        if (m_command)
+            Append(here, m_command->options);
+        Append(here, m_program.options);
+        Append(here, StandardOptions());
+        return here;
+    }
+
+    /// The words that are no options, as far as that can be said before the command is known.
+    std::vector<size_t> PlainWords() const {
+        const Options all = OptionsOfAll();
+        std::vector<size_t> plain;
         bool hasOptions = true;
         for (size_t i = 0; i < m_words.size(); ++i) {
-            if (hasOptions && IsHelp(m_words[i]))
-                return false;
-            if (hasOptions && m_words[i] == "--")
+            if (!hasOptions || !IsOption(m_words[i]))
+                plain.push_back(i);
+            else if (m_words[i] == "--")
                 hasOptions = false;
-            else if (hasOptions && m_words[i].size() > 1 && m_words[i][0] == '-')
-                TakeOption(i);
-            else
-                m_job.arguments.push_back(m_words[i]);
+            else if (TakeApart(m_words[i], all).NeedsNext())
+                ++i;
         }
-        return true;
+        return plain;
     }
 
-    /// Takes one option. `i` is its place, moved to the option's value where it has one.
-    void TakeOption(size_t& i) {
-        const std::string& name = m_words[i];
-        const auto option = std::ranges::find(m_program.options, name, &Option::name);
-        if (option == m_program.options.end())
-            Misused("unknown option " + Quoted(name));
-        std::string& value = m_job.options[name];
-        if (!option->value)
+    bool IsCalled(const Command& command, const std::string& name) const {
+        return command.name == name ||
+               (" " + std::string(command.aliases) + " ").find(" " + name + " ") != std::string::npos;
+    }
+
+    /// Finds the command by the first words that are no options, and takes those words away. "help" in front
+    /// of it asks for its help.
+    void FindCommand() {
+        std::vector<size_t> plain = PlainWords();
+        if (!plain.empty() && m_words[plain[0]] == "help" && !m_program.commands.empty()) {
+            m_words[plain[0]] = "--help";
+            plain.erase(plain.begin());
+        }
+        if (plain.empty() || m_program.commands.empty())
             return;
-        if (i + 1 >= m_words.size())
-            Misused(name + " needs a value (" + option->value + ")");
-        value = m_words[++i];
-    }
-
-    /// Finds the command by the words in front of its arguments, and takes those words away.
-    const Command& TakeCommand() {
-        std::vector<std::string>& words = m_job.arguments;
-        if (words.empty())
-            Misused("no command");
-        const std::string two = words.size() > 1 ? words[0] + " " + words[1] : "";
+        const std::string one = m_words[plain[0]];
+        const std::string two = plain.size() > 1 ? one + " " + m_words[plain[1]] : one;
         for (const Command& command : m_program.commands) {
-            if (command.name != words[0] && command.name != two)
+            if (one.empty() || (!IsCalled(command, one) && command.name != two))
                 continue;
-            words.erase(words.begin(), words.begin() + (command.name == two ? 2 : 1));
-            return command;
+            m_command = &command;
+            if (command.name == two && plain.size() > 1 && two != one)
+                m_words.erase(m_words.begin() + static_cast<ptrdiff_t>(plain[1]));
+            m_words.erase(m_words.begin() + static_cast<ptrdiff_t>(plain[0]));
+            return;
         }
-        Misused("unknown command " + Quoted(words[0]));
+        m_unknown = one;
     }
 
-    void RequireOptions(const std::string& who, const std::vector<std::string>& taken) const {
-        for (const auto& [name, value] : m_job.options) {
-            const auto option = std::ranges::find(m_program.options, name, &Option::name);
-            if (!option->isForAll && std::ranges::find(taken, name) == taken.end())
-                Misused(std::string(who).append(" has no option ").append(name));
+    /// Sorts the words into options and arguments.
+    void TakeWords() {
+        const Options here = OptionsHere();
+        bool hasOptions = true;
+        for (size_t i = 0; i < m_words.size(); ++i) {
+            if (!hasOptions || !IsOption(m_words[i]))
+                m_job.arguments.push_back(m_words[i]);
+            else if (m_words[i] == "--")
+                hasOptions = false;
+            else
+                TakeOptions(i, here);
         }
     }
 
-    void Check(const Command& command) const {
+    /// Takes a word of options. `i` is its place, moved to the option's value where that is the next word.
+    void TakeOptions(size_t& i, const Options& here) {
+        const std::string& word = m_words[i];
+        OptionWord taken = TakeApart(word, here);
+        if (taken.options.empty() && m_problem.empty())
+            m_problem = TakeApart(word, OptionsOfAll()).options.empty() || !m_command
+                            ? "unknown option " + Quoted(word)
+                            : std::string(m_command->name) + " has no option " + word;
+        if (taken.options.empty())
+            return;
+        const Option& last = *taken.options.back();
+        if (taken.NeedsNext() && i + 1 < m_words.size())
+            taken.value = m_words[++i];
+        if (m_problem.empty() && last.value && !taken.value)
+            m_problem = std::string(last.name) + " needs a value (" + last.value + ")";
+        if (m_problem.empty() && !last.value && taken.value)
+            m_problem = std::string(last.name) + " takes no value";
+        for (const Option* option : taken.options)
+            m_job.options[option->name] = "";
+        m_job.options[last.name] = taken.value.value_or("");
+    }
+
+    /// Prints what is asked for instead of a command's work, if anything.
+    bool PrintedDocument() const {
+        std::string text;
+        if (m_job.Has("--help"))
+            text = m_command ? CommandHelp(m_program, *m_command) : ProgramHelp(m_program);
+        else if (m_job.Has("--version"))
+            text = VersionLine(m_program);
+        else if (m_job.Has("--man"))
+            text = ManualPage(m_program);
+        else if (m_job.Has("--completion"))
+            text = BashCompletion(m_program);
+        std::fwrite(text.data(), 1, text.size(), stdout);
+        return !text.empty();
+    }
+
+    void RequireSense() const {
+        if (!m_problem.empty())
+            Misused(m_problem);
+        if (!m_unknown.empty())
+            Misused("unknown command " + Quoted(m_unknown));
         const size_t count = m_job.arguments.size();
-        if (count < command.least || count > command.most)
-            Misused(std::string("usage: ") + m_program.name + " " + command.name + " " + command.arguments);
+        if (!m_command && count > 0)
+            Misused("unknown argument " + Quoted(m_job.arguments[0]));
+        if (!m_command && !m_program.withoutCommand)
+            Misused("no command");
+        if (m_command && (count < m_command->least || count > m_command->most))
+            Misused("usage: " + UsageOf(m_program, *m_command));
         if (std::ranges::find(m_job.arguments, "") != m_job.arguments.end())
             Misused("an empty argument");
-        RequireOptions(command.name, command.options);
     }
 
     const Program& m_program;
-    const std::vector<std::string> m_words;
+    std::vector<std::string> m_words;
+    const Command* m_command = nullptr;
+    std::string m_unknown; // what should have been a command
+    std::string m_problem; // with an option, the first one
     Job m_job;
 };
 
 } // namespace
 
-std::string Job::Value(const std::string& option, const std::string& otherwise) const {
-    const auto found = options.find(option);
-    return found == options.end() ? otherwise : found->second;
-}
-
-unsigned long Job::Number(const std::string& option, unsigned long limit, unsigned long otherwise) const {
-    return Has(option) ? ParseNumber(Value(option), limit, option) : otherwise;
-}
-
-std::vector<unsigned short> Job::Numbers(const std::string& option) const {
-    std::vector<unsigned short> numbers;
-    if (!Has(option))
-        return numbers;
-    const std::string text = Value(option);
-    for (size_t begin = 0; begin <= text.size();) {
-        const size_t end = std::min(text.find(',', begin), text.size());
-        numbers.push_back(
-            static_cast<unsigned short>(ParseNumber(text.substr(begin, end - begin), 0xFFFF, option)));
-        begin = end + 1;
-    }
-    return numbers;
-}
-
-unsigned long ParseNumber(const std::string& text, unsigned long limit, const std::string& what) {
-    const bool isHex = text.starts_with("0x") || text.starts_with("0X");
-    const char* const begin = text.data() + (isHex ? 2 : 0);
-    const char* const end = text.data() + text.size();
-    unsigned long number = 0;
-    const auto [stop, error] = std::from_chars(begin, end, number, isHex ? 16 : 10);
-    if (error != std::errc() || stop != end || number > limit)
-        throw Failure(what + ": " + Quoted(text) + " is no number from 0 to " + std::to_string(limit),
-                      Status::Usage);
-    return number;
-}
-
 int RunProgram(const Program& program, int count, char** words) {
+    LetClosedPipesFail();
     Status status = Status::Success;
     std::string reason;
     try {
@@ -174,7 +251,7 @@ int RunProgram(const Program& program, int count, char** words) {
     }
     if ((std::fflush(stdout) != 0 || std::ferror(stdout) != 0) && status == Status::Success) {
         status = Status::Failed;
-        reason = "the output could not be written";
+        reason = kOutputFailure;
     }
     if (status != Status::Success)
         std::fprintf(stderr, "%s: %s\n", program.name, reason.c_str());

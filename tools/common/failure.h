@@ -26,8 +26,11 @@ private:
     Status m_status;
 };
 
-/// AfterTheBeginning does work before which something may have been done already: a handset that does not
-/// answer is a failure like others now.
+/// The reason of a failure to write to standard output.
+constexpr const char* kOutputFailure = "the output could not be written";
+
+/// AfterTheBeginning does work that may come after something was done on the phone: a handset that does not
+/// answer there is a failure like any other, and its exit status is Failed.
 template <class Work>
 auto AfterTheBeginning(Work work) {
     try {

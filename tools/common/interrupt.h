@@ -1,10 +1,10 @@
-// Ctrl-C while something runs that can be stopped in order.
+// Ctrl-C while something runs that can be stopped in an orderly way.
 #pragma once
 
 namespace tools {
 
-/// InterruptGuard takes Ctrl-C over while it lives: the first one is only remembered, a second one ends the
-/// program at once. They may be nested.
+/// While an InterruptGuard lives, the first Ctrl-C is only remembered; a second one ends the program at once.
+/// Guards may be nested.
 class InterruptGuard {
 public:
     InterruptGuard();
@@ -16,7 +16,7 @@ private:
     void (*m_previous)(int);
 };
 
-/// Interrupted tells whether Ctrl-C was pressed under an InterruptGuard.
+/// Interrupted says whether Ctrl-C was pressed under an InterruptGuard.
 bool Interrupted();
 
 } // namespace tools

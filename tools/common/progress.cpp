@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "common/quiet.h"
 #include "common/terminal.h"
 
 namespace tools {
@@ -27,7 +28,8 @@ std::string SizeText(double bytes) {
     return bytes < 1e9 ? Format("%.1f MB", bytes / 1e6) : Format("%.1f GB", bytes / 1e9);
 }
 
-Progress::Progress(std::string what) : m_what(std::move(what)), m_width(TerminalWidth()) {}
+Progress::Progress(std::string what, bool isShown)
+    : m_what(std::move(what)), m_isShown(isShown && !IsQuiet()), m_width(TerminalWidth()) {}
 
 Progress::~Progress() {
     EndLine();
@@ -60,6 +62,8 @@ void Progress::Draw(int percent, std::string figures) {
 }
 
 void Progress::Report(int percent, const std::string& amount) {
+    if (!m_isShown)
+        return;
     percent = std::clamp(percent, 0, 100);
     constexpr double kRedraw_s = 0.1;
     const double now = Seconds();

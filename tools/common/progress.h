@@ -7,28 +7,30 @@
 
 namespace tools {
 
-/// SizeText gives a number of bytes in a unit that fits: "812 B", "307.2 kB", "1.4 MB" (1 kB = 1000 B).
+/// SizeText returns a number of bytes in a suitable unit: "812 B", "307.2 kB", "1.4 MB" (1 kB = 1000 B).
 std::string SizeText(double bytes);
 
-/// Progress begins with the object. The line of the bar ends with it at the latest.
+/// Progress counts the time from its construction, and ends the bar's line at its destruction at the latest.
+/// It prints nothing while IsQuiet().
 class Progress {
 public:
-    /// `what` stands in front of the figures; may be empty.
-    explicit Progress(std::string what = "");
+    /// `what` is printed before the figures; it may be empty.
+    /// `isShown`: false prints nothing.
+    explicit Progress(std::string what = "", bool isShown = true);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// Report shows how far it is, with `amount` in words and the time that is left. Plain lines are at most
-    /// one per 10 %. `percent` outside 0 to 100 is taken for the nearer of them.
+    /// Report shows the percentage, `amount` and the time that is left. Where there is no bar it prints at
+    /// most one line per 10 %. `percent` is limited to 0 to 100.
     void Report(int percent, const std::string& amount);
     /// ReportSteps shows that `done` of `total` steps are done.
     void ReportSteps(size_t done, size_t total);
-    /// ReportBytes shows that a percentage of `total` bytes (0: not known) is copied, and how fast; `lead`
-    /// stands in front of that.
+    /// ReportBytes shows that a percentage of `total` bytes (0: not known) is copied, and how fast, after
+    /// `lead`.
     void ReportBytes(int percent, uint64_t total, const std::string& lead = "");
 
-    /// EndLine ends the bar's line, so that something else can be printed. The next report begins a new one.
+    /// EndLine ends the bar's line, so that something else can be printed. The next report begins another.
     void EndLine();
     /// Seconds since the beginning, never 0.
     double Seconds() const;
@@ -38,6 +40,7 @@ private:
     void Draw(int percent, std::string figures);
 
     const std::string m_what;
+    const bool m_isShown;
     const int m_width;    // of the terminal; 0: none
     int m_shown = -1;     // the percentage shown last
     double m_shownAt = 0; // in Seconds()

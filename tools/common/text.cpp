@@ -25,25 +25,6 @@ std::string Escaped(const char* lead, int digits, unsigned value) {
     return hex;
 }
 
-/// The length of the well-formed character at `i`; 0 when there is none.
-size_t CharacterLength(std::string_view text, size_t i) {
-    const unsigned first = ByteAt(text, i);
-    if (first < 0x80)
-        return 1;
-    const size_t length = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
-    // The second byte tells the shortest form from longer ones, and what Unicode has no character for.
-    const unsigned second = ByteAt(text, i + 1);
-    const unsigned least = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
-    const unsigned most = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
-    if (length == 0 || second < least || second > most)
-        return 0;
-    for (size_t k = 2; k < length; ++k) {
-        if ((ByteAt(text, i + k) & 0xC0) != 0x80)
-            return 0;
-    }
-    return length;
-}
-
 } // namespace
 
 std::string Printable(std::string_view text) {
@@ -64,6 +45,24 @@ std::string Printable(std::string_view text) {
 
 std::string Quoted(std::string_view text) {
     return '"' + Printable(text) + '"';
+}
+
+size_t CharacterLength(std::string_view text, size_t i) {
+    const unsigned first = ByteAt(text, i);
+    if (first < 0x80)
+        return 1;
+    const size_t length = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+    // The second byte rules out longer forms than needed, and numbers that are no characters.
+    const unsigned second = ByteAt(text, i + 1);
+    const unsigned least = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
+    const unsigned most = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+    if (length == 0 || second < least || second > most)
+        return 0;
+    for (size_t k = 2; k < length; ++k) {
+        if ((ByteAt(text, i + k) & 0xC0) != 0x80)
+            return 0;
+    }
+    return length;
 }
 
 bool IsUtf8(std::string_view text) {
@@ -94,10 +93,60 @@ std::string JsonText(std::string_view text) {
     return result + '"';
 }
 
-std::string Aligned(std::string text, const char* explanation) {
-    constexpr size_t kColumn = 26;
-    text.resize(std::max(text.size() + 1, kColumn), ' ');
-    return "  " + text + explanation + "\n";
+std::vector<std::string> Lines(std::string_view text) {
+    std::vector<std::string> lines;
+    for (size_t begin = 0; begin < text.size();) {
+        const size_t end = std::min(text.find('\n', begin), text.size());
+        lines.emplace_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return lines;
+}
+
+namespace {
+
+constexpr size_t kWidth = 79;
+
+/// Breaks one paragraph into lines that, after `indent` blanks, fit a terminal.
+std::vector<std::string> Broken(std::string_view text, size_t indent) {
+    std::vector<std::string> lines(1);
+    for (size_t begin = 0; begin < text.size();) {
+        const size_t end = std::min(text.find(' ', begin), text.size());
+        const std::string_view word = text.substr(begin, end - begin);
+        if (!lines.back().empty() && indent + lines.back().size() + 1 + word.size() > kWidth)
+            lines.emplace_back();
+        lines.back().append(lines.back().empty() ? "" : " ").append(word);
+        begin = end + 1;
+    }
+    return lines;
+}
+
+} // namespace
+
+std::string Aligned(const std::string& text, std::string_view explanation, size_t indent) {
+    constexpr size_t kColumn = 30;
+    std::string line = std::string(indent, ' ') + text;
+    const bool fits = line.size() + 2 <= kColumn;
+    std::string result = fits ? "" : line + "\n";
+    line.resize(fits ? line.size() : 0);
+    for (const std::string& words : Broken(explanation, kColumn)) {
+        line.resize(kColumn, ' ');
+        result += line + words + "\n";
+        line.clear();
+    }
+    return result;
+}
+
+std::string Wrapped(std::string_view text) {
+    std::string result;
+    for (const std::string& line : Lines(text)) {
+        if (line.starts_with(' '))
+            result += line + "\n";
+        else
+            for (const std::string& words : Broken(line, 0))
+                result += words + "\n";
+    }
+    return result;
 }
 
 } // namespace tools

@@ -7,8 +7,8 @@
 #include <cstring>
 #include <memory>
 
-#include "common/command_line.h"
 #include "common/failure.h"
+#include "common/program.h"
 #include "mount/fuse.h"
 #include "mount/mount_point.h"
 #include "mount/operations.h"

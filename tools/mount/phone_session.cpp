@@ -9,12 +9,16 @@ namespace {
 constexpr unsigned short kAnyPort = QLib_ResourceManager::kAnyPort;
 constexpr unsigned short kMostPorts = 256;
 
-bool PortExists(unsigned short port) {
+std::vector<unsigned short> Ports() {
     std::vector<unsigned short> ports(kMostPorts);
     unsigned short count = kMostPorts;
-    if (!QLib_ResourceManager::GetAllPortList(&count, ports.data()))
-        return false;
-    return std::find(ports.begin(), ports.begin() + count, port) != ports.begin() + count;
+    ports.resize(QLib_ResourceManager::GetAllPortList(&count, ports.data()) ? count : 0);
+    return ports;
+}
+
+bool PortExists(unsigned short port) {
+    const std::vector<unsigned short> ports = Ports();
+    return std::find(ports.begin(), ports.end(), port) != ports.end();
 }
 
 } // namespace
@@ -22,23 +26,21 @@ bool PortExists(unsigned short port) {
 bool PhoneSession::Open(unsigned short port) {
     m_context.reset(QLib_ResourceManager::CreateContext(port));
     m_phone = QLib_ResourceManager::GetDiag_FTM(m_context.get());
-    if (m_phone)
+    if (m_phone != nullptr)
         QLib_ResourceManager::GetComPortNumber(m_context.get(), &m_port);
-    return m_phone && m_phone->OpenPort();
+    return m_phone != nullptr && m_phone->OpenPort();
 }
 
 void PhoneSession::RequireHandset() {
-    const auto fail = [](const std::string& reason) { throw Failure(reason, Status::NoHandset); };
     const bool isOpen = Open(m_wantedPort);
-    const std::string name = "COM" + std::to_string(m_port);
-    if (!m_phone)
-        fail("no handset answers; is one attached and switched on?");
-    if (!isOpen && !PortExists(m_port))
-        fail("there is no port " + name + "; is a handset attached?");
-    if (!isOpen)
-        fail(name + " cannot be opened; perhaps another program holds it, or you may not open it");
-    if (!m_phone->IsPhoneConnected())
-        fail("the handset on " + name + " does not answer; is it switched on?");
+    if (isOpen && m_phone->IsPhoneConnected())
+        return;
+    std::string reason;
+    if (m_phone != nullptr)
+        reason = PortErrorText(m_phone->GetPortError(), "port COM" + std::to_string(m_port));
+    else
+        reason = Ports().empty() ? "none is attached" : "none answers on any port";
+    throw Failure("no handset (" + reason + ")", Status::NoHandset);
 }
 
 void PhoneSession::Connect() {

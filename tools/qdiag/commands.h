@@ -1,7 +1,7 @@
 // The commands of qdiag.
 #pragma once
 
-#include "common/command_line.h"
+#include "common/program.h"
 
 namespace tools::qdiag {
 

@@ -1,4 +1,4 @@
-// Bytes as hex, both ways.
+// Conversion between bytes and hex text.
 #pragma once
 
 #include <optional>
@@ -11,10 +11,10 @@ namespace tools::qdiag {
 
 using Bytes = std::vector<unsigned char>;
 
-/// HexText gives bytes as pairs of upper-case hex digits, with `separator` between them.
+/// Returns the bytes as pairs of upper-case hex digits with `separator` between the pairs.
 std::string HexText(std::span<const unsigned char> bytes, const char* separator = "");
 
-/// ParseHex reads pairs of hex digits, blanks between them allowed; nothing for any other text.
+/// Parses pairs of hex digits, which blanks may separate. Returns nullopt for any other text.
 std::optional<Bytes> ParseHex(std::string_view text);
 
 } // namespace tools::qdiag

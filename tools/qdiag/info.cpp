@@ -1,4 +1,4 @@
-// The command that tells who the phone is.
+// The info command: the phone's identity, state and file-system figures.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -13,12 +13,12 @@ namespace {
 
 /// One fact about the phone.
 struct Fact {
-    const char* key;     // in JSON
-    std::string printed; // as people read it
-    std::string json;    // a JSON value
+    const char* key;     // the JSON key
+    std::string printed; // the value as text for people
+    std::string json;    // the value as JSON
 };
 
-/// What the phone told, and what it did not.
+/// The facts that the phone reported, and the reasons why others are missing.
 class Facts {
 public:
     void Text(const char* key, const std::string& text) {
@@ -27,10 +27,10 @@ public:
     void Number(const char* key, uint64_t number) {
         m_facts.push_back({key, std::to_string(number), std::to_string(number)});
     }
-    /// Missing names what was to be told and why it was not.
+    /// Records facts that the phone did not report, and the reason.
     void Missing(std::initializer_list<const char*> keys, const std::string& reason) {
         for (const char* key : keys)
-            m_facts.push_back({key, "(not told)", "null"});
+            m_facts.push_back({key, "(not reported)", "null"});
         m_reasons += (m_reasons.empty() ? "" : "; ") + reason;
     }
 
@@ -55,7 +55,7 @@ private:
     std::string m_reasons;
 };
 
-/// A text of fixed width, without the blanks and zeros at its end.
+/// Returns the text of a fixed-width field: up to its first zero, without trailing blanks.
 std::string FieldText(std::span<const char> field) {
     const std::string text(field.begin(), std::ranges::find(field, '\0'));
     return text.substr(0, text.find_last_not_of(' ') + 1);
@@ -63,7 +63,7 @@ std::string FieldText(std::span<const char> field) {
 
 std::string HexNumber(DWORD number) {
     char text[16];
-    std::snprintf(text, sizeof text, "0x%08X", AsInt(number));
+    std::snprintf(text, sizeof text, "0x%08X", static_cast<int>(number));
     return text;
 }
 
@@ -103,7 +103,7 @@ void AddState(const Phone& phone, Facts& facts) {
     if (phone->DIAG_READ_ESN_F(serial))
         facts.Text("esn", HexNumber(serial));
     else
-        facts.Missing({"esn"}, "the handset did not tell its serial number");
+        facts.Missing({"esn"}, "the phone did not report its serial number");
     unsigned char status = 0;
     if (phone->DIAG_STATUS_F(status))
         facts.Number("status", status);
@@ -127,9 +127,10 @@ void AddFileSystem(const Phone& phone, Facts& facts) {
     if (!isAnswered || error != 0)
         return facts.Missing({"block_size", "total_bytes", "available_bytes", "free_bytes", "max_file_size",
                               "files", "max_files"},
-                             isAnswered ? "the handset refused the file-system figures (error number " +
-                                              std::to_string(error) + ")"
-                                        : phone.NoAnswer("the file-system figures").what());
+                             isAnswered
+                                 ? "the phone refused to report its file-system figures (error number " +
+                                       std::to_string(error) + ")"
+                                 : phone.NoAnswer("the file-system figures").what());
     facts.Number("block_size", blockSize);
     facts.Number("total_bytes", uint64_t{blockSize} * total);
     facts.Number("available_bytes", uint64_t{blockSize} * available);

@@ -1,4 +1,4 @@
-// The command that shows what the phone sends unasked.
+// The log command: shows the packets that the phone sends unsolicited.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -16,8 +16,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Feed takes what the phone sends unasked from the library's thread to the command's. The newest packets are
-/// kept when they come faster than they are taken.
+/// Feed passes unsolicited packets from the library's thread to the command's thread. When they arrive faster
+/// than they are taken, it keeps the newest ones.
 class Feed : public CQLibEvents_Listener {
 public:
     explicit Feed(const Phone& phone) : m_phone(phone) { m_phone->AddEventListener(this, nullptr); }
@@ -33,7 +33,7 @@ public:
         m_queue.Push(packet);
     }
 
-    /// Take gives the oldest packet, waiting a moment for one.
+    /// Takes the oldest packet. Waits briefly for one; returns false when none arrived.
     bool Take(QueueItem& packet) {
         constexpr DWORD kMoment_ms = 100;
         const bool isThere = m_queue.WaitPop(&packet, kMoment_ms);
@@ -41,7 +41,7 @@ public:
         return isThere;
     }
 
-    /// Lost tells how many packets were pushed out of the queue. To be asked when the phone sends no more.
+    /// Returns how many packets the queue dropped. Call it after the phone has stopped sending.
     size_t Lost() const {
         DWORD waiting = 0;
         m_queue.GetCount(waiting);
@@ -57,7 +57,7 @@ private:
     size_t m_taken = 0;
 };
 
-/// Watch finds out that a phone which sends nothing is gone.
+/// Watch checks a quiet phone from time to time and throws Failure when it no longer answers.
 class Watch {
 public:
     explicit Watch(const Phone& phone) : m_phone(phone) {}
@@ -67,7 +67,7 @@ public:
         if (Clock::now() < m_next)
             return;
         Heard();
-        // A busy phone may miss the short time of one check.
+        // A busy phone may miss the short time-out of a single check.
         if (!m_phone.Answers() && !m_phone.Answers())
             throw Failure("the handset stopped answering");
     }
@@ -91,7 +91,7 @@ Limits LimitsOf(const Job& job) {
             job.Has("--seconds") ? Clock::now() + std::chrono::seconds(seconds) : Clock::time_point::max()};
 }
 
-/// Prints until a limit is reached or Ctrl-C; gives the number of packets.
+/// Prints packets until a limit is reached or the user presses Ctrl-C. Returns how many it printed.
 unsigned long PrintPackets(const Phone& phone, Feed& feed, const Limits& limits, bool withBytes) {
     PacketText text;
     Watch watch(phone);
@@ -116,17 +116,17 @@ unsigned long PrintPackets(const Phone& phone, Feed& feed, const Limits& limits,
 } // namespace
 
 void LogCommand(const Job& job) {
-    std::map<unsigned char, std::vector<unsigned short>> codes; // by equipment
+    std::map<unsigned char, std::vector<unsigned short>> codes; // by equipment id
     for (const std::string& text : job.arguments) {
         const auto code = static_cast<unsigned short>(ParseNumber(text, 0xFFFF, "log code"));
         codes[static_cast<unsigned char>(code >> 12)].push_back(code);
     }
     const std::vector<unsigned short> subsystems = job.Numbers("--messages");
-    LimitsOf(job); // wrong numbers are told before anything is asked of the phone
+    LimitsOf(job); // reports wrong numbers before the phone is contacted
     const Phone phone(job);
     const InterruptGuard guard;
     Feed feed(phone);
-    phone->DIAG_SetPhoneLoggingState(true); // before the first record, so that a recording has it too
+    phone->DIAG_SetPhoneLoggingState(true); // early, so that a recording includes the first record
     LogSwitches switches(phone);
     for (const auto& [equipment, list] : codes)
         switches.AddCodes(equipment, list);
@@ -134,12 +134,12 @@ void LogCommand(const Job& job) {
         switches.AddMessages(subsystem);
     if (job.Has("--events"))
         switches.AddEvents();
-    std::fprintf(stderr, "waiting for what the handset sends; Ctrl-C ends\n");
+    std::fprintf(stderr, "waiting for packets from the phone; press Ctrl-C to stop\n");
     const unsigned long count = PrintPackets(phone, feed, LimitsOf(job), job.Has("--hex"));
     switches.Undo();
     std::fprintf(stderr, "packets shown: %lu\n", count);
     if (feed.Lost() > 0)
-        throw Failure(std::to_string(feed.Lost()) + " packets came too fast and are not shown");
+        throw Failure(std::to_string(feed.Lost()) + " packets arrived too fast and were not shown");
 }
 
 } // namespace tools::qdiag

@@ -7,7 +7,7 @@
 namespace tools::qdiag {
 namespace {
 
-constexpr DWORD kMostItems = 4096; // of one equipment id
+constexpr DWORD kMostItems = 4096; // per equipment id
 constexpr DWORD kAllKinds = 0xFFFFFFFF;
 
 std::string CodeName(unsigned code) {
@@ -33,7 +33,7 @@ void LogSwitches::KeepMask(unsigned char equipment, DWORD lastItem) {
     AppendNumber(mask, lastItem);
     mask.resize(mask.size() + lastItem / 8 + 1);
     auto size = static_cast<unsigned short>(mask.size());
-    if (!m_phone->DIAG_SetExtendedLogMask(LOG_MASK_GET, mask.data(), size) || mask[0] != equipment ||
+    if (!m_phone->ReadExtendedLogMask(LOG_MASK_GET, mask.data(), size) || mask[0] != equipment ||
         mask[1] != 0 || mask[2] != 0 || mask[3] != 0)
         throw m_phone.NoAnswer("its log mask");
     m_masks.push_back(std::move(mask));
@@ -45,7 +45,7 @@ void LogSwitches::AddCodes(unsigned char equipment, const std::vector<unsigned s
         throw m_phone.NoAnswer("its log codes");
     for (const unsigned short code : codes) {
         if (code % kMostItems > lastItem)
-            throw Failure("the handset has no log code " + CodeName(code));
+            throw Failure("the phone has no log code " + CodeName(code));
     }
     KeepMask(equipment, std::min(lastItem, kMostItems - 1));
     if (!m_phone->DIAG_AddExtendedLogCodes(equipment, codes.data(),
@@ -67,7 +67,8 @@ void LogSwitches::AddEvents() {
 
 void LogSwitches::Undo() {
     if (!SwitchBack())
-        throw Failure("the handset could not be set back: it may go on sending what was switched on");
+        throw Failure(
+            "the phone's log settings could not be restored; it may go on sending what was enabled");
 }
 
 bool LogSwitches::SwitchBack() {

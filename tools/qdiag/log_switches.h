@@ -1,4 +1,4 @@
-// What a command switches on in the phone so that it sends records, messages and events, and off again.
+// Enables log records, messages and events in the phone, and restores the phone afterwards.
 #pragma once
 
 #include <vector>
@@ -8,25 +8,25 @@
 
 namespace tools::qdiag {
 
-/// LogSwitches undoes at its end what it did: log masks become what they were; messages and events, whose
-/// earlier state phones do not tell, are switched off. Each Add throws Failure when the phone does not
-/// follow.
+/// LogSwitches restores the phone when it is destroyed. Log masks get their former contents. Messages and
+/// events are switched off, because phones do not report their former state. Each Add function throws Failure
+/// when the phone does not comply.
 class LogSwitches {
 public:
     explicit LogSwitches(const Phone& phone) : m_phone(phone) {}
-    /// Undo, without a word when it fails.
+    /// Does what Undo does, but ignores a failure.
     ~LogSwitches();
     LogSwitches(const LogSwitches&) = delete;
     LogSwitches& operator=(const LogSwitches&) = delete;
 
-    /// AddCodes switches log codes of one equipment id on.
+    /// Enables log codes of one equipment id.
     void AddCodes(unsigned char equipment, const std::vector<unsigned short>& codes);
-    /// AddMessages switches all messages of a subsystem on.
+    /// Enables all messages of a subsystem.
     void AddMessages(unsigned short subsystem);
-    /// AddEvents switches event reports on.
+    /// Enables event reports.
     void AddEvents();
 
-    /// Undo does it now. Throws Failure when the phone does not follow.
+    /// Restores the phone now. Throws Failure when the phone does not comply.
     void Undo();
 
 private:
@@ -34,7 +34,7 @@ private:
     bool SwitchBack();
 
     const Phone& m_phone;
-    std::vector<Bytes> m_masks; // as they were: equipment id, last item, mask
+    std::vector<Bytes> m_masks; // the former masks: equipment id, last item, mask bits
     std::vector<unsigned short> m_subsystems;
     bool m_hasEvents = false;
 };

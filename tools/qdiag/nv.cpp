@@ -1,4 +1,4 @@
-// Commands that read and write one NV item.
+// The nv read and nv write commands.
 #include "qdiag/nv.h"
 
 #include <algorithm>
@@ -46,7 +46,7 @@ void NvReadCommand(const Job& job) {
     if (!answer.isAnswered)
         throw phone.NoAnswer(ItemName(item));
     if (answer.status != 0)
-        throw Failure("the handset does not hand out " + ItemName(item) + " (status " +
+        throw Failure("the phone refuses to read " + ItemName(item) + " (status " +
                       std::to_string(answer.status) + ")");
     std::printf("%s\n", HexText(std::span(answer.value).first(length)).c_str());
 }
@@ -61,7 +61,7 @@ void NvWriteCommand(const Job& job) {
     if (!phone->DIAG_NV_WRITE_F(item, bytes->data(), static_cast<int>(bytes->size()), status))
         throw phone.NoAnswer("writing " + ItemName(item));
     if (status != 0)
-        throw Failure("the handset did not take " + ItemName(item) + " (status " + std::to_string(status) +
+        throw Failure("the phone refused to write " + ItemName(item) + " (status " + std::to_string(status) +
                       (status == kReadOnly ? ", read-only)" : ")"));
     std::printf("%s written: %zu bytes, then zeros\n", ItemName(item).c_str(), bytes->size());
 }

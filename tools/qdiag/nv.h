@@ -1,4 +1,4 @@
-// NV items as the commands handle them.
+// What the NV commands share.
 #pragma once
 
 #include <array>
@@ -8,26 +8,26 @@
 
 namespace tools::qdiag {
 
-/// The bytes of an item; shorter items are filled up with zeros.
+/// The bytes of an item, padded with zeros.
 using NvValue = std::array<unsigned char, NvItems::kItemSize>;
 
-/// What the phone said when it was asked for an item.
+/// The phone's response to the request for an item.
 struct NvAnswer {
     bool isAnswered = false;
-    unsigned short status = 0; // 0: the value is there
+    unsigned short status = 0; // 0: `value` is valid
     NvValue value{};
 };
 
-/// ReadNvItem asks the phone for an item.
+/// Requests an item from the phone.
 NvAnswer ReadNvItem(const Phone& phone, unsigned short item);
 
-/// ItemName gives "NV item 71".
+/// Returns the name of an item in messages: "NV item 71".
 std::string ItemName(unsigned short item);
 
-/// ParseItem reads an item's number. Throws Failure (wrong usage).
+/// Parses an item number. Throws Failure (wrong usage) for any other text.
 unsigned short ParseItem(const std::string& text);
 
-/// RequireAnswers throws when the phone does not answer any more, with `what` failed on the way.
+/// Throws Failure when the phone no longer answers; its text says that `what` failed.
 void RequireAnswers(const Phone& phone, const std::string& what);
 
 } // namespace tools::qdiag

@@ -1,4 +1,4 @@
-// The command that copies NV items from the phone into a file.
+// The nv backup command: copies NV items from the phone into a file.
 #include <cstdio>
 #include <filesystem>
 
@@ -38,7 +38,7 @@ std::string Title(const Phone& phone, const Range& range) {
            modelName + ", software " + software;
 }
 
-/// What came of the items of a range.
+/// How many items of a range were saved, refused and left unanswered.
 struct Counts {
     size_t kept = 0;
     size_t refused = 0;
@@ -52,12 +52,12 @@ Counts CopyItems(const Phone& phone, const Range& range, NvFileWriter& file) {
     Progress progress("reading");
     for (size_t done = 0; done < total; ++done) {
         if (Interrupted())
-            throw Failure("interrupted: nothing was kept");
+            throw Failure("interrupted: no backup was written");
         const auto item = static_cast<unsigned short>(range.first + done);
         const NvAnswer answer = ReadNvItem(phone, item);
         if (!answer.isAnswered) {
             RequireAnswers(phone, "the backup");
-            file.AddComment("no answer to the request for item " + std::to_string(item));
+            file.AddComment("no response to the request for item " + std::to_string(item));
             if (counts.unanswered++ == 0)
                 counts.firstUnanswered = item;
         } else if (answer.status != 0) {
@@ -77,17 +77,17 @@ void NvBackupCommand(const Job& job) {
     const std::string& path = job.arguments[0];
     const Range range = ParseRange(job);
     if (std::filesystem::exists(path) && !job.Has("--force"))
-        throw Failure(Quoted(path) + " exists already; --force replaces it");
+        throw Failure(Quoted(path) + " already exists; --force replaces it");
     const Phone phone(job);
     const InterruptGuard guard;
     NvFileWriter file(path, Title(phone, range));
     const Counts counts = CopyItems(phone, range, file);
     file.Finish();
-    std::printf("%zu items kept in %s; %zu are not on the handset or not handed out\n", counts.kept,
+    std::printf("%zu items kept in %s; %zu are not on the phone or cannot be read\n", counts.kept,
                 Printable(path).c_str(), counts.refused);
     if (counts.unanswered > 0)
         throw Failure("the backup lacks " + std::to_string(counts.unanswered) +
-                      " items for which the handset gave no answer, the first of them " +
+                      " items because the phone did not answer the requests for them; the first is item " +
                       std::to_string(counts.firstUnanswered));
 }
 

@@ -22,7 +22,7 @@ std::string ReadWhole(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// False for a line of another form.
+/// Returns false for a line of another form.
 bool ParseLine(std::string_view line, unsigned short& item, NvValue& value) {
     const auto [stop, error] = std::from_chars(line.data(), line.data() + line.size(), item);
     const auto digits = static_cast<size_t>(stop - line.data());
@@ -41,10 +41,10 @@ bool ParseLine(std::string_view line, unsigned short& item, NvValue& value) {
 NvFileWriter::NvFileWriter(const std::string& path, const std::string& comment)
     : m_path(path), m_partPath(path + ".part") {
     if (fs::exists(m_partPath))
-        throw Failure(Quoted(m_partPath) + " exists already; it is what the backup is written to at first");
+        throw Failure(Quoted(m_partPath) + " already exists; the backup is written there first");
     m_file.open(m_partPath, std::ios::binary | std::ios::trunc);
     if (!m_file)
-        throw Failure("the file " + Quoted(m_partPath) + " cannot be made");
+        throw Failure("the file " + Quoted(m_partPath) + " cannot be created");
     AddComment(comment);
 }
 
@@ -84,7 +84,7 @@ std::map<unsigned short, NvValue> ReadNvFile(const std::string& path) {
         const size_t end = text.find('\n', begin);
         const std::string place = Quoted(path) + ", line " + std::to_string(++number) + ": ";
         if (end == std::string::npos)
-            throw Failure(place + "the line has no end; the file was cut short");
+            throw Failure(place + "the line is incomplete; the file was truncated");
         std::string_view line(text.data() + begin, end - begin);
         if (line.ends_with('\r'))
             line.remove_suffix(1);
@@ -94,9 +94,9 @@ std::map<unsigned short, NvValue> ReadNvFile(const std::string& path) {
         unsigned short item = 0;
         NvValue value;
         if (!ParseLine(line, item, value))
-            throw Failure(place + "not an item's number and 1 to 128 bytes in hex");
+            throw Failure(place + "expected an item number and 1 to 128 bytes in hex");
         if (!items.emplace(item, value).second)
-            throw Failure(place + ItemName(item) + " stands in the file twice");
+            throw Failure(place + ItemName(item) + " occurs twice");
     }
     return items;
 }

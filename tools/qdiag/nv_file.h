@@ -1,7 +1,8 @@
-// The text file that a backup of NV items is kept in.
+// The text file that holds a backup of NV items.
 //
-// A line holds an item's number, a blank, and its bytes in hex; items may end early, the rest is zeros. Lines
-// that begin with '#' and empty lines say nothing. Lines may end with a carriage return and a line feed.
+// Each line holds an item number, a blank and the item's bytes in hex. Bytes missing at the end of an item
+// are zeros. Empty lines and lines that begin with '#' are ignored. A carriage return may precede the line
+// feed.
 #pragma once
 
 #include <fstream>
@@ -12,11 +13,11 @@
 
 namespace tools::qdiag {
 
-/// NvFileWriter writes such a file. Until Finish it has another name, and it goes away when Finish is not
-/// reached: a file of the wanted name is a whole one.
+/// NvFileWriter writes such a file. The file has a temporary name until Finish renames it; without Finish,
+/// the destructor deletes it. A file with the wanted name is therefore complete.
 class NvFileWriter {
 public:
-    /// `comment` becomes the first lines. Throws Failure when the file cannot be made.
+    /// `comment` becomes the first line. Throws Failure when the file cannot be created.
     NvFileWriter(const std::string& path, const std::string& comment);
     ~NvFileWriter();
     NvFileWriter(const NvFileWriter&) = delete;
@@ -24,8 +25,8 @@ public:
 
     void Add(unsigned short item, const NvValue& value);
     void AddComment(const std::string& line);
-    /// Finish gives the file its name; an older one of that name is replaced. Throws Failure when that cannot
-    /// be done or not all could be written.
+    /// Renames the file to its final name, replacing an older file. Throws Failure when that fails or
+    /// when not everything could be written.
     void Finish();
 
 private:
@@ -34,9 +35,8 @@ private:
     std::ofstream m_file;
 };
 
-/// ReadNvFile reads such a file. Throws Failure when it cannot be read, and for a file in which anything is
-/// wrong: a line of another form, an item that stands there twice, a last line without its end (the file was
-/// cut short).
+/// Reads such a file. Throws Failure when the file cannot be read or is malformed: it has a line of another
+/// form, an item that occurs twice, or a last line without a line feed (the file was truncated).
 std::map<unsigned short, NvValue> ReadNvFile(const std::string& path);
 
 } // namespace tools::qdiag

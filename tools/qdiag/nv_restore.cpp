@@ -1,4 +1,4 @@
-// The command that writes NV items from a file to the phone.
+// The nv restore command: writes NV items from a file to the phone.
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
@@ -14,21 +14,21 @@
 namespace tools::qdiag {
 namespace {
 
-/// An item that the phone holds with another value than the file, or does not hand out.
+/// An item whose value on the phone differs from the file's, or which the phone refuses to read.
 struct Difference {
     unsigned short item;
     NvValue wanted;
     NvAnswer onPhone;
 };
 
-/// What the batch commands told last.
+/// The result of the batch commands.
 struct BatchResult {
     bool isDone = false;
     unsigned short lastItem = 0xFFFF;
     unsigned char lastStatus = 0;
 };
 
-/// A value without the zeros at its end.
+/// Returns the value in hex without trailing zeros.
 std::string ValueText(const NvValue& value) {
     size_t size = value.size();
     while (size > 1 && value[size - 1] == 0)
@@ -56,14 +56,14 @@ void Show(const std::vector<Difference>& differences) {
         const NvAnswer& answer = difference.onPhone;
         const std::string held = answer.status == 0
                                      ? ValueText(answer.value)
-                                     : "(not handed out, status " + std::to_string(answer.status) + ")";
+                                     : "(refused, status " + std::to_string(answer.status) + ")";
         std::printf("%s\n  handset  %s\n  file     %s\n", ItemName(difference.item).c_str(), held.c_str(),
                     ValueText(difference.wanted).c_str());
     }
 }
 
 void RequireConsent() {
-    std::printf("Write them to the handset? [y/N] ");
+    std::printf("Write them to the phone? [y/N] ");
     std::fflush(stdout);
     std::string answer;
     std::getline(std::cin, answer);
@@ -89,20 +89,20 @@ std::string WhyNot(const BatchResult& result) {
     if (result.isDone)
         return "";
     if (result.lastStatus != 0)
-        return "the handset refused " + ItemName(result.lastItem) + " (status " +
+        return "the phone refused to write " + ItemName(result.lastItem) + " (status " +
                std::to_string(result.lastStatus) + (result.lastStatus == 7 ? ", read-only)" : ")");
-    return "the handset did not answer a batch";
+    return "the phone did not answer a batch request";
 }
 
-/// Reads every item back: what a batch says is one thing, what the phone then holds is another. Gives the
-/// number of items that do not hold the file's value, those in `mayStay` left out.
+/// Reads every item back, because the status of a batch does not prove what the phone holds. Returns the
+/// number of items that do not hold the file's value; items in `mayStay` do not count.
 size_t CountWrong(const Phone& phone, const std::vector<Difference>& differences,
                   const std::vector<unsigned short>& mayStay) {
     size_t wrong = 0;
     for (const Difference& difference : differences) {
         const NvAnswer answer = ReadNvItem(phone, difference.item);
         if (!answer.isAnswered)
-            RequireAnswers(phone, "what the items hold is not known; the restore");
+            RequireAnswers(phone, "the values of the items are unknown; the restore");
         if (answer.isAnswered && answer.status == 0 && answer.value == difference.wanted)
             continue;
         const bool isAllowed = std::ranges::find(mayStay, difference.item) != mayStay.end();
@@ -122,14 +122,14 @@ void NvRestoreCommand(const Job& job) {
     const Phone phone(job);
     const std::vector<Difference> differences = Compare(phone, items);
     if (differences.empty()) {
-        std::printf("the handset holds all %zu items of the file already\n", items.size());
+        std::printf("the phone holds all %zu items of the file already\n", items.size());
         return;
     }
     Show(differences);
     std::printf("%zu of %zu items differ\n", differences.size(), items.size());
     if (!job.Has("--yes"))
         RequireConsent();
-    const InterruptGuard guard; // a restore that has begun is told to its end
+    const InterruptGuard guard; // a restore that has begun runs to its end
     const std::string problem = WhyNot(Write(phone, differences, readOnly));
     const size_t wrong = CountWrong(phone, differences, readOnly);
     if (wrong > 0 || !problem.empty())

@@ -35,7 +35,7 @@ std::string DescribeResponse(std::span<const unsigned char> packet) {
 
 bool IsUnasked(std::span<const unsigned char> packet) {
     if (packet.size() >= 3 && packet[0] == kEvents)
-        return packet[1] != 0 || packet[2] != 0; // no events: the answer to a request
+        return packet[1] != 0 || packet[2] != 0; // without events: the response to a request
     return !packet.empty() && (packet[0] == kLog || packet[0] == kOldMessage || packet[0] == kMessage);
 }
 
@@ -45,7 +45,7 @@ PacketText::PacketText() {
 }
 
 void PacketText::TakeText(unsigned short, unsigned char* record, void* text) {
-    // Several calls may describe one packet; they become one line.
+    // Several calls may describe one packet; their texts are joined into one line.
     std::string piece = reinterpret_cast<const TextLogRecord*>(record)->sText;
     std::ranges::replace(piece, '\t', ' ');
     while (piece.starts_with('\n'))

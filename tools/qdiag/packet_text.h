@@ -1,4 +1,4 @@
-// Packets of the phone as lines of text.
+// Describes the phone's packets as lines of text.
 #pragma once
 
 #include <span>
@@ -8,18 +8,17 @@
 
 namespace tools::qdiag {
 
-/// IsUnasked tells whether a packet is one that the phone sends unasked: a log record, a message or an event
-/// report.
+/// Returns true for a packet that the phone sends unsolicited: a log record, a message or an event report.
 bool IsUnasked(std::span<const unsigned char> packet);
 
-/// PacketText describes packets. It has a connection of its own, which is never opened, so that the log of
-/// the one that talks to the phone stays as it is. One thread.
+/// PacketText describes packets. It uses a connection of its own, which is never opened, so that nothing is
+/// added to the text log of the connection to the phone. One thread.
 class PacketText {
 public:
     PacketText();
 
-    /// Print prints a packet (with its two FCS bytes) as a line that begins with `lead`, and with `withBytes`
-    /// a second line of its bytes, the FCS left out.
+    /// Prints a packet, whose last two bytes are its FCS, as a line that begins with `lead`. With
+    /// `withBytes`, a second line shows the bytes without the FCS.
     void Print(const std::string& lead, std::span<const unsigned char> packet, bool withBytes);
 
 private:
@@ -30,7 +29,7 @@ private:
 
     DiagConnection m_connection{0};
     MessageText m_messages{m_connection};
-    std::string m_text; // what the library said about the packet
+    std::string m_text; // the library's description of the packet
 };
 
 } // namespace tools::qdiag

@@ -16,7 +16,8 @@ std::string ComName(unsigned port) {
 void RequirePort(unsigned short port) {
     const std::vector<unsigned short> ports = AllPorts();
     if (std::ranges::find(ports, port) == ports.end())
-        throw Failure("there is no port " + ComName(port) + " (qdiag ports lists them)", Status::NoHandset);
+        throw Failure("there is no port " + ComName(port) + "; qdiag ports lists the ports",
+                      Status::NoHandset);
 }
 
 } // namespace
@@ -41,12 +42,13 @@ Phone::Phone(const Job& job) {
         RequirePort(wanted);
     m_context.reset(QLib_ResourceManager::CreateContext(wanted));
     m_phone = QLib_ResourceManager::GetDiag_FTM(m_context.get());
-    if (!m_phone)
+    if (m_phone == nullptr)
         throw Failure("no handset answers on any serial port; is one attached and switched on?",
                       Status::NoHandset);
     QLib_ResourceManager::GetComPortNumber(m_context.get(), &m_port);
     if (!m_phone->OpenPort())
-        throw Failure(ComName(m_port) + " cannot be opened; does another program use it, or is it not yours?",
+        throw Failure(ComName(m_port) +
+                          " cannot be opened; another program may be using it, or you may lack permission",
                       Status::NoHandset);
     if (!Answers())
         throw Failure("no handset answers on " + ComName(m_port), Status::NoHandset);
@@ -59,8 +61,8 @@ Failure Phone::NoAnswer(const std::string& what) const {
     char limit[32];
     std::snprintf(limit, sizeof limit, "%g s", seconds);
     return Failure(Answers()
-                       ? "the handset gave no usable answer to the request for " + what + " within " + limit
-                       : "the handset stopped answering at the request for " + what);
+                       ? "the phone sent no usable response to the request for " + what + " within " + limit
+                       : "the handset stopped answering during the request for " + what);
 }
 
 } // namespace tools::qdiag

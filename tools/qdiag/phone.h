@@ -1,4 +1,4 @@
-// The handset that a command works on.
+// The phone that a command works on.
 #pragma once
 
 #include <memory>
@@ -9,19 +9,19 @@
 
 namespace tools::qdiag {
 
-/// Phone is an open connection to a handset that answered. It is closed with the object. One thread.
+/// Phone is an open connection to a phone that answered. The destructor closes it. One thread.
 class Phone {
 public:
-    /// Phone opens the port of --port, or the first port on which a handset answers (for which it asks all
-    /// ports of the machine), and sets the time-out of --timeout. Throws Failure: no handset.
+    /// Opens the port of --port, or the first port on which a phone answers (every port of the machine is
+    /// tried), and sets the time-out of --timeout. Throws Failure (NoHandset) when no phone answers.
     explicit Phone(const Job& job);
 
     Diag_FTM* operator->() const { return m_phone; }
     unsigned Port() const { return m_port; }
 
-    /// Answers tells whether the handset answers now.
+    /// Returns true when the phone answers now.
     bool Answers() const { return m_phone->IsPhoneConnected(); }
-    /// NoAnswer is the failure to throw when the request for `what` was not answered.
+    /// Returns the failure to throw when the request for `what` was not answered.
     Failure NoAnswer(const std::string& what) const;
 
 private:
@@ -30,12 +30,12 @@ private:
     };
 
     std::unique_ptr<void, Closing> m_context;
-    Diag_FTM* m_phone = nullptr; // the context's
+    Diag_FTM* m_phone = nullptr; // owned by the context
     unsigned short m_port = 0;
 };
 
-/// AllPorts gives the COM numbers of the machine's serial ports, in the system's order. Throws Failure when
-/// the list cannot be read.
+/// Returns the COM numbers of the machine's serial ports in the system's order. Throws Failure when the list
+/// cannot be read.
 std::vector<unsigned short> AllPorts();
 
 } // namespace tools::qdiag

@@ -1,4 +1,4 @@
-// The command that lists the serial ports.
+// The ports command: lists the serial ports.
 #include <cstdio>
 
 #include "qdiag/commands.h"

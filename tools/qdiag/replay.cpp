@@ -1,4 +1,4 @@
-// The command that prints a recorded session.
+// The replay command: prints a recorded session.
 #include <cstdio>
 
 #include "common/command_line.h"
@@ -27,7 +27,7 @@ void OnPacket(unsigned short length, unsigned char* packet, void* data) {
 void ReplayCommand(const Job& job) {
     const std::string& path = job.arguments[0];
     Replay replay{{}, job.Has("--hex")};
-    // No Diag_FTM: one may begin a log of its own, under the very name that is to be read.
+    // Not a Diag_FTM, which may start a text log of its own and overwrite the file to be read.
     DiagConnection connection(0);
     connection.ConfigureAsyncMessageCallBack(&replay, &OnPacket);
     LogPlayback playback(connection);
@@ -36,7 +36,7 @@ void ReplayCommand(const Job& job) {
         throw Failure("the file " + Quoted(path) + " cannot be read");
     playback.StopLogFilePlaybackMode();
     if (replay.count == 0)
-        throw Failure("no packet of a handset is recorded in " + Quoted(path));
+        throw Failure("no packet from a phone is recorded in " + Quoted(path));
 }
 
 } // namespace tools::qdiag

@@ -7,6 +7,7 @@
 #include "common/interrupt.h"
 #include "common/progress.h"
 #include "common/text.h"
+#include "wfxhost/temporary.h"
 
 namespace tools::wfxhost {
 namespace {
@@ -64,38 +65,59 @@ CopyResult Done(uint64_t bytes) {
     return result;
 }
 
-/// The failures that mean the same in both directions; nothing for others.
-std::optional<CopyResult> CommonFailure(Session& session, int result, const std::string& target) {
-    if (IsExisting(result))
-        return Failed(Quoted(target) + " exists already; --force replaces it");
-    if (result == FS_FILE_USERABORT)
-        return Hopeless("interrupted: " + Quoted(target) + " was not copied");
-    if (result == FS_FILE_NOTSUPPORTED)
-        return Failed("this plug-in cannot copy that file");
-    if (!session.Answers())
-        return Hopeless("the copy failed: the handset stopped answering");
-    return std::nullopt;
+/// What the interface's result codes mean, for plug-ins that send no reason.
+const char* MeaningOf(int result) {
+    switch (result) {
+        case FS_FILE_NOTFOUND:
+            return "it was not found";
+        case FS_FILE_READERROR:
+            return "it could not be read";
+        case FS_FILE_WRITEERROR:
+            return "it could not be written";
+        case FS_FILE_NOTSUPPORTED:
+            return "this plug-in cannot copy that file";
+        default:
+            return "the plug-in gave no reason";
+    }
 }
 
-CopyResult GetFailure(Session& session, int result, const PhonePath& path, const std::string& localFile) {
-    if (const auto common = CommonFailure(session, result, localFile))
-        return *common;
+/// The failures that mean the same in both directions. `doubt` is the reason for others where the plug-in
+/// sends none.
+CopyResult CopyFailure(Session& session, int result, const std::string& target, const std::string& doubt) {
+    std::string reason = session.TakeReason();
+    if (IsExisting(result))
+        return Failed(ExistsReason(target));
+    if (result == FS_FILE_USERABORT)
+        return Hopeless("interrupted: " + Quoted(target) + " was not copied");
+    if (!session.Answers())
+        return Hopeless(reason.empty() ? "the copy failed: the handset stopped answering" : reason);
+    return Failed(reason.empty() ? doubt : reason);
+}
+
+/// `arrival` is the file that was written to be `localFile`.
+CopyResult GetFailure(Session& session, int result, const PhonePath& path, const std::string& localFile,
+                      const std::string& arrival) {
+    std::string doubt = "the phone did not hand out the whole file " + Quoted(path.Text());
     if (result == FS_FILE_NOTFOUND)
-        return Failed("the phone has no file " + Quoted(path.Text()));
-    if (DiskIsFull(localFile))
-        return Hopeless("the disk is full");
-    if (!CanWrite(localFile))
-        return Failed("cannot write " + Quoted(localFile));
-    return Failed("the phone did not hand out the whole file " + Quoted(path.Text()));
+        doubt = "the phone has no file " + Quoted(path.Text());
+    else if (result != FS_FILE_WRITEERROR)
+        doubt = Quoted(path.Text()) + ": " + MeaningOf(result);
+    else if (!CanWrite(arrival))
+        doubt = "cannot write " + Quoted(localFile);
+    const bool isFull = DiskIsFull(arrival);
+    CopyResult failure = CopyFailure(session, result, localFile, isFull ? "the disk is full" : doubt);
+    failure.isHopeless = failure.isHopeless || isFull;
+    return failure;
 }
 
 CopyResult PutFailure(Session& session, int result, const std::string& localFile, const PhonePath& path) {
-    if (const auto common = CommonFailure(session, result, path.Text()))
-        return *common;
+    std::string doubt = "the phone did not take the file as " + Quoted(path.Text()) +
+                        "; perhaps it has no room for it, or does not allow it there";
     if (result == FS_FILE_READERROR || !std::ifstream(localFile, std::ios::binary))
-        return Failed("cannot read " + Quoted(localFile));
-    return Failed("the phone did not take the file as " + Quoted(path.Text()) +
-                  "; perhaps it has no room for it, or does not allow it there");
+        doubt = "cannot read " + Quoted(localFile);
+    else if (result != FS_FILE_WRITEERROR)
+        doubt = Quoted(path.Text()) + ": " + MeaningOf(result);
+    return CopyFailure(session, result, path.Text(), doubt);
 }
 
 ProgressFunction StoppedByInterrupt(const PercentFunction& report) {
@@ -105,15 +127,54 @@ ProgressFunction StoppedByInterrupt(const PercentFunction& report) {
     };
 }
 
-/// Removes what a failed copy left of a new file, or tells what has become of the file that stood there.
-void CleanUp(CopyResult& failure, const std::string& localFile, bool existed) {
-    std::error_code error;
-    if (existed)
-        failure.remark +=
-            "; " + Quoted(localFile) + (LocalExists(localFile) ? " may be incomplete now" : " is gone");
-    else
-        fs::remove(localFile, error);
-}
+/// Where a file from the phone arrives: under a name of its own beside its target where that is possible.
+class Arrival {
+public:
+    explicit Arrival(const fs::path& target) : m_target(target) {
+        std::error_code error;
+        if (fs::is_symlink(target, error) && LocalExists(target.string()))
+            m_target = fs::canonical(target, error);
+        m_existed = LocalExists(m_target.string());
+        m_file = m_target.parent_path() / FreshName(".quillet-", ".part");
+        const bool isPlain = !m_existed || fs::is_regular_file(m_target, error);
+        m_isBeside = isPlain && CanWrite(m_file.string()) && (!m_existed || CanWrite(m_target.string()));
+        if (!m_isBeside)
+            m_file = m_target;
+    }
+
+    std::string File() const { return m_file.string(); }
+
+    /// Gives the complete file its final name. Returns the reason when that fails, and removes it.
+    std::string Complete() const {
+        if (!m_isBeside)
+            return "";
+        std::error_code error;
+        if (m_existed)
+            fs::permissions(m_file, fs::status(m_target, error).permissions(), error);
+        fs::rename(m_file, m_target, error);
+        if (!error)
+            return "";
+        std::error_code ignored;
+        fs::remove(m_file, ignored);
+        return "cannot write " + Quoted(m_target.string()) + ": " + error.message();
+    }
+
+    /// Removes what a failed copy left. Returns what is to be said about the file that was there before.
+    std::string CleanUp() const {
+        std::error_code error;
+        if (m_isBeside || !m_existed)
+            fs::remove(m_file, error);
+        if (m_isBeside || !m_existed)
+            return "";
+        return "; " + Quoted(File()) + (LocalExists(File()) ? " may be incomplete now" : " is gone");
+    }
+
+private:
+    fs::path m_target;
+    fs::path m_file;
+    bool m_existed = false;
+    bool m_isBeside = false;
+};
 
 } // namespace
 
@@ -121,16 +182,19 @@ CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, c
                   bool force, const PercentFunction& report) {
     if (!path.IsTellable())
         return Failed(UntellableReason(path));
-    const bool existed = LocalExists(localFile);
-    const int code =
-        session.Get(path, entry, localFile, force ? FS_COPYFLAGS_OVERWRITE : 0, StoppedByInterrupt(report));
+    if (!force && LocalExists(localFile))
+        return Failed(ExistsReason(localFile));
+    const Arrival arrival(localFile);
+    const int code = session.Get(path, entry, arrival.File(), force ? FS_COPYFLAGS_OVERWRITE : 0,
+                                 StoppedByInterrupt(report));
     if (code != FS_FILE_OK) {
-        CopyResult failure = GetFailure(session, code, path, localFile);
-        if (!IsExisting(code))
-            CleanUp(failure, localFile, existed);
+        CopyResult failure = GetFailure(session, code, path, localFile, arrival.File());
+        failure.remark += arrival.CleanUp();
         return failure;
     }
-    CopyResult result = Done(LocalSize(localFile));
+    CopyResult result = Done(LocalSize(arrival.File()));
+    if (const std::string reason = arrival.Complete(); !reason.empty())
+        return Failed(reason);
     // A link's own size may differ from that of the file it leads to, so this is no failure.
     if (result.bytes != entry.size)
         result.remark = "the phone lists " + Quoted(path.Text()) + " with " + std::to_string(entry.size) +
@@ -148,34 +212,8 @@ CopyResult TryPut(Session& session, const std::string& localFile, const PhonePat
     return code == FS_FILE_OK ? Done(size) : PutFailure(session, code, localFile, path);
 }
 
-namespace {
-
-/// Runs `copy`, which takes the percentage function, with the progress of `size` bytes shown.
-template <class Copy>
-void Shown(uint64_t size, Copy copy) {
-    const InterruptGuard guard;
-    Progress progress;
-    const CopyResult result = copy([&](int percent) { progress.ReportBytes(percent, size); });
-    progress.EndLine();
-    if (!result.isDone)
-        throw Failure(result.remark);
-    std::printf("%s\n", SpeedText(result.bytes, progress.Seconds()).c_str());
-    if (!result.remark.empty())
-        std::fprintf(stderr, "note: %s\n", result.remark.c_str());
-}
-
-} // namespace
-
-void CopyFromPhone(Session& session, const PhonePath& path, const Entry& entry, const std::string& localFile,
-                   bool force) {
-    Shown(entry.size, [&](const PercentFunction& report) {
-        return TryGet(session, path, entry, localFile, force, report);
-    });
-}
-
-void CopyToPhone(Session& session, const std::string& localFile, const PhonePath& path, bool force) {
-    Shown(LocalSize(localFile),
-          [&](const PercentFunction& report) { return TryPut(session, localFile, path, force, report); });
+std::string ExistsReason(const std::string& target) {
+    return Quoted(target) + " exists already; --force replaces it";
 }
 
 std::string SpeedText(uint64_t bytes, double seconds) {

@@ -6,12 +6,14 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <vector>
 
 #include "common/interrupt.h"
 #include "common/text.h"
-#include "wfxhost/commands.h"
-#include "wfxhost/copy.h"
+#include "wfxhost/copy_job.h"
+#include "wfxhost/remove.h"
 #include "wfxhost/system.h"
+#include "wfxhost/temporary.h"
 
 namespace tools::wfxhost {
 namespace {
@@ -23,35 +25,22 @@ constexpr uint64_t kNotTooLarge = 2'000'000;
 constexpr int kFoldersLookedAt = 40;
 constexpr size_t kUploadSize = 250'000;
 
-std::string FreshName() {
-    char text[32];
-    std::random_device random;
-    std::snprintf(text, sizeof text, "quillet-demo-%08x.bin", random());
-    return text;
-}
-
-/// A folder of our own among the temporary files.
-class TemporaryFolder {
-public:
-    TemporaryFolder() : m_path(fs::temp_directory_path() / FreshName()) {
-        if (!fs::create_directory(m_path))
-            throw Failure(m_path.string() + " exists already");
-    }
-    ~TemporaryFolder() {
-        std::error_code error;
-        fs::remove_all(m_path, error);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    std::string File(const char* name) const { return (m_path / name).string(); }
-
-private:
-    fs::path m_path;
-};
-
 void Say(const std::string& text) {
     std::printf("%s\n", text.c_str());
     std::fflush(stdout);
+}
+
+void RemoveFile(Session& session, const PhonePath& path) {
+    Problems problems("not deleted", true);
+    Removal removal(session);
+    removal.Add({path, {}}, false);
+    removal.Run(problems, "; please delete it yourself");
+}
+
+void CopyBack(Session& session, const Found& found, const std::string& local) {
+    Tree tree;
+    tree.Add({found.path, local, found.entry});
+    CopyFromPhone(session, tree, {});
 }
 
 /// Deletes the demonstration's file on the phone when the demonstration ends before it did that itself.
@@ -61,7 +50,7 @@ public:
     ~PhoneFileGuard() {
         try {
             if (m_armed)
-                Remove(m_session, m_path, &Session::RemoveFile, "");
+                RemoveFile(m_session, m_path);
         } catch (const std::exception& failure) {
             Say(std::string(failure.what()) + "; please look yourself");
         }
@@ -87,16 +76,11 @@ std::vector<Entry> Show(Session& session, const PhonePath& folder) {
     if (session.List(folder, entries) == Session::ListResult::NoAnswer)
         throw Failure("the handset stopped answering");
     Say("\nThe folder " + folder.Text() + " of the handset:");
-    PrintEntries(entries);
+    PrintEntries(entries, {});
     if (entries.empty())
         Say("(empty)");
     return entries;
 }
-
-struct Found {
-    PhonePath path;
-    Entry entry;
-};
 
 /// Looks through the first folders, those near the root before deeper ones, for a file that is large enough
 /// to show the progress; the largest acceptable one otherwise.
@@ -142,7 +126,7 @@ std::string Content(const std::string& file) {
 }
 
 void CopyOneThere(Session& session, const TemporaryFolder& local) {
-    const PhonePath path = PhonePath().Child(FreshName());
+    const PhonePath path = PhonePath().Child(FreshName("quillet-demo-", ".bin"));
     if (session.Find(path))
         throw Failure(Quoted(path.Text()) + " exists already");
     const std::string content = UploadContent();
@@ -154,18 +138,22 @@ void CopyOneThere(Session& session, const TemporaryFolder& local) {
         ":");
     // Armed before the copy: what an interrupted one may leave behind is ours too, as the name is fresh.
     PhoneFileGuard guard(session, path);
-    CopyToPhone(session, local.File("upload"), path, false);
+    Tree tree;
+    Entry file;
+    file.size = content.size();
+    tree.Add({path, local.File("upload"), file});
+    CopyToPhone(session, tree, {});
     Show(session, PhonePath());
     Say("\nReading it back:");
     const std::optional<Entry> entry = AfterTheBeginning([&] { return session.Find(path); });
     if (!entry)
         throw Failure("the copied file is not in the listing");
-    CopyFromPhone(session, path, *entry, local.File("back"), false);
+    CopyBack(session, {path, *entry}, local.File("back"));
     if (Content(local.File("back")) != content)
         throw Failure("the file that was read back differs from the one that was copied to the handset");
     Say("Compared: all " + std::to_string(content.size()) + " bytes are the same.");
     guard.Disarm();
-    Remove(session, path, &Session::RemoveFile, "; please delete it yourself");
+    RemoveFile(session, path);
     Say("Deleted " + path.Text() + " from the handset again.");
 }
 
@@ -192,7 +180,7 @@ void Demonstrate(Session& session) {
     const TemporaryFolder local;
     std::unique_ptr<SimulatedHandset> simulated;
     if (session.Answers())
-        Say("Using the attached handset.");
+        Say("Using the attached handset, from which files are only read.");
     else
         simulated = AttachSimulated(session, local);
 
@@ -204,13 +192,16 @@ void Demonstrate(Session& session) {
     if (found) {
         Say("\nCopying " + Printable(found->path.Text()) + " (" + std::to_string(found->entry.size) +
             " bytes) from the handset:");
-        CopyFromPhone(session, found->path, found->entry, local.File("download"), false);
+        CopyBack(session, *found, local.File("download"));
     } else {
         Say("\nThe handset has no file that could be copied from it.");
     }
-    CopyOneThere(session, local);
-    Say(std::string("\nEverything worked. Nothing was left behind on the ") +
-        (simulated ? "simulated handset" : "handset") + " or on this computer.");
+    if (simulated)
+        CopyOneThere(session, local);
+    Say(simulated
+            ? "\nEverything worked. Nothing was left behind on the simulated handset or on this computer."
+            : "\nEverything worked. Nothing was written to the handset, and nothing was left behind on this "
+              "computer.");
 }
 
 } // namespace tools::wfxhost

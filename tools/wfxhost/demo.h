@@ -5,10 +5,9 @@
 
 namespace tools::wfxhost {
 
-/// Demonstrate lists folders of the handset, copies a file from it and one to it, reads that back, compares
-/// and deletes it, and tells on standard output what happened. Without an attached handset it starts a
-/// simulated one. It touches no file that was on the phone before, and leaves nothing behind there or here.
-/// Throws Failure as the commands do.
+/// Demonstrate lists folders of the handset and copies a file from it, and prints what happens. It never
+/// writes to an attached handset. When none is attached it starts a simulated one, copies a file to that as
+/// well, reads it back, compares and deletes it. It leaves nothing behind. Throws Failure as the commands do.
 void Demonstrate(Session& session);
 
 } // namespace tools::wfxhost

@@ -1,62 +1,40 @@
-// The commands ln, cd and props: what a user types or asks for inside the phone's folders.
+// The commands cd and props.
 #include <cstdio>
 
 #include "common/text.h"
 #include "wfxhost/commands.h"
+#include "wfxhost/quote.h"
 
 namespace tools::wfxhost {
 namespace {
 
-const std::string kLinkEnding = ".lnk";
-
-/// A path for the plug-in's command line, which stands in the root folder: without the leading '/'.
-std::string Argument(const std::string& path) {
-    if (path.find('"') != std::string::npos)
-        throw Failure("the plug-in's commands take no path with a double quote: " + Quoted(path));
-    return path.substr(1);
-}
-
-} // namespace
-
-void LinkCommand(Session& session, const Job& job) {
-    const PhonePath target(job.arguments[0]);
-    std::string name = PhonePath(job.arguments[1]).Text();
-    // The plug-in appends the ending.
-    if (name.ends_with(kLinkEnding))
-        name.resize(name.size() - kLinkEnding.size());
-    const PhonePath link(name + kLinkEnding);
-    RequireTargetFolder(session, link);
-    Existing(session, target);
-    if (session.Find(link))
-        throw Failure(Quoted(link.Text()) + " exists already");
-    std::string unused;
-    const int result =
-        session.TypedCommand("ln \"" + Argument(target.Text()) + "\" \"" + Argument(name) + "\"", unused);
-    // The phone's refusal does not show in the result; the listing tells whether the link is there.
-    if (result == FS_EXEC_OK && AfterTheBeginning([&] { return session.Find(link); }))
-        return;
-    RequireAnswer(session, "making the link");
-    throw Failure("the phone did not make the link " + Quoted(link.Text()));
-}
-
-void ChangeFolderCommand(Session& session, const Job& job) {
-    const PhonePath path(job.arguments[0]);
-    if (!session.Answers())
-        throw session.NoHandset();
-    std::string newPath;
-    if (session.TypedCommand("cd " + Argument(path.Text()), newPath) != FS_EXEC_SYMLINK) {
-        RequireAnswer(session, "changing the folder");
-        throw Failure("the phone has no folder " + Quoted(path.Text()));
+/// The lines "NAME:<tabs>VALUE" of a properties text as members of a JSON object; a line without a name
+/// belongs to the value before it.
+std::string PropertiesAsJson(const std::string& text) {
+    std::string members;
+    std::string name;
+    std::string value;
+    const auto add = [&] {
+        if (!name.empty())
+            members += (members.empty() ? "" : ", ") + JsonText(name) + ": " + JsonText(value);
+    };
+    for (const std::string& line : Lines(text)) {
+        const size_t colon = line.find(":\t");
+        if (colon == std::string::npos) {
+            value += line.empty() ? "" : "\n" + line;
+            continue;
+        }
+        add();
+        name = line.substr(0, colon);
+        value = line.substr(std::min(line.find_first_not_of('\t', colon + 1), line.size()));
     }
-    std::printf("%s\n", Printable(newPath).c_str());
+    add();
+    return "{" + members + "}";
 }
 
-void PropertiesCommand(Session& session, const Job& job) {
-    const PhonePath path(job.arguments[0]);
-    Existing(session, path);
-    const std::string text = session.ShowProperties(path);
-    RequireAnswer(session, "asking for the properties");
-    // Control characters of names would reach the terminal; the text's own tabs and line feeds may.
+/// Prints a text whose own tabs and line feeds may reach the terminal; other control characters are those of
+/// names.
+void PrintText(const std::string& text) {
     std::string line;
     for (const char c : text + "\n") {
         if (c != '\n' && c != '\t') {
@@ -66,6 +44,42 @@ void PropertiesCommand(Session& session, const Job& job) {
         std::printf("%s%c", Printable(line).c_str(), c);
         line.clear();
     }
+}
+
+} // namespace
+
+std::string QuoteArgument(const std::string& path) {
+    if (path.find('"') != std::string::npos)
+        throw Failure("the plug-in's commands take no path with a double quote: " + Quoted(path));
+    return path.substr(1);
+}
+
+void ChangeFolderCommand(Session& session, const Job& job) {
+    const PhonePath path(job.arguments[0]);
+    if (!session.Answers())
+        throw session.NoHandset();
+    std::string newPath;
+    if (session.TypedCommand("cd " + QuoteArgument(path.Text()), newPath) != FS_EXEC_SYMLINK)
+        Fail(session, "changing the folder", "the phone has no folder " + Quoted(path.Text()));
+    if (job.Has("--json"))
+        std::printf("{%s}\n", NameAsJson("path", newPath).c_str());
+    else
+        std::printf("%s\n", Printable(newPath).c_str());
+}
+
+void PropertiesCommand(Session& session, const Job& job) {
+    const PhonePath path(job.arguments[0]);
+    Existing(session, path);
+    const std::string text = session.ShowProperties(path);
+    if (!session.Answers())
+        Fail(session, "asking for the properties", "");
+    if (const std::string reason = session.TakeReason(); !reason.empty())
+        throw Failure(reason);
+    if (job.Has("--json"))
+        std::printf("{%s, \"properties\": %s}\n", NameAsJson("path", path.Text()).c_str(),
+                    PropertiesAsJson(text).c_str());
+    else
+        PrintText(text);
 }
 
 } // namespace tools::wfxhost

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
-#include <optional>
 
+#include "common/progress.h"
 #include "common/text.h"
 
 namespace tools::wfxhost {
@@ -27,18 +27,25 @@ Entry FindRecord::Take() const {
     return entry;
 }
 
-namespace {
-
-/// A time (UTC) as "2011-05-04 13:37:00", with `separator` before the clock and `end` behind it; nothing for
-/// none.
-std::optional<std::string> DateText(const FILETIME& time, char separator, const char* end) {
+std::optional<int64_t> UnixTime(const FILETIME& time) {
     constexpr uint64_t kUnitsPerSecond = 10'000'000;
     constexpr int64_t kSecondsFrom1601To1970 = 11'644'473'600;
     const uint64_t units = (uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime;
     if (units == 0)
         return std::nullopt;
+    return static_cast<int64_t>(units / kUnitsPerSecond) - kSecondsFrom1601To1970;
+}
+
+namespace {
+
+/// A time (UTC) as "2011-05-04 13:37:00", with `separator` before the clock and `end` after it; nothing when
+/// there is none.
+std::optional<std::string> DateText(const FILETIME& time, char separator, const char* end) {
     using namespace std::chrono;
-    const sys_seconds moment(seconds(static_cast<int64_t>(units / kUnitsPerSecond) - kSecondsFrom1601To1970));
+    const std::optional<int64_t> unixTime = UnixTime(time);
+    if (!unixTime)
+        return std::nullopt;
+    const sys_seconds moment{seconds(*unixTime)};
     const auto day = floor<days>(moment);
     const year_month_day date(day);
     const hh_mm_ss clock(moment - day);
@@ -49,35 +56,72 @@ std::optional<std::string> DateText(const FILETIME& time, char separator, const 
     return text;
 }
 
-} // namespace
+std::string SizeOf(const Entry& entry, const ListingForm& form) {
+    if (entry.isFolder)
+        return "-";
+    return form.hasSizeUnits ? SizeText(static_cast<double>(entry.size)) : std::to_string(entry.size);
+}
 
-void PrintEntries(std::vector<Entry> entries) {
-    std::ranges::sort(entries, {}, &Entry::name);
-    size_t sizeWidth = 1;
-    for (const Entry& entry : entries)
-        sizeWidth = std::max(sizeWidth, entry.isFolder ? 1 : std::to_string(entry.size).size());
+void PrintNames(const std::vector<Entry>& entries, const ListingForm& form) {
     for (const Entry& entry : entries) {
-        const std::string size = entry.isFolder ? "-" : std::to_string(entry.size);
-        std::printf("%c  %*s  %-19s  %s\n", entry.isFolder ? 'd' : '-', static_cast<int>(sizeWidth),
-                    size.c_str(), DateText(entry.written, ' ', "").value_or("-").c_str(),
-                    Printable(entry.name).c_str());
+        std::string line = form.isZeroed ? entry.name : Printable(entry.name);
+        line += form.marksFolders && entry.isFolder ? "/" : "";
+        line += form.isZeroed ? '\0' : '\n';
+        std::fwrite(line.data(), 1, line.size(), stdout);
     }
 }
 
-void PrintEntriesAsJson(std::vector<Entry> entries) {
+void PrintLines(const std::vector<Entry>& entries, const ListingForm& form) {
+    size_t width = 1;
+    for (const Entry& entry : entries)
+        width = std::max(width, SizeOf(entry, form).size());
+    for (const Entry& entry : entries)
+        std::printf("%c  %*s  %-19s  %s\n", entry.isFolder ? 'd' : '-', static_cast<int>(width),
+                    SizeOf(entry, form).c_str(), DateText(entry.written, ' ', "").value_or("-").c_str(),
+                    Printable(entry.name).c_str());
+}
+
+} // namespace
+
+void PrintEntries(std::vector<Entry> entries, const ListingForm& form) {
     std::ranges::sort(entries, {}, &Entry::name);
-    std::string text;
-    for (const Entry& entry : entries) {
-        const std::optional<std::string> date = DateText(entry.written, 'T', "Z");
-        text += text.empty() ? "\n" : ",\n";
-        text += "{\"name\": " + JsonText(entry.name) +
-                ", \"utf8\": " + (IsUtf8(entry.name) ? "true" : "false") +
-                ", \"type\": " + (entry.isFolder ? "\"folder\"" : "\"file\"") +
-                ", \"size\": " + (entry.isFolder ? "null" : std::to_string(entry.size)) +
-                ", \"modified\": " + (date ? JsonText(*date) : "null") +
-                ", \"attributes\": " + std::to_string(entry.attributes) + "}";
+    if (form.isJson) {
+        JsonArray array;
+        for (const Entry& entry : entries)
+            array.Add(EntryAsJson(entry, "name", entry.name));
+    } else if (form.isNamesOnly || form.isZeroed) {
+        PrintNames(entries, form);
+    } else {
+        PrintLines(entries, form);
     }
-    std::printf("[%s\n]\n", text.c_str());
+}
+
+std::string NameAsJson(const char* key, const std::string& text) {
+    return "\"" + std::string(key) + "\": " + JsonText(text) +
+           ", \"utf8\": " + (IsUtf8(text) ? "true" : "false");
+}
+
+std::string EntryAsJson(const Entry& entry, const char* key, const std::string& name) {
+    const std::optional<std::string> date = DateText(entry.written, 'T', "Z");
+    return "{" + NameAsJson(key, name) + ", \"type\": " + (entry.isFolder ? "\"folder\"" : "\"file\"") +
+           ", \"size\": " + (entry.isFolder ? "null" : std::to_string(entry.size)) +
+           ", \"modified\": " + (date ? JsonText(*date) : "null") +
+           ", \"attributes\": " + std::to_string(entry.attributes) + "}";
+}
+
+JsonArray::JsonArray(bool isWanted) : m_isWanted(isWanted) {
+    if (m_isWanted)
+        std::printf("[");
+}
+
+JsonArray::~JsonArray() {
+    if (m_isWanted)
+        std::printf("\n]\n");
+}
+
+void JsonArray::Add(const std::string& element) {
+    std::printf("%s%s", m_separator, element.c_str());
+    m_separator = ",\n";
 }
 
 } // namespace tools::wfxhost

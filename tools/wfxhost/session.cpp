@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 #include "common/text.h"
 #include "wfxhost/system.h"
@@ -11,7 +12,7 @@ namespace tools::wfxhost {
 namespace {
 
 constexpr int kPluginNumber = 1;
-/// What hosts offer at least behind a path that the plug-in may change in place.
+/// The room after a path that every host leaves for a plug-in that changes the path in place.
 constexpr size_t kPathRoom = 4096;
 
 /// A path as a host hands it over: with the host's separators, in memory that the plug-in may write to.
@@ -66,6 +67,7 @@ public:
           m_folder(session.m_batch ? "" : folder.Text()),
           m_asFolder(asFolder && !session.m_batch),
           m_isSilent(session.m_batch && operation != FS_STATUS_OP_MKDIR) {
+        m_session.PrintReasons();
         Tell(FS_STATUS_START);
     }
     ~Announced() { Tell(FS_STATUS_END); }
@@ -120,7 +122,7 @@ bool Session::Walk::Next(Entry& entry) {
     return false;
 }
 
-Session::Session(PluginFile& plugin) : m_plugin(plugin) {
+Session::Session(PluginFile& plugin, bool isVerbose) : m_plugin(plugin), m_isVerbose(isVerbose) {
     s_current = this;
     m_plugin.Init(kPluginNumber, OnProgress, OnLog, OnRequest);
 }
@@ -132,6 +134,7 @@ Session::~Session() {
     HostPath root("/" + std::string(name));
     if (m_plugin.Disconnect)
         m_plugin.Disconnect(root.Bytes());
+    PrintReasons();
 }
 
 void Session::Tell(const std::string& folder, bool asFolder, int moment, int operation) {
@@ -153,8 +156,15 @@ Session::ListResult Session::List(const PhonePath& folder, std::vector<Entry>& e
 
 std::optional<Entry> Session::Find(const PhonePath& path) {
     std::vector<Entry> entries;
-    if (List(path.Folder(), entries) == ListResult::NoAnswer)
+    const ListResult result = List(path.Folder(), entries);
+    if (result == ListResult::NoAnswer)
         throw NoHandset();
+    if (const std::string refusal = TakeReason(); result == ListResult::Empty && !refusal.empty()) {
+        // A folder that is missing has no entries; one that is there and refuses to be read is a failure.
+        const std::optional<Entry> folder = path.Folder().IsRoot() ? std::nullopt : Find(path.Folder());
+        if (path.Folder().IsRoot() || (folder && folder->isFolder))
+            throw Failure(refusal);
+    }
     if (path.IsRoot()) {
         Entry root;
         root.isFolder = true;
@@ -169,22 +179,46 @@ std::optional<Entry> Session::Find(const PhonePath& path) {
 
 bool Session::IsFolder(const PhonePath& path) {
     const std::optional<Entry> entry = Find(path);
+    if (!entry || entry->isFolder)
+        return entry.has_value();
     std::vector<Entry> entries;
-    return entry && (entry->isFolder || List(path, entries) == ListResult::Entries);
+    const bool hasEntries = List(path, entries) == ListResult::Entries;
+    TakeReason(); // a file that is no folder is no failure
+    return hasEntries;
 }
 
 bool Session::Answers() {
+    const std::string reason = TakeReason();
     std::vector<Entry> entries;
-    return List(PhonePath(), entries) != ListResult::NoAnswer;
+    const bool answers = List(PhonePath(), entries) != ListResult::NoAnswer;
+    const std::lock_guard lock(m_logLock);
+    m_reasons = reason;
+    return answers;
 }
 
 Failure Session::NoHandset() {
+    const std::string reason = TakeReason();
     const std::lock_guard lock(m_logLock);
     if (m_lastConnectionLine.starts_with("CONNECTED"))
-        return Failure("the handset does not answer (the plug-in: " + m_lastConnectionLine +
-                           "); perhaps another program holds its port, or you may not open it",
-                       Status::NoHandset);
-    return Failure("no handset answers; is one attached and switched on?", Status::NoHandset);
+        return Failure(
+            "the handset does not answer (the plug-in: " + m_lastConnectionLine + ")" +
+                (reason.empty() ? "; perhaps another program holds its port, or you may not open it"
+                                : ": " + reason),
+            Status::NoHandset);
+    return Failure(
+        "no handset answers" + (reason.empty() ? "; is one attached and switched on?" : ": " + reason),
+        Status::NoHandset);
+}
+
+std::string Session::TakeReason() {
+    const std::lock_guard lock(m_logLock);
+    return std::exchange(m_reasons, "");
+}
+
+void Session::PrintReasons() {
+    const std::string reason = TakeReason();
+    if (!reason.empty())
+        std::fprintf(stderr, "%s\n", reason.c_str());
 }
 
 int Session::Get(const PhonePath& path, const Entry& entry, const std::string& localFile, int flags,
@@ -270,13 +304,15 @@ int HOST_CALL Session::OnProgress(int, char*, char*, int percent) {
 void HOST_CALL Session::OnLog(int, int type, char* text) {
     if (!text)
         return;
-    if (type == MSGTYPE_IMPORTANTERROR)
-        std::fprintf(stderr, "%s\n", Printable(text).c_str());
     const std::string line = text;
-    if (!line.starts_with("CONNECTED") && !line.starts_with("NOT CONNECTED"))
-        return; // a reconnect tells of the old connection's end after the new one's begin
     const std::lock_guard lock(s_current->m_logLock);
-    s_current->m_lastConnectionLine = line;
+    if (s_current->m_isVerbose)
+        std::fprintf(stderr, "log: %s\n", Printable(line).c_str());
+    if (type == MSGTYPE_IMPORTANTERROR)
+        s_current->m_reasons += (s_current->m_reasons.empty() ? "" : "; ") + Printable(line);
+    // A reconnect reports the old connection's end after the new one's beginning.
+    if (line.starts_with("CONNECTED") || line.starts_with("NOT CONNECTED"))
+        s_current->m_lastConnectionLine = line;
 }
 
 BOOL HOST_CALL Session::OnRequest(int, int type, char* title, char* text, char*, int) {

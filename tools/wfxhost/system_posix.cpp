@@ -15,6 +15,7 @@
 #include <thread>
 #include <vector>
 
+#include "common/interrupt.h"
 #include "wfxhost/system.h"
 
 namespace tools::wfxhost {
@@ -76,6 +77,7 @@ private:
 /// reaches only wfxhost, which then ends it in order; and it does not outlive wfxhost.
 [[noreturn]] void RunChild(char* const* arguments, pid_t parent, int output) {
     setsid();
+    std::signal(SIGPIPE, SIG_DFL); // which is not wfxhost's way with it
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     const int nothing = open("/dev/null", O_RDONLY);
     if (getppid() != parent || nothing < 0 || dup2(nothing, 0) < 0 || dup2(output, 1) < 0)
@@ -124,6 +126,21 @@ bool LastErrorSaysNoMoreFiles() {
 std::string LocalNameKey(const std::string& name) {
     return name == "." || name == ".." || name.find('/') != std::string::npos ? "" : name;
 }
+
+long ReadInput(char* bytes, size_t room) {
+    constexpr int kLookAgain_ms = 200; // for a Ctrl-C that came just before the wait
+    while (!Interrupted()) {
+        pollfd wanted = {STDIN_FILENO, POLLIN, 0};
+        const int ready = poll(&wanted, 1, kLookAgain_ms);
+        if (ready > 0)
+            return read(STDIN_FILENO, bytes, room);
+        if (ready < 0 && errno != EINTR)
+            return -1;
+    }
+    return -1;
+}
+
+void MakeOutputBinary() {} // it is
 
 std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string& deviceRoot, std::string& reason) {
     const std::string program = ProgramFolder() + "/simulated-handset";

@@ -1,9 +1,13 @@
 // wfxhost on Windows.
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
+#include "common/interrupt.h"
 #include "wfxhost/system.h"
 
 namespace tools::wfxhost {
@@ -57,6 +61,16 @@ std::string LocalNameKey(const std::string& name) {
     const bool isDevice = isNumbered ? lead == "COM" || lead == "LPT"
                                      : lead == "CON" || lead == "PRN" || lead == "AUX" || lead == "NUL";
     return isDevice ? "" : key;
+}
+
+long ReadInput(char* bytes, size_t room) {
+    _setmode(_fileno(stdin), _O_BINARY);
+    const size_t count = std::fread(bytes, 1, room, stdin);
+    return Interrupted() || std::ferror(stdin) ? -1 : static_cast<long>(count);
+}
+
+void MakeOutputBinary() {
+    _setmode(_fileno(stdout), _O_BINARY);
 }
 
 std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string&, std::string& reason) {

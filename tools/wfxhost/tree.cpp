@@ -1,32 +1,20 @@
 #include "wfxhost/tree.h"
 
 #include <algorithm>
+#include <chrono>
 #include <set>
 
 #include "common/interrupt.h"
 #include "common/text.h"
 #include "wfxhost/system.h"
+#include "wfxhost/walk.h"
 
 namespace tools::wfxhost {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Plug-ins keep only so many listings open.
-constexpr int kDeepest = 100;
-
-void StopIfInterrupted() {
-    if (Interrupted())
-        throw Failure("interrupted: nothing was copied");
-}
-
-void Add(Tree& tree, TreeItem item) {
-    if (!item.entry.isFolder) {
-        ++tree.files;
-        tree.bytes += item.entry.size;
-    }
-    tree.items.push_back(std::move(item));
-}
+constexpr const char* kUndone = "nothing was copied";
 
 Entry FolderEntry() {
     Entry entry;
@@ -34,64 +22,71 @@ Entry FolderEntry() {
     return entry;
 }
 
-/// Walks the phone's side of a tree.
-class PhoneScan {
+/// Collects the phone's side of a tree.
+class PhoneScan : public Visitor {
 public:
-    explicit PhoneScan(Session& session) : m_session(session) {}
+    PhoneScan(Tree& tree, fs::path local) : m_tree(tree), m_folders{{std::move(local), {}}} {}
 
-    Tree TakeTree() { return std::move(m_tree); }
-
-    void Folder(const PhonePath& phone, const fs::path& local, int depth) {
-        StopIfInterrupted();
-        Add(m_tree, {phone, local, FolderEntry()});
-        Session::Walk walk(m_session, phone);
-        if (!walk.IsAnswered() && !m_session.Answers())
-            throw Failure("the handset stopped answering: nothing was copied");
-        std::set<std::string> keys;
-        for (Entry entry; walk.Next(entry);) {
-            const std::string key = LocalNameKey(entry.name);
-            const bool isNew = keys.insert(key).second;
-            if (key.empty())
-                Fail(phone, entry, "this system can hold no file of that name");
-            else if (!isNew)
-                Fail(phone, entry, "to this system its name is the same as another one's");
-            else
-                Take(phone.Child(entry.name), local / entry.name, entry, depth);
+    bool Enter(const PhonePath& path, const Entry&, int depth) override {
+        if (depth > 0) {
+            if (!IsPossible(path))
+                return false;
+            m_folders.push_back({m_folders.back().local / path.Name(), {}});
         }
-        if (keys.empty() && !m_session.Answers())
-            throw Failure("the handset stopped answering: nothing was copied");
-        if (keys.empty())
-            m_tree.notes.push_back(Quoted(phone.Text()) + " is empty, or the phone did not let it be read");
+        m_tree.Add({path, m_folders.back().local, FolderEntry()});
+        return true;
     }
+
+    void Leave(const PhonePath&, int depth) override {
+        if (depth > 0)
+            m_folders.pop_back();
+    }
+
+    void File(const PhonePath& path, const Entry& entry, int) override {
+        if (IsPossible(path))
+            m_tree.Add({path, m_folders.back().local / path.Name(), entry});
+    }
+
+    void Empty(const PhonePath& path, const std::string& reason) override {
+        if (!reason.empty())
+            LeftOut(reason);
+        else
+            m_tree.notes.push_back(Quoted(path.Text()) + " is empty, or the phone did not let it be read");
+    }
+
+    void LeftOut(const std::string& reason) override { m_tree.failures.push_back(reason); }
 
 private:
-    void Fail(const PhonePath& folder, const Entry& entry, const char* reason) {
-        m_tree.failures.push_back(Quoted(folder.Text() + "/" + entry.name) + ": " + reason);
-    }
+    struct Folder {
+        fs::path local;
+        std::set<std::string> keys; // of the names in it
+    };
 
-    void Take(const PhonePath& phone, const fs::path& local, const Entry& entry, int depth) {
-        if (!entry.isFolder)
-            Add(m_tree, {phone, local, entry});
-        else if (depth == kDeepest)
-            m_tree.failures.push_back(Quoted(phone.Text()) + ": its folders are nested too deep");
-        else if (!phone.IsTellable())
-            m_tree.failures.push_back(UntellableReason(phone));
+    /// Whether this system can hold an entry beside the others of its folder.
+    bool IsPossible(const PhonePath& path) {
+        const std::string key = LocalNameKey(path.Name());
+        if (key.empty())
+            LeftOut(Quoted(path.Text()) + ": this system can hold no file of that name");
+        else if (!m_folders.back().keys.insert(key).second)
+            LeftOut(Quoted(path.Text()) + ": to this system its name is the same as another one's");
         else
-            Folder(phone, local, depth + 1);
+            return true;
+        return false;
     }
 
-    Session& m_session;
-    Tree m_tree;
+    Tree& m_tree;
+    std::vector<Folder> m_folders; // those entered and not left
 };
 
-/// Walks this computer's side of a tree.
+/// Collects this computer's side of a tree.
 class LocalScan {
 public:
-    Tree TakeTree() { return std::move(m_tree); }
+    explicit LocalScan(Tree& tree) : m_tree(tree) {}
 
     void Folder(const fs::path& local, const PhonePath& phone, int depth) {
-        StopIfInterrupted();
-        Add(m_tree, {phone, local, FolderEntry()});
+        if (Interrupted())
+            throw Failure(std::string("interrupted: ") + kUndone);
+        m_tree.Add({phone, local, FolderEntry()});
         std::error_code error;
         std::vector<fs::directory_entry> entries;
         for (fs::directory_iterator it(local, error), end; !error && it != end; it.increment(error))
@@ -131,25 +126,37 @@ private:
         Entry entry;
         entry.size = found.file_size(error);
         if (error)
-            entry.size = 0; // the copy will tell
-        Add(m_tree, {phone, found.path(), entry});
+            entry.size = 0; // the copy will fail
+        m_tree.Add({phone, found.path(), entry});
     }
 
-    Tree m_tree;
+    Tree& m_tree;
 };
 
 } // namespace
 
-Tree ScanPhone(Session& session, const PhonePath& phone, const fs::path& local) {
-    PhoneScan scan(session);
-    scan.Folder(phone, local, 0);
-    return scan.TakeTree();
+void Tree::Add(TreeItem item) {
+    if (!item.entry.isFolder) {
+        ++files;
+        bytes += item.entry.size;
+    }
+    items.push_back(std::move(item));
 }
 
-Tree ScanLocal(const fs::path& local, const PhonePath& phone) {
-    LocalScan scan;
-    scan.Folder(local, phone, 0);
-    return scan.TakeTree();
+void AddFromPhone(Tree& tree, Session& session, const PhonePath& phone, const fs::path& local) {
+    PhoneScan scan(tree, local);
+    WalkPhone(session, phone, FolderEntry(), scan, kUndone);
+}
+
+void AddFromHere(Tree& tree, const fs::path& local, const PhonePath& phone) {
+    LocalScan(tree).Folder(local, phone, 0);
+}
+
+int64_t LocalTime(const fs::path& file) {
+    using namespace std::chrono;
+    std::error_code error;
+    const fs::file_time_type time = fs::last_write_time(file, error);
+    return error ? 0 : int64_t{floor<seconds>(file_clock::to_sys(time)).time_since_epoch().count()};
 }
 
 } // namespace tools::wfxhost

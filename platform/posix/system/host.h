@@ -1,4 +1,4 @@
-// What the file manager's plug-in interface looks like on this system.
+// The file manager's plug-in interface on this system.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ struct FILETIME {
     DWORD dwHighDateTime;
 };
 
-/// The published find-data record. The host's own has a longer name field; the published one fits in it.
+/// The published find-data record. The host's has a longer name field, so the published one fits in it.
 struct WIN32_FIND_DATAA {
     DWORD dwFileAttributes;
     FILETIME ftCreationTime;
@@ -35,14 +35,14 @@ struct WIN32_FIND_DATAA {
     char cAlternateFileName[14];
 };
 
-/// The bits of a BOOL argument that the host fills: it passes one byte, the rest is garbage.
+/// The bits of a BOOL argument that the host sets: it passes one byte, the rest is undefined.
 constexpr int kHostFlagMask = 0xFF;
 
-/// Making a folder that exists: the host takes FALSE for a failure and skips the folder's content.
+/// Making an existing folder succeeds: the host takes FALSE for a failure and skips the folder's content.
 constexpr bool kExistingFolderCountsAsMade = true;
 
-/// Paths are texts of the host's own, some of them shared by all of its parts: they stay as they came.
+/// Paths belong to the host, which shares some among its parts: they are not changed.
 constexpr bool kEntryPointsChangePaths = false;
 
-/// The host's separator in paths that it sends and expects back.
+/// The separator in the host's paths.
 constexpr char kHostSeparator = '/';

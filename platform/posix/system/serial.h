@@ -1,10 +1,10 @@
-// The serial port, with the names and records that the open sequence works on, over a tty.
+// The serial-port functions and records of Windows that the library uses, over a tty.
 //
-// Each function does what Windows documents under its name; comments say only what differs here. A
-// failing function leaves its reason in GetLastError, as a Windows error number: 2 no such port, 5 held
-// by another program or no permission, 6 not an open port, 1 what the device cannot do, 31 any failure of
-// the device. Any thread may use a handle; a handle that is closed while another thread uses it stays
-// valid for that call, which then fails, and never reaches a file that took over its descriptor.
+// Each function does what Windows documents under its name; comments describe only the differences. A failing
+// function sets GetLastError to a Windows error number: 2 no such port, 5 held by another program, 1314 no
+// permission, 6 not an open port, 1 not supported by the device, 31 any failure of the device. Any thread may
+// use a handle. A handle closed while another thread uses it stays valid for that call, which then fails and
+// never reaches another file that reuses the descriptor.
 #pragma once
 
 #include <cstdint>
@@ -32,8 +32,8 @@ constexpr DWORD CLRDTR = 6;
 constexpr DWORD PURGE_TXCLEAR = 4;
 constexpr DWORD PURGE_RXCLEAR = 8;
 
-/// The line settings. A tty takes BaudRate (any rate the kernel knows), ByteSize, Parity and StopBits; it
-/// is always raw and without flow control, so the flags are kept as written but change nothing.
+/// The line settings. A tty uses BaudRate (any rate the kernel supports), ByteSize, Parity and StopBits. It
+/// is always raw and without flow control; the flags are stored but have no effect.
 struct DCB {
     DWORD DCBlength;
     DWORD BaudRate;
@@ -65,8 +65,8 @@ struct DCB {
     WORD wReserved1;
 };
 
-/// Only MAXDWORD, 0, 0 for reads (return at once with what is there) is known here; the write time-out
-/// is WriteTotalTimeoutMultiplier * bytes + WriteTotalTimeoutConstant milliseconds.
+/// Reads always return at once with the available bytes (MAXDWORD, 0, 0); the write time-out is
+/// WriteTotalTimeoutMultiplier * bytes + WriteTotalTimeoutConstant milliseconds.
 struct COMMTIMEOUTS {
     DWORD ReadIntervalTimeout;
     DWORD ReadTotalTimeoutMultiplier;
@@ -75,40 +75,40 @@ struct COMMTIMEOUTS {
     DWORD WriteTotalTimeoutConstant;
 };
 
-/// What the driver can do; only the fields that the library reads or writes.
+/// The driver's capabilities; only the fields that the library uses.
 struct COMMPROP {
     WORD wPacketLength;
     DWORD dwProvCapabilities;
 };
 
-/// Bytes waiting in the driver.
+/// Bytes waiting in the driver; only the fields that the library uses.
 struct COMSTAT {
     DWORD cbInQue;
     DWORD cbOutQue;
 };
 
 /// Opens "\\.\COMn" exclusively (flock and TIOCEXCL, until CloseHandle); the other arguments are ignored.
-/// COM1 to COM50 are dev/ttyUSB0 to 49, COM51 to COM100 dev/ttyACM0 to 49, below QUILLET_DEVICE_ROOT.
+/// COM1 to COM50 are dev/ttyUSB0 to 49, COM51 to COM100 dev/ttyACM0 to 49, under QUILLET_DEVICE_ROOT.
 HANDLE CreateFileA(const char* sFileName, DWORD iAccess, DWORD iShareMode, void* pSecurity,
                    DWORD iDisposition, DWORD iFlags, HANDLE hTemplate);
-/// The kernel's buffers cannot be chosen: the sizes are accepted and ignored.
+/// Ignores the sizes: the kernel's buffers cannot be changed.
 BOOL SetupComm(HANDLE hPort, DWORD iInQueue, DWORD iOutQueue);
 BOOL GetCommProperties(HANDLE hPort, COMMPROP* pProperties);
 BOOL GetCommTimeouts(HANDLE hPort, COMMTIMEOUTS* pTimeouts);
 BOOL SetCommTimeouts(HANDLE hPort, COMMTIMEOUTS* pTimeouts);
 BOOL GetCommState(HANDLE hPort, DCB* pState);
 BOOL SetCommState(HANDLE hPort, DCB* pState);
-/// SETRTS, CLRRTS, SETDTR, CLRDTR. A pseudo-terminal has no such lines: fails with 1.
+/// Supports SETRTS, CLRRTS, SETDTR and CLRDTR. Fails with 1 on a pseudo-terminal, which has no such lines.
 BOOL EscapeCommFunction(HANDLE hPort, DWORD iFunction);
 BOOL PurgeComm(HANDLE hPort, DWORD iFlags);
-/// pErrors may be null; it receives 0.
+/// pErrors receives 0; it may be null.
 BOOL ClearCommError(HANDLE hPort, DWORD* pErrors, COMSTAT* pStat);
-/// Never waits. Fails when the device is gone (a hung-up tty) as well as on a closed port.
+/// Never blocks. Fails on a closed port, and when the device is gone (a hung-up tty).
 BOOL ReadFile(HANDLE hPort, void* pBuffer, DWORD iCount, DWORD* pRead, void* pOverlapped);
-/// Writes until done or until the write time-out has passed, and then tells a short count with success.
+/// A write time-out succeeds with a short count.
 BOOL WriteFile(HANDLE hPort, const void* pData, DWORD iCount, DWORD* pWritten, void* pOverlapped);
-/// Ends the exclusive use at once and wakes a thread that waits in WaitForSerialInput.
+/// Ends the exclusive use at once and wakes threads that wait in WaitForSerialInput.
 BOOL CloseHandle(HANDLE hPort);
-/// The calling thread's last error; a function that succeeds sets it to 0.
+/// A function that succeeds sets the last error to 0.
 DWORD GetLastError();
 void SetLastError(DWORD iError);

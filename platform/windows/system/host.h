@@ -1,4 +1,4 @@
-// What the file manager's plug-in interface looks like on this system.
+// The file manager's plug-in interface on this system.
 #pragma once
 
 #include "system/serial.h"
@@ -6,14 +6,14 @@
 /// The calling convention of entry points and host callbacks.
 #define HOST_CALL __stdcall
 
-/// The bits of a BOOL argument that the host fills: all of them.
+/// The bits of a BOOL argument that the host sets: all of them.
 constexpr int kHostFlagMask = -1;
 
-/// Making a folder that exists: the operation's own result stands.
+/// Making an existing folder returns the operation's own result.
 constexpr bool kExistingFolderCountsAsMade = false;
 
-/// Paths are buffers made for the call: the phone's form of a path is written over the host's.
+/// The host makes path buffers for each call: the phone's form of a path overwrites the host's.
 constexpr bool kEntryPointsChangePaths = true;
 
-/// The host's separator in paths that it sends and expects back.
+/// The separator in the host's paths.
 constexpr char kHostSeparator = '\\';

@@ -1,0 +1,6 @@
+#include "plugin/front.h"
+
+Front& TheFront() {
+    static Front front;
+    return front;
+}

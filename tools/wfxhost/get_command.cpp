@@ -1,0 +1,148 @@
+// The commands get and cat.
+#include <filesystem>
+#include <set>
+
+#include "common/interrupt.h"
+#include "common/text.h"
+#include "wfxhost/commands.h"
+#include "wfxhost/copy_plan.h"
+#include "wfxhost/problems.h"
+#include "wfxhost/streams.h"
+#include "wfxhost/system.h"
+
+namespace tools::wfxhost {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsLocalFolder(const fs::path& path) {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+void RequireParent(const fs::path& path) {
+    const fs::path folder = path.parent_path();
+    if (!folder.empty() && !IsLocalFolder(folder))
+        throw Failure("there is no folder " + Quoted(folder.string()));
+}
+
+void RequireLocalFolder(const std::string& typed) {
+    if (!IsLocalFolder(typed))
+        throw Failure("there is no folder " + Quoted(typed) + "; several sources need one");
+}
+
+fs::path LocalTarget(const std::string& typed, const std::string& name) {
+    const fs::path target = typed;
+    const bool isFolder = IsLocalFolder(target);
+    if (!isFolder && !target.has_filename())
+        throw Failure("there is no folder " + Quoted(typed));
+    fs::path file = isFolder ? (target / name).lexically_normal() : target;
+    if (IsLocalFolder(file))
+        throw Failure(Quoted(file.string()) + " is a folder");
+    RequireParent(file);
+    return file;
+}
+
+/// The folder that a tree of that name becomes; of the phone's root, which has no name, the typed one.
+fs::path LocalTreeTarget(const std::string& typed, const std::string& name) {
+    const fs::path target = typed;
+    const fs::path whole = IsLocalFolder(target) ? target / name : target;
+    fs::path folder = (whole.has_filename() ? whole : whole.parent_path()).lexically_normal();
+    RequireParent(folder);
+    return folder;
+}
+
+/// What get is to copy, put together from its sources.
+class GetPlan : CopyPlan {
+public:
+    GetPlan(Session& session, const Job& job) : CopyPlan(session, job, ".") {
+        for (const std::string& typed : m_sources) {
+            const std::vector<Found> found = m_lookup.Expand(typed);
+            if (found.empty())
+                Miss(NothingFits(typed, "file"));
+            m_found.insert(m_found.end(), found.begin(), found.end());
+        }
+    }
+
+    void PrintAll() {
+        Problems problems("not printed", m_sources.size() == 1 && m_found.size() == 1);
+        for (const std::string& failure : m_tree.failures)
+            problems.Add(failure);
+        for (const Found& found : m_found) {
+            if (found.entry.isFolder)
+                problems.Add(Quoted(found.path.Text()) + " is a folder");
+            else
+                PrintFile(m_session, found.path, found.entry);
+        }
+        problems.Finish("not everything was printed, see above");
+    }
+
+    void Copy() {
+        if (m_target == kStream)
+            return PrintAll();
+        if (m_found.size() != 1)
+            RequireLocalFolder(m_target);
+        const InterruptGuard guard;
+        std::optional<Session::Batch> batch;
+        if (m_found.size() > 1 || (m_found.size() == 1 && IsTree(m_found[0])))
+            batch.emplace(m_session, FS_STATUS_OP_GET_MULTI, m_found[0].path.Folder());
+        for (const Found& found : m_found)
+            Add(found);
+        CopyFromPhone(m_session, m_tree, CopyOptionsOf(m_job));
+    }
+
+private:
+    bool IsTree(const Found& found) {
+        return m_job.Has("--recursive") && (found.entry.isFolder || m_session.IsFolder(found.path));
+    }
+
+    void Add(const Found& found) {
+        const bool isOnly = m_found.size() == 1 && m_sources.size() == 1;
+        TryAdd(isOnly, [&] {
+            if (!m_paths.insert(found.path.Text()).second)
+                return; // named twice
+            if (!isOnly)
+                RequireNameForItself(found.path);
+            if (isOnly ? IsTree(found) : m_job.Has("--recursive") && found.entry.isFolder)
+                AddTree(found);
+            else if (found.entry.isFolder)
+                throw Failure(Quoted(found.path.Text()) + " is a folder; get -r copies folders");
+            else
+                m_tree.Add({found.path, LocalTarget(m_target, found.path.Name()), found.entry});
+        });
+    }
+
+    void RequireNameForItself(const PhonePath& path) {
+        const std::string key = LocalNameKey(path.Name());
+        if (key.empty())
+            throw Failure(Quoted(path.Text()) + ": this system can hold no file of that name");
+        if (!m_keys.insert(key).second)
+            throw Failure(Quoted(path.Text()) + ": another source has the same name here");
+    }
+
+    void AddTree(const Found& found) {
+        if (found.path.IsRoot() && m_job.arguments.size() == 1)
+            throw Failure("the phone's root has no name; say where its copy is to be: get -r / LOCAL",
+                          Status::Usage);
+        const fs::path local = LocalTreeTarget(m_target, found.path.Name());
+        AfterTheBeginning([&] { AddFromPhone(m_tree, m_session, found.path, local); });
+    }
+
+    std::vector<Found> m_found;
+    std::set<std::string> m_paths; // of m_found
+    std::set<std::string> m_keys;  // of the names in the target folder
+};
+
+} // namespace
+
+void GetCommand(Session& session, const Job& job) {
+    GetPlan(session, job).Copy();
+}
+
+void PrintCommand(Session& session, const Job& job) {
+    Job printing = job;
+    printing.arguments.push_back(kStream);
+    GetPlan(session, printing).Copy();
+}
+
+} // namespace tools::wfxhost

@@ -1,0 +1,136 @@
+#include "wfxhost/remove.h"
+
+#include <algorithm>
+#include <set>
+
+#include "common/interrupt.h"
+#include "common/progress.h"
+#include "common/terminal.h"
+#include "common/text.h"
+#include "wfxhost/walk.h"
+
+namespace tools::wfxhost {
+namespace {
+
+constexpr const char* kUndone = "nothing was deleted";
+
+/// Collects a folder with all that it holds.
+class Collector : public Visitor {
+public:
+    bool Enter(const PhonePath& path, const Entry& entry, int) override {
+        found.push_back({path, entry});
+        return true;
+    }
+    void File(const PhonePath& path, const Entry& entry, int) override { found.push_back({path, entry}); }
+    void Empty(const PhonePath&, const std::string&) override {} // the removal fails if that is not true
+    void LeftOut(const std::string& reason) override { throw Failure(reason + "; " + kUndone); }
+
+    std::vector<Found> found;
+};
+
+} // namespace
+
+void Removal::Add(const Found& found, bool withContent) {
+    if (m_planned.contains(found.path.Text()))
+        return;
+    Collector collector;
+    if (withContent)
+        AfterTheBeginning([&] { WalkPhone(m_session, found.path, found.entry, collector, kUndone); });
+    else
+        collector.found.push_back(found);
+    for (const Found& one : collector.found)
+        m_planned.try_emplace(one.path.Text(), one);
+    m_folders[found.path.Folder().Text()].added.push_back(found);
+}
+
+void Removal::Run(Problems& problems, const char* ifRefused) {
+    LookAround();
+    RemoveAll();
+    for (const auto& [path, folder] : m_folders)
+        Verify(path, folder, problems, ifRefused);
+    if (!m_stop.empty())
+        throw Failure("stopped, " + m_stop + "; not everything was deleted");
+}
+
+/// Finds out whether the folders will be empty afterwards, because a listing that broke off looks empty, too.
+void Removal::LookAround() {
+    for (auto& known : m_folders) {
+        Folder& folder = known.second;
+        std::vector<Entry> entries;
+        m_session.List(PhonePath(known.first), entries);
+        folder.holdsOthers = std::ranges::any_of(entries, [&](const Entry& entry) {
+            return std::ranges::none_of(folder.added,
+                                        [&](const Found& found) { return found.path.Name() == entry.name; });
+        });
+    }
+}
+
+void Removal::RemoveAll() {
+    const bool isBatch = m_planned.size() > 1;
+    std::optional<Session::Batch> batch;
+    if (isBatch)
+        batch.emplace(m_session, FS_STATUS_OP_DELETE, PhonePath(m_folders.begin()->first));
+    Progress progress("deleting", isBatch && TerminalWidth() > 0);
+    size_t done = 0;
+    for (auto planned = m_planned.rbegin(); planned != m_planned.rend(); ++planned) {
+        const auto& [path, found] = *planned;
+        if (Interrupted()) {
+            m_stop = "interrupted";
+            return;
+        }
+        const bool isAnswered =
+            found.entry.isFolder ? m_session.RemoveFolder(found.path) : m_session.RemoveFile(found.path);
+        if (std::string reason = m_session.TakeReason(); !reason.empty())
+            m_reasons[path] = std::move(reason);
+        if (!isAnswered && !m_session.Answers())
+            throw Failure("deleting failed: the handset stopped answering");
+        progress.ReportSteps(++done, m_planned.size());
+    }
+}
+
+void Removal::Verify(const std::string& path, const Folder& folder, Problems& problems,
+                     const char* ifRefused) {
+    using enum Session::ListResult;
+    std::vector<Entry> entries;
+    Session::ListResult seen = m_session.List(PhonePath(path), entries);
+    if (seen != Entries)
+        seen = m_session.List(PhonePath(path), entries);
+    m_session.TakeReason();
+    std::set<std::string> names;
+    for (const Entry& entry : entries)
+        names.insert(entry.name);
+    for (const Found& found : folder.added)
+        if (names.contains(found.path.Name()))
+            ReportLeft(found, problems, ifRefused);
+    if (seen != Entries && (seen != Empty || folder.holdsOthers || !m_session.Answers()))
+        throw Failure("the handset stopped answering: whether " + Quoted(folder.added[0].path.Text()) +
+                      " was deleted is not known");
+}
+
+/// Reports what is left of an added entry: of a folder that was not emptied, what it still holds.
+void Removal::ReportLeft(const Found& found, Problems& problems, const char* ifRefused) {
+    Collector left;
+    const auto content = m_planned.upper_bound(found.path.Text() + "/");
+    const bool hadContent = content != m_planned.end() && content->first.starts_with(found.path.Text() + "/");
+    if (hadContent)
+        AfterTheBeginning([&] { WalkPhone(m_session, found.path, found.entry, left, "see what is left"); });
+    else
+        left.found.push_back(found);
+    std::set<std::string> paths;
+    for (const Found& one : left.found)
+        paths.insert(one.path.Text() + "/");
+    for (const Found& one : left.found) {
+        const std::string path = one.path.Text();
+        const auto next = std::next(paths.find(path + "/"));
+        if ((next != paths.end() && next->starts_with(path + "/")) ||
+            (!m_stop.empty() && !m_reasons.contains(path)))
+            continue; // it had to stay for what it holds, or nobody tried
+        const auto reason = m_reasons.find(path);
+        if (reason != m_reasons.end())
+            problems.Add(reason->second);
+        else
+            problems.Add("the phone did not delete " + Quoted(path) + ifRefused);
+    }
+}
+
+} // namespace tools::wfxhost
