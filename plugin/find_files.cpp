@@ -89,7 +89,7 @@ HANDLE HOST_CALL FsFindFirst(char* sPath, WIN32_FIND_DATAA* pFindData) {
 }
 
 BOOL HOST_CALL FsFindNext(HANDLE hListing, WIN32_FIND_DATAA* pFindData) {
-    if (!pFindData)
+    if (pFindData == nullptr)
         return 0;
     try {
         ListingEntry entry;

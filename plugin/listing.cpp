@@ -30,7 +30,7 @@ unsigned char OnDirEntry(char* const sPath, unsigned char isFile, unsigned short
                          unsigned char iBufOption, unsigned char iClean, DWORD iDate, DWORD iFileSize,
                          void*) {
     FolderReader* const pReader = TheFront().state.pFolderReader;
-    if (!pReader)
+    if (pReader == nullptr)
         return 1;
     StripLeadingSeparators(sPath);
     const char* const sName = EntryName(sPath);
@@ -45,13 +45,13 @@ unsigned char OnDirEntry(char* const sPath, unsigned char isFile, unsigned short
 
 void Listings::Begin() {
     auto pEmpty = std::make_shared<Walk>();
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     m_pLast.swap(pEmpty);
 }
 
 Listings::Handle Listings::Add(Listing listing) {
     auto pWalk = std::make_shared<Walk>(Walk{std::move(listing)});
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     do
         ++m_iLastHandle;
     while (m_iLastHandle == 0 || m_iLastHandle == UINTPTR_MAX || m_open.contains(m_iLastHandle));
@@ -63,7 +63,7 @@ Listings::Handle Listings::Add(Listing listing) {
 }
 
 bool Listings::Next(Handle handle, ListingEntry& entry) {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     const auto found = m_open.find(handle);
     Walk& walk = found != m_open.end() ? *found->second : *m_pLast;
     if (walk.iCursor + 1 >= walk.listing.size())
@@ -73,6 +73,6 @@ bool Listings::Next(Handle handle, ListingEntry& entry) {
 }
 
 void Listings::Close(Handle handle) {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     m_open.erase(handle);
 }

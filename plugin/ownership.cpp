@@ -11,7 +11,7 @@ void Ownership::Take() {
 }
 
 bool Ownership::TryTake() {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     if (m_iTurn != m_iNextTicket || m_iSuspended != 0)
         return false;
     ++m_iNextTicket;
@@ -19,13 +19,13 @@ bool Ownership::TryTake() {
 }
 
 void Ownership::GiveBack() {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     ++m_iTurn;
     m_turnChanged.notify_all();
 }
 
 void Ownership::Suspend() {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     ++m_iSuspended;
     ++m_iTurn;
     m_turnChanged.notify_all();
@@ -38,6 +38,6 @@ void Ownership::Resume() {
 }
 
 bool Ownership::IsAnySuspended() {
-    std::lock_guard lock(m_lock);
+    const std::lock_guard lock(m_lock);
     return m_iSuspended != 0;
 }
