@@ -66,8 +66,10 @@ TEST_F(Efs2OpenObjectsTest, NamesOnTheWire) {
     Check(LinkTarget, "4B 13 07 00 6C 00", Text("4B 13 07 00", {0}, std::string("to/it\0", 6)),
           "true 0 to/it", "QLIB_EFS2_DIAG_LINK_TARGET( sFilePath = l )");
     EXPECT_EQ(Answered(LinkTarget, Packet("4B 13 07 00", {22}, "not this")), "true 16 before");
+    EXPECT_EQ(m_diag.EFS2_LastFailure().iErrorNo, 22u);
     for (const Call& call : {MakeDir, RemoveDir, RemoveFile, MakeLink})
         EXPECT_EQ(Answered(call, Hex("4B 13 08 00 00 00")), "false f0"); // ends within the error number
+    EXPECT_EQ(m_diag.EFS2_LastFailure().eKind, OperationFailure::Kind::UnusableAnswer);
 }
 
 TEST_F(Efs2OpenObjectsTest, FilesAndDirectoriesOnTheWire) {
@@ -130,6 +132,8 @@ TEST_F(Efs2OpenObjectsTest, RefusalsAndUnusableAnswers) {
     for (const auto& [call, answer, iRequests, sOutcome] : cases) {
         EXPECT_EQ(Answered(call, answer), sOutcome) << handset::ToHex(answer).substr(0, 80);
         EXPECT_EQ(m_phone.Requests().size(), iRequests) << handset::ToHex(answer).substr(0, 80);
+        const auto eKind = m_diag.EFS2_LastFailure().eKind;
+        EXPECT_EQ(eKind == OperationFailure::Kind::UnusableAnswer, sOutcome.starts_with("false"));
     }
 }
 
