@@ -41,9 +41,13 @@ struct LogText {
     consteval LogText(const char* sLiteral) : sFormat(sLiteral) {
         constexpr Conversion aWanted[] = {ConversionOf<Values>()..., Conversion::Number};
         size_t iShown = 0;
-        for (const char* p = sLiteral; *p != '\0'; ++p)
-            if (*p == '%' && *++p != '%' && KindOf(p) != aWanted[iShown++])
+        for (const char* p = sLiteral; *p != '\0'; ++p) {
+            if (*p != '%' || *++p == '%')
+                continue;
+            if (iShown == sizeof...(Values) || KindOf(p) != aWanted[iShown])
                 throw "a conversion does not fit its value";
+            ++iShown;
+        }
         if (iShown != sizeof...(Values))
             throw "a line shows each of its values once";
     }

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "input.h"
+#include "link/connection_access.h"
 #include "link/event_names.h"
 #include "link/extended_message.h"
 #include "link/extended_message_text.h"
@@ -26,7 +27,7 @@ void Receive(Diag_FTM& diag, std::vector<unsigned char> packet) {
     ExtendedMessage message;
     if (ParseExtendedMessage(packet, message))
         DescribeExtendedMessage(message, Area<char>(kExtendedMessageTextSize).get());
-    static_cast<DiagConnection&>(diag).ReplayPacket(packet);
+    ConnectionAccess(diag).ReplayPacket(packet);
     diag.DumpAsyncMessageToTextLog(LOG_ASYNC, true, true, true);
     diag.DIAG_ClearCommandResponseQueue();
     packet.resize(kMaxPacketSize);

@@ -43,7 +43,7 @@ void SerialLine::Start(const LineOwner& owner) {
 }
 
 void SerialLine::Stop() {
-    Close();
+    SerialLine::Close();
     m_dispatcher.Stop();
 }
 

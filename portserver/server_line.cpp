@@ -17,7 +17,7 @@ void ServerLine::Start(const LineOwner& owner) {
 }
 
 void ServerLine::Stop() {
-    Close();
+    ServerLine::Close();
 }
 
 /// Runs an operation of the server. If it throws, logs the reason and returns false.
