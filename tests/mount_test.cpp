@@ -111,7 +111,7 @@ TEST_F(MountTest, EntriesThatThePhoneContradictsItselfAbout) {
         entry("/slash", 1, 0755),         entry("..", 1, 0755),  entry("", 0, 0)};
     m_phone.Answer(kOpenFolder, Packet(kOpenFolder, {5, 0}));
     m_phone.Answer(kCloseFolder, Packet(kCloseFolder, {0}));
-    m_phone.phone.Script(Hex(kReadFolder), [&](const Bytes& request) -> std::vector<Bytes> {
+    m_phone.phone.Script(Hex(kReadFolder), [entries](const Bytes& request) -> std::vector<Bytes> {
         return {entries[std::min<size_t>(ValueAt(request, 8), std::size(entries)) - 1]};
     });
     ListWork work(Parts(), "/x");
