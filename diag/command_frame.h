@@ -21,34 +21,18 @@ public:
     CommandFrame(const CommandFrame&) = delete;
     CommandFrame& operator=(const CommandFrame&) = delete;
 
-    // --- Exchange -----------------------------------------------------------------------------------
-    // Each waits up to QMSL_TimeOut_SyncRequest and leaves the response in the buffer pair.
+    // --- Exchange and settings: FrameCommands documents them ----------------------------------------
 
-    /// Send exchanges the request as built, and sleeps for iReadDelay_ms between writing and waiting. True
-    /// when a response with the request's first byte arrived.
     bool Send(DWORD iReadDelay_ms);
-    /// The same for a request whose response begins with another byte, iExpected.
     bool SendWithDifferentResponseCmd(unsigned char iExpected, DWORD iReadDelay_ms);
-
-    /// SendFtmCmd is SendFtmCmd59 or SendFtmCmd75, depending on the command type.
     bool SendFtmCmd();
-    /// True when the response begins with the command type, the FTM subsystem and the system mode.
     bool SendFtmCmd75();
-    /// Fills in the length field (offset 3) first. True when the response begins with the request's first
-    /// three bytes. Whenever a response arrived, the values taken from it are those that end at the request's
-    /// length.
+    /// Whenever a response arrived, the values taken from it are those that end at the request's length.
     bool SendFtmCmd59();
-    /// True when the response has mode 8 (third byte) and status 0 (seventh byte).
     bool SendEVDO();
-    /// SendFtmCmd59 with command type 59; otherwise true when the response begins with the command type.
     bool SendCDMA2000();
-
-    // --- Settings -----------------------------------------------------------------------------------
-
-    /// SetCommandType sets the form of FTM requests (initially 75).
     void SetCommandType(FTM_Command_Type eCommandType) { m_eCommandType = eCommandType; }
     FTM_Command_Type GetCommandType() const { return m_eCommandType; }
-    /// SetSystemMode sets the mode field of FTM requests (initially 1).
     void SetSystemMode(FTM_Mode_Id_Enum iSystem_Mode);
     FTM_Mode_Id_Enum GetSystemMode() const { return m_eSystemMode; }
 
