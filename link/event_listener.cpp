@@ -59,6 +59,23 @@ void CQLibEventListener::ReceivePacket(std::span<unsigned char> packet) {
         return;
     if (packet.size() >= kLeastPacketSize)
         CallBack(packet);
+    Sort(packet);
+}
+
+bool CQLibEventListener::HasCallBack() {
+    const std::lock_guard lock(m_callBackLock);
+    return m_pfnAsyncMessageCallBack != nullptr;
+}
+
+bool CQLibEventListener::ReceiveDirectly(std::span<unsigned char> packet) {
+    if (HasCallBack())
+        return false;
+    if (packet.size() >= kLeastPacketSize)
+        Sort(packet);
+    return true;
+}
+
+void CQLibEventListener::Sort(std::span<const unsigned char> packet) {
     LogUnsolicited(packet);
     m_pRadioTests->Receive(packet, m_pLogHandler);
     if (IsEventControlAnswer(packet)) {

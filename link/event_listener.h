@@ -20,7 +20,7 @@ class RadioTestStatus;
 /// enabled, log records, debug messages and event reports into the phone-log (async) queue. It owns neither
 /// queue. Radio-test records also update its status blocks, whether phone logging is enabled or not. Under
 /// LOG_ASYNC it logs extended debug messages and the names of events as text. messageReceived runs on the
-/// delivery thread, everything else on the caller's.
+/// delivery thread, ReceiveDirectly on the thread that reads the port, everything else on the caller's.
 class QUILLET_API CQLibEventListener : public CQLibEvents_Listener {
 public:
     CQLibEventListener(CQLibMessageQueue* pAsyncQueue, CQLibMessageQueue* pSyncQueue);
@@ -32,6 +32,11 @@ public:
     /// ReceivePacket is messageReceived for a recorded packet, on the caller's thread. A recording may leave
     /// a single byte of a packet: such a packet is queued but not passed to the callback.
     void ReceivePacket(std::span<unsigned char> packet);
+
+    /// ReceiveDirectly is messageReceived on the thread that read the packet. False, without effect, when a
+    /// callback is registered, because callbacks run on the delivery thread only.
+    bool ReceiveDirectly(std::span<unsigned char> packet);
+    bool HasCallBack();
 
     /// ConfigureAsyncMessageCallBack registers the callback (null: none). It is called with no lock held but
     /// the dispatcher's; a call in progress may still be running when this returns.
@@ -60,6 +65,7 @@ public:
 
 private:
     void CallBack(std::span<unsigned char> packet);
+    void Sort(std::span<const unsigned char> packet);
     void LogUnsolicited(std::span<const unsigned char> packet);
     void LogPacket(const char* sKind, std::span<const unsigned char> packet);
 

@@ -113,7 +113,7 @@ bool CProtAHDLC::Data2DM(unsigned char iBaudRateMask) {
         m_pLogHandler->LogMessage(LOG_FN_AHDLC, "CProtAHDLC::Data2DM(baudrate_mask=%d)", iBaudRateMask);
     if (m_pPort == nullptr)
         return false;
-    const std::lock_guard reader(m_readerLock);
+    const CallersTurn turn(m_reader);
     DWORD iFormerRate = 0;
     m_pPort->GetBaudRate(&iFormerRate);
     const bool bSwitched = std::any_of(std::begin(kRates), std::end(kRates), [&](const RateOfMask& entry) {
