@@ -1,14 +1,15 @@
 // Whose turn it is to read the port.
 #pragma once
 
-#include <condition_variable>
+#include <atomic>
 #include <mutex>
 
 #include "link/clock.h"
 
 /// ReaderTurn lets one thread at a time read a port: a caller while it waits for its response, otherwise the
-/// receive thread. A caller that leaves does not wake the receive thread, which takes over by itself
-/// kPause later. So it sleeps through a series of requests.
+/// receive thread. A caller that leaves does not wake the receive thread, which takes over by itself when no
+/// caller has read for kPause; after a series of requests up to kLongestSleep later. So a series costs it
+/// only a look now and then.
 ///
 /// Threads: Take and GiveBack belong to callers, AwaitPause, BeginPass and EndPass to the receive thread,
 /// Start and Stop to the thread that starts and ends the receive thread.
@@ -16,32 +17,28 @@ class ReaderTurn {
 public:
     /// How long the receive thread leaves the port alone after a caller has read it.
     static constexpr Milliseconds kPause{1};
+    /// How long it sleeps at most before it looks again whether callers still read.
+    static constexpr Milliseconds kLongestSleep{4};
 
     /// Take waits until nobody reads. The caller reads from then on, until GiveBack.
     void Take();
     void GiveBack();
 
     /// AwaitPause waits until no caller has read for kPause. False after Stop.
-    bool AwaitPause();
-    /// BeginPass starts one pass of the receive thread. False while a caller reads.
-    bool BeginPass();
-    void EndPass();
+    bool AwaitPause() const;
+    /// BeginPass starts one pass of the receive thread. False while a caller reads or waits for its turn.
+    bool BeginPass() { return m_iCallers == 0 && m_reading.try_lock(); }
+    void EndPass() { m_reading.unlock(); }
 
     /// Stop makes AwaitPause return false, until Start.
-    void Start();
-    void Stop();
+    void Start() { m_bStopped = false; }
+    void Stop() { m_bStopped = true; }
 
 private:
-    enum class Reader { None, Caller, ReceiveThread };
-
-    std::mutex m_lock; // for all that follows; held alone
-    std::condition_variable m_free;
-    std::condition_variable m_resumed;
-    Reader m_eReader = Reader::None;
-    unsigned m_iTurns = 0;   // of callers, so far
-    bool m_bAwaited = false; // the receive thread sleeps until the caller leaves
-    bool m_bStopped = true;
-    Clock::time_point m_left; // when the last caller left
+    std::mutex m_reading; // held by the thread that reads
+    std::atomic<int> m_iCallers{0};
+    std::atomic<bool> m_bStopped{true};
+    std::atomic<Clock::time_point> m_left{}; // when the last caller left
 };
 
 /// CallersTurn is a caller's turn for as long as it exists.
