@@ -1,6 +1,7 @@
 // One request and its response.
 #include "bench/bare_files.h"
 #include "bench/measure.h"
+#include "link/event_dispatcher.h"
 
 namespace {
 

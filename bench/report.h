@@ -25,7 +25,7 @@ struct Row {
     double fClient = kNoFigure;
     double fAdded_us = kNoFigure; // added by the client to one exchange
     double fFactor = kNoFigure;   // cost of the client / cost of the floor
-    Goal goal;
+    Goal goal{};
     // Processor time of one exchange, all threads of this process together. Other programs on the machine
     // hardly affect it.
     double fFloorCpu_us = kNoFigure;
