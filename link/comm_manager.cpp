@@ -85,12 +85,12 @@ void CQLibCommManager::ReceiveLoop() {
     m_ended.notify_one();
 }
 
-void CQLibCommManager::ReadFor(DWORD iLimit_ms) {
-    if (iLimit_ms > 0)
-        m_port.WaitForInput(iLimit_ms);
-    else if (m_port.InQueueCount() == 0)
-        return;
+bool CQLibCommManager::ReadFor(DWORD iLimit_ms) {
+    if (iLimit_ms == 0 && m_port.InQueueCount() == 0)
+        return true;
+    const bool bPresent = iLimit_ms == 0 || m_port.WaitForInput(iLimit_ms);
     ReceivePass();
+    return bPresent;
 }
 
 void CQLibCommManager::ReceivePass() {

@@ -52,8 +52,9 @@ public:
     ReaderTurn& Reader() { return m_framing.Reader(); }
     bool IsPortOpen() { return m_port.IsOpen() != 0; }
     /// ReadFor waits at most iLimit_ms for input (0: not at all), reads what has arrived and hands its
-    /// packets to the dispatcher. It may return early.
-    void ReadFor(DWORD iLimit_ms);
+    /// packets to the dispatcher. It may return early. False when the device is gone, where the system
+    /// reports that.
+    bool ReadFor(DWORD iLimit_ms);
     void SetDTR(bool bHigh) { m_port.SetDTR(bHigh ? 1 : 0); }
     void SetRTS(bool bHigh) { m_port.SetRTS(bHigh ? 1 : 0); }
 

@@ -122,27 +122,29 @@ void SerialLine::BeginReading(Turn& turn) {
     m_pLink->ReadFor(0);
 }
 
-bool SerialLine::ReadReply(DWORD iLimit_ms, QueueItem& reply) {
+bool SerialLine::ReadReply(DWORD iLimit_ms, QueueItem& reply, bool& bDevicePresent) {
     if (m_owner->responses.Pop(&reply))
         return true;
-    m_pLink->ReadFor(iLimit_ms);
+    bDevicePresent = m_pLink->ReadFor(iLimit_ms);
     return m_owner->responses.Pop(&reply);
 }
 
 bool SerialLine::WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByte, Turn& turn,
                               QueueItem& reply) {
     const auto deadline = Clock::now() + Milliseconds(iTimeOut_ms);
+    bool bDevicePresent = true;
     do {
         const auto left = std::chrono::ceil<Milliseconds>(deadline - Clock::now()).count();
         const auto iLimit_ms = static_cast<DWORD>(std::max<decltype(left)>(left, 1));
         if (!MayRead())
             turn.reset();
-        if (!(turn ? ReadReply(iLimit_ms, reply) : m_owner->responses.WaitPop(&reply, iLimit_ms)))
+        if (!(turn ? ReadReply(iLimit_ms, reply, bDevicePresent)
+                   : m_owner->responses.WaitPop(&reply, iLimit_ms)))
             continue;
         if (piFirstByte == nullptr || (reply.length > 0 && reply.data[0] == *piFirstByte))
             return true;
         Log().LogHex(LOG_IO, reply.data, reply.length, "REC \t");
-    } while (Clock::now() < deadline);
+    } while (bDevicePresent && Clock::now() < deadline);
     return false;
 }
 

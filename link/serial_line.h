@@ -13,7 +13,8 @@
 /// the port, the receive thread and the delivery thread. Stop joins both threads.
 ///
 /// A caller that waits for its response reads the port itself when nobody but the connection receives
-/// packets, and no read delay is wanted. The response then reaches it without waking another thread.
+/// packets, and no read delay is wanted. The response then reaches it without waking another thread, and it
+/// stops waiting when the device is gone.
 class SerialLine : public Transport, private SerialControls {
 public:
     explicit SerialLine(int iComPort) : m_iComPort(iComPort) {}
@@ -52,7 +53,7 @@ private:
     bool WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByte, Turn& turn, QueueItem& reply);
     bool MayRead();
     void BeginReading(Turn& turn);
-    bool ReadReply(DWORD iLimit_ms, QueueItem& reply);
+    bool ReadReply(DWORD iLimit_ms, QueueItem& reply, bool& bDevicePresent);
 
     const int m_iComPort;
     std::optional<LineOwner> m_owner; // set by Start

@@ -233,6 +233,71 @@ TEST_F(MountTest, UnpluggedAndBack) {
     EXPECT_TRUE(m_folder.GetSpace().totalBlocks > 0);
 }
 
+TEST_F(MountTest, UnpluggedAtEveryRequestOfEveryOperation) {
+    const Bytes kByte = {'x'};
+    OpenFilePtr file;
+    bool isWhole = false;
+    const std::pair<const char*, std::function<void()>> operations[] = {
+        {"attributes",
+         [&] {
+             m_folder.Changed("/dir/file"); // forgets what is known
+             m_folder.Look("/dir/file");
+         }},
+        {"link", [&] { m_folder.LinkTarget("/dir/link"); }},
+        {"space", [&] { m_folder.GetSpace(); }},
+        {"open", [&] { Open("/dir/file", kRead); }},
+        {"read", [&] { ReadAll(file, 1536); }},
+        {"list",
+         [&] {
+             ListWork work(Parts(), "/dir");
+             Finish(work);
+         }},
+        {"touch", [&] { m_folder.Touch("/dir/file"); }},
+        {"write",
+         [&] {
+             WriteWork work(Parts(), file, 0, kByte);
+             Finish(work);
+         }},
+        {"close",
+         [&] {
+             WriteWork work(Parts(), file, 0, kByte);
+             Finish(work);
+             m_folder.Files().Settle(*file);
+         }},
+        {"shorten",
+         [&] {
+             ResizeWork work(Parts(), "/dir/file", 1000);
+             Finish(work);
+         }},
+        {"mode", [&] { m_folder.ChangeMode("/dir/file", 0600); }},
+        {"rename", [&] { m_folder.Rename("/dir/file", "/dir/other", true); }},
+        {"remove", [&] { m_folder.RemoveFile("/dir/other"); }},
+        {"make a folder", [&] { m_folder.MakeFolder("/dir/folder", 0777); }},
+        {"remove a folder", [&] { m_folder.RemoveFolder("/dir/folder"); }},
+        {"make a link", [&] { m_folder.MakeLink("/dir/new", "file"); }},
+        {"create", [&] { m_folder.Create("/dir/created", kReadWrite | 0x40, 0644); }},
+    };
+    for (const auto& [sWhat, operation] : operations) {
+        int iUnplugged = 0;
+        for (isWhole = false; !isWhole; ++iUnplugged) {
+            EXPECT_EQ(ErrnoOf([&] { m_folder.Look("/dir"); }), 0) << sWhat << ", after " << iUnplugged;
+            if (m_phone.Exists("dir/file")) {
+                EXPECT_EQ(ErrnoOf([&] { file = Open("/dir/file", kReadWrite); }), 0) << sWhat << iUnplugged;
+            }
+            m_folder.Idle(); // so that nothing is known
+            m_phone.Misbehave(Action::Unplug, "", 1, 0, iUnplugged);
+            const int iErrno = ErrnoOf(operation);
+            Settle();
+            isWhole = !m_phone.phone.TtyPath().empty();
+            EXPECT_EQ(iErrno, isWhole ? 0 : EIO) << sWhat << ", request " << iUnplugged;
+            m_phone.phone.Behave();
+            if (!isWhole)
+                m_phone.phone.Replug();
+        }
+        EXPECT_GT(iUnplugged, 1) << sWhat;
+    }
+}
+
 TEST_F(MountTest, ThePortIsGivenBackAndFilesAreOpenedAgain) {
     const OpenFilePtr file = Open("/dir/file", kReadWrite);
     EXPECT_EQ(WriteErrno(file, 0, {'x'}), 0);
