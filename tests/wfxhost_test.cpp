@@ -29,7 +29,7 @@ TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
         {"--plugin", 2, "--plugin needs a value (FILE)"},
         {"--json=yes ls", 2, "--json takes no value"},
         {"ls -1x", 2, "unknown option \"-1x\""},
-        {"find -size 5x", 2, "\"5x\" is no number"},
+        {"find -size 5x", 2, "\"5x\" is not a number"},
         {"find --type x", 2, "-type: f means files"},
         {"put -", 2, "standard input has no name"},
         {"--plugin /dev/null ls", 1, "cannot load the plug-in /dev/null"},

@@ -21,7 +21,7 @@ void MakeFolders(Session& session, const PhonePath& path) {
     if (entry)
         return;
     MakeFolders(session, path.Folder());
-    AfterTheBeginning([&] { MakeFolder(session, path); });
+    WithoutNoHandsetStatus([&] { MakeFolder(session, path); });
 }
 
 void Move(Session& session, const Found& source, const PhonePath& to, bool force) {
@@ -93,7 +93,7 @@ void LinkCommand(Session& session, const Job& job) {
         "ln \"" + QuoteArgument(target.Text()) + "\" \"" + QuoteArgument(name) + "\"", unused);
     std::string reason = session.TakeReason();
     // The phone's refusal does not show in the result; the listing shows whether the link is there.
-    if (result == FS_EXEC_OK && AfterTheBeginning([&] { return session.Find(link); }))
+    if (result == FS_EXEC_OK && WithoutNoHandsetStatus([&] { return session.Find(link); }))
         return;
     if (!reason.empty())
         throw Failure(reason);

@@ -186,12 +186,12 @@ private:
 
 void CopyFromPhone(Session& session, const Tree& tree, const CopyOptions& options) {
     const InterruptGuard guard;
-    AfterTheBeginning([&] { FromPhone(session, tree, options).Run(); });
+    WithoutNoHandsetStatus([&] { FromPhone(session, tree, options).Run(); });
 }
 
 void CopyToPhone(Session& session, const Tree& tree, const CopyOptions& options) {
     const InterruptGuard guard;
-    AfterTheBeginning([&] { ToPhone(session, tree, options).Run(); });
+    WithoutNoHandsetStatus([&] { ToPhone(session, tree, options).Run(); });
 }
 
 } // namespace tools::wfxhost

@@ -145,7 +145,7 @@ void CopyOneThere(Session& session, const TemporaryFolder& local) {
     CopyToPhone(session, tree, {});
     Show(session, PhonePath());
     Say("\nReading it back:");
-    const std::optional<Entry> entry = AfterTheBeginning([&] { return session.Find(path); });
+    const std::optional<Entry> entry = WithoutNoHandsetStatus([&] { return session.Find(path); });
     if (!entry)
         throw Failure("the copied file is not in the listing");
     CopyBack(session, {path, *entry}, local.File("back"));

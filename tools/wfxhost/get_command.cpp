@@ -125,7 +125,7 @@ private:
             throw Failure("the phone's root has no name; say where its copy is to be: get -r / LOCAL",
                           Status::Usage);
         const fs::path local = LocalTreeTarget(m_target, found.path.Name());
-        AfterTheBeginning([&] { AddFromPhone(m_tree, m_session, found.path, local); });
+        WithoutNoHandsetStatus([&] { AddFromPhone(m_tree, m_session, found.path, local); });
     }
 
     std::vector<Found> m_found;

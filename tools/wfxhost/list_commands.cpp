@@ -58,7 +58,7 @@ public:
             if (found.empty())
                 LeftOut(NothingFits(typed, "file or folder"));
             for (const Found& one : found)
-                AfterTheBeginning([&] { WalkPhone(session, one.path, one.entry, *this, kUndone); });
+                WithoutNoHandsetStatus([&] { WalkPhone(session, one.path, one.entry, *this, kUndone); });
         }
         m_problems.Finish(std::string(kUndone) + ", see above");
     }

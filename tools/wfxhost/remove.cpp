@@ -35,7 +35,7 @@ void Removal::Add(const Found& found, bool withContent) {
         return;
     Collector collector;
     if (withContent)
-        AfterTheBeginning([&] { WalkPhone(m_session, found.path, found.entry, collector, kUndone); });
+        WithoutNoHandsetStatus([&] { WalkPhone(m_session, found.path, found.entry, collector, kUndone); });
     else
         collector.found.push_back(found);
     for (const Found& one : collector.found)
@@ -113,7 +113,8 @@ void Removal::ReportLeft(const Found& found, Problems& problems, const char* ifR
     const auto content = m_planned.upper_bound(found.path.Text() + "/");
     const bool hadContent = content != m_planned.end() && content->first.starts_with(found.path.Text() + "/");
     if (hadContent)
-        AfterTheBeginning([&] { WalkPhone(m_session, found.path, found.entry, left, "see what is left"); });
+        WithoutNoHandsetStatus(
+            [&] { WalkPhone(m_session, found.path, found.entry, left, "see what is left"); });
     else
         left.found.push_back(found);
     std::set<std::string> paths;

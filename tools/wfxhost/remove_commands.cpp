@@ -44,7 +44,7 @@ void RemoveCommand(Session& session, const Job& job) {
             std::printf("would delete %s\n", Quoted(path).c_str());
     } else if (!removal.Planned().empty()) {
         Problems left("not deleted", removal.Planned().size() == 1 && problems.Count() == 0);
-        AfterTheBeginning([&] { removal.Run(left, ""); });
+        WithoutNoHandsetStatus([&] { removal.Run(left, ""); });
         left.Finish("not everything was deleted, see above");
     }
     problems.Finish("not everything was deleted, see above");
