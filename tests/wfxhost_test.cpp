@@ -137,7 +137,7 @@ TEST_F(WfxhostPhoneTest, ChangesFoldersAndNames) {
         {"rm a.txt", 1, "no file or folder \"/a.txt\""},
         {"rm b.txt", 0, ""},
         {"rmdir /", 1, "root folder"},
-        {"rm 'kept\\file'", 1, "a name with a backslash cannot be told to a plug-in"},
+        {"rm 'kept\\file'", 1, "a name with a backslash cannot be passed to a plug-in"},
     });
     EXPECT_TRUE(m_phone.Exists("kept/file")); // which some other name must not lead to
     EXPECT_FALSE(m_phone.Exists("new"));
@@ -302,7 +302,7 @@ TEST_F(WfxhostOddPluginTest, FailuresSayThePluginsReasonOrWhatItsResultMeans) {
     } kRows[] = {
         {"ODD_RESULT=2", "get file", "wfxhost: the phone has no file \"/file\"\n"},
         {"ODD_RESULT=3", "get file", "wfxhost: \"/file\": it could not be read\n"},
-        {"ODD_RESULT=4", "get file", "wfxhost: the phone did not hand out the whole file \"/file\"\n"},
+        {"ODD_RESULT=4", "get file", "wfxhost: the phone did not send the whole file \"/file\"\n"},
         {"ODD_RESULT=6", "cat file", "wfxhost: \"/file\": this plug-in cannot copy that file\n"},
         {"ODD_RESULT=99", "put mine", "wfxhost: \"/mine\": the plug-in gave no reason\n"},
         {"ODD_LINE='get: /file: full\x1B (28)'", "get file", "wfxhost: get: /file: full\\x1B (28)\n"},
@@ -326,9 +326,9 @@ TEST_F(WfxhostOddPluginTest, FoldersWithoutEndAndNamesThatAreNoneAreLeftOut) {
         {"find endless -maxdepth 1", 0, "/endless\n/endless/endless\n"},
         {"du", 1, "its folders are nested too deep"},
         {"rm -r endless", 1, "its folders are nested too deep; nothing was deleted"},
-        {"find impossible", 1, "\"../endless\" is no name"},
-        {"rm -r impossible", 1, "is no name; nothing was deleted"},
-        {"rm -r 'impossible/*'", 1, "nothing fits it as a pattern"},
+        {"find impossible", 1, "\"../endless\" is not a valid name"},
+        {"rm -r impossible", 1, "is not a valid name; nothing was deleted"},
+        {"rm -r 'impossible/*'", 1, "nothing matches it as a pattern"},
     });
 }
 

@@ -63,7 +63,7 @@ const Program kProgram = {
              "",
              "",
              {Word::LocalPath}},
-            {"ports", "", "list the serial ports and which of them answer", 0, 0, {}, PortsCommand},
+            {"ports", "", "list the serial ports and those on which a phone answers", 0, 0, {}, PortsCommand},
         },
     .options =
         {
