@@ -1,4 +1,4 @@
-// The command-line host's copies of whole folders, and its listing for programs.
+// Copies of whole folders by the command-line host, and its listings for programs.
 #include "program_fixture.h"
 
 namespace {
@@ -15,7 +15,7 @@ protected:
         m_phone.AddFolder("tree/empty");
         m_phone.AddLink("tree/loop.lnk", "/tree");
     }
-    /// Refuses requests for good.
+    /// Refuses all requests with that prefix.
     void Refuse(const Bytes& prefix) {
         m_phone.phone.Misbehave({.action = Action::Refuse, .prefix = prefix, .times = -1, .value = 13});
     }
@@ -23,7 +23,7 @@ protected:
     PluggedPhone m_phone;
 };
 
-TEST_F(WfxhostTreeTest, ATreeComesBackAsItWas) {
+TEST_F(WfxhostTreeTest, TreeRoundTrip) {
     MakeTree();
     Expect({
         {"get -r tree", 0, "\"/tree/loop.lnk\" is a link to a folder and is not followed"},
@@ -62,7 +62,7 @@ TEST_F(WfxhostTreeTest, SeveralSourcesAndPatterns) {
     m_local.Write(".hidden.bin", Pattern(12));
     Expect({
         {"get 'tree/*.bin' 'tree/sub/g*' .", 0, "2 files, 0 folders, 6536 bytes in "},
-        {"get 'tree/[x]'", 0, "3 bytes in "}, // that very name
+        {"get 'tree/[x]'", 0, "3 bytes in "}, // the exact name
         {"get 'tree/?.bin' none other/a.bin . -f", 1, "the phone has no file \"/none\""},
         {"get tree/a.bin other/a.bin . -f", 1, "\"/other/a.bin\": another source has the same name here"},
         {"get tree/a.bin other/a.bin none", 1, "there is no folder \"none\"; several sources need one"},
@@ -174,7 +174,7 @@ printf '%s|' "${COMPREPLY[@]}"
             << row.words;
 }
 
-TEST_F(WfxhostTreeTest, WhatFailsIsToldAndTheRestIsCopied) {
+TEST_F(WfxhostTreeTest, FailuresAreReportedAndTheRestIsCopied) {
     MakeTree();
     m_phone.AddFile("tree/sub/back\\slash", {1});
     Refuse(Packet("4B130200", {0, 0444}, "tree/a.bin"));
@@ -203,7 +203,7 @@ TEST_F(WfxhostTreeTest, WhatFailsIsToldAndTheRestIsCopied) {
     EXPECT_TRUE(m_phone.Exists("tree2/tree/z.txt"));
 }
 
-TEST_F(WfxhostTreeTest, ATreeWithoutAHandsetStops) {
+TEST_F(WfxhostTreeTest, LostHandsetStopsATree) {
     MakeTree();
     m_phone.Misbehave(Action::Unplug, "4B130400", 1, 0, 2);
     Expect({{"get -r tree", 1, "stopped, as the other files would fail as well; "}});
@@ -227,7 +227,7 @@ for e in entries:
     print(e["name"].encode("utf-8" if e["utf8"] else "latin-1").hex(" ").upper(), e["type"])
 )";
     std::string expected;
-    for (const int i : {0, 4, 2, 1, 3}) { // in the order of their bytes, "folder" behind the first
+    for (const int i : {0, 4, 2, 1, 3}) { // in the order of their bytes, "folder" after the first
         expected += i == 4 ? "" : handset::ToHex(Bytes(kNames[i].begin(), kNames[i].end())) + " file\n";
         expected += i == 0 ? "66 6F 6C 64 65 72 folder\n7A file\n" : "";
     }
