@@ -56,7 +56,7 @@ Outcome List(Operation& operation, const char* sPhonePath, Listing& listing) {
     EnsureConnected(operation);
     if (!operation.Context() || !QLIB_IsPhoneConnected(operation.Context()))
         return operation.Fail(Outcome::NotConnected,
-                              FailureReason(operation, {OperationFailure::Kind::NoAnswer}));
+                              FailureReason(operation, {OperationFailure::Kind::NoResponse}));
     if (!IsHidden(sPhonePath))
         listing = FolderReader(operation).Read(sPhonePath);
     return listing.empty() ? Outcome::Empty : Outcome::Listed;

@@ -37,7 +37,7 @@ std::string NoHandsetReason(Operation& operation) {
 std::string FailureReason(Operation& operation, const OperationFailure& failure) {
     const bool bHasAnswered =
         operation.State().bPhoneAnswered && QLIB_GetPortError(operation.Context()) == PortError::None;
-    if (!operation.Context() || (failure.eKind == Kind::NoAnswer && !bHasAnswered))
+    if (!operation.Context() || (failure.eKind == Kind::NoResponse && !bHasAnswered))
         return NoHandsetReason(operation);
     return EFS2_FailureText(failure);
 }
