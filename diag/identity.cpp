@@ -15,7 +15,7 @@ bool PhoneIdentity::DIAG_VERNO_F(QLIB_PhoneResp_Version* pVersion) {
 bool PhoneIdentity::DIAG_EXT_BUILD_ID_F(DWORD& iMSM_HW_Version, DWORD& iMobModel, char* sMobSwRev,
                                         char* sModelStr) {
     constexpr size_t kTextOffset = 12;
-    if (!SimpleQuestion(m_frame, "QLIB_DIAG_EXT_BUILD_ID_F()", {DIAG_BUILD_ID}, 3))
+    if (!SimpleQuery(m_frame, "QLIB_DIAG_EXT_BUILD_ID_F()", {DIAG_BUILD_ID}, 3))
         return false;
     const ResponseReader response = m_frame.Response();
     response.U32At(4, iMSM_HW_Version);

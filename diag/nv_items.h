@@ -87,7 +87,7 @@ private:
     static std::vector<NV_WriteQueueItem> TakeBatch(std::deque<NV_WriteQueueItem>& queue,
                                                     unsigned& iPayloadSize);
     bool SendBatch(const std::vector<NV_WriteQueueItem>& batch, unsigned iPayloadSize);
-    bool ReadBatchAnswer(BatchResult result);
+    bool ReadBatchResponse(BatchResult result);
     bool IsItemWritten(BatchResult result);
 
     CommandFrame& m_frame;

@@ -10,7 +10,7 @@
 
 class CommandFrame;
 class TestSteps;
-struct TestAnswer;
+struct TestResponse;
 class LogMasks;
 
 /// HsdpaTestSession: within a WCDMA session with its channel set up, a test calls the Configure operations,
@@ -61,7 +61,7 @@ private:
     enum class HsdpaStart { Done, Again, Failed };
 
     HsdpaStart TryHsdpaStart();
-    TestAnswer StopChannels();
+    TestResponse StopChannels();
     bool IsHsdpaConfirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId);
     bool ClearHsdpaStatus();
 
