@@ -1,6 +1,6 @@
 // quillet: a complete client of a phone's diagnostic protocol, for programs that link quillet.wfx.
 //
-//     #include "quillet.h"
+//     #include <quillet.h>
 //     Diag_FTM phone(5);                     // COM5
 //     if (phone.IsPhoneConnected())
 //         phone.EFS2_DIAG_ENUM_DIR("");      // entries arrive through ConfigureEfsCallbacks

@@ -21,11 +21,12 @@ enum log_FTM2_EGPRS_BER_log_id_enum : int {
     FTM_LOG_EGPRS_BER_SERVING_MEAS_IND = 66,
 };
 
-/// A temporary block flow of an EGPRS test, and what happened to it.
+/// A temporary block flow of an EGPRS test.
 enum ftm_log_egprs_tbf_enum : int {
     FTM_LOG_EGPRS_BER_TBF_DL = 0,
     FTM_LOG_EGPRS_BER_TBF_UL = 1,
 };
+/// What happened to a block flow.
 enum ftm_log_egprs_tbf_event_type : int {
     FTM_LOG_EGPRS_TBF_EVENT_ESTABLISHED = 0,
     FTM_LOG_EGPRS_TBF_EVENT_RELEASED = 1,
@@ -54,6 +55,7 @@ enum log_FTM2_HSDPA_BER_log_id_enum : int {
 // of that id arrived since the last clear. The other fields hold the values of the latest such record;
 // clearing does not change them unless stated otherwise. Everything is initially 0.
 
+/// What a GSM test has reported.
 struct GSM_BER_State {
     unsigned char aReceived[8];
     unsigned char iSchFound; // 1: the broadcast channel was found
@@ -69,6 +71,7 @@ struct GSM_BER_State {
 };
 static_assert(sizeof(GSM_BER_State) == 34);
 
+/// What an EGPRS test has reported.
 struct EGPRS_BER_State {
     unsigned char aReceived[3];
     unsigned char iUnused;
@@ -78,6 +81,7 @@ struct EGPRS_BER_State {
 };
 static_assert(sizeof(EGPRS_BER_State) == 7);
 
+/// What a WCDMA test has reported.
 struct WCDMA_BER_State {
     unsigned char aReceived[8];
     unsigned char iAcquireStatus; // 1: the pilot was acquired
@@ -92,6 +96,7 @@ struct WCDMA_BER_State {
 };
 static_assert(sizeof(WCDMA_BER_State) == 36);
 
+/// What an HSDPA test has reported; each status is that of the latest confirmation.
 struct HSDPA_BER_State {
     unsigned char aReceived[3];
     unsigned char iStartStatus;
