@@ -12,11 +12,18 @@ need g++:g++ doxygen:doxygen
 # The public headers are those that quillet.h includes. How names are exported is for the headers alone.
 headers=$(g++ -std=c++20 -I . -MM quillet.h | sed 's/^quillet\.o://; s/\\$//; s| platform/export\.h||')
 version=$(sed -n 's/^project(quillet VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
-mkdir -p build
 rm -rf build/docs
+mkdir -p build/docs
+# The page of each example begins as the comment at its head does.
+examples=build/examples.dox
+for source in examples/*.cpp; do
+    echo "/** @example ${source##*/}"
+    sed -n '1,/^\/\/$/s|^// *||p' "$source"
+    echo "*/"
+done >$examples
 {
     cat docs/reference/Doxyfile
     echo "PROJECT_NUMBER = $version"
-    echo "INPUT = docs/reference" $headers
+    echo "INPUT = docs/reference" $headers $examples
 } | doxygen -
 echo "build/docs/index.html"

@@ -1,10 +1,23 @@
 // Copies a file from the phone and shows its progress. Ctrl-C ends the copy, and so does a limit on its size.
 //
 //     $ copy_file 1 shared/pictures/photo1.jpg photo1.jpg
+//     10 %
+//     20 %
+//     30 %
+//     40 %
+//     50 %
+//     60 %
+//     70 %
+//     80 %
+//     90 %
+//     100 %
 //     copied 307200 bytes
 //
 //     $ copy_file 1 shared/pictures/photo1.jpg photo1.jpg 100000
-//     stopped
+//     10 %
+//     20 %
+//     30 %
+//     stopped before the end
 //     [exit status 1]
 //
 //     $ copy_file 1 shared/none.jpg none.jpg
@@ -63,7 +76,7 @@ int CopyFile(Diag_FTM& phone, const char* from, const char* to, DWORD limit) {
     if (!isDone)
         return Fail(phone, from);
     if (copy.isAborted) {
-        std::fprintf(stderr, "stopped; the incomplete copy was removed\n");
+        std::fprintf(stderr, "stopped before the end\n");
         return 1;
     }
     std::printf("copied %u bytes\n", static_cast<unsigned>(size));

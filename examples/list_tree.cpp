@@ -2,6 +2,22 @@
 //
 //     $ list_tree 1
 //     /brew/
+//     /brew/mif/
+//     /brew/mif/sample.mif  29 bytes
+//     /brew/mod/
+//     /brew/mod/sample/
+//     /brew/mod/sample/sample.cfg  23 bytes
+//     /nvm/
+//     /nvm/num/
+//     /nvm/num/0  4 bytes
+//     /nvm/num/71  32 bytes
+//     /shared/
+//     /shared/notes.txt  41 bytes
+//     /shared/pictures/
+//     /shared/pictures/photo1.jpg  307200 bytes
+//     /shared/empty/
+//     /pictures -> shared/pictures
+//     /readme.txt  48 bytes
 //
 //     $ list_tree 1 shared/notes.txt
 //     shared/notes.txt: the phone refused it: not a folder (20)
