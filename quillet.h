@@ -5,7 +5,8 @@
 //     if (phone.IsPhoneConnected())
 //         phone.EFS2_DIAG_ENUM_DIR("");      // entries arrive through ConfigureEfsCallbacks
 //
-// CONTRIBUTING.md describes the conventions: errors, ownership, threads, units, text encoding.
+// The main page of the reference describes what holds everywhere: results, reasons, threads, units,
+// ownership.
 #pragma once
 
 #include "efs2/failure_text.h"

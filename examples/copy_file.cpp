@@ -1,22 +1,14 @@
 // Copies a file from the phone and shows its progress. Ctrl-C ends the copy, and so does a limit on its size.
 //
 //     $ copy_file 1 shared/pictures/photo1.jpg photo1.jpg
-//     10 %
-//     20 %
-//     30 %
-//     40 %
+//     25 %
 //     50 %
-//     60 %
-//     70 %
-//     80 %
-//     90 %
+//     75 %
 //     100 %
 //     copied 307200 bytes
 //
 //     $ copy_file 1 shared/pictures/photo1.jpg photo1.jpg 100000
-//     10 %
-//     20 %
-//     30 %
+//     25 %
 //     stopped before the end
 //     [exit status 1]
 //
@@ -38,17 +30,17 @@ struct Copy {
     Diag_FTM& phone;
     DWORD size;  // of the file
     DWORD limit; // bytes at which the copy is ended
-    unsigned tenths = 0;
+    unsigned quarters = 0;
     bool isAborted = false;
 };
 
 /// Runs after each block, on the thread that copies.
 unsigned char OnBlock(char* const, char* const, int, int, DWORD done, DWORD, void* data) {
     Copy& copy = *static_cast<Copy*>(data);
-    const auto tenths = static_cast<unsigned>(uint64_t{done} * 10 / (copy.size != 0 ? copy.size : 1));
-    if (tenths > copy.tenths)
-        std::printf("%u %%\n", tenths * 10);
-    copy.tenths = tenths;
+    const auto quarters = static_cast<unsigned>(uint64_t{done} * 4 / (copy.size != 0 ? copy.size : 1));
+    if (quarters > copy.quarters)
+        std::printf("%u %%\n", quarters * 25);
+    copy.quarters = quarters;
     if (done < copy.size && (isInterrupted != 0 || done >= copy.limit)) {
         copy.isAborted = true; // EFS2_DIAG_READ_FILE does not report it
         copy.phone.EFS2_DIAG_ABORT();

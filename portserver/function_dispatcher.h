@@ -44,8 +44,8 @@ private:
 template <class Client>
 class QUILLET_API FunctionDispatcherHelper : public FunctionDispatcher {
 public:
-    using Function = void (Client::*)();                  // can be called
-    using FunctionWithArgument = void (Client::*)(void*); // likewise
+    using Function = void (Client::*)();                  // a call without an argument
+    using FunctionWithArgument = void (Client::*)(void*); // a call with one
 
     /// Copies the client.
     FunctionDispatcherHelper(std::string sOperation, const Client& client, Function pFunction);
