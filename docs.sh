@@ -10,7 +10,7 @@ cd "$(dirname "$0")"
 need g++:g++ doxygen:doxygen
 
 # The public headers are those that quillet.h includes. How names are exported is for the headers alone.
-headers=$(g++ -std=c++20 -I . -MM quillet.h | sed 's/^quillet\.o://; s/\\$//; s| platform/export\.h||')
+headers=$(g++ -std=c++20 -I . -MM quillet.h | tr -d '\\\n' | sed 's/^quillet\.o://; s| platform/export\.h||')
 version=$(sed -n 's/^project(quillet VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 rm -rf build/docs
 mkdir -p build/docs
@@ -24,6 +24,6 @@ done >$examples
 {
     cat docs/reference/Doxyfile
     echo "PROJECT_NUMBER = $version"
-    echo "INPUT = docs/reference" $headers $examples
+    echo "INPUT = docs/reference $headers $examples"
 } | doxygen -
 echo "build/docs/index.html"

@@ -58,12 +58,13 @@ bool Show(Diag_FTM& phone, unsigned short item) {
 
 int main(int count, char** words) {
     const int port = count > 1 ? std::atoi(words[1]) : 0;
+    const int number = count > 2 ? std::atoi(words[2]) : -1;
     const char* text = count == 4 ? words[3] : "";
-    if (port <= 0 || count < 3 || count > 4 || std::strlen(text) > NvItems::kItemSize) {
+    if (port <= 0 || number < 0 || number > 0xFFFF || count > 4 || std::strlen(text) > NvItems::kItemSize) {
         std::fprintf(stderr, "usage: nv_items PORT ITEM [TEXT of at most 128 bytes]\n");
         return 2;
     }
-    const auto item = static_cast<unsigned short>(std::atoi(words[2]));
+    const auto item = static_cast<unsigned short>(number);
     Diag_FTM phone(port);
     if (!phone.IsPhoneConnected()) {
         std::fprintf(stderr, "%s\n", PortErrorText(phone.GetPortError(), "the port").c_str());
