@@ -66,6 +66,7 @@ int main(int count, char** words) {
     }
     const auto item = static_cast<unsigned short>(number);
     Diag_FTM phone(port);
+    phone.ConfigureTimeOut(QMSL_TimeOut_PhoneCheck, 1000); // a busy phone needs more than the usual 80 ms
     if (!phone.IsPhoneConnected()) {
         std::fprintf(stderr, "%s\n", PortErrorText(phone.GetPortError(), "the port").c_str());
         return 1;

@@ -30,6 +30,7 @@ bool Identify(Diag_FTM& phone, const char* source) {
 
 bool Record(int port, const char* file) {
     Diag_FTM phone(port);
+    phone.ConfigureTimeOut(QMSL_TimeOut_PhoneCheck, 1000); // a busy phone needs more than the usual 80 ms
     if (!phone.IsPhoneConnected()) { // before the log starts: it is not part of the session
         std::fprintf(stderr, "%s\n", PortErrorText(phone.GetPortError(), "the port").c_str());
         return false;

@@ -26,6 +26,7 @@ struct Work {
 /// Uses a connection of its own, so that it needs no lock.
 void Identify(Work& work) {
     Diag_FTM phone(work.port);
+    phone.ConfigureTimeOut(QMSL_TimeOut_PhoneCheck, 1000); // a busy phone needs more than the usual 80 ms
     if (!phone.IsPhoneConnected()) {
         work.result = PortErrorText(phone.GetPortError(), "the port");
         return;
