@@ -51,11 +51,10 @@ enum log_FTM2_HSDPA_BER_log_id_enum : int {
     LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND = 66,
 };
 
-// In every block aReceived has a flag per record id (counted from the first id of its kind): 1 after a record
-// of that id arrived since the last clear. The other fields hold the values of the latest such record;
-// clearing does not change them unless stated otherwise. Everything is initially 0.
-
-/// What a GSM test has reported.
+/// What a GSM test has reported. In every block of this kind aReceived has a flag per record id (counted from
+/// the first id of its kind): 1 after a record of that id arrived since the last clear. The other fields hold
+/// the values of the latest such record; clearing does not change them unless stated otherwise. Everything is
+/// initially 0.
 struct GSM_BER_State {
     unsigned char aReceived[8];
     unsigned char iSchFound; // 1: the broadcast channel was found
@@ -71,7 +70,7 @@ struct GSM_BER_State {
 };
 static_assert(sizeof(GSM_BER_State) == 34);
 
-/// What an EGPRS test has reported.
+/// What an EGPRS test has reported (see GSM_BER_State).
 struct EGPRS_BER_State {
     unsigned char aReceived[3];
     unsigned char iUnused;
@@ -81,7 +80,7 @@ struct EGPRS_BER_State {
 };
 static_assert(sizeof(EGPRS_BER_State) == 7);
 
-/// What a WCDMA test has reported.
+/// What a WCDMA test has reported (see GSM_BER_State).
 struct WCDMA_BER_State {
     unsigned char aReceived[8];
     unsigned char iAcquireStatus; // 1: the pilot was acquired
@@ -96,7 +95,7 @@ struct WCDMA_BER_State {
 };
 static_assert(sizeof(WCDMA_BER_State) == 36);
 
-/// What an HSDPA test has reported; each status is that of the latest confirmation.
+/// What an HSDPA test has reported (see GSM_BER_State). Each status is that of the latest confirmation.
 struct HSDPA_BER_State {
     unsigned char aReceived[3];
     unsigned char iStartStatus;

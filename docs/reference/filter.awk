@@ -5,7 +5,7 @@
 #   a comment that begins a list of declarations without blank lines describes all that it names ("A, B: ...",
 #                                   "GET_..._LIST: ..."), and all of the same name
 #   an indented list of arguments   becomes a list
-#   what programs cannot reach      is left out: protected members, and constructors that need a part of the library
+#   what programs cannot reach      is left out: protected members, constructors that need a part of the library, what is deleted
 # Everything belongs to the group of the header's folder.
 
 function end_section() {
@@ -16,7 +16,7 @@ function end_section() {
 
 # The name of the function that a line declares; "" if it declares none.
 function function_name(line) {
-    if (line ~ /^ *(private|protected|public|friend|using|class|struct|enum|return|static_assert)/ || line !~ /[A-Za-z0-9_]+\(/)
+    if (line ~ /~|= delete|^ *(private|protected|public|friend|using|class|struct|enum|return|static_assert)/ || line !~ /[A-Za-z0-9_]+\(/)
         return ""
     sub(/\(.*/, "", line)
     sub(/.*[^A-Za-z0-9_]/, "", line)
@@ -72,7 +72,7 @@ past_top && !in_group && /^$/ && folder != "" {
 }
 /^(private|protected|public):|^};/ { end_section() }
 /^protected:/ { $0 = "private:" }
-/^ +(explicit )?[A-Z][A-Za-z0-9]*\((CommandFrame|DiagConnection)& / { $0 = "/** @private */" $0 }
+/^ +(explicit )?[A-Z][A-Za-z0-9]*\((CommandFrame|DiagConnection)& |= delete;/ { $0 = "/** @private */" $0 }
 
 /[;,{(] +\/\/ / { sub(/ \/\/ /, " ///< ") }
 
