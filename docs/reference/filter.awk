@@ -5,7 +5,8 @@
 #   a comment that begins a list of declarations without blank lines describes all that it names ("A, B: ...",
 #                                   "GET_..._LIST: ..."), and all of the same name
 #   an indented list of arguments   becomes a list
-#   what programs cannot reach      is left out: protected members, constructors that need a part of the library, what is deleted
+#   what programs cannot use        is left out: protected members, constructors that need a part of the library,
+#                                   deleted functions
 # Everything belongs to the group of the header's folder.
 
 function end_section() {
