@@ -17,6 +17,7 @@ class CommandFrame;
 /// them. True with a status other than 0 means that the phone answered and refused.
 class QUILLET_API NvItems {
 public:
+    /// The largest item, in bytes.
     static constexpr size_t kItemSize = 128;
     /// In a batch an item may be one byte longer.
     static constexpr size_t kBatchItemSize = 129;

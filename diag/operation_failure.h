@@ -5,6 +5,7 @@
 
 /// OperationFailure says why an operation failed, or why the phone refused where the result does not show it.
 struct OperationFailure {
+    /// What went wrong.
     enum class Kind {
         None,             // nothing failed, or the reason is not known
         NotSent,          // a path does not fit into a request: nothing was sent
@@ -15,6 +16,6 @@ struct OperationFailure {
         LocalNotRead,     // the local file cannot be read; iErrorNo is errno's value, or 0
         LocalNotWritten,  // the local file cannot be written; iErrorNo likewise
     };
-    Kind eKind = Kind::None;
-    DWORD iErrorNo = 0;
+    Kind eKind = Kind::None; // what went wrong
+    DWORD iErrorNo = 0;      // as the kind says, else 0
 };

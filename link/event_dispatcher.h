@@ -32,6 +32,7 @@ struct CQLibEvent {
 class QUILLET_API CQLibEvents_Listener {
 public:
     virtual ~CQLibEvents_Listener();
+    /// messageReceived receives one packet. The last four values are those of CQLibEvent.
     virtual void messageReceived(LONG iLength, unsigned char* pData, unsigned int iValue3, LONG iValue4,
                                  short iValue5, DWORD iValue6) = 0;
 };

@@ -23,9 +23,11 @@ class RadioTestStatus;
 /// delivery thread, ReceiveDirectly on the thread that reads the port, everything else on the caller's.
 class QUILLET_API CQLibEventListener : public CQLibEvents_Listener {
 public:
+    /// Makes a listener that fills the two queues, which must outlive it.
     CQLibEventListener(CQLibMessageQueue* pAsyncQueue, CQLibMessageQueue* pSyncQueue);
     ~CQLibEventListener() override;
 
+    /// messageReceived sorts one packet.
     void messageReceived(LONG iLength, unsigned char* pData, unsigned int iValue3, LONG iValue4,
                          short iValue5, DWORD iValue6) override;
 
@@ -41,6 +43,7 @@ public:
     /// ConfigureAsyncMessageCallBack registers the callback (null: none). It is called with no lock held but
     /// the dispatcher's; a call in progress may still be running when this returns.
     void ConfigureAsyncMessageCallBack(void* pUserData, AsyncMessageCallBack pfnCallBack);
+    /// GetAsyncQueue, GetSyncQueue return the queues.
     CQLibMessageQueue* GetAsyncQueue() const { return m_pAsyncQueue; }
     CQLibMessageQueue* GetSyncQueue() const { return m_pSyncQueue; }
     /// SetLoggingEnabled sets whether unsolicited packets are queued (initially they are dropped).
