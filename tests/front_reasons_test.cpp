@@ -106,7 +106,7 @@ TEST_F(FrontReasons, FailuresWithoutARefusal) {
              m_phone.Misbehave(Action::Cut, kRead, 1, 6);
              return GetFile();
          },
-         "copy from the phone: /d/f: the handset's response cannot be used"},
+         "copy from the phone: /d/f: the handset's answer cannot be used"},
         {[&] {
              m_phone.Misbehave(Action::Unplug, kRead, 1, 0, 1);
              return GetFile();
@@ -200,7 +200,7 @@ TEST_F(FrontNoHandset, ReasonsOfOneHandset) {
     ExpectReason("port COM3 cannot be opened");
     InjectedFaults().bSetCommStateFails = false;
     m_phone.Misbehave(Action::Ignore, "", -1);
-    ExpectReason("the handset on port COM3 does not response");
+    ExpectReason("the handset on port COM3 does not answer");
 }
 
 TEST_F(FrontNoHandset, HandsetsWithoutAPortAreSkipped) {
