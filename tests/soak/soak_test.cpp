@@ -165,6 +165,9 @@ protected:
         m_phone.phone.SendWire(noise);
     }
 
+    /// Without a fault, a request fails only if the machine stalls for its whole time-out, at least 80 ms.
+    bool IsDisturbed() const { return m_bHarmed || Clock::now() - m_start >= std::chrono::milliseconds(80); }
+
     void Run(const Step& step) {
         if (m_bGone && Dice(2) == 0)
             ComeBack();
@@ -173,14 +176,13 @@ protected:
         Plant(m_before, mirror);
         const bool bExpected = step.model(mirror);
         Prepare(step);
-        const auto start = Clock::now();
+        m_start = Clock::now();
         FsStatusInfo(nullptr, FS_STATUS_START, 0);
         const bool bDone = step.act();
         FsStatusInfo(nullptr, FS_STATUS_END, 0);
-        // Without a fault, a request fails only if the machine stalls for its whole time-out, at least 80 ms.
-        const bool bStalled = !m_bHarmed && Clock::now() - start >= std::chrono::milliseconds(80);
+        const bool bDisturbed = IsDisturbed();
         Settle();
-        m_bHarmed |= bStalled;
+        m_bHarmed = bDisturbed;
         Judge(step, bDone, bExpected, TreeOf(mirror));
     }
 
@@ -305,7 +307,8 @@ protected:
             for (const auto& [sPath, sWhat] : m_before)
                 if (sPath.substr(0, sPath.rfind('/')) == sFolder)
                     held[sPath.substr(sFolder.size() + 1) + (sWhat[0] == 'd' ? "/" : "")] = sWhat.size() - 1;
-            EXPECT_TRUE(listed == held || (listed.empty() && m_bHarmed)) << "wrong listing of " << sFolder;
+            EXPECT_TRUE(listed == held || (listed.empty() && IsDisturbed()))
+                << "wrong listing of " << sFolder << ": " << testing::PrintToString(listed);
             return listed == held;
         };
         return {"ls " + sFolder, act, [](FileSystem&) { return true; }};
@@ -345,12 +348,13 @@ protected:
     // The running operation:
     Command m_eBlind = Command::Other;
     bool m_bWentAway = false;
-    bool m_bHarmed = false;  // a request got no usable response
-    int m_iHarmedOpens = 0;  // requests to open a file among these
-    bool m_bRefused = false; // `m_eBlind` was not carried out
-    bool m_bOpened = false;  // a file may have been opened for the client
-    bool m_bAborted = false; // the user aborted
-    int m_iFaults = 0;       // in the whole run
+    Clock::time_point m_start; // of the operation
+    bool m_bHarmed = false;    // a request got no usable response
+    int m_iHarmedOpens = 0;    // requests to open a file among these
+    bool m_bRefused = false;   // `m_eBlind` was not carried out
+    bool m_bOpened = false;    // a file may have been opened for the client
+    bool m_bAborted = false;   // the user aborted
+    int m_iFaults = 0;         // in the whole run
 };
 
 TEST_F(Soak, ReportsAreTrue) {
