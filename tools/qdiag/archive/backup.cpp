@@ -7,6 +7,7 @@
 #include "common/interrupt.h"
 #include "common/progress.h"
 #include "common/text.h"
+#include "qdiag/archive/checksum.h"
 #include "qdiag/archive/identity.h"
 #include "qdiag/archive/spool.h"
 #include "qdiag/archive/writer.h"
@@ -50,7 +51,7 @@ public:
         m_progress.emplace("reading");
         for (const Found& found : m_found) {
             if (found.entry.kind == Kind::Folder)
-                Keep(found, found.entry, "");
+                KeepWhole(found, "");
             else if (found.entry.kind == Kind::Link)
                 CopyLink(found);
             else
@@ -125,7 +126,7 @@ private:
         PhoneEntry ignored;
         if (m_files.Stat(found.path, ignored).error == EFS2_ERROR_NOT_THERE)
             return LeaveOut(found.path, "a broken link; it leads to " + Quoted(target));
-        Keep(found, found.entry, target);
+        KeepWhole(found, target);
     }
 
     /// Copies a file of which size and times are the same before and after. One that has changed since it was
@@ -134,40 +135,60 @@ private:
         PhoneEntry before = found.entry;
         const uint64_t begin = m_done;
         for (int i = 0; i < 2; ++i) {
-            m_spool.Clear();
             m_done = begin;
-            Outcome outcome = m_files.Read(found.path, before.size, [&](auto block) {
-                m_spool.Append(block);
-                m_done = std::min(m_bytes, m_done + block.size());
-                Report();
-                return true;
-            });
+            ArchiveEntry kept = EntryOf(found, before);
+            Checksum checksum(kept);
             PhoneEntry after;
+            Outcome outcome = ReadContent(found.path, before.size, checksum);
             if (outcome.IsGranted())
                 outcome = m_files.Stat(found.path, after);
             if (!outcome.IsGranted())
                 return LeaveOut(found.path, outcome.reason);
             if (m_spool.Size() == after.size && IsSameVersion(before, after)) {
-                Keep(found, before, "");
-                m_spool.CopyTo([this](auto piece) { m_archive.Append(piece); });
-                return;
+                kept.checksum = checksum.Text();
+                Keep(kept);
+                return m_spool.CopyTo([this](auto piece) { m_archive.Append(piece); });
             }
             before = after;
         }
         LeaveOut(found.path, "it changed while it was copied");
     }
 
-    void Keep(const Found& found, const PhoneEntry& entry, const std::string& target) {
+    Outcome ReadContent(const std::string& path, uint32_t size, Checksum& checksum) {
+        m_spool.Clear();
+        return m_files.Read(path, size, [&](auto block) {
+            m_spool.Append(block);
+            checksum.Append(block);
+            m_done = std::min(m_bytes, m_done + block.size());
+            Report();
+            return true;
+        });
+    }
+
+    /// An entry of a special kind is kept as a file.
+    static ArchiveEntry EntryOf(const Found& found, const PhoneEntry& entry) {
         ArchiveEntry kept;
-        kept.name = found.path.substr(1) + (entry.kind == Kind::Folder ? "/" : "");
-        kept.kind = found.entry.kind;
+        const bool isFolder = found.entry.kind == Kind::Folder;
+        kept.name = found.path.substr(1) + (isFolder ? "/" : "");
+        kept.kind = found.entry.kind == Kind::Special ? Kind::File : found.entry.kind;
         kept.mode = entry.mode;
-        kept.size = kept.kind == Kind::Folder || kept.kind == Kind::Link ? 0 : entry.size;
+        kept.size = kept.kind == Kind::File ? entry.size : 0;
         kept.accessed = entry.accessed;
         kept.modified = entry.modified;
         kept.changed = entry.changed;
+        return kept;
+    }
+
+    /// Keeps a folder or link.
+    void KeepWhole(const Found& found, const std::string& target) {
+        ArchiveEntry kept = EntryOf(found, found.entry);
         kept.target = target;
-        m_archive.Begin(kept);
+        kept.checksum = Checksum(kept).Text();
+        Keep(kept);
+    }
+
+    void Keep(const ArchiveEntry& entry) {
+        m_archive.Begin(entry);
         ++m_kept;
         Report();
     }

@@ -18,12 +18,14 @@ struct ArchiveEntry {
     uint32_t accessed = 0;
     uint32_t modified = 0;
     uint32_t changed = 0;
-    std::string target; // of a link
+    std::string target;   // of a link
+    std::string checksum; // see Checksum; empty when the archive has none
 };
 
-/// The extended attribute of an archive's first entry that holds the identity of the phone. Other programs
-/// leave it alone.
+/// Extended attributes, which other programs leave alone: of the first entry, the identity of the phone; of
+/// every entry, its checksum.
 constexpr const char* kIdentityAttribute = "user.quillet.phone";
+constexpr const char* kChecksumAttribute = "user.quillet.checksum";
 
 /// Makes libarchive pass names through as they are, which it otherwise takes for text in the user's encoding.
 void UsePlainNames();

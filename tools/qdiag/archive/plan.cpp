@@ -8,6 +8,7 @@
 
 #include "common/failure.h"
 #include "common/text.h"
+#include "qdiag/archive/checksum.h"
 #include "qdiag/efs/phone_path.h"
 
 namespace tools::qdiag {
@@ -40,8 +41,7 @@ public:
             Complain(entry.name, problem);
         else
             Take(entry);
-        if (entry.kind == Kind::File && ReadContent(archive) != entry.size)
-            Complain(entry.name, "its content has another size than it says");
+        CheckContent(entry, archive);
     }
 
     void Finish() {
@@ -72,12 +72,18 @@ private:
         return ProblemOfName(entry.name);
     }
 
-    static uint64_t ReadContent(ArchiveReader& archive) {
+    void CheckContent(const ArchiveEntry& entry, ArchiveReader& archive) {
         std::array<unsigned char, 65536> piece;
+        Checksum checksum(entry);
         uint64_t size = 0;
-        while (const size_t count = archive.Read(piece))
+        while (const size_t count = archive.Read(piece)) {
+            checksum.Append(std::span(piece).first(count));
             size += count;
-        return size;
+        }
+        if (entry.kind == Kind::File && size != entry.size)
+            Complain(entry.name, "its content has another size than it says");
+        else if (!entry.checksum.empty() && entry.checksum != checksum.Text())
+            Complain(entry.name, "its checksum is wrong, so the archive is damaged");
     }
 
     void Take(const ArchiveEntry& entry) {

@@ -49,6 +49,18 @@ std::string TextOf(const char* text) {
     return text == nullptr ? "" : text;
 }
 
+/// Returns an extended attribute; empty when there is none.
+std::string AttributeOf(archive_entry* header, const char* wanted) {
+    archive_entry_xattr_reset(header);
+    const char* name = nullptr;
+    const void* value = nullptr;
+    size_t size = 0;
+    while (archive_entry_xattr_next(header, &name, &value, &size) == ARCHIVE_OK)
+        if (name != nullptr && std::string_view(name) == wanted)
+            return {static_cast<const char*>(value), size};
+    return "";
+}
+
 } // namespace
 
 void ArchiveReader::Freeing::operator()(archive* a) const {
@@ -100,16 +112,6 @@ void ArchiveReader::RequireEndMark() const {
         ThrowDamaged("its end is missing");
 }
 
-void ArchiveReader::TakeIdentity(archive_entry* header) {
-    archive_entry_xattr_reset(header);
-    const char* name = nullptr;
-    const void* value = nullptr;
-    size_t size = 0;
-    while (archive_entry_xattr_next(header, &name, &value, &size) == ARCHIVE_OK)
-        if (name != nullptr && std::string_view(name) == kIdentityAttribute)
-            m_identity.assign(static_cast<const char*>(value), size);
-}
-
 bool ArchiveReader::Next(ArchiveEntry& entry) {
     if (Interrupted())
         throw Failure("interrupted: " + m_aftermath);
@@ -128,8 +130,9 @@ bool ArchiveReader::Next(ArchiveEntry& entry) {
     entry.mode = static_cast<uint32_t>(archive_entry_perm(header));
     entry.size = static_cast<uint64_t>(std::max<la_int64_t>(archive_entry_size(header), 0));
     entry.target = TextOf(archive_entry_symlink(header));
+    entry.checksum = AttributeOf(header, kChecksumAttribute);
     if (!m_isBegun)
-        TakeIdentity(header);
+        m_identity = AttributeOf(header, kIdentityAttribute);
     m_isBegun = true;
     return true;
 }

@@ -36,7 +36,6 @@ private:
     };
     [[noreturn]] void ThrowDamaged(const std::string& reason) const;
     void RequireEndMark() const;
-    void TakeIdentity(archive_entry* header);
 
     const std::string m_path;
     const std::string m_aftermath;

@@ -32,6 +32,11 @@ mode_t TypeOf(Kind kind) {
     return kind == Kind::Folder ? AE_IFDIR : kind == Kind::Link ? AE_IFLNK : AE_IFREG;
 }
 
+void AddAttribute(archive_entry* header, const char* name, const std::string& value) {
+    if (!value.empty())
+        archive_entry_xattr_add_entry(header, name, value.data(), value.size());
+}
+
 void SyncFolderOf(const std::string& path) {
     const size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
@@ -108,8 +113,8 @@ void ArchiveWriter::Begin(const ArchiveEntry& entry) {
     archive_entry_set_ctime(header.get(), entry.changed, 0);
     if (entry.kind == Kind::Link)
         archive_entry_copy_symlink(header.get(), entry.target.c_str());
-    if (!m_identity.empty())
-        archive_entry_xattr_add_entry(header.get(), kIdentityAttribute, m_identity.data(), m_identity.size());
+    AddAttribute(header.get(), kChecksumAttribute, entry.checksum);
+    AddAttribute(header.get(), kIdentityAttribute, m_identity);
     m_identity.clear();
     // A warning says that the name is not UTF-8; it is then kept byte by byte.
     Require(archive_write_header(m_archive.get(), header.get()) >= ARCHIVE_WARN);

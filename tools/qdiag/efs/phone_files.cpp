@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kAttempts = 3;
 constexpr DWORD kUnset = 0xFFFFFFFF; // a response that lacks its error number leaves this
+constexpr DWORD kNotOpen = 9;
 constexpr uint32_t kPermissions = 07777;
 
 // Flags of EFS2_DIAG_OPEN.
@@ -184,8 +185,10 @@ public:
     Outcome Close() {
         const LONG descriptor = m_descriptor;
         m_descriptor = -1;
-        return m_files.AskAnyway(
+        const Outcome outcome = m_files.AskAnyway(
             [&](Diag_FTM& phone, DWORD& error) { return phone.EFS2_DIAG_CLOSE(descriptor, error); });
+        // When a response was lost, the library repeats the request for a file that is closed already.
+        return outcome.error == kNotOpen ? Outcome{} : outcome;
     }
 
 private:
