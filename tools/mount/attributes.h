@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "common/phone_paths.h"
+
 namespace tools::mount {
 
 using Clock = std::chrono::steady_clock;
@@ -46,11 +48,5 @@ struct Listing {
     void Sort();
     const Entry* Find(const std::string& name) const;
 };
-
-/// The folder of a path ("/" for what lies in the root), and the name in it.
-std::string FolderOf(const std::string& path);
-std::string NameOf(const std::string& path);
-/// True for the path itself and all below it.
-bool IsWithin(const std::string& path, const std::string& folder);
 
 } // namespace tools::mount

@@ -9,8 +9,8 @@
 
 namespace tools::qdiag {
 
-/// Checksum is the CRC-32 of an entry's name, its link's target and its content, each of the texts with a
-/// zero behind it. Tar protects neither contents nor long names.
+/// Checksum is the CRC-32 of an entry's name, its link's target (both with a terminating zero) and its
+/// content. Tar protects neither contents nor long names.
 class Checksum {
 public:
     explicit Checksum(const ArchiveEntry& entry);

@@ -13,18 +13,8 @@ namespace {
 
 using Remedy = Difference::Remedy;
 
-const char* NameOfKind(Kind kind) {
-    switch (kind) {
-        case Kind::File:
-            return "a file";
-        case Kind::Folder:
-            return "a folder";
-        case Kind::Link:
-            return "a link";
-        case Kind::Special:
-            break;
-    }
-    return "a special entry";
+std::string AKind(Kind kind) {
+    return std::string("a ") + KindText(kind);
 }
 
 std::string Both(const std::string& onPhone, const std::string& inArchive) {
@@ -61,7 +51,7 @@ public:
             if (place.entry == nullptr || !place.obstacle.empty())
                 return place;
             if (place.entry->kind != Kind::Folder)
-                return {nullptr, Quoted(above) + " is " + NameOfKind(place.entry->kind) + " on the phone"};
+                return {nullptr, Quoted(above) + " is " + AKind(place.entry->kind) + " on the phone"};
         }
         const Folder& folder = Listing(above);
         if (!folder.obstacle.empty())
@@ -145,8 +135,7 @@ private:
     void AddKind(const std::string& path, Kind inArchive, Kind onPhone) {
         const bool isReplaceable =
             inArchive != Kind::Folder && (onPhone == Kind::File || onPhone == Kind::Link);
-        Add(path, isReplaceable ? Remedy::Write : Remedy::Impossible,
-            Both(NameOfKind(onPhone), NameOfKind(inArchive)));
+        Add(path, isReplaceable ? Remedy::Write : Remedy::Impossible, Both(AKind(onPhone), AKind(inArchive)));
     }
 
     void AddContent(const std::string& path, const PhoneEntry& entry, const std::string& text) {

@@ -64,6 +64,20 @@ PhoneEntry EntryOf(const Efs2DirEntry& listed) {
 
 } // namespace
 
+const char* KindText(Kind kind) {
+    switch (kind) {
+        case Kind::File:
+            return "file";
+        case Kind::Folder:
+            return "folder";
+        case Kind::Link:
+            return "link";
+        case Kind::Special:
+            break;
+    }
+    return "special file";
+}
+
 // --- Requests ------------------------------------------------------------------------------------------
 
 /// Sends a request until it is answered. `call` gets the connection and the error number to set.

@@ -13,6 +13,9 @@ namespace tools::qdiag {
 
 enum class Kind { File, Folder, Link, Special };
 
+/// Returns "file", "folder", "link" or "special file".
+const char* KindText(Kind kind);
+
 /// What the phone reports about an entry. Times are seconds since 1970, UTC.
 struct PhoneEntry {
     std::string name; // set only by a listing

@@ -1,7 +1,9 @@
-// Paths on the phone: "/" and names with '/' between them.
+// Paths on the phone, as users type them.
 #pragma once
 
 #include <string>
+
+#include "common/phone_paths.h"
 
 namespace tools::qdiag {
 
@@ -11,12 +13,5 @@ std::string ParsePhonePath(const std::string& text);
 
 /// Returns the path of an entry of a folder.
 std::string ChildOf(const std::string& folder, const std::string& name);
-
-/// Returns the folder of a path ("/" for what is in the root), and the name in it.
-std::string FolderOf(const std::string& path);
-std::string NameOf(const std::string& path);
-
-/// Returns true for the folder itself and everything below it.
-bool IsWithin(const std::string& path, const std::string& folder);
 
 } // namespace tools::qdiag

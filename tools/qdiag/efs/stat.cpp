@@ -12,20 +12,6 @@
 namespace tools::qdiag {
 namespace {
 
-const char* KindText(Kind kind) {
-    switch (kind) {
-        case Kind::File:
-            return "file";
-        case Kind::Folder:
-            return "folder";
-        case Kind::Link:
-            return "link";
-        case Kind::Special:
-            break;
-    }
-    return "special";
-}
-
 void AddTime(Facts& facts, const char* key, uint32_t time) {
     using namespace std::chrono;
     const sys_seconds moment{seconds(time)};
