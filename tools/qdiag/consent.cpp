@@ -11,9 +11,9 @@ namespace tools::qdiag {
 void RequireConsent() {
     std::printf("Write them to the phone? [y/N] ");
     std::fflush(stdout);
-    std::string answer;
-    std::getline(std::cin, answer);
-    if (answer != "y" && answer != "Y" && answer != "yes")
+    std::string reply;
+    std::getline(std::cin, reply);
+    if (reply != "y" && reply != "Y" && reply != "yes")
         throw Failure("not confirmed: nothing was written");
 }
 

@@ -25,7 +25,7 @@ void AddSpace(const Phone& phone, Facts& facts, bool withKind) {
                              isAnswered
                                  ? "the phone refused to report its file-system figures (error number " +
                                        std::to_string(error) + ")"
-                                 : phone.NoAnswer("the file-system figures").what());
+                                 : phone.NoResponse("the file-system figures").what());
     }
     if (withKind) {
         facts.Number("id", id);
