@@ -128,6 +128,7 @@ void Restorer::Run() {
     MakeLinks();
     SetModes();
     Report();
+    m_progress.EndLine();
 }
 
 } // namespace tools::qdiag
