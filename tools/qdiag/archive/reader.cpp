@@ -71,7 +71,7 @@ ArchiveReader::ArchiveReader(const std::string& path, const std::string& afterma
     : m_path(path), m_aftermath(aftermath), m_archive(archive_read_new()) {
     archive* const a = m_archive.get();
     struct stat status {};
-    m_file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    m_file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); // a pipe would wait for its writer
     if (m_file < 0 || a == nullptr || fstat(m_file, &status) != 0)
         throw Failure("the file " + Quoted(path) + " cannot be read: " + std::strerror(errno));
     if (!S_ISREG(status.st_mode)) {
