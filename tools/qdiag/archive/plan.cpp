@@ -149,7 +149,7 @@ void ForEachFile(const Plan& plan, const std::string& aftermath, const FileVisit
         if (path.empty())
             continue;
         const PlannedEntry& planned = plan.entries.at(path);
-        if (ProblemOfName(entry.name) != "" || ParsePhonePath(entry.name) != path ||
+        if (!ProblemOfName(entry.name).empty() || ParsePhonePath(entry.name) != path ||
             entry.kind != planned.kind || entry.size != planned.size)
             throw Failure("the archive was changed meanwhile: " + aftermath);
         if (planned.kind == Kind::File)

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <random>
-#include <ranges>
 
 #include "common/text.h"
 #include "qdiag/efs/phone_path.h"
@@ -102,15 +101,17 @@ void Restorer::MakeFolders() {
 }
 
 void Restorer::MakeLinks() {
-    for (const auto& [path, planned] : m_plan.entries)
-        if (planned.kind == Kind::Link && IsToDo(path, Remedy::Write))
-            Replace(path, [&](const std::string& temporary) {
-                return m_files.MakeLink(temporary, planned.target);
-            });
+    for (const auto& [path, planned] : m_plan.entries) {
+        if (planned.kind != Kind::Link || !IsToDo(path, Remedy::Write))
+            continue;
+        const std::string& target = planned.target;
+        Replace(path, [&](const std::string& temporary) { return m_files.MakeLink(temporary, target); });
+    }
 }
 
 void Restorer::SetModes() {
-    for (const auto& [path, planned] : m_plan.entries | std::views::reverse) {
+    for (auto place = m_plan.entries.rbegin(); place != m_plan.entries.rend(); ++place) {
+        const auto& [path, planned] = *place;
         const bool isNewFolder = planned.kind == Kind::Folder && m_written.contains(path) &&
                                  planned.mode != (planned.mode | kOwnerOfFolder);
         if (isNewFolder || IsToDo(path, Remedy::SetMode))

@@ -121,7 +121,7 @@ Outcome PhoneFiles::Stat(const std::string& path, PhoneEntry& entry) {
 
 Outcome PhoneFiles::LinkTarget(const std::string& path, std::string& target) {
     char text[Diag_FTM::kEfs2TextSize] = "";
-    const Outcome outcome = Ask([&](Diag_FTM& phone, DWORD& error) {
+    Outcome outcome = Ask([&](Diag_FTM& phone, DWORD& error) {
         return phone.EFS2_DIAG_LINK_TARGET(path.c_str(), text, error);
     });
     target = text;
