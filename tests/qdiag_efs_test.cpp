@@ -398,7 +398,7 @@ TEST_F(QdiagArchiveTest, RestoreSurvivesLostResponsesAndReportsRefusals) {
     Files([](FileSystem& files) { files.Clear(); });
     for (const std::string& sPrefix : {kMakeFolder, kMakeLink, kRename, kOpenFile, kCloseFile, kWrite})
         m_phone.Misbehave(Action::Drop, sPrefix);
-    Expect({{"restore -y x.tar --timeout 300", 0, "restored and read back"}});
+    Expect({{"restore -y x.tar --timeout 1500", 0, "restored and read back"}});
     EXPECT_EQ(Everything(), before);
 
     const struct {
