@@ -46,6 +46,7 @@ done
 
 . "$here/tools/need.sh"
 need_build_tools
+need_archive_library
 (
     cd "$here"
     cmake --preset bench

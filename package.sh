@@ -9,6 +9,7 @@ fi
 cd "$(dirname "$0")"
 . tools/need.sh
 need_build_tools
+need_archive_library
 need_windows_compilers
 need zip:zip
 

@@ -92,6 +92,8 @@ private:
             return files.Content("up") == FilePattern(iValue) ? 1 : 0;
         if (eOrder == Order::File)
             files.AddFile("file" + sNumber, FilePattern(iValue));
+        if (eOrder == Order::FolderOfFile)
+            files.AddFile("folder-of-" + sNumber + "/file", FilePattern(iValue));
         for (uint64_t i = 0; eOrder == Order::Folder && i < iValue; ++i)
             files.AddFile("folder" + sNumber + "/entry number " + std::to_string(i), std::string("x"));
         return 0;

@@ -31,6 +31,8 @@ public:
     void SetChatter(unsigned iRecords) { Ask(Order::Chatter, iRecords); }
     /// Makes the file "file<iSize>" with the content FilePattern(iSize).
     void MakeFile(size_t iSize) { Ask(Order::File, iSize); }
+    /// Likewise the file "folder-of-<iSize>/file", the only one in its folder.
+    void MakeFolderOfFile(size_t iSize) { Ask(Order::FolderOfFile, iSize); }
     /// Makes the folder "folder<iEntries>" with that many files.
     void MakeFolder(size_t iEntries) { Ask(Order::Folder, iEntries); }
     /// True when the content of the file "up" is FilePattern(iSize).
@@ -48,6 +50,7 @@ private:
         Latency,
         Chatter,
         File,
+        FolderOfFile,
         Folder,
         CheckUpload,
         CountRequests,

@@ -1,33 +1,22 @@
 #include "bench/measure.h"
 
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <chrono>
 #include <stdexcept>
 
-namespace {
-
-double Cpu_us() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e6 +
-           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
-}
+#include "bench/process_figures.h"
 
 void KeepFaster(Usage& best, const Usage& usage) {
     if (best.fWall_us == 0 || usage.fWall_us < best.fWall_us)
         best = usage;
 }
 
-} // namespace
-
 Usage Measure(const std::function<void()>& work) {
-    const double fCpu_us = Cpu_us();
+    const double fCpu_us = OwnCpu_us();
     const auto start = std::chrono::steady_clock::now();
     work();
     const std::chrono::duration<double, std::micro> taken = std::chrono::steady_clock::now() - start;
-    return {taken.count(), Cpu_us() - fCpu_us};
+    return {taken.count(), OwnCpu_us() - fCpu_us};
 }
 
 void Require(bool bHolds, const char* sWhat) {

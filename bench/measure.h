@@ -16,6 +16,9 @@ struct Usage {
     double fCpu_us = 0;
 };
 
+/// Replaces `best` by `usage` when that was faster, or the first.
+void KeepFaster(Usage& best, const Usage& usage);
+
 Usage Measure(const std::function<void()>& work);
 
 /// Throws std::runtime_error(sWhat) unless bHolds.

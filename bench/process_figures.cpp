@@ -1,5 +1,7 @@
 #include "bench/process_figures.h"
 
+#include <sys/resource.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -16,6 +18,13 @@ uint64_t StatusValue(const std::filesystem::path& file, const std::string& sName
     return 0;
 }
 
+double Cpu_us(int iWhose) {
+    rusage usage{};
+    getrusage(iWhose, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e6 +
+           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
+}
+
 } // namespace
 
 uint64_t VoluntarySwitches() {
@@ -23,6 +32,14 @@ uint64_t VoluntarySwitches() {
     for (const auto& task : std::filesystem::directory_iterator("/proc/self/task"))
         iSum += StatusValue(task.path() / "status", "voluntary_ctxt_switches");
     return iSum;
+}
+
+double OwnCpu_us() {
+    return Cpu_us(RUSAGE_SELF);
+}
+
+double CpuOfChildren_us() {
+    return Cpu_us(RUSAGE_CHILDREN);
 }
 
 double Resident_MiB() {

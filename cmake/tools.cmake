@@ -39,13 +39,24 @@ endif()
 # qdiag uses the library as any other program would: quillet.h, and the plug-in's file beside it. It needs
 # the system's terminals and is made for Linux alone.
 if(NOT WIN32)
-    file(GLOB qdiag_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/*.cpp)
+    file(GLOB qdiag_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/*.cpp
+        ${PROJECT_SOURCE_DIR}/tools/qdiag/efs/*.cpp)
     add_executable(qdiag ${qdiag_sources})
     target_include_directories(qdiag PRIVATE ${PROJECT_SOURCE_DIR})
     target_link_libraries(qdiag PRIVATE tools_common quillet quillet_options)
     set_target_properties(qdiag PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
         INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
     quillet_program_documents(qdiag)
+    # The commands that read and write archives.
+    find_package(LibArchive)
+    if(LibArchive_FOUND)
+        file(GLOB archive_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/archive/*.cpp)
+        target_sources(qdiag PRIVATE ${archive_sources})
+        target_link_libraries(qdiag PRIVATE LibArchive::LibArchive)
+    else()
+        target_sources(qdiag PRIVATE ${PROJECT_SOURCE_DIR}/tools/qdiag/without_archive/commands.cpp)
+        message(STATUS "qdiag is built without efs backup and efs restore: they need libarchive (libarchive-dev)")
+    endif()
 endif()
 
 # The simulated handset on a pseudo-terminal.

@@ -38,6 +38,11 @@ need_mount_library() {
     need /usr/include/fuse3/fuse.h:libfuse3-dev pkg-config:pkg-config
 }
 
+# qdiag reads and writes archives where this is; nothing else needs it.
+need_archive_library() {
+    need /usr/include/archive.h:libarchive-dev
+}
+
 need_test_libraries() {
     need /usr/include/gtest/gtest.h:libgtest-dev /usr/include/gmock/gmock.h:libgmock-dev
 }

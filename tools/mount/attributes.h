@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "common/phone_paths.h"
+
 namespace tools::mount {
 
 using Clock = std::chrono::steady_clock;
@@ -46,12 +48,5 @@ struct Listing {
     void Sort();
     const Entry* Find(const std::string& name) const;
 };
-
-/// Returns the folder of a path ("/" for entries of the root).
-std::string FolderOf(const std::string& path);
-/// Returns the last component of a path.
-std::string NameOf(const std::string& path);
-/// Returns true for the folder itself and all paths below it.
-bool IsWithin(const std::string& path, const std::string& folder);
 
 } // namespace tools::mount

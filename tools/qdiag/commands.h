@@ -5,6 +5,11 @@
 
 namespace tools::qdiag {
 
+void EfsStatCommand(const Job& job);    // efs/stat.cpp
+void EfsDfCommand(const Job& job);      // efs/space.cpp
+void EfsBackupCommand(const Job& job);  // archive/backup.cpp
+void EfsRestoreCommand(const Job& job); // archive/restore.cpp
+
 void InfoCommand(const Job& job);      // info.cpp
 void NvReadCommand(const Job& job);    // nv.cpp
 void NvWriteCommand(const Job& job);   // nv.cpp

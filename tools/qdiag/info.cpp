@@ -4,56 +4,13 @@
 #include <cstdio>
 #include <span>
 
-#include "common/text.h"
 #include "qdiag/commands.h"
+#include "qdiag/efs/space.h"
+#include "qdiag/facts.h"
 #include "qdiag/phone.h"
 
 namespace tools::qdiag {
 namespace {
-
-/// One fact about the phone.
-struct Fact {
-    const char* key;     // the JSON key
-    std::string printed; // the value as text for people
-    std::string json;    // the value as JSON
-};
-
-/// The facts that the phone reported, and the reasons why others are missing.
-class Facts {
-public:
-    void Text(const char* key, const std::string& text) {
-        m_facts.push_back({key, Printable(text), JsonText(text)});
-    }
-    void Number(const char* key, uint64_t number) {
-        m_facts.push_back({key, std::to_string(number), std::to_string(number)});
-    }
-    /// Records facts that the phone did not report, and the reason.
-    void Missing(std::initializer_list<const char*> keys, const std::string& reason) {
-        for (const char* key : keys)
-            m_facts.push_back({key, "(not reported)", "null"});
-        m_reasons += (m_reasons.empty() ? "" : "; ") + reason;
-    }
-
-    void Print(bool isJson) const {
-        std::string text = isJson ? "{\n" : "";
-        for (const Fact& fact : m_facts) {
-            std::string name = fact.key;
-            if (isJson) {
-                text += "  \"" + name + "\": " + fact.json + (&fact == &m_facts.back() ? "\n" : ",\n");
-                continue;
-            }
-            std::ranges::replace(name, '_', ' ');
-            name.resize(22, ' ');
-            text += name + fact.printed + "\n";
-        }
-        std::printf("%s%s", text.c_str(), isJson ? "}\n" : "");
-    }
-    const std::string& Reasons() const { return m_reasons; }
-
-private:
-    std::vector<Fact> m_facts;
-    std::string m_reasons;
-};
 
 /// Returns the text of a fixed-width field: up to its first zero, without trailing blanks.
 std::string FieldText(std::span<const char> field) {
@@ -111,35 +68,6 @@ void AddState(const Phone& phone, Facts& facts) {
         facts.Missing({"status"}, phone.NoResponse("the status").what());
 }
 
-void AddFileSystem(const Phone& phone, Facts& facts) {
-    DWORD error = 0;
-    DWORD id = 0;
-    DWORD type = 0;
-    DWORD blockSize = 0;
-    DWORD total = 0;
-    DWORD available = 0;
-    DWORD free = 0;
-    DWORD maxFileSize = 0;
-    DWORD files = 0;
-    DWORD maxFiles = 0;
-    const bool isAnswered = phone->EFS2_DIAG_STATFS("/", error, id, type, blockSize, total, available, free,
-                                                    maxFileSize, files, maxFiles);
-    if (!isAnswered || error != 0)
-        return facts.Missing({"block_size", "total_bytes", "available_bytes", "free_bytes", "max_file_size",
-                              "files", "max_files"},
-                             isAnswered
-                                 ? "the phone refused to report its file-system figures (error number " +
-                                       std::to_string(error) + ")"
-                                 : phone.NoResponse("the file-system figures").what());
-    facts.Number("block_size", blockSize);
-    facts.Number("total_bytes", uint64_t{blockSize} * total);
-    facts.Number("available_bytes", uint64_t{blockSize} * available);
-    facts.Number("free_bytes", uint64_t{blockSize} * free);
-    facts.Number("max_file_size", maxFileSize);
-    facts.Number("files", files);
-    facts.Number("max_files", maxFiles);
-}
-
 } // namespace
 
 void InfoCommand(const Job& job) {
@@ -149,7 +77,7 @@ void InfoCommand(const Job& job) {
     AddVersion(phone, facts);
     AddBuild(phone, facts);
     AddState(phone, facts);
-    AddFileSystem(phone, facts);
+    AddSpace(phone, facts);
     facts.Print(job.Has("--json"));
     if (!facts.Reasons().empty())
         throw Failure(facts.Reasons());

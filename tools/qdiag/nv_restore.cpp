@@ -1,13 +1,13 @@
 // The nv restore command: writes NV items from a file to the phone.
 #include <algorithm>
 #include <cstdio>
-#include <iostream>
 #include <span>
 
 #include "common/interrupt.h"
 #include "common/progress.h"
 #include "common/text.h"
 #include "qdiag/commands.h"
+#include "qdiag/consent.h"
 #include "qdiag/hex.h"
 #include "qdiag/nv_file.h"
 
@@ -60,15 +60,6 @@ void Show(const std::vector<Difference>& differences) {
         std::printf("%s\n  handset  %s\n  file     %s\n", ItemName(difference.item).c_str(), held.c_str(),
                     ValueText(difference.wanted).c_str());
     }
-}
-
-void RequireConsent() {
-    std::printf("Write them to the phone? [y/N] ");
-    std::fflush(stdout);
-    std::string reply;
-    std::getline(std::cin, reply);
-    if (reply != "y" && reply != "Y" && reply != "yes")
-        throw Failure("not confirmed: nothing was written");
 }
 
 BatchResult Write(const Phone& phone, const std::vector<Difference>& differences,
