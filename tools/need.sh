@@ -38,6 +38,10 @@ need_mount_library() {
     need /usr/include/fuse3/fuse.h:libfuse3-dev pkg-config:pkg-config
 }
 
+need_packaging() {
+    need zip:zip dpkg-shlibdeps:dpkg-dev file:file gzip:gzip
+}
+
 need_test_libraries() {
     need /usr/include/gtest/gtest.h:libgtest-dev /usr/include/gmock/gmock.h:libgmock-dev
 }
