@@ -3,7 +3,8 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "The quillet maintainers <quillet@lists.example.org>")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_SET_DESTDIR ON)
+set(CPACK_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
     WORLD_READ WORLD_EXECUTE)
@@ -25,16 +26,16 @@ macro(quillet_debian COMPONENT PACKAGE SECTION DESCRIPTION)
 endmacro()
 
 quillet_debian(PROGRAMS quillet utils "files and settings of a mobile phone that is attached by USB
- A plug-in that shows the phone's flash file system in Double Commander, and
- programs for the command line: wfxhost copies and lists files, qdiag asks for
- versions, settings, logs and messages, quillet-mount shows the phone as a
- folder, and simulated-handset is a phone to try them on.")
+A plug-in that shows the phone's flash file system in Double Commander, and
+programs for the command line: wfxhost copies and lists files, qdiag asks for
+versions, settings, logs and messages, quillet-mount shows the phone as a
+folder, and simulated-handset is a phone to try them on.")
 quillet_debian(RUNTIME libquillet0 libs "client of a mobile phone's diagnostic protocol (library)
- The library exchanges packets with a phone over its serial port: files of its
- flash file system, NV items, logs, messages, and factory tests of its radio.")
+The library exchanges packets with a phone over its serial port: files of its
+flash file system, NV items, logs, messages, and factory tests of its radio.")
 quillet_debian(DEVELOPMENT libquillet-dev libdevel "client of a mobile phone's diagnostic protocol (headers)
- Headers, a CMake package, a pkg-config file and examples for C++20 programs
- that use libquillet.")
+Headers, a CMake package, a pkg-config file and examples for C++20 programs
+that use libquillet.")
 
 set(this_version "(= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_DEPENDS "libquillet0 ${this_version}")

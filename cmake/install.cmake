@@ -1,5 +1,5 @@
 # What "cmake --install" copies, in three components: runtime (the library), development (what programs that use it are
-# built with), programs (everything else). Nothing installed knows its prefix, so any will do, also a later one.
+# built with), programs (everything else).
 
 install(TARGETS quillet_library EXPORT quilletTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
@@ -22,8 +22,15 @@ install(EXPORT quilletTargets NAMESPACE quillet:: DESTINATION ${package_folder} 
 install(FILES ${CMAKE_BINARY_DIR}/install/quilletConfig.cmake ${CMAKE_BINARY_DIR}/install/quilletConfigVersion.cmake
     DESTINATION ${package_folder} COMPONENT development)
 
-file(RELATIVE_PATH QUILLET_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(packaging/quillet.pc.in ${CMAKE_BINARY_DIR}/install/quillet.pc @ONLY)
+# The one file that knows the prefix, which is chosen when installing. The Windows SDK is unpacked anywhere.
+set(QUILLET_PREFIX "@QUILLET_PREFIX@")
+if(WIN32)
+    set(QUILLET_PREFIX "\${pcfiledir}/../..")
+endif()
+configure_file(packaging/quillet.pc.in ${CMAKE_BINARY_DIR}/install/quillet.pc.in @ONLY)
+install(CODE "set(QUILLET_PREFIX \"\${CMAKE_INSTALL_PREFIX}\")
+configure_file(\"${CMAKE_BINARY_DIR}/install/quillet.pc.in\" \"${CMAKE_BINARY_DIR}/install/quillet.pc\" @ONLY)"
+    COMPONENT development)
 install(FILES ${CMAKE_BINARY_DIR}/install/quillet.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)
 
