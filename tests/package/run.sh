@@ -197,7 +197,7 @@ check_sdk() {
         fi
         echo "== Windows SDK, $width bits"
         cmake -S "$sdk/examples" -B "$work/windows$width" -G Ninja -DCMAKE_PREFIX_PATH="$sdk/win$width" \
-            -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-${compiler%%-*}.cmake" -DCMAKE_FIND_ROOT_PATH="$sdk/win$width" \
+            -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-${compiler%%-*}.cmake" \
             -DCMAKE_CXX_FLAGS='-Wall -Wextra -Werror' -DCMAKE_EXE_LINKER_FLAGS=-static >/dev/null &&
             cmake --build "$work/windows$width" || fail "examples with the SDK of $width bits"
         cp "$sdk/win$width/bin/quillet-0.dll" "$work/windows$width/"
