@@ -93,15 +93,15 @@ check_programs() {
     wait "$PHONE_PID" 2>/dev/null || true
 }
 
-# Each header compiles alone, also twice, and defines no macros but quillet's.
+# Each header compiles alone, also twice under both of its names, and defines no macros but quillet's.
 check_headers() {
     local flags standard compiler
     read -r -a flags <<<"$(pkg-config --cflags quillet)"
     # shellcheck disable=SC2016
     for compiler in g++ clang++; do
-        find /usr/include/quillet -name '*.h' -printf '%P\n' | xargs -P "$(nproc)" -I HEADER sh -c '
+        (cd "$work" && find /usr/include/quillet -name '*.h' -printf '%P\n' | xargs -P "$(nproc)" -I HEADER sh -c '
             printf "#include \"%s\"\n#include <quillet/%s>\n" HEADER HEADER |
-                '"$compiler"' -std=c++20 -Wall -Wextra -Werror -fsyntax-only '"${flags[*]}"' -x c++ - || echo HEADER' \
+                '"$compiler"' -std=c++20 -Wall -Wextra -Werror -fsyntax-only '"${flags[*]}"' -x c++ - || echo HEADER') \
             >"$work/broken"
         [ ! -s "$work/broken" ] || fail "$compiler does not compile, alone: $(paste -sd ' ' "$work/broken")"
     done
@@ -181,6 +181,11 @@ check_prefix() {
 
 # --- The Windows SDK ---
 
+# exports TOOLS FILE: the names that a Windows library exports.
+exports() {
+    "$1-objdump" -p "$2" | sed -nE 's/^\s+\[ *[0-9]+\] (\+base\[ *[0-9]+\] +[0-9a-f]+ )?([A-Za-z_]\S*)$/\2/p' | sort
+}
+
 check_sdk() {
     local sdk=$work/sdk/quillet-$version-windows-sdk wine=${XDG_CACHE_HOME:-$HOME/.cache}/quillet-wine width compiler
     unzip -q "dist/quillet-$version-windows-sdk.zip" -d "$work/sdk"
@@ -200,6 +205,9 @@ check_sdk() {
             -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-${compiler%%-*}.cmake" \
             -DCMAKE_CXX_FLAGS='-Wall -Wextra -Werror' -DCMAKE_EXE_LINKER_FLAGS=-static >/dev/null &&
             cmake --build "$work/windows$width" || fail "examples with the SDK of $width bits"
+        exports $compiler "$sdk/win$width/bin/quillet-0.dll" >"$work/exports"
+        exports $compiler "$(ls build/win$width/quillet.wfx*)" | grep -v '^Fs' | diff "$work/exports" - ||
+            fail "quillet-0.dll of $width bits exports something else than the plug-in"
         cp "$sdk/win$width/bin/quillet-0.dll" "$work/windows$width/"
         tests/windows/session.py $width "$wine" "$root/build/win$width" "$root/build" "$work/windows$width/list_tree.exe" 6 |
             tee "$work/output" || fail "list_tree with the SDK of $width bits"
