@@ -3,11 +3,10 @@
 
 namespace tools {
 
-/// TerminalWidth returns the columns of the terminal on standard output; 0 when that is not a terminal.
+/// Returns the columns of the terminal on standard output, 0 when it is not a terminal.
 int TerminalWidth();
 
-/// LetClosedPipesFail makes writing to a pipe that nobody reads an error, which otherwise ends the program on
-/// some systems.
+/// Makes writing to a pipe that nobody reads fail. On some systems it would end the program.
 void LetClosedPipesFail();
 
 } // namespace tools
