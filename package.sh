@@ -1,6 +1,9 @@
 #!/bin/sh
-# Installs what is missing, builds, and makes what users install: dist/quillet-VERSION.zip (Windows) and
-# dist/quillet-VERSION-linux-x86_64.tar.gz.
+# Installs what is missing, builds, and makes what others install, in dist/:
+#     quillet-VERSION.zip                   the plug-in for Windows
+#     quillet-VERSION-windows-sdk.zip       the library for Windows programs
+#     quillet-VERSION-linux-x86_64.tar.gz   plug-in and programs for any Linux of Debian 12's age or newer
+#     quillet_, libquillet0_, libquillet-dev_VERSION_amd64.deb
 set -eu
 if [ $# -ne 0 ]; then
     echo "usage: ./package.sh" >&2
@@ -11,12 +14,13 @@ cd "$(dirname "$0")"
 need_build_tools
 need_archive_library
 need_windows_compilers
-need zip:zip
+need_packaging
+need_mount_library
 
 ./build.sh
 for preset in win32 win64; do
     cmake --preset $preset
-    cmake --build --preset $preset --target quillet
+    cmake --build --preset $preset --target quillet quillet_library
 done
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/CMakeCache.txt)
 ids=$(packaging/accepted-ids.sh | paste -sd ' ' -)
@@ -41,7 +45,7 @@ done
 zip=$PWD/dist/quillet-$version.zip
 (cd "$work/windows" && zip -q -X -9 "$zip" pluginst.inf readme.txt quillet.wfx quillet.wfx64)
 
-for program in quillet.wfx wfxhost qdiag simulated-handset quillet-mount; do
+for program in quillet.wfx libquillet.so.0 wfxhost qdiag simulated-handset quillet-mount; do
     strip --strip-unneeded -o "$work/$linux/$program" build/$program
 done
 fill INSTALL "$work/$linux/INSTALL"
@@ -54,4 +58,10 @@ for program in wfxhost qdiag simulated-handset; do
 done
 gzip -9n < docs/man/quillet-mount.1 > "$work/$linux/man/quillet-mount.1.gz"
 tar -C "$work" --owner=0 --group=0 --sort=name -czf "dist/$linux.tar.gz" "$linux"
+
+packaging/windows-sdk.sh "$work/quillet-$version-windows-sdk" "$version"
+sdk=$PWD/dist/quillet-$version-windows-sdk.zip
+(cd "$work" && zip -q -X -9 -r "$sdk" "quillet-$version-windows-sdk")
+cpack --config build/CPackConfig.cmake -B "$work/debian"
+mv "$work"/debian/*.deb dist/
 ls -l dist

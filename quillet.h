@@ -1,4 +1,4 @@
-// quillet: a complete client of a phone's diagnostic protocol, for programs that link quillet.wfx.
+// quillet: a complete client of a phone's diagnostic protocol, for programs that link libquillet.
 //
 //     #include <quillet.h>
 //     Diag_FTM phone(5);                     // COM5

@@ -26,18 +26,25 @@ quillet_layer(portserver link)
 quillet_layer(qlib efs2 ftm portserver)
 quillet_layer(plugin qlib)
 
+# quillet_resources(TARGET FILE_NAME DESCRIPTION BANNER): the version resource of a Windows library, and more resources.
+function(quillet_resources TARGET QUILLET_FILE_NAME QUILLET_DESCRIPTION QUILLET_BANNER)
+    configure_file(${PROJECT_SOURCE_DIR}/resources/quillet.rc.in ${CMAKE_BINARY_DIR}/${TARGET}.rc @ONLY)
+    target_sources(${TARGET} PRIVATE ${CMAKE_BINARY_DIR}/${TARGET}.rc)
+endfunction()
+
 # quillet.wfx: every object of every layer, so that the exported classes are all there.
+set(QUILLET_LIBRARY_LAYERS platform link diag efs2 ftm portserver qlib)
 add_library(quillet SHARED)
 set_target_properties(quillet PROPERTIES PREFIX "" OUTPUT_NAME quillet SUFFIX ".wfx"
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
-foreach(layer platform link diag efs2 ftm portserver qlib plugin)
+foreach(layer ${QUILLET_LIBRARY_LAYERS} plugin)
     target_sources(quillet PRIVATE $<TARGET_OBJECTS:${layer}>)
 endforeach()
 target_link_libraries(quillet PRIVATE quillet_options)
 if(WIN32)
     # The picture of the banner, and the version that it shows.
-    configure_file(${PROJECT_SOURCE_DIR}/resources/quillet.rc.in ${CMAKE_BINARY_DIR}/quillet.rc @ONLY)
-    target_sources(quillet PRIVATE ${CMAKE_BINARY_DIR}/quillet.rc)
+    quillet_resources(quillet quillet.wfx "Handset file system for file managers"
+        "205 BITMAP \"${PROJECT_SOURCE_DIR}/resources/banner.bmp\"")
     target_link_libraries(quillet PRIVATE gdi32 ole32 version winmm)
     # Hosts look the functions up by their undecorated names, and have none of the compiler's libraries.
     target_link_options(quillet PRIVATE -static -s -Wl,--kill-at)

@@ -22,12 +22,18 @@ function(quillet_program_documents name)
     add_custom_target(${name}_documents ALL DEPENDS ${folder}/${name}.1 ${folder}/${name}.bash)
 endfunction()
 
+# Programs find the library, and wfxhost the plug-in, in their own folder or where it is installed.
+file(RELATIVE_PATH QUILLET_FROM_PROGRAMS /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+set(QUILLET_RPATH "$ORIGIN;$ORIGIN/${QUILLET_FROM_PROGRAMS}")
+
 file(GLOB wfxhost_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/wfxhost/*.cpp)
 list(FILTER wfxhost_sources EXCLUDE REGEX "/system_[a-z]+\\.cpp$")
 add_executable(wfxhost ${wfxhost_sources} ${PROJECT_SOURCE_DIR}/tools/wfxhost/system_${QUILLET_SYSTEM}.cpp)
 # Of the product it sees the platform's headers alone (the host interface's types), and links nothing.
 target_include_directories(wfxhost PRIVATE
     $<TARGET_PROPERTY:platform,INTERFACE_INCLUDE_DIRECTORIES>)
+set_source_files_properties(${PROJECT_SOURCE_DIR}/tools/wfxhost/main.cpp PROPERTIES
+    COMPILE_DEFINITIONS QUILLET_PLUGIN_FOLDER="${QUILLET_FROM_PROGRAMS}/quillet")
 target_link_libraries(wfxhost PRIVATE tools_common quillet_options ${CMAKE_DL_LIBS})
 set_target_properties(wfxhost PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 if(WIN32)
@@ -36,16 +42,16 @@ else()
     quillet_program_documents(wfxhost)
 endif()
 
-# qdiag uses the library as any other program would: quillet.h, and the plug-in's file beside it. It needs
-# the system's terminals and is made for Linux alone.
+# qdiag uses the library as any other program would: through quillet.h. It needs the system's terminals and is
+# made for Linux alone.
 if(NOT WIN32)
     file(GLOB qdiag_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/*.cpp
         ${PROJECT_SOURCE_DIR}/tools/qdiag/efs/*.cpp)
     add_executable(qdiag ${qdiag_sources})
     target_include_directories(qdiag PRIVATE ${PROJECT_SOURCE_DIR})
-    target_link_libraries(qdiag PRIVATE tools_common quillet quillet_options)
+    target_link_libraries(qdiag PRIVATE tools_common ${QUILLET_LIBRARY} quillet_options)
     set_target_properties(qdiag PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
-        INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+        INSTALL_RPATH "${QUILLET_RPATH}" BUILD_WITH_INSTALL_RPATH ON)
     quillet_program_documents(qdiag)
     # The commands that read and write archives.
     find_package(LibArchive)
@@ -84,9 +90,9 @@ if(NOT WIN32)
     if(FUSE3_FOUND)
         add_executable(quillet-mount ${mount_program})
         target_compile_definitions(quillet-mount PRIVATE QUILLET_VERSION="${PROJECT_VERSION}")
-        target_link_libraries(quillet-mount PRIVATE mount_parts quillet PkgConfig::FUSE3)
+        target_link_libraries(quillet-mount PRIVATE mount_parts ${QUILLET_LIBRARY} PkgConfig::FUSE3)
         set_target_properties(quillet-mount PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
-            INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+            INSTALL_RPATH "${QUILLET_RPATH}" BUILD_WITH_INSTALL_RPATH ON)
     else()
         message(STATUS "quillet-mount is not built: it needs libfuse 3.12 or newer (libfuse3-dev, pkg-config)")
     endif()

@@ -35,6 +35,8 @@ public:
     PortError OpenError() const { return m_bThreadFailed ? PortError::Other : m_port.OpenError(); }
     /// Close closes the port and ends the receive thread. False when that takes more than 1000 ms.
     bool Close();
+    /// JoinReceiver waits for a receive thread that Close did not wait for.
+    void JoinReceiver();
 
     /// The operations of CProtAHDLC.
     bool Send(const unsigned char* pPacket, DWORD iSize, DWORD iTimeout, bool bForceStartFlag);
@@ -62,7 +64,6 @@ private:
     void ReceiveLoop();
     void ReceivePass();
     ReceiveMode CurrentReceiveMode() const;
-    void JoinReceiver();
 
     static constexpr size_t kReadSize = 40960;
 

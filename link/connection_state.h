@@ -25,8 +25,10 @@ struct ConnectionState {
     };
 
     explicit ConnectionState(std::unique_ptr<Transport> pLineToUse);
+    /// EndLine is for a connection that is left when the library is unloaded.
+    static void EndLine(void* pState);
 
-    const ModulePin pin; // held until the threads have ended
+    const ModulePin pin{this, &EndLine}; // held until the threads have ended
     bool bIsConnected = false;
     bool bPlaybackMode = false;
     bool bData2DiagSearch = true;

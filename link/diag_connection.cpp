@@ -22,6 +22,12 @@ ConnectionState::ConnectionState(std::unique_ptr<Transport> pLineToUse)
       listener(&asyncQueue, &syncQueue),
       pLine(std::move(pLineToUse)) {}
 
+void ConnectionState::EndLine(void* pState) {
+    auto& state = *static_cast<ConnectionState*>(pState);
+    state.pLine->Stop();
+    state.textLog.Stop();
+}
+
 DiagConnection::DiagConnection(int iComPort) : DiagConnection(MakeLine(iComPort)) {}
 
 DiagConnection::DiagConnection(std::unique_ptr<Transport> pLine)

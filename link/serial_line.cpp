@@ -44,6 +44,8 @@ void SerialLine::Start(const LineOwner& owner) {
 
 void SerialLine::Stop() {
     SerialLine::Close();
+    if (m_pLink != nullptr)
+        m_pLink->JoinReceiver();
     m_dispatcher.Stop();
 }
 

@@ -22,6 +22,20 @@ DWORD Remaining_ms(Clock::time_point deadline) {
     return static_cast<DWORD>(std::max<decltype(left)>(left, 0));
 }
 
+/// Ends the worker, once. `Shared` is ComThreadManager::Shared.
+template <class Shared>
+void EndWorker(std::thread& worker, Shared& shared, ModulePin& pin) {
+    if (!worker.joinable())
+        return;
+    shared.stop.Set();
+    if (shared.signal.Wait(ComThreadManager::kEndLimit_ms)) {
+        worker.join();
+    } else {
+        pin.KeepForGood();
+        worker.detach();
+    }
+}
+
 } // namespace
 
 struct ComThreadManager::Work {
@@ -58,7 +72,12 @@ ServerFault ComThreadManager::TryUse(std::shared_ptr<ComThreadManager>& pManager
 }
 
 ComThreadManager::ComThreadManager()
-    : m_pPin(std::make_unique<ModulePin>()), m_pShared(std::make_shared<Shared>()) {
+    : m_pPin(std::make_unique<ModulePin>(this,
+                                         [](void* pManager) {
+                                             auto& manager = *static_cast<ComThreadManager*>(pManager);
+                                             EndWorker(manager.m_worker, *manager.m_pShared, *manager.m_pPin);
+                                         })),
+      m_pShared(std::make_shared<Shared>()) {
     if (!m_pShared->mutex.IsValid())
         throw ComThreadManagerException("ComThreadManager::ComThreadManager - Unable to creat a mutex");
     for (const WaitEvent* pEvent :
@@ -70,13 +89,7 @@ ComThreadManager::ComThreadManager()
 }
 
 ComThreadManager::~ComThreadManager() {
-    m_pShared->stop.Set();
-    if (m_pShared->signal.Wait(kEndLimit_ms)) {
-        m_worker.join();
-    } else {
-        m_pPin->KeepForGood();
-        m_worker.detach();
-    }
+    EndWorker(m_worker, *m_pShared, *m_pPin);
 }
 
 ServerFault ComThreadManager::TryExecute(const std::shared_ptr<FunctionDispatcher>& pDispatcher,

@@ -102,6 +102,10 @@ for class in $(for folder in $product; do sources_of "$folder"; done | xargs \
     printf '%s\n' "$exported_names" | grep -qE " $class(<.*>)?::| for $class\$" ||
         breach "quillet.wfx does not export the class $class"
 done
+# Sanitizers add symbols of their own.
+if ! grep -q '^QUILLET_SANITIZE:STRING=.' "$build/CMakeCache.txt"; then
+    packaging/symbols.sh "$build" || breach "the library's interface"
+fi
 readelf -d "$plugin" | grep -q 'SONAME.*\[quillet\.wfx\]' || breach "quillet.wfx does not have its own name as SONAME"
 
 [ "$breaches" -eq 0 ]

@@ -4,12 +4,14 @@
 #include <malloc.h>
 
 #include <atomic>
+#include <cstddef>
 #include <random>
 
 #include "device_folder.h"
 #include "eventually.h"
 #include "phone_fixture.h"
 #include "plugin/entry_points.h"
+#include "portserver/qpst_server.h"
 #include "qlib/call_layer.h"
 #include "qlib/resource_manager.h"
 
@@ -21,9 +23,12 @@ struct Holdings {
     size_t iDescriptors = CountIn("/proc/self/fd");
     size_t iBytes = mallinfo2().uordblks;
 
-    void ExpectAgain() const {
+    void ExpectThreadsAgain() const {
         // A joined thread stays listed for a moment.
         EXPECT_TRUE(Eventually([&] { return CountIn("/proc/self/task") == iThreads; }));
+    }
+    void ExpectAgain() const {
+        ExpectThreadsAgain();
         EXPECT_EQ(CountIn("/proc/self/fd"), iDescriptors);
         EXPECT_LE(mallinfo2().uordblks, iBytes + 32 * 1024) << "leaked memory";
     }
@@ -144,6 +149,35 @@ TEST(Lifetime, LibraryUnloadedWithAConnectionOpen) {
     for (int i = 0; i < 20; ++i)
         LoadListUnload();
     before.ExpectAgain();
+}
+
+/// What a program makes with libquillet and never destroys. The objects stay reachable, for the sanitizers.
+struct Forgotten {
+    alignas(Diag_FTM) std::byte connection[sizeof(Diag_FTM)];
+    alignas(QpstServer) std::byte server[sizeof(QpstServer)];
+} g_forgotten;
+
+TEST(Lifetime, LibraryUnloadedWithForgottenObjects) {
+    PluggedPhone phone;
+    phone.phone.SetChatter(3);
+    const Holdings before;
+    void* const pLibrary = dlopen(QUILLET_LIBRARY_FILE, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(pLibrary, nullptr) << dlerror();
+    const auto find = [&](const char* sName, auto pfnExample) {
+        return reinterpret_cast<decltype(pfnExample)>(dlsym(pLibrary, sName));
+    };
+    using Make = void (*)(void*, int);
+    using MakeServer = void (*)(void*, const char*);
+    using Ask = bool (*)(void*);
+    find("_ZN10QpstServerC1EPKc", MakeServer())(g_forgotten.server, "test");
+    find("_ZN8Diag_FTMC1Ei", Make())(g_forgotten.connection, 1);
+    EXPECT_TRUE(find("_ZN14DiagConnection16IsPhoneConnectedEv", Ask())(g_forgotten.connection));
+    EXPECT_GE(CountIn("/proc/self/task"), before.iThreads + 3) << "receive, delivery and automation thread";
+    EXPECT_EQ(dlclose(pLibrary), 0);
+    EXPECT_EQ(dlopen(QUILLET_LIBRARY_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the library is still loaded";
+    before.ExpectThreadsAgain();
+    Diag_FTM next(1);
+    EXPECT_TRUE(next.OpenPort()) << "the port is still held";
 }
 
 } // namespace

@@ -36,7 +36,7 @@ expect_text "$windows/pluginst.inf" '^file=quillet\.wfx.$'
 tests/windows/product_checks.sh "$windows/quillet.wfx" "$windows/quillet.wfx64" "$version" || fail "Windows editions"
 
 expect_files "$linux" 70-quillet.rules INSTALL completions/qdiag completions/simulated-handset completions/wfxhost \
-    man/qdiag.1.gz man/quillet-mount.1.gz man/simulated-handset.1.gz man/wfxhost.1.gz qdiag quillet-mount \
+    libquillet.so.0 man/qdiag.1.gz man/quillet-mount.1.gz man/simulated-handset.1.gz man/wfxhost.1.gz qdiag quillet-mount \
     quillet-mount.service quillet.wfx simulated-handset wfxhost
 [ "$("$linux/quillet-mount" --version)" = "quillet-mount $version" ] || fail "the version of quillet-mount"
 for program in wfxhost qdiag simulated-handset; do

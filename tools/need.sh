@@ -43,6 +43,10 @@ need_archive_library() {
     need /usr/include/archive.h:libarchive-dev
 }
 
+need_packaging() {
+    need zip:zip dpkg-shlibdeps:dpkg-dev file:file gzip:gzip
+}
+
 need_test_libraries() {
     need /usr/include/gtest/gtest.h:libgtest-dev /usr/include/gmock/gmock.h:libgmock-dev
 }

@@ -66,7 +66,7 @@ CallFromSystem::~CallFromSystem() {
     --g_iCallsFromSystem;
 }
 
-ModulePin::ModulePin() {
+ModulePin::ModulePin(void* pOwner, EndFunction pfnEnd) : m_pOwner(pOwner), m_pfnEnd(pfnEnd) {
     TakeReference();
 }
 

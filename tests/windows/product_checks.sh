@@ -39,14 +39,14 @@ check_edition() {
     resources=$(printf '%s\n' "$headers" | sed -n '/^The .rsrc/,$p')
     printf '%s\n' "$resources" | grep -qi 'ID: 0x0*cd,' || fail "$1 has no bitmap 205"
     printf '%s\n' "$resources" | grep -qi 'ID: 0x0*10,' || fail "$1 has no version"
-    python3 - "$1" "$4" <<'PY' || fail "$1 has a version other than $4"
+    python3 - "$1" "$4" <<'PY' || fail "$1 has a version other than $4.0"
 import struct, sys
 data = open(sys.argv[1], "rb").read()
 at = data.index(struct.pack("<I", 0xFEEF04BD))  # where the fixed version block begins
 words = struct.unpack("<8H", data[at + 8:at + 24])
 numbers = [words[1], words[0], words[3], words[2]]
 product = [words[5], words[4], words[7], words[6]]
-sys.exit(0 if numbers == product == [int(part) for part in sys.argv[2].split(".")] else 1)
+sys.exit(0 if numbers == product == [int(part) for part in sys.argv[2].split(".")] + [0] else 1)
 PY
 }
 

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""session.py WIDTH WINE BUILD LINUX_BUILD: runs the checks of one Windows edition (32 or 64) under Wine.
+"""session.py WIDTH WINE BUILD LINUX_BUILD [PROGRAM ARGS...]: runs the checks of one Windows edition (32 or 64), or just
+PROGRAM, under Wine.
 
 WINE is the folder with the Wine prefixes, BUILD holds the Windows products, LINUX_BUILD the simulated handset, which
 is on COM6. The programs request actions outside Windows with lines that begin with '@' (see checks.h). Exit status 0
@@ -16,7 +17,7 @@ import threading
 import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-WIDTH, WINE, BUILD, LINUX_BUILD = sys.argv[1:5]
+WIDTH, WINE, BUILD, LINUX_BUILD, *PROGRAM = sys.argv[1:]
 PREFIX = os.path.join(WINE, "prefix" + WIDTH)
 PLUGIN = os.path.join(BUILD, "quillet.wfx" if WIDTH == "32" else "quillet.wfx64")
 BACKGROUND = (0x30, 0x60, 0x90)
@@ -263,7 +264,10 @@ def main():
             # The server runs for the whole session, because it holds the registry keys of the ports.
             subprocess.run(wine("wineserver", "-p"), check=False, stdin=subprocess.DEVNULL,
                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            session.checks()
+            if PROGRAM:
+                session.run(os.path.basename(PROGRAM[0]), PROGRAM)
+            else:
+                session.checks()
         finally:
             subprocess.run(wine("wineserver", "-k"), check=False)
             if session:

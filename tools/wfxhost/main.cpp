@@ -1,5 +1,7 @@
 // wfxhost: loads a file-system plug-in as a file manager does and drives it from the command line.
+#include <filesystem>
 #include <iterator>
+#include <string>
 
 #include "common/command_line.h"
 #include "wfxhost/commands.h"
@@ -9,9 +11,18 @@
 namespace tools::wfxhost {
 namespace {
 
+/// The plug-in in this program's folder; if there is none, the one that was installed with the program.
+std::string DefaultPlugin() {
+    const std::string beside = ProgramFolder() + "/" + DefaultPluginName();
+    const std::string installed = ProgramFolder() + "/" QUILLET_PLUGIN_FOLDER "/" + DefaultPluginName();
+    std::error_code error;
+    return !std::filesystem::exists(beside, error) && std::filesystem::exists(installed, error) ? installed
+                                                                                                : beside;
+}
+
 template <void (*Work)(Session& session, const Job& job)>
 void WithPlugin(const Job& job) {
-    PluginFile plugin(job.Value("--plugin", ProgramFolder() + "/" + DefaultPluginName()));
+    PluginFile plugin(job.Value("--plugin", DefaultPlugin()));
     Session session(plugin, job.Has("--verbose"));
     Work(session, job);
 }
@@ -181,7 +192,8 @@ const Program kProgram = {
     .options =
         {
             {"--plugin", "", "FILE",
-             "the plug-in to load (default: quillet.wfx or quillet.wfx64 beside this program)",
+             "the plug-in to load (default: quillet.wfx or quillet.wfx64 beside this program, or the "
+             "installed one)",
              Word::LocalPath},
             {"--verbose", "v", nullptr, "print the plug-in's log lines on standard error"},
             {"--quiet", "q", nullptr, "print only results and failures: no progress, no notes"},

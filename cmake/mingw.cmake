@@ -1,0 +1,12 @@
+# The cross compiler for Windows. The toolchain files set QUILLET_MINGW, the processor in its names.
+find_program(QUILLET_MINGW_COMPILER ${QUILLET_MINGW}-w64-mingw32-g++-posix)
+if(NOT QUILLET_MINGW_COMPILER)
+    string(REPLACE "_" "-" package g++-mingw-w64-${QUILLET_MINGW}-posix)
+    message(FATAL_ERROR "The compiler for Windows is missing. On Debian: apt-get install ${package}")
+endif()
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_CXX_COMPILER ${QUILLET_MINGW}-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER ${QUILLET_MINGW}-w64-mingw32-windres)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
