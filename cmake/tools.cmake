@@ -1,7 +1,8 @@
 # Programs for people, and what they share.
 file(GLOB tools_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/common/*.cpp)
-list(FILTER tools_sources EXCLUDE REGEX "/terminal_[a-z]+\\.cpp$")
+list(FILTER tools_sources EXCLUDE REGEX "_(posix|windows)\\.cpp$")
 add_library(tools_common STATIC ${tools_sources}
+    ${PROJECT_SOURCE_DIR}/tools/common/library_name_${QUILLET_SYSTEM}.cpp
     ${PROJECT_SOURCE_DIR}/tools/common/terminal_${QUILLET_SYSTEM}.cpp)
 target_include_directories(tools_common PUBLIC ${PROJECT_SOURCE_DIR}/tools)
 target_link_libraries(tools_common PRIVATE quillet_options)
@@ -10,8 +11,8 @@ target_compile_definitions(tools_common PRIVATE QUILLET_VERSION="${PROJECT_VERSI
 # quillet_program_documents(NAME): the program's manual page and bash completion, which it prints itself, in
 # documents/ of the build folder.
 function(quillet_program_documents name)
-    if(QUILLET_SANITIZE)
-        return() # those programs need special settings to run
+    if(WIN32 OR QUILLET_SANITIZE)
+        return() # those programs need Windows or special settings to run
     endif()
     set(folder ${CMAKE_BINARY_DIR}/documents)
     add_custom_command(OUTPUT ${folder}/${name}.1 ${folder}/${name}.bash
@@ -30,22 +31,21 @@ target_include_directories(wfxhost PRIVATE
     $<TARGET_PROPERTY:platform,INTERFACE_INCLUDE_DIRECTORIES>)
 target_link_libraries(wfxhost PRIVATE tools_common quillet_options ${CMAKE_DL_LIBS})
 set_target_properties(wfxhost PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
-if(WIN32)
-    target_link_options(wfxhost PRIVATE -static -s)
-else()
-    quillet_program_documents(wfxhost)
-endif()
+quillet_program_documents(wfxhost)
 
-# qdiag uses the library as any other program would: quillet.h, and the plug-in's file beside it. It needs
-# the system's terminals and is made for Linux alone.
-if(NOT WIN32)
-    file(GLOB qdiag_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/*.cpp)
-    add_executable(qdiag ${qdiag_sources})
-    target_include_directories(qdiag PRIVATE ${PROJECT_SOURCE_DIR})
-    target_link_libraries(qdiag PRIVATE tools_common quillet quillet_options)
-    set_target_properties(qdiag PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
-        INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
-    quillet_program_documents(qdiag)
+# qdiag uses the library as any other program would: quillet.h, and the plug-in's file beside it.
+file(GLOB qdiag_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/*.cpp)
+add_executable(qdiag ${qdiag_sources})
+target_include_directories(qdiag PRIVATE ${PROJECT_SOURCE_DIR})
+target_link_libraries(qdiag PRIVATE tools_common quillet quillet_options)
+set_target_properties(qdiag PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
+    INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+quillet_program_documents(qdiag)
+
+if(WIN32)
+    # A plain Windows has none of the compiler's libraries.
+    target_link_options(wfxhost PRIVATE -static -s)
+    target_link_options(qdiag PRIVATE -static -s)
 endif()
 
 # The simulated handset on a pseudo-terminal.

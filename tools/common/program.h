@@ -39,6 +39,7 @@ struct Option {
     const char* purpose;      // what the option does; begins with a small letter, no full stop
     Word word = Word::Any;    // what its value is
     const char* choices = ""; // all values that there are, with blanks between them; empty: others
+    bool isListers = false;   // the lister gets it too: it says which phone, or how to reach it
 };
 
 /// One command.
@@ -65,8 +66,9 @@ struct Program {
     std::vector<Option> options;   // that every command takes, besides --help and the like
     std::string remarks;           // the end of the help text: paragraphs, see Wrapped
     void (*withoutCommand)(const Job&) = nullptr; // null: a command is needed
-    /// Command and options that list a folder of the phone for the completion, NUL behind each name and '/'
-    /// at the end of folders' names; the folder's path follows. Empty: paths on the phone are not completed.
+    /// Command and options that list a folder of the phone for the completion, NUL after each name and '/' at
+    /// the end of folders' names; the folder's path follows. With it all Word::PhonePath are completed.
+    /// Empty: none is.
     const char* lister = "";
     bool needsHandset = true; // exit status 3 can occur
 };

@@ -67,7 +67,8 @@ const Program kProgram = {
         },
     .options =
         {
-            {"--port", "", "N", "the handset on port COM N (default: the first port on which one answers)"},
+            {"--port", "", "N", "the handset on port COM N (default: the first port on which one answers)",
+             Word::Any, "", true},
             {"--timeout", "", "MS", "how long to wait for an answer, in milliseconds (default 4000)"},
         },
     .remarks = "Numbers are decimal, or hex with 0x.\n",

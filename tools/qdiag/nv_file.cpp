@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 std::string ReadWhole(const std::string& path) {
     std::error_code ignored;
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(fs::path(path), std::ios::binary);
     if (!file || fs::is_directory(path, ignored))
         throw Failure("the file " + Quoted(path) + " cannot be read");
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
@@ -42,7 +42,7 @@ NvFileWriter::NvFileWriter(const std::string& path, const std::string& comment)
     : m_path(path), m_partPath(path + ".part") {
     if (fs::exists(m_partPath))
         throw Failure(Quoted(m_partPath) + " already exists; the backup is written there first");
-    m_file.open(m_partPath, std::ios::binary | std::ios::trunc);
+    m_file.open(fs::path(m_partPath), std::ios::binary | std::ios::trunc);
     if (!m_file)
         throw Failure("the file " + Quoted(m_partPath) + " cannot be created");
     AddComment(comment);

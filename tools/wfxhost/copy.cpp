@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "common/interrupt.h"
+#include "common/library_name.h"
 #include "common/progress.h"
 #include "common/text.h"
 #include "wfxhost/temporary.h"
@@ -28,7 +29,7 @@ bool LocalExists(const std::string& file) {
 /// Whether a local file can be written, tried without changing one that exists.
 bool CanWrite(const std::string& file) {
     const bool existed = LocalExists(file);
-    const bool can = std::ofstream(file, std::ios::binary | std::ios::app).good();
+    const bool can = std::ofstream(fs::path(file), std::ios::binary | std::ios::app).good();
     std::error_code error;
     if (can && !existed)
         fs::remove(file, error);
@@ -113,11 +114,16 @@ CopyResult GetFailure(Session& session, int result, const PhonePath& path, const
 CopyResult PutFailure(Session& session, int result, const std::string& localFile, const PhonePath& path) {
     std::string doubt = "the phone did not take the file as " + Quoted(path.Text()) +
                         "; perhaps it has no room for it, or does not allow it there";
-    if (result == FS_FILE_READERROR || !std::ifstream(localFile, std::ios::binary))
+    if (result == FS_FILE_READERROR || !std::ifstream(fs::path(localFile), std::ios::binary))
         doubt = "cannot read " + Quoted(localFile);
     else if (result != FS_FILE_WRITEERROR)
         doubt = Quoted(path.Text()) + ": " + MeaningOf(result);
     return CopyFailure(session, result, path.Text(), doubt);
+}
+
+/// The reason when LibraryName knows no name for a file.
+std::string NamelessReason(const std::string& file) {
+    return Quoted(file) + ": a plug-in cannot open a file of that name on this system";
 }
 
 ProgressFunction StoppedByInterrupt(const PercentFunction& report) {
@@ -185,8 +191,11 @@ CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, c
     if (!force && LocalExists(localFile))
         return Failed(ExistsReason(localFile));
     const Arrival arrival(localFile);
-    const int code = session.Get(path, entry, arrival.File(), force ? FS_COPYFLAGS_OVERWRITE : 0,
-                                 StoppedByInterrupt(report));
+    const std::string name = LibraryName(arrival.File());
+    if (name.empty())
+        return Failed(NamelessReason(arrival.File()));
+    const int code =
+        session.Get(path, entry, name, force ? FS_COPYFLAGS_OVERWRITE : 0, StoppedByInterrupt(report));
     if (code != FS_FILE_OK) {
         CopyResult failure = GetFailure(session, code, path, localFile, arrival.File());
         failure.remark += arrival.CleanUp();
@@ -206,9 +215,11 @@ CopyResult TryPut(Session& session, const std::string& localFile, const PhonePat
                   const PercentFunction& report) {
     if (!path.IsTellable())
         return Failed(UntellableReason(path));
+    const std::string name = LibraryName(localFile);
+    if (name.empty())
+        return Failed(NamelessReason(localFile));
     const uint64_t size = LocalSize(localFile);
-    const int code =
-        session.Put(localFile, path, force ? FS_COPYFLAGS_OVERWRITE : 0, StoppedByInterrupt(report));
+    const int code = session.Put(name, path, force ? FS_COPYFLAGS_OVERWRITE : 0, StoppedByInterrupt(report));
     return code == FS_FILE_OK ? Done(size) : PutFailure(session, code, localFile, path);
 }
 

@@ -121,7 +121,7 @@ std::string UploadContent() {
 }
 
 std::string Content(const std::string& file) {
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream(fs::path(file), std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
@@ -130,7 +130,7 @@ void CopyOneThere(Session& session, const TemporaryFolder& local) {
     if (session.Find(path))
         throw Failure(Quoted(path.Text()) + " exists already");
     const std::string content = UploadContent();
-    std::ofstream(local.File("upload"), std::ios::binary) << content;
+    std::ofstream(fs::path(local.File("upload")), std::ios::binary) << content;
     if (Content(local.File("upload")) != content)
         throw Failure("cannot write temporary files");
 

@@ -31,12 +31,23 @@ void RequireLocalFolder(const std::string& typed) {
         throw Failure("there is no folder " + Quoted(typed) + "; several sources need one");
 }
 
-fs::path LocalTarget(const std::string& typed, const std::string& name) {
+/// Returns a text that is the same for entries of one name on this system. Throws when it can hold none of
+/// that name.
+std::string NameKey(const PhonePath& path) {
+    std::string key = LocalNameKey(path.Name());
+    if (key.empty())
+        throw Failure(Quoted(path.Text()) + ": this system can hold no file of that name");
+    return key;
+}
+
+fs::path LocalTarget(const std::string& typed, const PhonePath& path) {
     const fs::path target = typed;
     const bool isFolder = IsLocalFolder(target);
+    if (isFolder)
+        NameKey(path);
     if (!isFolder && !target.has_filename())
         throw Failure("there is no folder " + Quoted(typed));
-    fs::path file = isFolder ? (target / name).lexically_normal() : target;
+    fs::path file = isFolder ? (target / path.Name()).lexically_normal() : target;
     if (IsLocalFolder(file))
         throw Failure(Quoted(file.string()) + " is a folder");
     RequireParent(file);
@@ -44,9 +55,12 @@ fs::path LocalTarget(const std::string& typed, const std::string& name) {
 }
 
 /// The folder that a tree of that name becomes; of the phone's root, which has no name, the typed one.
-fs::path LocalTreeTarget(const std::string& typed, const std::string& name) {
+fs::path LocalTreeTarget(const std::string& typed, const PhonePath& path) {
     const fs::path target = typed;
-    const fs::path whole = IsLocalFolder(target) ? target / name : target;
+    const bool isFolder = IsLocalFolder(target);
+    if (isFolder && !path.IsRoot())
+        NameKey(path);
+    const fs::path whole = isFolder ? target / path.Name() : target;
     fs::path folder = (whole.has_filename() ? whole : whole.parent_path()).lexically_normal();
     RequireParent(folder);
     return folder;
@@ -108,15 +122,12 @@ private:
             else if (found.entry.isFolder)
                 throw Failure(Quoted(found.path.Text()) + " is a folder; get -r copies folders");
             else
-                m_tree.Add({found.path, LocalTarget(m_target, found.path.Name()), found.entry});
+                m_tree.Add({found.path, LocalTarget(m_target, found.path), found.entry});
         });
     }
 
     void RequireNameForItself(const PhonePath& path) {
-        const std::string key = LocalNameKey(path.Name());
-        if (key.empty())
-            throw Failure(Quoted(path.Text()) + ": this system can hold no file of that name");
-        if (!m_keys.insert(key).second)
+        if (!m_keys.insert(NameKey(path)).second)
             throw Failure(Quoted(path.Text()) + ": another source has the same name here");
     }
 
@@ -124,7 +135,7 @@ private:
         if (found.path.IsRoot() && m_job.arguments.size() == 1)
             throw Failure("the phone's root has no name; say where its copy is to be: get -r / LOCAL",
                           Status::Usage);
-        const fs::path local = LocalTreeTarget(m_target, found.path.Name());
+        const fs::path local = LocalTreeTarget(m_target, found.path);
         AfterTheBeginning([&] { AddFromPhone(m_tree, m_session, found.path, local); });
     }
 

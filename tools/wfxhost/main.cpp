@@ -181,7 +181,7 @@ const Program kProgram = {
     .options =
         {
             {"--plugin", "", "FILE", "the plug-in to load (default: quillet.wfx, .wfx64 beside this program)",
-             Word::LocalPath},
+             Word::LocalPath, "", true},
             {"--verbose", "v", nullptr, "print the plug-in's log lines on standard error"},
             {"--quiet", "q", nullptr, "print only results and failures: no progress, no notes"},
         },

@@ -46,10 +46,13 @@ void Removal::Add(const Found& found, bool withContent) {
 void Removal::Run(Problems& problems, const char* ifRefused) {
     LookAround();
     RemoveAll();
+    if (!m_stop.empty()) {
+        for (const auto& [path, reason] : m_reasons)
+            problems.Add(reason);
+        throw Failure("stopped, " + m_stop + "; not everything was deleted");
+    }
     for (const auto& [path, folder] : m_folders)
         Verify(path, folder, problems, ifRefused);
-    if (!m_stop.empty())
-        throw Failure("stopped, " + m_stop + "; not everything was deleted");
 }
 
 /// Finds out whether the folders will be empty afterwards, because a listing that broke off looks empty, too.
@@ -122,9 +125,8 @@ void Removal::ReportLeft(const Found& found, Problems& problems, const char* ifR
     for (const Found& one : left.found) {
         const std::string path = one.path.Text();
         const auto next = std::next(paths.find(path + "/"));
-        if ((next != paths.end() && next->starts_with(path + "/")) ||
-            (!m_stop.empty() && !m_reasons.contains(path)))
-            continue; // it had to stay for what it holds, or nobody tried
+        if (next != paths.end() && next->starts_with(path + "/"))
+            continue; // it had to stay for what it holds
         const auto reason = m_reasons.find(path);
         if (reason != m_reasons.end())
             problems.Add(reason->second);

@@ -97,7 +97,7 @@ public:
     /// began; empty when it sent none.
     std::string TakeReason();
 
-    /// Copies of one file; the results are the interface's FS_FILE_... codes.
+    /// Copies of one file; the results are the interface's FS_FILE_... codes. `localFile` is a LibraryName.
     int Get(const PhonePath& path, const Entry& entry, const std::string& localFile, int flags,
             const ProgressFunction& progress);
     int Put(const std::string& localFile, const PhonePath& path, int flags, const ProgressFunction& progress);

@@ -15,7 +15,7 @@ namespace {
 constexpr size_t kPiece = 65536;
 
 void SaveInput(const std::string& file) {
-    std::ofstream stream(file, std::ios::binary);
+    std::ofstream stream(std::filesystem::path(file), std::ios::binary);
     std::vector<char> piece(kPiece);
     long count = 0;
     while ((count = ReadInput(piece.data(), piece.size())) > 0)
@@ -54,7 +54,7 @@ void PrintFile(Session& session, const PhonePath& path, const Entry& entry) {
         if (!result.isDone)
             throw Failure(result.remark);
     }
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream(std::filesystem::path(file), std::ios::binary);
     // The file is removed before it is printed, where that is possible: Ctrl-C may end the program then.
     std::error_code error;
     std::filesystem::remove(file, error);
