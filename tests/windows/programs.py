@@ -36,8 +36,7 @@ class Programs:
             words = ["--plugin", self.windows_path(self.plugin), *words]
         with open(self.path("../output"), "wb") as output:
             return subprocess.Popen(["timeout", str(LIMIT), *self.wine(*launcher, file, *words)], stdin=stdin,
-                                    stdout=output, stderr=subprocess.STDOUT, cwd=self.folder,
-                                    env={**os.environ, "LC_ALL": "C.UTF-8"})
+                                    stdout=output, stderr=subprocess.STDOUT, cwd=self.folder)
 
     def finish(self, process, title, status, says):
         """Waits for the end of a program and checks status and output. Returns the output's bytes."""
@@ -168,7 +167,8 @@ class Programs:
             (["du", "-s", "tree"], 0, "10\t/tree\n"),
             (["get", "-r", "tree"], 0, "10 files, 11 folders, 10 bytes in "),
             (["put", "-r", "tree", "copy"], 0, "10 files, 11 folders, 10 bytes in "),
-            (["put", "-ru", "tree\\.", "copy"], 0, "0 files, 11 folders, 10 up to date"),
+            (["put", "-ru", "tree\\.", "copy"], 0, "10 files, 11 folders, 0 up to date"),
+            (["put", "-ru", "tree", "copy"], 0, "0 files, 11 folders, 10 up to date"),
             (["rm", "-r", "copy"], 0, ""),
             (["ls", "copy"], 1, "no file or folder"),
         ])

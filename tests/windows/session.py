@@ -215,6 +215,8 @@ def main():
     with open(PREFIX + ".lock", "w") as lock, tempfile.TemporaryDirectory() as folder:
         fcntl.flock(lock, fcntl.LOCK_EX)  # one server per prefix
         begin = time.monotonic()
+        # Wine decodes names of files and arguments by the locale, and its server's first process decides for all.
+        os.environ["LC_ALL"] = "C.UTF-8"
         prepare()
         screen = start_screen(folder)
         session = None
