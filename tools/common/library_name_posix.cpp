@@ -3,8 +3,8 @@
 
 namespace tools {
 
-std::string LibraryName(const std::string& path) {
-    return path;
+std::string LibraryName(const std::filesystem::path& path) {
+    return path.string();
 }
 
 } // namespace tools

@@ -33,11 +33,9 @@ fs::path Shortened(const fs::path& path) {
 
 } // namespace
 
-std::string LibraryName(const std::string& path) {
-    const fs::path whole = path;
-    const fs::path folder = Shortened(whole.parent_path());
-    for (const fs::path& name :
-         {whole, Shortened(whole), folder.empty() ? folder : folder / whole.filename()}) {
+std::string LibraryName(const fs::path& path) {
+    const fs::path folder = Shortened(path.parent_path());
+    for (const fs::path& name : {path, Shortened(path), folder.empty() ? folder : folder / path.filename()}) {
         if (std::string text = InCodePage(name.wstring()); !text.empty())
             return text;
     }

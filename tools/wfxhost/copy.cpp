@@ -15,28 +15,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
-uint64_t LocalSize(const std::string& file) {
+uint64_t LocalSize(const fs::path& file) {
     std::error_code error;
     const uint64_t size = fs::file_size(file, error);
     return error ? 0 : size;
 }
 
-bool LocalExists(const std::string& file) {
+bool LocalExists(const fs::path& file) {
     std::error_code error;
     return fs::exists(file, error);
 }
 
 /// Whether a local file can be written, tried without changing one that exists.
-bool CanWrite(const std::string& file) {
+bool CanWrite(const fs::path& file) {
     const bool existed = LocalExists(file);
-    const bool can = std::ofstream(fs::path(file), std::ios::binary | std::ios::app).good();
+    const bool can = std::ofstream(file, std::ios::binary | std::ios::app).good();
     std::error_code error;
     if (can && !existed)
         fs::remove(file, error);
     return can;
 }
 
-bool DiskIsFull(const std::string& file) {
+bool DiskIsFull(const fs::path& file) {
     constexpr uintmax_t kAsGoodAsNothing = 4096;
     std::error_code error;
     const fs::space_info space = fs::space(fs::absolute(file, error).parent_path(), error);
@@ -96,34 +96,35 @@ CopyResult CopyFailure(Session& session, int result, const std::string& target, 
 }
 
 /// `arrival` is the file that was written to be `localFile`.
-CopyResult GetFailure(Session& session, int result, const PhonePath& path, const std::string& localFile,
-                      const std::string& arrival) {
+CopyResult GetFailure(Session& session, int result, const PhonePath& path, const fs::path& localFile,
+                      const fs::path& arrival) {
     std::string doubt = "the phone did not hand out the whole file " + Quoted(path.Text());
     if (result == FS_FILE_NOTFOUND)
         doubt = "the phone has no file " + Quoted(path.Text());
     else if (result != FS_FILE_WRITEERROR)
         doubt = Quoted(path.Text()) + ": " + MeaningOf(result);
     else if (!CanWrite(arrival))
-        doubt = "cannot write " + Quoted(localFile);
+        doubt = "cannot write " + Quoted(localFile.string());
     const bool isFull = DiskIsFull(arrival);
-    CopyResult failure = CopyFailure(session, result, localFile, isFull ? "the disk is full" : doubt);
+    CopyResult failure =
+        CopyFailure(session, result, localFile.string(), isFull ? "the disk is full" : doubt);
     failure.isHopeless = failure.isHopeless || isFull;
     return failure;
 }
 
-CopyResult PutFailure(Session& session, int result, const std::string& localFile, const PhonePath& path) {
+CopyResult PutFailure(Session& session, int result, const fs::path& localFile, const PhonePath& path) {
     std::string doubt = "the phone did not take the file as " + Quoted(path.Text()) +
                         "; perhaps it has no room for it, or does not allow it there";
-    if (result == FS_FILE_READERROR || !std::ifstream(fs::path(localFile), std::ios::binary))
-        doubt = "cannot read " + Quoted(localFile);
+    if (result == FS_FILE_READERROR || !std::ifstream(localFile, std::ios::binary))
+        doubt = "cannot read " + Quoted(localFile.string());
     else if (result != FS_FILE_WRITEERROR)
         doubt = Quoted(path.Text()) + ": " + MeaningOf(result);
     return CopyFailure(session, result, path.Text(), doubt);
 }
 
 /// The reason when LibraryName knows no name for a file.
-std::string NamelessReason(const std::string& file) {
-    return Quoted(file) + ": a plug-in cannot open a file of that name on this system";
+std::string NamelessReason(const fs::path& file) {
+    return Quoted(file.string()) + ": a plug-in cannot open a file of that name on this system";
 }
 
 ProgressFunction StoppedByInterrupt(const PercentFunction& report) {
@@ -138,17 +139,17 @@ class Arrival {
 public:
     explicit Arrival(const fs::path& target) : m_target(target) {
         std::error_code error;
-        if (fs::is_symlink(target, error) && LocalExists(target.string()))
+        if (fs::is_symlink(target, error) && LocalExists(target))
             m_target = fs::canonical(target, error);
-        m_existed = LocalExists(m_target.string());
+        m_existed = LocalExists(m_target);
         m_file = m_target.parent_path() / FreshName(".quillet-", ".part");
         const bool isPlain = !m_existed || fs::is_regular_file(m_target, error);
-        m_isBeside = isPlain && CanWrite(m_file.string()) && (!m_existed || CanWrite(m_target.string()));
+        m_isBeside = isPlain && CanWrite(m_file) && (!m_existed || CanWrite(m_target));
         if (!m_isBeside)
             m_file = m_target;
     }
 
-    std::string File() const { return m_file.string(); }
+    const fs::path& File() const { return m_file; }
 
     /// Gives the complete file its final name. Returns the reason when that fails, and removes it.
     std::string Complete() const {
@@ -172,7 +173,7 @@ public:
             fs::remove(m_file, error);
         if (m_isBeside || !m_existed)
             return "";
-        return "; " + Quoted(File()) + (LocalExists(File()) ? " may be incomplete now" : " is gone");
+        return "; " + Quoted(m_file.string()) + (LocalExists(m_file) ? " may be incomplete now" : " is gone");
     }
 
 private:
@@ -184,12 +185,12 @@ private:
 
 } // namespace
 
-CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, const std::string& localFile,
+CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, const fs::path& localFile,
                   bool force, const PercentFunction& report) {
     if (!path.IsTellable())
         return Failed(UntellableReason(path));
     if (!force && LocalExists(localFile))
-        return Failed(ExistsReason(localFile));
+        return Failed(ExistsReason(localFile.string()));
     const Arrival arrival(localFile);
     const std::string name = LibraryName(arrival.File());
     if (name.empty())
@@ -211,7 +212,7 @@ CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, c
     return result;
 }
 
-CopyResult TryPut(Session& session, const std::string& localFile, const PhonePath& path, bool force,
+CopyResult TryPut(Session& session, const fs::path& localFile, const PhonePath& path, bool force,
                   const PercentFunction& report) {
     if (!path.IsTellable())
         return Failed(UntellableReason(path));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -27,9 +28,9 @@ using PercentFunction = std::function<void(int percent)>;
 /// when it is complete, so that a failure leaves an existing file as it was. That is not possible where the
 /// target is no plain file or its folder takes no new files; what a failure did to such a target is in the
 /// remark.
-CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, const std::string& localFile,
-                  bool force, const PercentFunction& report);
-CopyResult TryPut(Session& session, const std::string& localFile, const PhonePath& path, bool force,
+CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry,
+                  const std::filesystem::path& localFile, bool force, const PercentFunction& report);
+CopyResult TryPut(Session& session, const std::filesystem::path& localFile, const PhonePath& path, bool force,
                   const PercentFunction& report);
 
 /// ExistsReason returns the reason why a copy over an existing target is not done.

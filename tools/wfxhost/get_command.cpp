@@ -3,6 +3,7 @@
 #include <set>
 
 #include "common/interrupt.h"
+#include "common/local_path.h"
 #include "common/text.h"
 #include "wfxhost/commands.h"
 #include "wfxhost/copy_plan.h"
@@ -27,7 +28,7 @@ void RequireParent(const fs::path& path) {
 }
 
 void RequireLocalFolder(const std::string& typed) {
-    if (!IsLocalFolder(typed))
+    if (!IsLocalFolder(LocalPath(typed)))
         throw Failure("there is no folder " + Quoted(typed) + "; several sources need one");
 }
 
@@ -41,13 +42,13 @@ std::string NameKey(const PhonePath& path) {
 }
 
 fs::path LocalTarget(const std::string& typed, const PhonePath& path) {
-    const fs::path target = typed;
+    const fs::path target = LocalPath(typed);
     const bool isFolder = IsLocalFolder(target);
     if (isFolder)
         NameKey(path);
     if (!isFolder && !target.has_filename())
         throw Failure("there is no folder " + Quoted(typed));
-    fs::path file = isFolder ? (target / path.Name()).lexically_normal() : target;
+    fs::path file = isFolder ? (target / LocalPath(path.Name())).lexically_normal() : target;
     if (IsLocalFolder(file))
         throw Failure(Quoted(file.string()) + " is a folder");
     RequireParent(file);
@@ -56,11 +57,11 @@ fs::path LocalTarget(const std::string& typed, const PhonePath& path) {
 
 /// The folder that a tree of that name becomes; of the phone's root, which has no name, the typed one.
 fs::path LocalTreeTarget(const std::string& typed, const PhonePath& path) {
-    const fs::path target = typed;
+    const fs::path target = LocalPath(typed);
     const bool isFolder = IsLocalFolder(target);
     if (isFolder && !path.IsRoot())
         NameKey(path);
-    const fs::path whole = isFolder ? target / path.Name() : target;
+    const fs::path whole = isFolder ? target / LocalPath(path.Name()) : target;
     fs::path folder = (whole.has_filename() ? whole : whole.parent_path()).lexically_normal();
     RequireParent(folder);
     return folder;

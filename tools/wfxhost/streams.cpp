@@ -14,8 +14,8 @@ namespace {
 
 constexpr size_t kPiece = 65536;
 
-void SaveInput(const std::string& file) {
-    std::ofstream stream(std::filesystem::path(file), std::ios::binary);
+void SaveInput(const std::filesystem::path& file) {
+    std::ofstream stream(file, std::ios::binary);
     std::vector<char> piece(kPiece);
     long count = 0;
     while ((count = ReadInput(piece.data(), piece.size())) > 0)
@@ -47,14 +47,14 @@ void Print(std::ifstream& stream) {
 
 void PrintFile(Session& session, const PhonePath& path, const Entry& entry) {
     const TemporaryFolder folder;
-    const std::string file = folder.File("file");
+    const std::filesystem::path file = folder.File("file");
     {
         const InterruptGuard guard;
         const CopyResult result = TryGet(session, path, entry, file, false, [](int) {});
         if (!result.isDone)
             throw Failure(result.remark);
     }
-    std::ifstream stream(std::filesystem::path(file), std::ios::binary);
+    std::ifstream stream(file, std::ios::binary);
     // The file is removed before it is printed, where that is possible: Ctrl-C may end the program then.
     std::error_code error;
     std::filesystem::remove(file, error);

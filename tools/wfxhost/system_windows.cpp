@@ -9,12 +9,13 @@
 #include <filesystem>
 
 #include "common/interrupt.h"
+#include "common/local_path.h"
 #include "common/text.h"
 #include "wfxhost/system.h"
 
 namespace tools::wfxhost {
 
-namespace fs = std::filesystem; // whose narrow texts are UTF-8
+namespace fs = std::filesystem;
 
 std::string ProgramFolder() {
     std::wstring path(32768, L'\0');
@@ -28,7 +29,7 @@ std::string DefaultPluginName() {
 
 void* OpenLibrary(const std::string& path, std::string& reason) {
     // A name without a folder would be looked for among the system's libraries.
-    HMODULE library = LoadLibraryW(fs::absolute(path).c_str());
+    HMODULE library = LoadLibraryW(fs::absolute(LocalPath(path)).c_str());
     if (!library)
         reason = "Windows error " + std::to_string(GetLastError());
     return library;
@@ -56,7 +57,7 @@ std::string LocalNameKey(const std::string& name) {
     };
     if (!IsUtf8(name) || std::ranges::any_of(name, isForbidden) || name.ends_with('.') || name.ends_with(' '))
         return "";
-    std::wstring upper = fs::path(name).wstring();
+    std::wstring upper = LocalPath(name).wstring();
     CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
     std::string key = fs::path(upper).string();
     // Devices have these names, whatever the ending.
