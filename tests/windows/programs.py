@@ -157,7 +157,7 @@ class Programs:
                             f"find -print0: {zeros}")
 
     def streams(self):
-        self.run("wfxhost", ["put", "-", "bytes"], 0, "10262 bytes in ", given=EVERY_BYTE)
+        self.run("wfxhost", ["put", "-", "bytes"], 0, f"{len(EVERY_BYTE)} bytes in ", given=EVERY_BYTE)
         self.expect_on_phone("/bytes", EVERY_BYTE)
         for words in (["cat", "bytes"], ["get", "bytes", "-"]):
             self.session.expect(self.run("wfxhost", words) == EVERY_BYTE, f"{words} changed bytes")
@@ -177,7 +177,7 @@ class Programs:
         self.session.expect(len(copied["files"]) == 10 and copied["files"][0]["state"] == "copied", f"{copied}")
 
     def console(self):
-        self.screen(["ls", "-1", FOLDER], NAME[:4])
+        self.screen(["ls", "-1", FOLDER], NAME)
         self.screen(["get", "-f", "large.bin"], "####] 100 %  210.0 kB of 210.0 kB")
 
     def diagnostics(self):

@@ -1,4 +1,5 @@
 // The terminal on Windows.
+#include <fcntl.h>
 #include <io.h>
 #include <windows.h>
 
@@ -27,8 +28,11 @@ public:
     Utf8Console() : m_codePage(GetConsoleOutputCP()) {
         SetConsoleOutputCP(CP_UTF8);
         for (std::FILE* stream : {stdout, stderr}) {
-            if (_isatty(_fileno(stream)))
-                std::setvbuf(stream, nullptr, _IOFBF, kBufferSize);
+            if (!_isatty(_fileno(stream)))
+                continue;
+            std::setvbuf(stream, nullptr, _IOFBF, kBufferSize);
+            // As text, some run-times write each byte as a character. The console ends lines at line feeds.
+            _setmode(_fileno(stream), _O_BINARY);
         }
         m_flusher = std::jthread([this](const std::stop_token& stop) { FlushUntil(stop); });
     }
