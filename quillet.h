@@ -1,11 +1,12 @@
 // quillet: a complete client of a phone's diagnostic protocol, for programs that link quillet.wfx.
 //
-//     #include "quillet.h"
+//     #include <quillet.h>
 //     Diag_FTM phone(5);                     // COM5
 //     if (phone.IsPhoneConnected())
 //         phone.EFS2_DIAG_ENUM_DIR("");      // entries arrive through ConfigureEfsCallbacks
 //
-// CONTRIBUTING.md describes the conventions: errors, ownership, threads, units, text encoding.
+// The main page of the reference describes what holds everywhere: results, reasons, threads, units,
+// ownership.
 #pragma once
 
 #include "efs2/failure_text.h"

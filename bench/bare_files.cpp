@@ -47,9 +47,9 @@ void BareDownload(BareLine& line, const std::string& sPath, const std::string& s
     uint32_t iOffset = 0;
     uint32_t iCount = kReadBlock;
     while (iCount == kReadBlock) {
-        const auto& answer = line.Exchange(BareLine::Request(kRead, {iFile, kReadBlock, iOffset}));
-        iCount = BareLine::ValueAt(answer, 12);
-        target.write(reinterpret_cast<const char*>(answer.data()) + 20, iCount);
+        const auto& response = line.Exchange(BareLine::Request(kRead, {iFile, kReadBlock, iOffset}));
+        iCount = BareLine::ValueAt(response, 12);
+        target.write(reinterpret_cast<const char*>(response.data()) + 20, iCount);
         iOffset += iCount;
     }
     line.Exchange(BareLine::Request(kClose, {iFile}));

@@ -101,9 +101,9 @@ std::vector<uint8_t> BareLine::Request(uint8_t iCommand, std::initializer_list<u
     return request;
 }
 
-uint32_t BareLine::ValueAt(const std::vector<uint8_t>& answer, size_t iOffset) {
+uint32_t BareLine::ValueAt(const std::vector<uint8_t>& response, size_t iOffset) {
     uint32_t iValue = 0;
     for (size_t i = 4; i > 0; --i)
-        iValue = iValue << 8 | answer.at(iOffset + i - 1);
+        iValue = iValue << 8 | response.at(iOffset + i - 1);
     return iValue;
 }

@@ -31,7 +31,7 @@ public:
     static std::vector<uint8_t> Request(uint8_t iCommand, std::initializer_list<uint32_t> values,
                                         const void* pTail = nullptr, size_t iTailSize = 0);
     /// The 32-bit value at an offset of a response.
-    static uint32_t ValueAt(const std::vector<uint8_t>& answer, size_t iOffset);
+    static uint32_t ValueAt(const std::vector<uint8_t>& response, size_t iOffset);
 
 private:
     bool TakeInput(int iLimit_ms);

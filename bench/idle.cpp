@@ -24,7 +24,7 @@ IdleFigures Sleep(std::chrono::seconds time) {
 
 void MeasureIdle(Bench& bench) {
     constexpr size_t kFileSize = 1024;
-    const Condition& condition = kConditions[0];
+    const Condition& condition = kAtOnce;
     const std::string sFile = "file" + std::to_string(kFileSize);
     const std::chrono::seconds time(bench.bFull ? 20 : 4);
     bench.report.BeginTopic("idle, port open");

@@ -74,7 +74,7 @@ std::optional<Options> Parse(int iCount, char** psArguments) {
 
 void Profile(Bench& bench, size_t iBytes, bool bLog) {
     bench.phone.MakeFile(iBytes);
-    Client connection(bench, kConditions[bLog ? 1 : 0]);
+    Client connection(bench, bLog ? kAtOnceWithLog : kAtOnce);
     ClientDownload(*connection, "file" + std::to_string(iBytes), bench.Local("client"));
 }
 

@@ -24,27 +24,30 @@ void Require(bool bHolds, const char* sWhat);
 /// The value below which the fraction fPart (0 to 1) of the values lies. Sorts `values`.
 double Percentile(std::vector<double>& values, double fPart);
 
-/// The behaviour of the handset, and whether the client writes its text log.
+/// The behaviour of the handset, whether the client writes its text log, and the goal of one exchange.
 struct Condition {
     const char* sName;
     unsigned iLatency_us;
     unsigned iChatter; // log records before every response
     bool bLog;
+    Goal goal;
 
     bool IsPlain() const { return iChatter == 0 && !bLog; }
-    /// The goal of figures under this condition.
-    Goal GoalOf() const {
-        return !IsPlain() ? Goal::None : iLatency_us == 0 ? Goal::Added100 : Goal::Factor115;
-    }
 };
 
+constexpr Condition kAtOnce{"at once", 0, 0, false, {.fFactor = 1.5, .fAdded_us = 25}};
+constexpr Condition kAtOnceWithLog{"at once, log", 0, 0, true, kNoGoal};
+constexpr Condition kAtOnceInFlood{"at once, flood", 0, 20, false, {.fFactor = 1.5}};
+constexpr Condition kAfter200us{"after 200 us", 200, 0, false, {.fFactor = 1.1}};
+constexpr Condition kAfter1ms{"after 1 ms", 1000, 0, false, {.fFactor = 1.04}};
 constexpr Condition kConditions[] = {
-    {.sName = "at once", .iLatency_us = 0, .iChatter = 0, .bLog = false},
-    {.sName = "at once, log", .iLatency_us = 0, .iChatter = 0, .bLog = true},
-    {.sName = "at once, flood", .iLatency_us = 0, .iChatter = 20, .bLog = false},
-    {.sName = "after 1 ms", .iLatency_us = 1000, .iChatter = 0, .bLog = false},
-    {.sName = "1 ms, log", .iLatency_us = 1000, .iChatter = 0, .bLog = true},
-    {.sName = "1 ms, flood", .iLatency_us = 1000, .iChatter = 20, .bLog = false},
+    kAtOnce,
+    kAtOnceWithLog,
+    kAtOnceInFlood,
+    kAfter200us,
+    kAfter1ms,
+    {"1 ms, log", 1000, 0, true, kNoGoal},
+    {"1 ms, flood", 1000, 20, false, kNoGoal},
 };
 
 /// Shared by the topics. Make the handset's process before anything else.

@@ -37,7 +37,7 @@ void MeasureMemory(Bench& bench) {
     bench.phone.MakeFile(iSize);
     bench.phone.MakeFolder(iEntries);
     bench.report.BeginTopic("memory, more than before");
-    for (const Condition* pCondition : {&kConditions[0], &kConditions[2]}) {
+    for (const Condition* pCondition : {&kAtOnce, &kAtOnceInFlood}) {
         AddGrowth(
             bench, "status of a file", *pCondition, [&](BareLine& line) { BareStatus(line, sFile); },
             [&](Diag_FTM& diag) { ClientStatus(diag, sFile); });

@@ -100,7 +100,7 @@ void MeasureCopies(Bench& bench, const Condition& condition) {
     }
     const auto add = [&](const char* sItem, double fHost, double fMount) {
         Row row{sItem, condition.sName, "s", fHost, fMount};
-        row.eGoal = Goal::Factor115;
+        row.goal = {.fFactor = 1.15};
         bench.report.AddTime(row);
     };
     add("4 MiB from the phone", fGetHost, fGetMount);
@@ -109,7 +109,7 @@ void MeasureCopies(Bench& bench, const Condition& condition) {
 
 void AddCount(Bench& bench, const char* sItem, double fLimit, uint64_t iCount) {
     Row row{sItem, "at once", "", fLimit, static_cast<double>(iCount)};
-    row.eGoal = Goal::NotMore;
+    row.goal = kNotMore;
     bench.report.Add(row);
 }
 
@@ -139,7 +139,7 @@ void MeasureManyEntries(Bench& bench) {
     Run({"ls", "-l", folder.Path("folder" + std::to_string(iEntries))});
     Row row{"memory with " + std::to_string(iEntries) + " entries", "at once", "MiB", kMemoryLimit_MiB,
             folder.Memory_MiB()};
-    row.eGoal = Goal::NotMore;
+    row.goal = kNotMore;
     bench.report.Add(row);
 }
 
@@ -147,9 +147,9 @@ void MeasureManyEntries(Bench& bench) {
 
 void MeasureMounted(Bench& bench) {
     bench.report.BeginTopic("mount (floor: wfxhost, limits)");
-    bench.Set(kConditions[3]);
-    MeasureCopies(bench, kConditions[3]);
-    bench.Set(kConditions[0]);
+    bench.Set(kAfter1ms);
+    MeasureCopies(bench, kAfter1ms);
+    bench.Set(kAtOnce);
     CountRequests(bench);
     MeasureManyEntries(bench);
 }

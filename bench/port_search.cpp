@@ -13,7 +13,7 @@ constexpr size_t kPorts = 20;
 constexpr size_t kAnswering = 6; // of them, counted from 1
 constexpr int kPhoneCheck_ms = 80;
 constexpr int kTextAttempts = 2;
-constexpr int kTextAnswer_ms = 200;
+constexpr int kTextResponse_ms = 200;
 constexpr const char* kFlag = "~";         // ends a frame that the handset may have begun
 constexpr unsigned short kFirstNumber = 2; // COM1 is the handset of all other measurements
 
@@ -54,7 +54,7 @@ void BareSearch(const HandsetProcess& phone) {
         line.WriteText(kFlag);
         for (int iAttempt = 0; iAttempt < kTextAttempts; ++iAttempt) {
             line.WriteText("AT$QCDMG\r");
-            line.DropInput(kTextAnswer_ms);
+            line.DropInput(kTextResponse_ms);
         }
         line.WriteText(kFlag);
     }
@@ -81,7 +81,7 @@ unsigned short ClientSearch() {
 
 void MeasurePortSearch(Bench& bench) {
     bench.report.BeginTopic("search, answer on port 6 of 20");
-    bench.Set(kConditions[0]);
+    bench.Set(kAtOnce);
     bench.phone.AddNeighbours(kPorts, kAnswering);
     const Usage bare = Measure([&] { BareSearch(bench.phone); });
     OpenCounter opens;

@@ -6,34 +6,27 @@
 
 namespace {
 
-const char* Text(Goal eGoal) {
-    switch (eGoal) {
-        case Goal::Factor110:
-            return "<= 1.1 x";
-        case Goal::Factor115:
-            return "<= 1.15 x";
-        case Goal::Added100:
-            return "<= 100 us";
-        case Goal::NotMore:
-            return "<= floor";
-        default:
-            return "";
-    }
+double CostFactor(const Row& row) {
+    return std::isnan(row.fFactor) ? row.fClient / row.fFloor : row.fFactor;
 }
 
 bool IsMet(const Row& row) {
-    switch (row.eGoal) {
-        case Goal::Factor110:
-            return row.fFactor <= 1.1;
-        case Goal::Factor115:
-            return row.fFactor <= 1.15;
-        case Goal::Added100:
-            return row.fAdded_us <= 100;
-        case Goal::NotMore:
-            return row.fClient <= row.fFloor;
-        default:
-            return true;
-    }
+    const Goal& goal = row.goal;
+    return (std::isnan(goal.fFactor) || CostFactor(row) <= goal.fFactor) &&
+           (std::isnan(goal.fAdded_us) || row.fAdded_us <= goal.fAdded_us);
+}
+
+std::string Text(const Goal& goal) {
+    if (goal.fFactor == kNotMore.fFactor)
+        return "<= floor";
+    char sText[60] = "";
+    if (!std::isnan(goal.fFactor) && !std::isnan(goal.fAdded_us))
+        std::snprintf(sText, sizeof sText, "<= %g x, %g us", goal.fFactor, goal.fAdded_us);
+    else if (!std::isnan(goal.fFactor))
+        std::snprintf(sText, sizeof sText, "<= %g x", goal.fFactor);
+    else if (!std::isnan(goal.fAdded_us))
+        std::snprintf(sText, sizeof sText, "<= %g us", goal.fAdded_us);
+    return sText;
 }
 
 /// Three significant digits, but all digits before the point.
@@ -69,7 +62,7 @@ void Report::Add(const Row& row) {
     std::printf("  %-32s %-15s %-5s %7s %7s %8s %6s %9s %6s  %s%s\n", row.sItem.c_str(),
                 row.sCondition.c_str(), row.sUnit.c_str(), Number(row.fFloor).c_str(),
                 Number(row.fClient).c_str(), Number(row.fAdded_us).c_str(), Number(row.fFactor).c_str(),
-                Number(row.fFloorCpu_us).c_str(), Number(row.fClientCpu_us).c_str(), Text(row.eGoal),
+                Number(row.fFloorCpu_us).c_str(), Number(row.fClientCpu_us).c_str(), Text(row.goal).c_str(),
                 bMet ? "" : " MISSED");
     std::fflush(stdout);
 }
@@ -99,7 +92,7 @@ bool Report::WriteJson(const std::string& sFile) const {
                      JsonNumber(row.fFloor).c_str(), JsonNumber(row.fClient).c_str(),
                      JsonNumber(row.fAdded_us).c_str(), JsonNumber(row.fFactor).c_str(),
                      JsonNumber(row.fFloorCpu_us).c_str(), JsonNumber(row.fClientCpu_us).c_str(),
-                     Text(row.eGoal), bMet ? "true" : "false");
+                     Text(row.goal).c_str(), bMet ? "true" : "false");
         sSeparator = ",\n";
     }
     std::fputs("\n]\n", file.get());

@@ -8,14 +8,13 @@
 /// A figure that a row does not have.
 constexpr double kNoFigure = std::numeric_limits<double>::quiet_NaN();
 
-/// The goal of a row.
-enum class Goal {
-    None,
-    Factor110, // the client costs at most 1.1 times the floor
-    Factor115, // the client costs at most 1.15 times the floor
-    Added100,  // the client adds at most 100 microseconds per exchange
-    NotMore,   // the client's figure is not above the floor's, which is a limit
+/// The limits of a row; a limit that is kNoFigure does not apply.
+struct Goal {
+    double fFactor = kNoFigure;   // of the client's cost divided by the floor's
+    double fAdded_us = kNoFigure; // per exchange
 };
+constexpr Goal kNoGoal{};
+constexpr Goal kNotMore{.fFactor = 1}; // the floor is itself a limit
 
 /// One measurement: client and floor in the same run.
 struct Row {
@@ -26,7 +25,7 @@ struct Row {
     double fClient = kNoFigure;
     double fAdded_us = kNoFigure; // added by the client to one exchange
     double fFactor = kNoFigure;   // cost of the client / cost of the floor
-    Goal eGoal = Goal::None;
+    Goal goal{};
     // Processor time of one exchange, all threads of this process together. Other programs on the machine
     // hardly affect it.
     double fFloorCpu_us = kNoFigure;

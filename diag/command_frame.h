@@ -44,9 +44,9 @@ public:
     DataLogFileHandler& Log() { return m_access.Log(); }
     PacketBuffer& Buffer() { return m_buffer; }
     ResponseReader Response() { return m_buffer.Response(); }
-    /// AskForValues is Send for a command whose result is only in the response's values: false also when
+    /// SendForValues is Send for a command whose result is only in the response's values: false also when
     /// nothing follows the response's header.
-    bool AskForValues() { return Send(0) && Response().HoldsValues(); }
+    bool SendForValues() { return Send(0) && Response().HoldsValues(); }
     /// StoreSystemMode is SetSystemMode without the log line, for commands that imply a mode.
     void StoreSystemMode(FTM_Mode_Id_Enum eSystemMode) { m_eSystemMode = eSystemMode; }
 

@@ -1,6 +1,5 @@
 #include "diag/download.h"
 
-#include <cstring>
 #include <string_view>
 
 #include "diag/command.h"
@@ -20,7 +19,7 @@ bool DownloadGreeting::DOWNLOAD_Hello(unsigned char iVersionNumber, unsigned cha
     m_frame.BeginRequest().U8(DIAG_DOWNLOAD_NOP);
     // Without a response the buffer pair holds nothing from the phone.
     if (m_frame.Send(0) && bGreeted && piResponse != nullptr)
-        std::memcpy(piResponse, m_frame.Buffer().ResponseBytes(), m_frame.Response().Size());
+        m_frame.Response().BytesAt(0, {piResponse, m_frame.Response().Size()});
     return bGreeted;
 }
 

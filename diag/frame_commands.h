@@ -37,10 +37,10 @@ public:
 
     // --- Settings -----------------------------------------------------------------------------------
 
-    /// SetCommandType sets the form of FTM requests (initially 75).
+    /// SetCommandType sets the form of FTM requests (initially 75), GetCommandType returns it.
     void SetCommandType(FTM_Command_Type eCommandType);
     FTM_Command_Type GetCommandType() const;
-    /// SetSystemMode sets the mode field of FTM requests (initially 1).
+    /// SetSystemMode sets the mode field of FTM requests (initially 1), GetSystemMode returns it.
     void SetSystemMode(FTM_Mode_Id_Enum iSystem_Mode);
     FTM_Mode_Id_Enum GetSystemMode() const;
 

@@ -1,7 +1,5 @@
 #include "diag/identity.h"
 
-#include <cstring>
-
 #include "diag/command.h"
 #include "diag/command_codes.h"
 #include "diag/nv_items.h"
@@ -9,16 +7,15 @@
 
 bool PhoneIdentity::DIAG_VERNO_F(QLIB_PhoneResp_Version* pVersion) {
     const bool bAnswered = SimpleCommand(m_frame, "QLIB_DIAG_VERNO_F()", {DIAG_VERSION});
-    if (!bAnswered || pVersion == nullptr || m_frame.Response().Size() < sizeof *pVersion)
+    if (!bAnswered || pVersion == nullptr)
         return false;
-    std::memcpy(pVersion, m_frame.Buffer().ResponseBytes(), sizeof *pVersion);
-    return true;
+    return m_frame.Response().BytesAt(0, {reinterpret_cast<unsigned char*>(pVersion), sizeof *pVersion});
 }
 
 bool PhoneIdentity::DIAG_EXT_BUILD_ID_F(DWORD& iMSM_HW_Version, DWORD& iMobModel, char* sMobSwRev,
                                         char* sModelStr) {
     constexpr size_t kTextOffset = 12;
-    if (!SimpleQuestion(m_frame, "QLIB_DIAG_EXT_BUILD_ID_F()", {DIAG_BUILD_ID}, 3))
+    if (!SimpleQuery(m_frame, "QLIB_DIAG_EXT_BUILD_ID_F()", {DIAG_BUILD_ID}, 3))
         return false;
     const ResponseReader response = m_frame.Response();
     response.U32At(4, iMSM_HW_Version);

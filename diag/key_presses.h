@@ -26,8 +26,8 @@ public:
     bool DIAG_KeyPress_ConfigureKeyDetect(const char* sKeyReleasePrefix, const char* sKeyPressPrefix,
                                           unsigned short iSSID, DWORD iRT_MASK);
 
-    /// DIAG_KeyPress_StartCapture requests the messages and switches phone logging on; StopCapture undoes
-    /// both. True when the phone answered.
+    /// DIAG_KeyPress_StartCapture requests the messages and switches phone logging on;
+    /// DIAG_KeyPress_StopCapture undoes both. True when the phone answered.
     bool DIAG_KeyPress_StartCapture();
     bool DIAG_KeyPress_StopCapture();
 

@@ -50,7 +50,8 @@ public:
     bool DIAG_SetExtendedLogCode(unsigned char iEquipmentID, unsigned short iLogCode,
                                  unsigned short iNumItems);
 
-    /// DIAG_AddExtendedLogCodes switches log codes on in addition to the present ones, and phone logging too.
+    /// DIAG_AddExtendedLogCodes switches log codes on in addition to the present ones, and phone logging too;
+    /// DIAG_AddExtendedLogCode does so for a single code.
     /// A mask that already has them all is not sent again. Codes that the phone does not have are left out.
     /// When the present mask cannot be read, the codes become the whole mask. False at once, with phone
     /// logging unchanged, when the ranges cannot be read.

@@ -66,7 +66,7 @@ bool Peek(CommandFrame& frame, DWORD iAddress, unsigned short iNumItems, Value* 
         .U16(static_cast<unsigned>(iCount))
         .EndHeader()
         .Bytes(std::span(kPadding).first(width.iArea));
-    const bool bAnswered = iCount > 0 ? frame.AskForValues() : frame.Send(0);
+    const bool bAnswered = iCount > 0 ? frame.SendForValues() : frame.Send(0);
     if (bAnswered)
         CopyPeeked(frame, std::span(pOut, iCount));
     LogLine(frame, LOG_RET, "QLIB_DIAG_MEMORY_PEEK_F-%s(iAddress=0x%X, iNumItems=%d) %s0x%X, OK = %d",

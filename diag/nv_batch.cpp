@@ -105,7 +105,7 @@ bool NvItems::IsItemWritten(BatchResult result) {
     return false;
 }
 
-bool NvItems::ReadBatchAnswer(BatchResult result) {
+bool NvItems::ReadBatchResponse(BatchResult result) {
     const ResponseReader response = m_frame.Response();
     unsigned short iCount = 0;
     if (!response.U16At(4, iCount) || !response.U16At(8, result.iBatchStatus))
@@ -139,7 +139,7 @@ bool NvItems::DIAG_NV_WRITE_FlushBatchQueue(unsigned short& iLastItemID, unsigne
         const std::vector<NV_WriteQueueItem> batch = TakeBatch(queue, iPayloadSize);
         iWritten += batch.size();
         bDone =
-            SendBatch(batch, iPayloadSize) && ReadBatchAnswer({iLastItemID, iBatchStatus, iLastItemStatus});
+            SendBatch(batch, iPayloadSize) && ReadBatchResponse({iLastItemID, iBatchStatus, iLastItemStatus});
     } while (bDone && !queue.empty());
     m_writeQueue = std::move(queue);
     DIAG_NV_WRITE_SetBatchMode(false);

@@ -24,8 +24,8 @@ bool NvItems::Read(size_t iDataOffset, unsigned char* pItemData, int iLength, un
         return false;
     const size_t iDataEnd = std::max(m_frame.Response().Size() - sizeof iStatus, iDataOffset);
     if (iStatus == 0)
-        std::copy_n(m_frame.Buffer().ResponseBytes() + iDataOffset,
-                    ByteCount(iLength, std::min(kItemSize, iDataEnd - iDataOffset)), pItemData);
+        m_frame.Response().BytesAt(
+            iDataOffset, {pItemData, ByteCount(iLength, std::min(kItemSize, iDataEnd - iDataOffset))});
     return true;
 }
 

@@ -17,6 +17,7 @@ class CommandFrame;
 /// them. True with a status other than 0 means that the phone answered and refused.
 class QUILLET_API NvItems {
 public:
+    /// The largest item, in bytes.
     static constexpr size_t kItemSize = 128;
     /// In a batch an item may be one byte longer.
     static constexpr size_t kBatchItemSize = 129;
@@ -87,7 +88,7 @@ private:
     static std::vector<NV_WriteQueueItem> TakeBatch(std::deque<NV_WriteQueueItem>& queue,
                                                     unsigned& iPayloadSize);
     bool SendBatch(const std::vector<NV_WriteQueueItem>& batch, unsigned iPayloadSize);
-    bool ReadBatchAnswer(BatchResult result);
+    bool ReadBatchResponse(BatchResult result);
     bool IsItemWritten(BatchResult result);
 
     CommandFrame& m_frame;

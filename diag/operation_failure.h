@@ -1,20 +1,21 @@
-// Why an operation on the handset did not do what was asked.
+// Why an operation on the phone failed.
 #pragma once
 
 #include "platform/types.h"
 
-/// OperationFailure says why an operation failed, or was refused where its result does not say so.
+/// OperationFailure says why an operation failed, or why the phone refused where the result does not show it.
 struct OperationFailure {
+    /// What went wrong.
     enum class Kind {
-        None,            // it did not, or the reason is not known
-        NotSent,         // a path does not fit into a request: nothing was sent
-        NoAnswer,        // the handset did not answer
-        UnusableAnswer,  // it answered, but not what answers the request
-        Refused,         // it refused; iErrorNo is its error number
-        NoRoom,          // the phone has less free space than the file needs: nothing was written
-        LocalNotRead,    // the local file cannot be read; iErrorNo is errno's value, or 0
-        LocalNotWritten, // the local file cannot be written; iErrorNo likewise
+        None,             // nothing failed, or the reason is not known
+        NotSent,          // a path does not fit into a request: nothing was sent
+        NoResponse,       // the phone did not answer
+        UnusableResponse, // the response does not fit the request
+        Refused,          // the phone refused; iErrorNo is its error number
+        NoRoom,           // the phone has less free space than the file needs: nothing was written
+        LocalNotRead,     // the local file cannot be read; iErrorNo is errno's value, or 0
+        LocalNotWritten,  // the local file cannot be written; iErrorNo likewise
     };
-    Kind eKind = Kind::None;
-    DWORD iErrorNo = 0;
+    Kind eKind = Kind::None; // what went wrong
+    DWORD iErrorNo = 0;      // as the kind says, else 0
 };

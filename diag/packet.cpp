@@ -96,6 +96,13 @@ bool ResponseReader::U32At(size_t iOffset, DWORD& iValue) const {
     return true;
 }
 
+bool ResponseReader::BytesAt(size_t iOffset, std::span<unsigned char> out) const {
+    if (iOffset > m_response.size() || out.size() > m_response.size() - iOffset)
+        return false;
+    std::copy_n(m_response.begin() + static_cast<ptrdiff_t>(iOffset), out.size(), out.begin());
+    return true;
+}
+
 size_t ResponseReader::TextAt(size_t iOffset, char* sOut, size_t iCapacity) const {
     const auto text = m_response.subspan(std::min(iOffset, m_response.size()));
     const auto iLength = static_cast<size_t>(std::find(text.begin(), text.end(), 0) - text.begin());

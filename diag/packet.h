@@ -86,6 +86,8 @@ public:
     bool U8At(size_t iOffset, unsigned char& iValue) const;
     bool U16At(size_t iOffset, unsigned short& iValue) const;
     bool U32At(size_t iOffset, DWORD& iValue) const;
+    /// Fills `out` with the bytes at iOffset; false, with `out` unchanged, when the response has fewer.
+    bool BytesAt(size_t iOffset, std::span<unsigned char> out) const;
     /// Copies the zero-terminated text at iOffset into sOut (iCapacity bytes, at least 1), cut to fit and
     /// always terminated. A text without a zero ends with the response; beyond the response it is empty.
     /// Returns the length of the text in the response, uncut.

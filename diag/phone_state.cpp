@@ -16,8 +16,8 @@ enum GsmCommand : unsigned short { GSM_STATUS = 1, GSM_CALL_ORIG = 3, GSM_CALL_E
 } // namespace
 
 bool PhoneState::DIAG_STATUS_F(unsigned char& iStatus) {
-    return SimpleQuestion(m_frame, "QLIB_DIAG_STATUS_F()",
-                          {DIAG_SUBSYSTEM, DIAG_SUBSYSTEM_CALL_MANAGER, 0x0E, 0x00}) &&
+    return SimpleQuery(m_frame, "QLIB_DIAG_STATUS_F()",
+                       {DIAG_SUBSYSTEM, DIAG_SUBSYSTEM_CALL_MANAGER, 0x0E, 0x00}) &&
            TakeLast(m_frame, iStatus);
 }
 
@@ -26,7 +26,7 @@ bool PhoneState::DIAG_HS_DISPLAY_GET_PARAMS_CMD(unsigned char iDisplayID, unsign
                                                 unsigned char& iPanelOrientation) {
     LogLine(m_frame, LOG_FN, "QLIB_DIAG_HS_DISPLAY_GET_PARAMS_CMD( iDisplayID = %d )", iDisplayID);
     m_frame.FormatSubsystemDiagHeader(DIAG_SUBSYSTEM_DISPLAY, 0);
-    if (!m_frame.AskForValues())
+    if (!m_frame.SendForValues())
         return false;
     ResponseReader response = m_frame.Response();
     if (response.HoldsValues(kDisplaySize)) {

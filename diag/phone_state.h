@@ -10,11 +10,11 @@ class CommandFrame;
 /// it.
 class QUILLET_API PhoneState {
 public:
-    /// Sizes in bytes: DIAG_GSM_STATUS_F's buffers, and DIAG_GSM_CALL_ORIG_F's number.
-    static constexpr size_t kImeiSize = 5;
-    static constexpr size_t kImsiSize = 9;
-    static constexpr size_t kLaiSize = 9;
-    static constexpr size_t kDigitCount = 32;
+    // Sizes in bytes: DIAG_GSM_STATUS_F's buffers, and DIAG_GSM_CALL_ORIG_F's number.
+    static constexpr size_t kImeiSize = 5;    // identity of the phone
+    static constexpr size_t kImsiSize = 9;    // identity of the subscriber
+    static constexpr size_t kLaiSize = 9;     // location area
+    static constexpr size_t kDigitCount = 32; // the digits of a number
 
     explicit PhoneState(CommandFrame& frame) : m_frame(frame) {}
 

@@ -5,7 +5,7 @@
 #include "diag/simple_command.h"
 
 bool PhoneService::DIAG_ERR_READ_F(QLIB_DIAG_Err_Read& errorLog) {
-    if (!SimpleQuestion(m_frame, "QLIB_DIAG_ERR_READ_F()", {DIAG_ERROR_READ}))
+    if (!SimpleQuery(m_frame, "QLIB_DIAG_ERR_READ_F()", {DIAG_ERROR_READ}))
         return false;
     if (m_frame.Response().HoldsValues(sizeof errorLog))
         m_frame.Response().Take(errorLog.aData);

@@ -8,9 +8,9 @@ bool SimpleCommand(CommandFrame& frame, const char* sEntry, std::initializer_lis
     return frame.Send(0);
 }
 
-bool SimpleQuestion(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request,
-                    size_t iReserved) {
+bool SimpleQuery(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request,
+                 size_t iReserved) {
     LogLine(frame, LOG_FN, "%s", sEntry);
     frame.BeginRequest().Bytes({request.begin(), request.size()}).EndHeader(iReserved);
-    return frame.AskForValues();
+    return frame.SendForValues();
 }

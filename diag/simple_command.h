@@ -10,10 +10,10 @@
 /// the frame's buffer pair. True when it arrived.
 bool SimpleCommand(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request);
 
-/// SimpleQuestion does the same for a command whose result is only in the response's values. The response's
-/// header is the request's bytes and iReserved more (see CommandFrame::AskForValues).
-bool SimpleQuestion(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request,
-                    size_t iReserved = 0);
+/// SimpleQuery does the same for a command whose result is only in the response's values. The response's
+/// header is the request's bytes and iReserved more (see CommandFrame::SendForValues).
+bool SimpleQuery(CommandFrame& frame, const char* sEntry, std::initializer_list<unsigned char> request,
+                 size_t iReserved = 0);
 
 /// TakeLast takes the last field of a response. False, with iValue unchanged, when the field overlaps the
 /// header.

@@ -56,8 +56,8 @@ bool Efs2Directory::ReadEntries(const char* sPath, DWORD iDirectory, unsigned ch
         Efs2DirEntry entry;
         Efs2Frame<kEfs2EntryResponse> frame(m_frame, EFS2_CMD_READDIR);
         frame.Request().U32(iDirectory).U32(iSequence);
-        if (!frame.ExchangeUntil(kEfs2Attempts, [&](const ResponseReader& answer) {
-                return ReadDirectoryEntry(answer, entry);
+        if (!frame.ExchangeUntil(kEfs2Attempts, [&](const ResponseReader& response) {
+                return ReadDirectoryEntry(response, entry);
             }))
             return false;
         if (entry.sName[0] == '\0')

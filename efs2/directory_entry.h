@@ -17,12 +17,12 @@ struct Efs2DirEntry {
     /// The longest name that a response can carry.
     static constexpr size_t kLongestName = 216;
 
-    DWORD iType = 0;
-    DWORD iMode = 0;  // POSIX mode bits
-    DWORD iSize = 0;  // bytes
-    DWORD iAtime = 0; // times as the phone counts them (seconds)
-    DWORD iMtime = 0;
-    DWORD iCtime = 0;
+    DWORD iType = 0;                   // an EFS2_EntryType_Enum
+    DWORD iMode = 0;                   // POSIX mode bits
+    DWORD iSize = 0;                   // bytes
+    DWORD iAtime = 0;                  // last access, in seconds as the phone counts them
+    DWORD iMtime = 0;                  // last change of the content
+    DWORD iCtime = 0;                  // last change of the entry
     char sName[kLongestName + 1] = {}; // terminated; empty at the directory's end
     bool bNameIsCut = false;           // longer than the response could carry
 };

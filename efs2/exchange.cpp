@@ -11,7 +11,7 @@ constexpr size_t kUsualErrnumOffset = 4;
 
 using Kind = OperationFailure::Kind;
 
-/// Where the answer to a command has the phone's error number.
+/// Where the response to a command has the phone's error number.
 size_t ErrnumOffset(EFS2_Cmd_Enum eCommand) {
     switch (eCommand) {
         case EFS2_CMD_OPEN:
@@ -28,7 +28,7 @@ size_t ErrnumOffset(EFS2_Cmd_Enum eCommand) {
 }
 
 /// Not all answers to what is built in the buffer pair have one.
-bool AnswerHasErrnum(const unsigned char* pRequest) {
+bool ResponseHasErrnum(const unsigned char* pRequest) {
     return pRequest[0] == DIAG_SUBSYSTEM && pRequest[2] != EFS2_CMD_EXTENDED_INFO;
 }
 
@@ -50,11 +50,11 @@ OperationFailure Efs2Exchange::FailureOfLastAttempt() {
     if (!m_builder.Complete())
         return {Kind::NotSent};
     if (!m_bAnswered)
-        return {Kind::NoAnswer};
+        return {Kind::NoResponse};
     DWORD iErrnum = 0;
     if (Response().U32At(ErrnumOffset(m_eCommand), iErrnum) && iErrnum != 0)
         return {Kind::Refused, iErrnum};
-    return {Kind::UnusableAnswer};
+    return {Kind::UnusableResponse};
 }
 
 bool Efs2Exchange::ExchangeUntilGranted(int iAttempts, size_t iErrnumOffset) {
@@ -83,11 +83,11 @@ bool SendWholeRequest(CommandFrame& frame) {
         return false;
     }
     if (!frame.Send(0)) {
-        frame.NoteFailure({Kind::NoAnswer});
+        frame.NoteFailure({Kind::NoResponse});
         return false;
     }
     DWORD iErrnum = 0;
-    if (AnswerHasErrnum(frame.Buffer().RequestBytes()) &&
+    if (ResponseHasErrnum(frame.Buffer().RequestBytes()) &&
         frame.Response().U32At(kUsualErrnumOffset, iErrnum) && iErrnum != 0)
         frame.NoteFailure({Kind::Refused, iErrnum});
     return true;
@@ -97,6 +97,6 @@ bool AskWholeRequest(CommandFrame& frame) {
     if (!SendWholeRequest(frame))
         return false;
     if (!frame.Response().HoldsValues())
-        frame.NoteFailure({Kind::UnusableAnswer});
+        frame.NoteFailure({Kind::UnusableResponse});
     return frame.Response().HoldsValues();
 }

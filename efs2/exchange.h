@@ -102,5 +102,5 @@ RequestBuilder& BeginEfs2Request(CommandFrame& frame, EFS2_Cmd_Enum eCommand);
 /// forgets the failure before it, and keeps the reason when it fails or the phone refuses it.
 bool SendWholeRequest(CommandFrame& frame);
 /// AskWholeRequest is the same for a request whose result is only in the response's values (see
-/// CommandFrame::AskForValues).
+/// CommandFrame::SendForValues).
 bool AskWholeRequest(CommandFrame& frame);

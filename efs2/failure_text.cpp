@@ -70,7 +70,7 @@ std::string EFS2_FailureText(const OperationFailure& failure) {
     switch (failure.eKind) {
         case Kind::NotSent:
             return "the path is too long for the phone";
-        case Kind::NoAnswer:
+        case Kind::NoResponse:
             return "the handset stopped answering";
         case Kind::Refused:
             return "the phone refused it: " + EFS2_ErrorText(failure.iErrorNo);
@@ -81,7 +81,7 @@ std::string EFS2_FailureText(const OperationFailure& failure) {
         case Kind::LocalNotWritten:
             return WithLocalReason("the local file cannot be written", failure.iErrorNo);
         case Kind::None:
-        case Kind::UnusableAnswer:
+        case Kind::UnusableResponse:
             break;
     }
     return "the handset's answer cannot be used";

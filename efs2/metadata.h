@@ -37,7 +37,7 @@ enum EFS2_EXT_Kind_Enum : int {
 /// are cut, missing ones are empty.
 class QUILLET_API Efs2Metadata {
 public:
-    static constexpr size_t kEfs2TextSize = 512;
+    static constexpr size_t kEfs2TextSize = 512; // the bytes in each text buffer
 
     explicit Efs2Metadata(CommandFrame& frame) : m_frame(frame) {}
 

@@ -13,7 +13,7 @@ bool TakeVerdict(CommandFrame& frame, const char* sOperation, DWORD& iErrorNo) {
     if (!AskWholeRequest(frame))
         return false;
     if (!frame.Response().U32At(4, iErrorNo)) {
-        frame.NoteFailure({OperationFailure::Kind::UnusableAnswer});
+        frame.NoteFailure({OperationFailure::Kind::UnusableResponse});
         return false;
     }
     LogLine(frame, LOG_RET, "%s( iErrorNo = %d )", sOperation, iErrorNo);

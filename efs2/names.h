@@ -11,7 +11,7 @@ class CommandFrame;
 /// thread. The frame must outlive it.
 ///
 /// True means that the phone answered; whether it granted the request is in iErrorNo (0: yes; otherwise
-/// the phone's error number). Without an answer that carries one the result is false and no out-value
+/// the phone's error number). Without an response that carries one the result is false and no out-value
 /// changes; the request may have been carried out. Paths that do not fit in a request (together more than
 /// about 4090 characters) are not sent: false.
 class QUILLET_API Efs2Names {

@@ -25,6 +25,7 @@ public:
     /// its name is empty.
     bool EFS2_DIAG_READDIR(DWORD iDirectory, DWORD iSequence, Efs2DirEntry& entry, DWORD& iErrorNo);
 
+    /// EFS2_DIAG_CLOSEDIR closes a directory.
     bool EFS2_DIAG_CLOSEDIR(DWORD iDirectory, DWORD& iErrorNo);
 
 private:

@@ -33,7 +33,7 @@ bool Efs2OpenFiles::EFS2_DIAG_READ(LONG iDescriptor, DWORD iOffset, unsigned cha
     const std::span<unsigned char> area(pData, std::min(iSize, kEfs2MostRead));
     m_frame.ForgetFailure();
     if (!ReadOneBlock(m_frame, iDescriptor, iOffset, area, iBytesRead, iErrorNo)) {
-        m_frame.NoteFailure({OperationFailure::Kind::UnusableAnswer}); // if nothing else went wrong
+        m_frame.NoteFailure({OperationFailure::Kind::UnusableResponse}); // if nothing else went wrong
         return false;
     }
     LogLine(m_frame, LOG_RET, "QLIB_EFS2_DIAG_READ( iBytesRead = %u, iErrorNo = %d )", iBytesRead, iErrorNo);

@@ -15,9 +15,8 @@ class CommandFrame;
 /// have been carried out; so may a write.
 class QUILLET_API Efs2OpenFiles {
 public:
-    /// The most bytes that one read brings, and that one write takes.
-    static constexpr DWORD kEfs2MostRead = 1536;
-    static constexpr DWORD kEfs2MostWritten = 512;
+    static constexpr DWORD kEfs2MostRead = 1536;   // the most bytes that one read brings
+    static constexpr DWORD kEfs2MostWritten = 512; // the most bytes that one write takes
 
     explicit Efs2OpenFiles(CommandFrame& frame) : m_frame(frame) {}
 
@@ -36,6 +35,7 @@ public:
     bool EFS2_DIAG_WRITE(LONG iDescriptor, DWORD iOffset, const unsigned char* pData, DWORD iSize,
                          DWORD& iBytesWritten, DWORD& iErrorNo);
 
+    /// EFS2_DIAG_CLOSE closes a file. Its iErrorNo also reports what the phone could not write.
     bool EFS2_DIAG_CLOSE(LONG iDescriptor, DWORD& iErrorNo);
 
 private:

@@ -106,7 +106,7 @@ bool FtmAudio::FTM_AUDIO_GET_PCM_CAPTURE_DATA(DWORD iDataOffset, unsigned short&
 }
 
 bool FtmAudio::ReadCapture(unsigned short iTransferSize, unsigned char* piData, DWORD& iDataSize) {
-    const DWORD iPieceSize = std::min<unsigned short>(iTransferSize, kLongestAnswer - kPieceHead);
+    const DWORD iPieceSize = std::min<unsigned short>(iTransferSize, kLongestResponse - kPieceHead);
     const DWORD iRoom = iDataSize;
     iDataSize = 0;
     while (iDataSize < iRoom) {

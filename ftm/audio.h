@@ -13,19 +13,25 @@ class QUILLET_API FtmAudio {
 public:
     explicit FtmAudio(CommandFrame& frame) : m_frame(frame) {}
 
+    /// FTM_AUDIO_SET_PATH routes the sound to a device.
     bool FTM_AUDIO_SET_PATH(unsigned short iAudioDevice);
+    /// FTM_AUDIO_SET_VOLUME sets the volume of the present path.
     bool FTM_AUDIO_SET_VOLUME(unsigned char iVolume);
     /// FTM_AUDIO_DSP_LOOPBACK, FTM_AUDIO_PCM_LOOPBACK connect the microphone to the speaker.
     bool FTM_AUDIO_DSP_LOOPBACK(unsigned char bLoopbackOn);
     bool FTM_AUDIO_PCM_LOOPBACK(unsigned char bLoopbackOn);
+    /// FTM_AUDIO_TONES_PLAY plays a tone of two frequencies until FTM_AUDIO_TONES_STOP.
     bool FTM_AUDIO_TONES_PLAY(unsigned short iHiFreq, unsigned short iLoFreq, unsigned short iMethod);
     bool FTM_AUDIO_TONES_STOP();
+    /// FTM_AUDIO_NS_CONTROL switches the noise suppressor on (1) or off (0).
     bool FTM_AUDIO_NS_CONTROL(unsigned char iNoiseSuppressorOn);
+    /// FTM_AUDIO_SET_CODECTXGAIN_ADJUST adjusts the gain of the microphone path.
     bool FTM_AUDIO_SET_CODECTXGAIN_ADJUST(unsigned short iCodecTxGainAdjust);
 
     /// FTM_AUDIO_PCM_CAPTURE starts a recording into iNumBuffers of the phone's buffers. When the phone
     /// accepts it, the call waits for iDelay_ms while the phone records.
     bool FTM_AUDIO_PCM_CAPTURE(unsigned short iNumBuffers, unsigned short iDelay_ms);
+    /// FTM_AUDIO_PCM_CAPTURE_STOP ends the recording.
     bool FTM_AUDIO_PCM_CAPTURE_STOP();
     /// FTM_AUDIO_GET_PCM_CAPTURE_DATA reads a piece of the recording. The response repeats the offset and has
     /// the size, then the data, and no status. True when they match the request.

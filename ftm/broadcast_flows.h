@@ -14,7 +14,8 @@ class QUILLET_API BroadcastFlows {
 public:
     explicit BroadcastFlows(CommandFrame& frame) : m_frame(frame) {}
 
-    // Only the low 24 bits of a flow id are sent.
+    /// MFLO_ACTIVATE_FLOW, MFLO_DEACTIVATE_FLOW start and end the reception of a flow. Only the low 24 bits
+    /// of its id are sent.
     bool MFLO_ACTIVATE_FLOW(DWORD iFlowID, unsigned char eBinding);
     bool MFLO_DEACTIVATE_FLOW(DWORD iFlowID);
 

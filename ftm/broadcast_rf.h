@@ -12,13 +12,19 @@ class QUILLET_API BroadcastRf {
 public:
     explicit BroadcastRf(CommandFrame& frame) : m_frame(frame) {}
 
+    /// FTM_MF_TUNE_PLL tunes the synthesizer to a channel.
     bool FTM_MF_TUNE_PLL(unsigned short iChannel);
     /// FTM_MF_SYNTH_LOCK: bLockState is not 0 when the synthesizer is locked.
     bool FTM_MF_SYNTH_LOCK(unsigned char& bLockState);
+    /// FTM_MF_LNA_SELECT selects a low-noise amplifier.
     bool FTM_MF_LNA_SELECT(unsigned short iWhichLna);
+    /// FTM_MF_RF_SWITCH_CONFIG sets the antenna switch.
     bool FTM_MF_RF_SWITCH_CONFIG(unsigned short iState);
+    /// FTM_MF_SET_GAIN_STATE fixes the gain state.
     bool FTM_MF_SET_GAIN_STATE(unsigned short iGainState);
+    /// FTM_MF_GET_AGC_STATE reads the gain state and the gain of the digital amplifier.
     bool FTM_MF_GET_AGC_STATE(unsigned short& iGainState, unsigned short& iDvga);
+    /// FTM_MF_GET_RX_RSSI reads the signal strength.
     bool FTM_MF_GET_RX_RSSI(unsigned short& iRssiValue);
     /// FTM_MF_GET_RSSI_CAL_POINT measures the calibration point of a gain state at a known input power. The
     /// response must have the point and one further value, which is ignored.

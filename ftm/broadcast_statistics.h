@@ -17,12 +17,15 @@ public:
 
     /// MFLO_RST_PLP_STATS resets all statistics (bResetAll not 0) or those of one channel.
     bool MFLO_RST_PLP_STATS(unsigned char bResetAll, unsigned char iMlcId, unsigned char eSystem);
+    /// MFLO_RST_MLC_PLP_STATS resets the statistics of one channel.
     bool MFLO_RST_MLC_PLP_STATS(unsigned char iMlcId, unsigned char eSystem);
 
     /// MFLO_GET_MLC_INFO: description and statistics of one channel.
     bool MFLO_GET_MLC_INFO(unsigned char iMlcID, unsigned char eSystem, mftypes_active_mlc_info* pMlcInfo);
+    /// MFLO_GET_MLC_PLP_STAT_DYN_PARAMS: statistics of one channel.
     bool MFLO_GET_MLC_PLP_STAT_DYN_PARAMS(unsigned char iMlcID, unsigned char eSystem,
                                           mftypes_mlc_plp_stats_type* pPlpStats);
+    /// MFLO_GET_MLC_DYN_PARAMS: position of one channel in the present super-frame.
     bool MFLO_GET_MLC_DYN_PARAMS(unsigned char iMlcID, unsigned char eSystem,
                                  mftypes_mlc_dyn_params_type* pDynParams);
 
@@ -30,6 +33,7 @@ public:
     /// none.
     bool MFLO_GET_OIS_PLP_STAT(unsigned char eOIStype, DWORD& iFirst, DWORD& iSecond, DWORD& iThird,
                                DWORD& iFourth);
+    /// MFLO_RST_OIS_PLP_STAT resets those counters.
     bool MFLO_RST_OIS_PLP_STAT(unsigned char eOIStype);
 
     /// MFLO_GET_FLO_PLP_DYN_PARAMS: a flow's good and erased packets, in total and in the present

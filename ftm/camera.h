@@ -25,15 +25,21 @@ class QUILLET_API FtmCamera {
 public:
     explicit FtmCamera(CommandFrame& frame) : m_frame(frame) {}
 
+    /// FTM_CAMERA_START, FTM_CAMERA_STOP switch the camera on and off.
     bool FTM_CAMERA_START(unsigned short& iCameraStatus);
     bool FTM_CAMERA_STOP(unsigned short& iCameraStatus);
     /// IsCameraStarted: the camera has been started, and not stopped since.
     bool IsCameraStarted() const { return m_bStarted; }
 
+    /// FTM_CAMERA_SET_PARM sets one parameter.
     bool FTM_CAMERA_SET_PARM(unsigned short iParmId, DWORD iParmValue, unsigned short& iCameraStatus);
+    /// FTM_CAMERA_SET_DIMENSIONS sets the size of later pictures and the width of the display, in pixels.
     bool FTM_CAMERA_SET_DIMENSIONS(unsigned short iPictureWidth, unsigned short iPictureHeight,
                                    unsigned short iLCDWidth, unsigned short& iCameraStatus);
+    /// FTM_CAMERA_SET_SENSOR_ID selects the sensor.
     bool FTM_CAMERA_SET_SENSOR_ID(unsigned char iSensorID, unsigned short& iCameraStatus);
+    /// FTM_CAMERA_START_PREVIEW, FTM_CAMERA_STOP_PREVIEW show the camera's picture on the display, and end
+    /// that.
     bool FTM_CAMERA_START_PREVIEW(unsigned short& iCameraStatus);
     bool FTM_CAMERA_STOP_PREVIEW(unsigned short& iCameraStatus);
 

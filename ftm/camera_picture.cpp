@@ -47,7 +47,7 @@ bool FtmCamera::FTM_CAMERA_PerformTakePictureSequence(const FTM_Camera_PictureSe
 }
 
 bool FtmCamera::ReadPicture(DWORD iPictureSize, unsigned short iTransferSize, unsigned char* piPicture) {
-    const DWORD iPieceSize = std::min<unsigned short>(iTransferSize, kLongestAnswer - kPieceFrame);
+    const DWORD iPieceSize = std::min<unsigned short>(iTransferSize, kLongestResponse - kPieceFrame);
     unsigned short iStatus = 0;
     for (DWORD iRead = 0; iRead < iPictureSize;) {
         auto iPiece = static_cast<unsigned short>(std::min(iPieceSize, iPictureSize - iRead));

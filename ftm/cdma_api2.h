@@ -23,7 +23,8 @@ public:
     /// FTM_CDMA_API2_COMMIT_RF_TO_NV makes the phone store a band class's calibration (8 bits are sent).
     bool FTM_CDMA_API2_COMMIT_RF_TO_NV(unsigned short iBandClass);
 
-    /// For both, iCount is in values.
+    /// FTM_CDMA_API2_CALIBRATE_DVGA, FTM_CDMA_API2_CALIBRATE_LNA calibrate the digital amplifier or one step
+    /// of the low-noise amplifier. iCount is in values.
     bool FTM_CDMA_API2_CALIBRATE_DVGA(unsigned char iPath, unsigned short iInputPower, unsigned char& iCount,
                                       unsigned short* piValues);
     bool FTM_CDMA_API2_CALIBRATE_LNA(unsigned char iPath, unsigned short iInputPower, unsigned char iLNAstep,

@@ -14,8 +14,8 @@ struct FTM2LogMessage {
     /// The part of iSize that does not belong to the record: the packet's two FCS bytes and two zero bytes.
     static constexpr unsigned short kTail = 4;
 
-    unsigned short iLogType;
-    unsigned char aData[kMaxPacketSize - 14 - 2];
+    unsigned short iLogType;                      // the FTM log type
+    unsigned char aData[kMaxPacketSize - 14 - 2]; // the rest of the record
 };
 static_assert(sizeof(FTM2LogMessage) == kMaxPacketSize - 14);
 

@@ -16,8 +16,11 @@ public:
     bool FTM_AGPS_SET_TEST_MODE(unsigned char iOnOff);
     /// FTM_AGPS_SELF_TEST: iPassFail is the phone's result.
     bool FTM_AGPS_SELF_TEST(unsigned char& iPassFail);
+    /// FTM_AGPS_IDLE_MODE puts the receiver into its idle mode.
     bool FTM_AGPS_IDLE_MODE();
+    /// FTM_AGPS_STANDALONE_TEST_MODE selects the test without assistance from a network.
     bool FTM_AGPS_STANDALONE_TEST_MODE();
+    /// FTM_AGPS_SV_TRACKING makes the receiver track one satellite.
     bool FTM_AGPS_SV_TRACKING(unsigned char iSatelliteVehicleId);
     /// FTM_AGPS_IQ_CAPTURE: the unit of iStartDelay and the meaning of iCaptureType and iCaptureSize are
     /// phone-specific.

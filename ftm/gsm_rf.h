@@ -32,13 +32,20 @@ public:
                                DWORD iNumBursts, bool bIsInfiniteDuration);
     bool FTM_SET_TRANSMIT_BURST(unsigned char iSlotNum, short iDataSource, unsigned char iTSCindex,
                                 DWORD iNumBursts, bool bIsInfiniteDuration);
+    /// FTM_SET_RX_BURST, FTM_SET_RX_CONTINUOUS receive in a slot, in bursts or continuously.
     bool FTM_SET_RX_BURST(unsigned char iSlotNum, short iRxFunction);
     bool FTM_SET_RX_CONTINUOUS(unsigned char iSlotNum, short iRxFunction);
+    /// FTM_SET_TX_POWER_LEVEL sets the power level of later bursts.
     bool FTM_SET_TX_POWER_LEVEL(unsigned char iPowerLevelID);
+    /// FTM_SET_PA_DAC_INPUT sets the input of the power amplifier's converter directly.
     bool FTM_SET_PA_DAC_INPUT(unsigned short iDACinput);
+    /// FTM_SET_TX_CAL_SWEEP steps that input from one value to another.
     bool FTM_SET_TX_CAL_SWEEP(unsigned short iDAC_Start, unsigned short iDAC_Stop, unsigned short iDAC_Step);
+    /// FTM_SET_TX_FRAME_MATRIX sets what one slot of the frame transmits: whether it does, its power and its
+    /// modulation.
     bool FTM_SET_TX_FRAME_MATRIX(unsigned char iSlotNum, unsigned char iTurnSlotOn, unsigned short iPwrLevel,
                                  unsigned char iModScheme);
+    /// FTM_GET_RSSI reads the signal strength.
     bool FTM_GET_RSSI(DWORD& iRssiValue);
 
     // --- Calibration --------------------------------------------------------------------------------
@@ -57,7 +64,9 @@ public:
     /// FTM_DO_CALPATH_RSB sends both residual-sideband corrections and replaces them with the phone's.
     bool FTM_DO_CALPATH_RSB(unsigned char iRSB_Subcmd_ID, unsigned char iDone_RSG, unsigned short* piRSB_A,
                             unsigned short* piRSB_B);
+    /// FTM_SET_OPLL_BW sets the bandwidth of the offset phase-locked loop.
     bool FTM_SET_OPLL_BW(unsigned char iBandwidth_Num);
+    /// FTM_BASEBAND_BW_CAL calibrates the bandwidth of the baseband filters.
     bool FTM_BASEBAND_BW_CAL(unsigned char iBandwidth_Num);
     /// FTM_GSM_POLAR_TX_SWEEP_CAL sweeps over iNumDac pairs of 16-bit values (the low halves of both lists'
     /// entries). False, with nothing sent, when the pairs do not fit in a request (more than about 1020).

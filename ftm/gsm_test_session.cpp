@@ -159,11 +159,11 @@ bool GsmTestSession::FTM_GSM_ConfigLoopbackType(FTM_GSM_BER_LoopbackType_Enum eL
     m_pSteps->Enter("    QLIB_FTM_GSM_ConfigLoopbackType");
     if (!m_sessions.IsRadioSessionActive(RadioSession::Gsm))
         return m_pSteps->Fail("    FTM_GSM_ConfigLoopbackType() -- Error, session is not started");
-    const TestAnswer answer =
+    const TestResponse response =
         m_pSteps->Request("FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ", m_requests,
                           &GsmTestRequests::FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ, eLoopback);
     LogLine(m_pSteps->Log(), LOG_RET, "    FTM_GSM_CONFIG_LOOPBACK_TYPE_REQ status check is disabled");
-    return answer.bExchanged;
+    return response.bExchanged;
 }
 
 bool GsmTestSession::FTM_GSM_BER_ReleaseTCH() {

@@ -68,7 +68,7 @@ HsdpaTestSession::HsdpaStart HsdpaTestSession::TryHsdpaStart() {
                : HsdpaStart::Failed;
 }
 
-TestAnswer HsdpaTestSession::StopChannels() {
+TestResponse HsdpaTestSession::StopChannels() {
     return m_pSteps->Request("FTM_HSDPA_BLER_CMD_STOP_HS", m_requests,
                              &HsdpaTestRequests::FTM_HSDPA_BLER_CMD_STOP_HS);
 }

@@ -10,7 +10,7 @@
 
 class CommandFrame;
 class TestSteps;
-struct TestAnswer;
+struct TestResponse;
 class LogMasks;
 
 /// HsdpaTestSession: within a WCDMA session with its channel set up, a test calls the Configure operations,
@@ -44,6 +44,7 @@ public:
     /// FTM_HSDPA_BLER_Configure_HS_DSCH_HSET takes processes and partitions from a reference set: 1 to 8, or
     /// 255. Any other number is used as the number of processes, with all partitions 0.
     bool FTM_HSDPA_BLER_Configure_HS_DSCH_HSET(unsigned short iH_RNTI, unsigned char iHSet);
+    /// FTM_HSDPA_BLER_Configure_HS_DPCCH configures the uplink control channel.
     bool FTM_HSDPA_BLER_Configure_HS_DPCCH(unsigned char iCPICH_PowerOffset, unsigned char iCQI_FeedbackCycle,
                                            unsigned char iCQI_RepetitionFactor, unsigned char iDeltaCQI,
                                            unsigned char iDeltaACK, unsigned char iDeltaNACK,
@@ -61,7 +62,7 @@ private:
     enum class HsdpaStart { Done, Again, Failed };
 
     HsdpaStart TryHsdpaStart();
-    TestAnswer StopChannels();
+    TestResponse StopChannels();
     bool IsHsdpaConfirmed(const char* sWait, log_FTM2_HSDPA_BER_log_id_enum eId);
     bool ClearHsdpaStatus();
 

@@ -10,7 +10,7 @@ constexpr size_t kPeripheralHeader = 10;
 /// The length of a response that carries a status alone.
 constexpr unsigned short kStatusResponse = kPeripheralHeader + 2;
 /// The longest response, without its FCS.
-constexpr unsigned short kLongestAnswer = 4094;
+constexpr unsigned short kLongestResponse = 4094;
 
 /// TakeBehindHeader is TakeValues for values that must all follow the header. False, with all of them
 /// unchanged, when they do not.

@@ -48,7 +48,7 @@ bool SetGetMoment(CommandFrame& frame, const MomentCommand& command, const Momen
     request.U8(moment.iTimeMode).U8(moment.iMonth).U8(moment.iDay).U16(moment.iYear);
     request.U8(moment.iHour).U8(moment.iMinute).U8(moment.iSecond);
     const bool bReads = command.ReadWrite() == kRead;
-    if (!(bReads ? frame.AskForValues() : frame.Send(0)))
+    if (!(bReads ? frame.SendForValues() : frame.Send(0)))
         return false;
     if (bReads)
         TakeValues(frame, moment.iTimeMode, moment.iMonth, moment.iDay, moment.iYear, moment.iHour,

@@ -15,6 +15,7 @@ class QUILLET_API PmicClock {
 public:
     explicit PmicClock(CommandFrame& frame) : m_frame(frame) {}
 
+    /// FTM_PMIC_RTC_SET_GET_TIME sets the clock, or reads it (iReadWrite 1).
     bool FTM_PMIC_RTC_SET_GET_TIME(unsigned char iReadWrite, unsigned char& iTimeMode, unsigned char& iMonth,
                                    unsigned char& iDay, unsigned short& iYear, unsigned char& iHour,
                                    unsigned char& iMinute, unsigned char& iSecond);
@@ -25,7 +26,9 @@ public:
                                          unsigned char& iSecond);
     /// FTM_PMIC_RTC_STOP stops the clock.
     bool FTM_PMIC_RTC_STOP();
+    /// FTM_PMIC_RTC_GET_ALARM_STATUS reads the status of the alarms.
     bool FTM_PMIC_RTC_GET_ALARM_STATUS(unsigned char& iAlarmStatus);
+    /// FTM_PMIC_RTC_DISABLE_ALARM switches an alarm off.
     bool FTM_PMIC_RTC_DISABLE_ALARM(unsigned char iAlarmId);
     /// FTM_PMIC_RTC_SET_GET_TIME_ADJUST: the correction of the clock rate.
     bool FTM_PMIC_RTC_SET_GET_TIME_ADJUST(unsigned char iReadWrite, unsigned char& iTimeAdjust);

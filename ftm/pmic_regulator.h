@@ -16,6 +16,7 @@ public:
     /// FTM_PMIC_VREG_CONTROL: iVRegSelect selects regulators with 32 bits; in all other commands it is the
     /// number of one.
     bool FTM_PMIC_VREG_CONTROL(unsigned char iVRegCmd, DWORD iVRegSelect);
+    /// FTM_PMIC_VREG_SET_LEVEL: the output voltage.
     bool FTM_PMIC_VREG_SET_LEVEL(unsigned char iVRegSelect, unsigned short iVoltageLevel);
     /// FTM_PMIC_VREG_CONFIG_SMPS_MODE: the mode of a switched-mode regulator.
     bool FTM_PMIC_VREG_CONFIG_SMPS_MODE(unsigned char iVRegSelect, unsigned char iSmpsMode);
@@ -23,6 +24,7 @@ public:
     bool FTM_PMIC_VREG_CONFIG_LDO_PD_SW(unsigned char iVRegCmd, unsigned char iVRegSelect);
     /// FTM_PMIC_VREG_CONFIG_LP_MODE_CONTROL: low-power mode.
     bool FTM_PMIC_VREG_CONFIG_LP_MODE_CONTROL(unsigned char iVRegCmd, unsigned char iVRegSelect);
+    /// FTM_PMIC_VREG_SMPS_CLK_CONFIG: the clock of the switched-mode regulators.
     bool FTM_PMIC_VREG_SMPS_CLK_CONFIG(unsigned char iSmpsClockCmd, unsigned char iSmpsClockConfig);
 
 private:

@@ -5,6 +5,7 @@
 
 #include "platform/export.h"
 
+/// The kinds of radio-test sessions.
 enum class RadioSession : unsigned char { Gsm, Egprs, Wcdma, Hsdpa };
 
 /// RadioSessions records which sessions are active, because starting one stops others. It reflects the

@@ -30,21 +30,30 @@ public:
     /// GetRfMode: the last argument of FTM_SET_MODE; initially 0.
     FTM_RF_Mode_Enum GetRfMode() const { return m_eRfMode; }
 
+    /// FTM_SET_PDM sets one of the control voltages (pulse-density modulators).
     bool FTM_SET_PDM(unsigned short iPDMtype, unsigned short iPDMvalue);
+    /// FTM_SET_CHAN tunes the radio to a channel of the band.
     bool FTM_SET_CHAN(unsigned short iChannel);
+    /// FTM_SET_TX_ON, FTM_SET_TX_OFF switch the transmitter on and off.
     bool FTM_SET_TX_ON();
     bool FTM_SET_TX_OFF();
     /// FTM_CDMA_CW_WAVEFORM: true for an unmodulated carrier.
     bool FTM_CDMA_CW_WAVEFORM(bool bSelectCW);
+    /// FTM_SET_PA_RANGE sets the gain range of the power amplifier, FTM_SET_LNA_RANGE that of the low-noise
+    /// amplifier.
     bool FTM_SET_PA_RANGE(unsigned short iPArange);
     bool FTM_SET_LNA_RANGE(unsigned char iLNArange);
+    /// FTM_SET_RF_POWER_MODE sets the radio's power mode.
     bool FTM_SET_RF_POWER_MODE(unsigned char iMode);
 
     /// FTM_GET_SYNTH_STATE: bLockState is not 0 when the synthesizers are locked.
     bool FTM_GET_SYNTH_STATE(unsigned char& bLockState);
+    /// FTM_GET_ADC_VAL reads an analogue input.
     bool FTM_GET_ADC_VAL(unsigned short iADC_type, unsigned short& iADC_value);
 
+    /// FTM_SET_SECONDARY_CHAIN sets the mode of the second receive chain.
     bool FTM_SET_SECONDARY_CHAIN(unsigned short iMode);
+    /// FTM_SECOND_CHAIN_TEST_CALL sets the mode of the second receive chain in a test call.
     bool FTM_SECOND_CHAIN_TEST_CALL(unsigned char iMode);
     /// FTM_SET_WCDMA_SECONDARY_CHAIN sets system mode 21. True when the phone's status is 0. Switching the
     /// chain on successfully sets the mode to 1 afterwards; otherwise it stays 21.

@@ -75,7 +75,7 @@ bool RfReceiver::FTM_TEST_GET_DVGA_LNA(bool bGetDVGA, unsigned short iLNAMask, u
     LogLine(m_frame, LOG_FN, "QLIB_FTM_TEST_GET_DVGA_LNA( bGetDVGA = %d, iLNAMask = %d", bGetDVGA, iLNAMask);
     AppendFields(m_frame.FormatFTMHeader(), bGetDVGA, iLNAMask, iRxAGC, iDVGAoffset, iLNA0offset, iLNA1offset,
                  iLNA2offset, iLNA3offset);
-    if (!m_frame.AskForValues())
+    if (!m_frame.SendForValues())
         return false;
     TakeLogged(m_frame,
                "QLIB_FTM_TEST_GET_DVGA_LNA( bGetDVGA = %d, iLNAMask = %d, iRxAGC = %d, "

@@ -11,7 +11,7 @@
 #include "link/text_log.h"
 
 /// The outcome of one test request.
-struct TestAnswer {
+struct TestResponse {
     bool bExchanged;
     unsigned char iStatus;
     bool Accepted() const { return bExchanged && iStatus == 0; }
@@ -44,8 +44,8 @@ public:
     /// Request calls a method of `requests` with the arguments and a status, and logs
     /// "    REQUEST = PASS, status = 0".
     template <class Requests, class... Parameters, class... Arguments>
-    TestAnswer Request(const char* sRequest, Requests& requests, bool (Requests::*pMethod)(Parameters...),
-                       const Arguments&... arguments) {
+    TestResponse Request(const char* sRequest, Requests& requests, bool (Requests::*pMethod)(Parameters...),
+                         const Arguments&... arguments) {
         return RequestLoggedAs(LOG_RET, sRequest, requests, pMethod, arguments...);
     }
     /// Accepted is Request, and true when the phone accepted the request.
@@ -55,13 +55,13 @@ public:
         return Request(sRequest, requests, pMethod, arguments...).Accepted();
     }
     template <class Requests, class... Parameters, class... Arguments>
-    TestAnswer RequestLoggedAs(LogCategory eCategory, const char* sRequest, Requests& requests,
-                               bool (Requests::*pMethod)(Parameters...), const Arguments&... arguments) {
-        TestAnswer answer{};
-        answer.bExchanged = (requests.*pMethod)(arguments..., answer.iStatus);
-        LogLine(m_frame, eCategory, "    %s = %s, status = %d", sRequest, Word(answer.bExchanged),
-                answer.iStatus);
-        return answer;
+    TestResponse RequestLoggedAs(LogCategory eCategory, const char* sRequest, Requests& requests,
+                                 bool (Requests::*pMethod)(Parameters...), const Arguments&... arguments) {
+        TestResponse response{};
+        response.bExchanged = (requests.*pMethod)(arguments..., response.iStatus);
+        LogLine(m_frame, eCategory, "    %s = %s, status = %d", sRequest, Word(response.bExchanged),
+                response.iStatus);
+        return response;
     }
 
     /// Wait waits up to QMSL_TimeOut_StatisticsWait until the condition is true. It logs a line before and

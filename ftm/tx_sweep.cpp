@@ -22,11 +22,11 @@ bool TxSweep::FTM_GET_HDET_FROM_TX_SWEEP_CAL(unsigned short iIndex, unsigned sho
 }
 
 bool TxSweep::FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL(unsigned char* piHDETvalues) {
-    constexpr size_t kWholeAnswer = 6 + kAllHdetSize;
+    constexpr size_t kWholeResponse = 6 + kAllHdetSize;
     LogLine(m_frame, LOG_FN, "QLIB_FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL( )");
     const std::span<unsigned char> table(piHDETvalues, kAllHdetSize);
     BeginFtm(m_frame, 127).Bytes(table);
-    if (!m_frame.SendFtmCmd() || m_frame.Response().Size() < kWholeAnswer || !TakeValues(m_frame, table))
+    if (!m_frame.SendFtmCmd() || m_frame.Response().Size() < kWholeResponse || !TakeValues(m_frame, table))
         return false;
     m_frame.Log().LogHex(LOG_RET, piHDETvalues, kAllHdetSize, "QLIB_FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL( ");
     return true;

@@ -19,10 +19,12 @@ public:
     bool FTM_CONFIGURE_TX_SWEEP_CAL(unsigned short iTimeInterval, unsigned short iNumofHDETReadingsPerStep);
     /// FTM_TX_SWEEP_CAL starts (1) or ends (0) the sweep.
     bool FTM_TX_SWEEP_CAL(unsigned char bOnOff);
+    /// FTM_GET_HDET_FROM_TX_SWEEP_CAL reads one detector reading of the sweep.
     bool FTM_GET_HDET_FROM_TX_SWEEP_CAL(unsigned short iIndex, unsigned short& iHDETvalue);
     /// FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL fills piHDETvalues (kAllHdetSize bytes, whose content is sent as
     /// well). False, with the table unchanged, also when the response is too short for all of it.
     bool FTM_GET_ALL_HDET_FROM_TX_SWEEP_CAL(unsigned char* piHDETvalues);
+    /// FTM_SET_HDET_TRACKING makes the transmitter's power follow a detector value, or ends that.
     bool FTM_SET_HDET_TRACKING(unsigned short iOnOff, unsigned short iHDETvalue);
 
 private:

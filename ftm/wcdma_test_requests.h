@@ -13,11 +13,15 @@ class QUILLET_API WcdmaTestRequests {
 public:
     explicit WcdmaTestRequests(CommandFrame& frame) : m_frame(frame) {}
 
+    /// FTM_WCDMA_START_MODE_REQ, FTM_WCDMA_STOP_MODE_REQ start and end the WCDMA test mode.
     bool FTM_WCDMA_START_MODE_REQ(unsigned char& iStatus);
     bool FTM_WCDMA_STOP_MODE_REQ(unsigned char& iStatus);
+    /// FTM_WCDMA_START_IDLE_MODE_REQ starts idle mode.
     bool FTM_WCDMA_START_IDLE_MODE_REQ(unsigned char& iStatus);
+    /// FTM_WCDMA_ACQUIRE_REQ makes the phone search for a pilot.
     bool FTM_WCDMA_ACQUIRE_REQ(unsigned char iA, unsigned char iB, unsigned short iC, unsigned short iD,
                                DWORD iE, unsigned char& iStatus);
+    /// FTM_WCDMA_RMC_DCH_SETUP_REQ sets up the reference channel.
     bool FTM_WCDMA_RMC_DCH_SETUP_REQ(unsigned char iRMC_Type, unsigned char iUL_MaxTxPwr,
                                      DWORD iUL_DPCH_ScrCode, unsigned char iUL_PCA,
                                      unsigned char iUL_TPC_StepSize, unsigned short iDL_PriCPICH_Scr_Code,

@@ -24,8 +24,8 @@ public:
     }
     bool sendSync(std::span<const unsigned char> request, DWORD,
                   std::vector<unsigned char>& response) override {
-        return TakeAnswer(*pInput, request, response,
-                          [this](std::span<unsigned char> packet) { m_pEvents->packetReceived(packet); });
+        return TakeResponse(*pInput, request, response,
+                            [this](std::span<unsigned char> packet) { m_pEvents->packetReceived(packet); });
     }
     bool selectPort(const std::string&, DWORD) override { return true; }
     std::vector<std::string> portNames() override { return {}; }

@@ -17,12 +17,12 @@ constexpr unsigned kFilledUp = 0x20; // padded to its size when the input ends e
 constexpr unsigned kSilent = 0x40;   // no packet
 constexpr unsigned kByItself = 0x80; // unsolicited; the response follows
 
-/// TakeAnswer takes the response to a request from the input; false when there is none. Unsolicited packets
+/// TakeResponse takes the response to a request from the input; false when there is none. Unsolicited packets
 /// before it go to `deliver`, with FCS. When the input ends, the handset falls silent, but it always answers
 /// a loopback.
 template <class Deliver>
-bool TakeAnswer(Input& input, std::span<const unsigned char> request, std::vector<unsigned char>& packet,
-                Deliver deliver) {
+bool TakeResponse(Input& input, std::span<const unsigned char> request, std::vector<unsigned char>& packet,
+                  Deliver deliver) {
     packet.assign(request.begin(), request.end());
     if (request[0] == kLoopbackRequest)
         return true;
@@ -58,8 +58,8 @@ public:
     bool Exchange(const LineRequest& request, LineResponse& response) override {
         std::vector<unsigned char> packet;
         const bool bAnswered =
-            TakeAnswer(m_input, request.bytes, packet,
-                       [this](std::span<unsigned char> bytes) { m_owner->listener.ReceivePacket(bytes); });
+            TakeResponse(m_input, request.bytes, packet,
+                         [this](std::span<unsigned char> bytes) { m_owner->listener.ReceivePacket(bytes); });
         response.iLength = static_cast<unsigned short>(std::min<size_t>(packet.size(), kMaxPacketSize));
         response.item.length = response.iLength;
         std::copy_n(packet.begin(), response.iLength, response.item.data);

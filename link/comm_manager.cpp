@@ -32,9 +32,13 @@ bool CQLibCommManager::Open(int iPort) {
         return false;
     m_framing.SetPort(&m_port);
     m_framing.SetLogHandler(&m_log);
+    {
+        const CallersTurn turn(Reader());
+        m_decoder.emplace(m_dispatcher, m_log);
+    }
     m_fineTimer.emplace();
-    m_bStopThread = false;
     m_bThreadEnded = false;
+    Reader().Start();
     try {
         m_thread = std::thread(&CQLibCommManager::ReceiveLoop, this);
     } catch (const std::system_error&) {
@@ -51,7 +55,7 @@ bool CQLibCommManager::Open(int iPort) {
 bool CQLibCommManager::Close() {
     if (!m_bThreadRunning)
         return true;
-    m_bStopThread = true;
+    Reader().Stop();
     m_port.Close();
     m_fineTimer.reset();
     m_bThreadRunning = false;
@@ -69,19 +73,27 @@ void CQLibCommManager::JoinReceiver() {
 }
 
 void CQLibCommManager::ReceiveLoop() {
-    FrameDecoder decoder(m_dispatcher, m_log);
-    while (!m_bStopThread) {
+    while (Reader().AwaitPause()) {
         m_port.WaitForInput(kIdleWait_ms);
-        const std::lock_guard reader(m_framing.ReaderLock());
-        if (!m_bStopThread)
-            ReceivePass(decoder);
+        if (Reader().BeginPass()) {
+            ReceivePass();
+            Reader().EndPass();
+        }
     }
     const std::lock_guard lock(m_endLock);
     m_bThreadEnded = true;
     m_ended.notify_one();
 }
 
-void CQLibCommManager::ReceivePass(FrameDecoder& decoder) {
+bool CQLibCommManager::ReadFor(DWORD iLimit_ms) {
+    if (iLimit_ms == 0 && m_port.InQueueCount() == 0)
+        return true;
+    const bool bPresent = iLimit_ms == 0 || m_port.WaitForInput(iLimit_ms);
+    ReceivePass();
+    return bPresent;
+}
+
+void CQLibCommManager::ReceivePass() {
     auto iCount = static_cast<DWORD>(m_aReadBuffer.size());
     const bool bInTime = m_framing.ReceiveWaiting(m_aReadBuffer.data(), &iCount, kReadLimit_ms);
     if (iCount == 0)
@@ -94,8 +106,8 @@ void CQLibCommManager::ReceivePass(FrameDecoder& decoder) {
     if (!bInTime)
         return;
     if (m_bFlushRequest.exchange(false))
-        decoder.Reset();
-    decoder.Decode({m_aReadBuffer.data(), iCount}, CurrentReceiveMode());
+        m_decoder->Reset();
+    m_decoder->Decode({m_aReadBuffer.data(), iCount}, CurrentReceiveMode());
 }
 
 ReceiveMode CQLibCommManager::CurrentReceiveMode() const {

@@ -15,11 +15,12 @@
 #include "platform/timer_resolution.h"
 #include "platform/types.h"
 
-/// CQLibCommManager opens a COM port, receives on a thread of its own and posts every decoded packet to the
-/// dispatcher. The dispatcher and the text log must outlive it.
+/// CQLibCommManager opens a COM port, reads it and hands every decoded packet to the dispatcher. The
+/// dispatcher and the text log must outlive it.
 ///
-/// Threads: all operations belong to the caller's thread. The receive thread ends soon after Close, which
-/// joins it; if it takes too long, the next Open or the destructor joins it.
+/// Threads: all operations belong to the caller's thread. A caller that waits for its response may read the
+/// port itself (Reader, ReadFor); at all other times the receive thread reads it. That thread ends soon after
+/// Close, which joins it; if it takes too long, the next Open or the destructor joins it.
 class CQLibCommManager {
 public:
     CQLibCommManager(CQLibEventDispatcher& dispatcher, DataLogFileHandler& log);
@@ -47,12 +48,19 @@ public:
     void SetRawReplyPending(bool bPending) { m_bRawReplyPending = bPending; }
     /// FlushRxBuffer discards the incomplete packet before decoding the next bytes.
     void FlushRxBuffer() { m_bFlushRequest = true; }
+    /// Reader is the turn that ReadFor requires.
+    ReaderTurn& Reader() { return m_framing.Reader(); }
+    bool IsPortOpen() { return m_port.IsOpen() != 0; }
+    /// ReadFor waits at most iLimit_ms for input (0: not at all), reads what has arrived and hands its
+    /// packets to the dispatcher. It may return early. False when the device is gone, where the system
+    /// reports that.
+    bool ReadFor(DWORD iLimit_ms);
     void SetDTR(bool bHigh) { m_port.SetDTR(bHigh ? 1 : 0); }
     void SetRTS(bool bHigh) { m_port.SetRTS(bHigh ? 1 : 0); }
 
 private:
     void ReceiveLoop();
-    void ReceivePass(FrameDecoder& decoder);
+    void ReceivePass();
     ReceiveMode CurrentReceiveMode() const;
     void JoinReceiver();
 
@@ -64,13 +72,15 @@ private:
     CProtAHDLC m_framing;
     std::optional<FineTimer> m_fineTimer; // while the port is open
 
-    // Written by the caller's thread; the receive thread reads them in its next pass.
-    std::atomic<bool> m_bStopThread{false};
+    // Written by the caller's thread; read in the next pass.
     std::atomic<bool> m_bFlushRequest{false};
     std::atomic<bool> m_bRawReplyPending{false};
     std::atomic<int> m_iPacketMode{0};
 
-    std::array<unsigned char, kReadSize> m_aReadBuffer; // receive thread only
+    // Used by the thread whose turn it is to read.
+    std::array<unsigned char, kReadSize> m_aReadBuffer;
+    std::optional<FrameDecoder> m_decoder;
+
     bool m_bThreadRunning = false;
     bool m_bThreadFailed = false; // the last Open could not start it
     std::mutex m_endLock;

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "link/delivered_packet.h"
+#include "link/event_listener.h"
 
 CQLibEvents_Listener::~CQLibEvents_Listener() = default;
 CQLibEvents_Filter::~CQLibEvents_Filter() = default;
@@ -18,6 +19,12 @@ void CQLibEventDispatcher::AddListener(CQLibEvents_Listener* pListener, CQLibEve
     StartDelivery();
     const std::lock_guard lock(m_listLock);
     m_listeners.emplace_back(pListener, pFilter);
+}
+
+void CQLibEventDispatcher::AddConnectionListener(CQLibEventListener* pListener) {
+    AddListener(pListener, nullptr);
+    const std::lock_guard lock(m_listLock);
+    m_pConnectionListener = pListener;
 }
 
 bool CQLibEventDispatcher::StartDelivery() {
@@ -75,6 +82,32 @@ int CQLibEventDispatcher::PostEvent(DWORD iLength, const unsigned char* pData, u
     return 0;
 }
 
+bool CQLibEventDispatcher::HasDelivered() {
+    const std::lock_guard lock(m_queueLock);
+    return !m_bStop && !m_bDelivering && m_events.empty();
+}
+
+bool CQLibEventDispatcher::IsDirect() {
+    if (!HasDelivered())
+        return false;
+    const std::lock_guard lock(m_listLock);
+    return m_pConnectionListener != nullptr && m_listeners.size() == 1 &&
+           !m_pConnectionListener->HasCallBack();
+}
+
+bool CQLibEventDispatcher::PassDirectly(std::span<unsigned char> packet) {
+    if (!HasDelivered())
+        return false;
+    const std::lock_guard lock(m_listLock);
+    return m_pConnectionListener != nullptr && m_listeners.size() == 1 &&
+           m_pConnectionListener->ReceiveDirectly(packet);
+}
+
+void CQLibEventDispatcher::HandOver(std::span<unsigned char> packet) {
+    if (!PassDirectly(packet))
+        PostEvent(static_cast<DWORD>(packet.size()), packet.data());
+}
+
 void CQLibEventDispatcher::Deliver() {
     if (!OnThreadStart())
         return;
@@ -86,11 +119,13 @@ void CQLibEventDispatcher::Deliver() {
 
 bool CQLibEventDispatcher::TakeEvent(CQLibEvent& event) {
     std::unique_lock lock(m_queueLock);
+    m_bDelivering = false;
     m_posted.wait(lock, [this] { return m_bStop || !m_events.empty(); });
     if (m_bStop)
         return false;
     event = std::move(m_events.front());
     m_events.pop_front();
+    m_bDelivering = true;
     return true;
 }
 

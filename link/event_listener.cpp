@@ -19,7 +19,7 @@ constexpr size_t kLeastPacketSize = 2; // shorter ones are line noise
 constexpr unsigned char kNotSeen = 0;
 
 /// An event report with a length field of 0 is the response to an event-report control request.
-bool IsEventControlAnswer(std::span<const unsigned char> packet) {
+bool IsEventControlResponse(std::span<const unsigned char> packet) {
     return packet.size() >= 3 && packet[0] == kEventReport && packet[1] == 0 && packet[2] == 0;
 }
 
@@ -59,9 +59,26 @@ void CQLibEventListener::ReceivePacket(std::span<unsigned char> packet) {
         return;
     if (packet.size() >= kLeastPacketSize)
         CallBack(packet);
+    Sort(packet);
+}
+
+bool CQLibEventListener::HasCallBack() {
+    const std::lock_guard lock(m_callBackLock);
+    return m_pfnAsyncMessageCallBack != nullptr;
+}
+
+bool CQLibEventListener::ReceiveDirectly(std::span<unsigned char> packet) {
+    if (HasCallBack())
+        return false;
+    if (packet.size() >= kLeastPacketSize)
+        Sort(packet);
+    return true;
+}
+
+void CQLibEventListener::Sort(std::span<const unsigned char> packet) {
     LogUnsolicited(packet);
     m_pRadioTests->Receive(packet, m_pLogHandler);
-    if (IsEventControlAnswer(packet)) {
+    if (IsEventControlResponse(packet)) {
         LogPacket("ASYNC REC--listener--", packet);
         m_pSyncQueue->Push(packet);
     } else if (!IsUnsolicitedCode(packet[0])) {
@@ -83,7 +100,7 @@ void CQLibEventListener::LogUnsolicited(std::span<const unsigned char> packet) {
         ParseExtendedMessage(packet, message);
         DescribeExtendedMessage(message, sText);
         pLog->LogMessage(LOG_ASYNC, "%s", sText);
-    } else if (packet[0] == kEventReport && !IsEventControlAnswer(packet)) {
+    } else if (packet[0] == kEventReport && !IsEventControlResponse(packet)) {
         constexpr size_t kEventIdOffset = 3;
         const PacketView report(WithoutFcs(packet));
         char sName[kEventTextSize];

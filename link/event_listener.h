@@ -20,12 +20,14 @@ class RadioTestStatus;
 /// enabled, log records, debug messages and event reports into the phone-log (async) queue. It owns neither
 /// queue. Radio-test records also update its status blocks, whether phone logging is enabled or not. Under
 /// LOG_ASYNC it logs extended debug messages and the names of events as text. messageReceived runs on the
-/// delivery thread, everything else on the caller's.
+/// delivery thread, ReceiveDirectly on the thread that reads the port, everything else on the caller's.
 class QUILLET_API CQLibEventListener : public CQLibEvents_Listener {
 public:
+    /// Makes a listener that fills the two queues, which must outlive it.
     CQLibEventListener(CQLibMessageQueue* pAsyncQueue, CQLibMessageQueue* pSyncQueue);
     ~CQLibEventListener() override;
 
+    /// messageReceived sorts one packet.
     void messageReceived(LONG iLength, unsigned char* pData, unsigned int iValue3, LONG iValue4,
                          short iValue5, DWORD iValue6) override;
 
@@ -33,9 +35,15 @@ public:
     /// a single byte of a packet: such a packet is queued but not passed to the callback.
     void ReceivePacket(std::span<unsigned char> packet);
 
+    /// ReceiveDirectly is messageReceived on the thread that read the packet. False, without effect, when a
+    /// callback is registered, because callbacks run on the delivery thread only.
+    bool ReceiveDirectly(std::span<unsigned char> packet);
+    bool HasCallBack();
+
     /// ConfigureAsyncMessageCallBack registers the callback (null: none). It is called with no lock held but
     /// the dispatcher's; a call in progress may still be running when this returns.
     void ConfigureAsyncMessageCallBack(void* pUserData, AsyncMessageCallBack pfnCallBack);
+    /// GetAsyncQueue, GetSyncQueue return the queues.
     CQLibMessageQueue* GetAsyncQueue() const { return m_pAsyncQueue; }
     CQLibMessageQueue* GetSyncQueue() const { return m_pSyncQueue; }
     /// SetLoggingEnabled sets whether unsolicited packets are queued (initially they are dropped).
@@ -60,6 +68,7 @@ public:
 
 private:
     void CallBack(std::span<unsigned char> packet);
+    void Sort(std::span<const unsigned char> packet);
     void LogUnsolicited(std::span<const unsigned char> packet);
     void LogPacket(const char* sKind, std::span<const unsigned char> packet);
 

@@ -102,6 +102,6 @@ void FrameDecoder::Deliver(const char* sLogPrefix) {
     if (sLogPrefix != nullptr)
         m_log.LogHex(LOG_IO, m_aAccumulator.data(), static_cast<int>(m_iCount), "%s (%d bytes): ", sLogPrefix,
                      static_cast<int>(m_iCount));
-    m_dispatcher.PostEvent(static_cast<DWORD>(m_iCount), m_aAccumulator.data());
+    m_dispatcher.HandOver({m_aAccumulator.data(), m_iCount});
     Reset();
 }

@@ -16,8 +16,8 @@ enum class ReceiveMode {
     RawReply, // text, cut after "OK" and "ERROR"
 };
 
-/// FrameDecoder splits bytes into packets and posts them to the dispatcher. A packet keeps its two FCS bytes
-/// at the end. Used by the receive thread only.
+/// FrameDecoder splits bytes into packets and hands them to the dispatcher. A packet keeps its two FCS bytes
+/// at the end. Used by the thread that reads the port.
 class FrameDecoder {
 public:
     /// Packets go to `dispatcher`, log lines to `log`; both must outlive the decoder.

@@ -39,6 +39,7 @@ public:
     bool Clear();
     /// GetCount stores the number of queued packets. Always true.
     bool GetCount(DWORD& iCount) const;
+    /// IsEmpty: true when no packet is queued.
     bool IsEmpty() const;
 
 private:

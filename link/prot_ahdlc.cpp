@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view kDiagModeCommand = "AT$QCDMG\r";
 constexpr Milliseconds kDiagModeSettling(50);
-constexpr size_t kDiagModeAnswerSize = 20;
+constexpr size_t kDiagModeResponseSize = 20;
 
 struct RateOfMask {
     unsigned char iMask;
@@ -113,7 +113,7 @@ bool CProtAHDLC::Data2DM(unsigned char iBaudRateMask) {
         m_pLogHandler->LogMessage(LOG_FN_AHDLC, "CProtAHDLC::Data2DM(baudrate_mask=%d)", iBaudRateMask);
     if (m_pPort == nullptr)
         return false;
-    const std::lock_guard reader(m_readerLock);
+    const CallersTurn turn(m_reader);
     DWORD iFormerRate = 0;
     m_pPort->GetBaudRate(&iFormerRate);
     const bool bSwitched = std::any_of(std::begin(kRates), std::end(kRates), [&](const RateOfMask& entry) {
@@ -144,14 +144,14 @@ bool CProtAHDLC::AskForDiagMode() {
     if (m_pPort->Send(reinterpret_cast<const unsigned char*>(kDiagModeCommand.data()), iSize) != iSize)
         return false; // the request did not go out, so no reply will come
     const auto deadline = Clock::now() + Milliseconds(kDiagModeTry_ms);
-    unsigned char aAnswer[kDiagModeAnswerSize];
+    unsigned char aResponse[kDiagModeResponseSize];
     size_t iRead = 0;
     for (auto now = Clock::now(); now < deadline; now = Clock::now()) {
         iRead += static_cast<size_t>(
-            m_pPort->Receive(aAnswer + iRead, static_cast<int>(kDiagModeAnswerSize - iRead)));
-        if (std::find(aAnswer, aAnswer + iRead, 'K') != aAnswer + iRead)
+            m_pPort->Receive(aResponse + iRead, static_cast<int>(kDiagModeResponseSize - iRead)));
+        if (std::find(aResponse, aResponse + iRead, 'K') != aResponse + iRead)
             return true;
-        if (iRead < kDiagModeAnswerSize)
+        if (iRead < kDiagModeResponseSize)
             m_pPort->WaitForInput(
                 static_cast<DWORD>(std::chrono::ceil<Milliseconds>(deadline - now).count()));
         else

@@ -1,9 +1,8 @@
 // The framing layer: sends frames through the port and reads the port for the receive thread.
 #pragma once
 
-#include <mutex>
-
 #include "link/frame.h"
+#include "link/reader_turn.h"
 #include "platform/types.h"
 
 class CSerialPort;
@@ -16,8 +15,8 @@ constexpr DWORD kDiagModeTry_ms = 200;
 /// CProtAHDLC frames packets for the phone, or passes bytes unchanged in raw mode. It owns neither the port
 /// nor the log.
 ///
-/// Threads: Receive belongs to the receive thread, everything else to the caller's. Reading the port requires
-/// ReaderLock: the receive thread holds it for each pass, Data2DM while it waits for a response.
+/// Threads: Receive belongs to the thread whose turn it is to read the port, everything else to the caller's.
+/// Data2DM takes the turn while it waits for a response.
 class CProtAHDLC {
 public:
     CProtAHDLC() = default;
@@ -51,7 +50,7 @@ public:
     /// SetLogHandler attaches the text log, also to the port.
     void SetLogHandler(DataLogFileHandler* pLogHandler);
 
-    std::mutex& ReaderLock() { return m_readerLock; }
+    ReaderTurn& Reader() { return m_reader; }
 
 private:
     void Log(unsigned int iCategory, const char* sText);
@@ -63,5 +62,5 @@ private:
     DataLogFileHandler* m_pLogHandler = nullptr;
     unsigned char m_bStartFlag = 0;
     int m_iRawMode = 0;
-    std::mutex m_readerLock;
+    ReaderTurn m_reader;
 };

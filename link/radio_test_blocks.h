@@ -21,11 +21,12 @@ enum log_FTM2_EGPRS_BER_log_id_enum : int {
     FTM_LOG_EGPRS_BER_SERVING_MEAS_IND = 66,
 };
 
-/// A temporary block flow of an EGPRS test, and what happened to it.
+/// A temporary block flow of an EGPRS test.
 enum ftm_log_egprs_tbf_enum : int {
     FTM_LOG_EGPRS_BER_TBF_DL = 0,
     FTM_LOG_EGPRS_BER_TBF_UL = 1,
 };
+/// What happened to a block flow.
 enum ftm_log_egprs_tbf_event_type : int {
     FTM_LOG_EGPRS_TBF_EVENT_ESTABLISHED = 0,
     FTM_LOG_EGPRS_TBF_EVENT_RELEASED = 1,
@@ -50,10 +51,10 @@ enum log_FTM2_HSDPA_BER_log_id_enum : int {
     LOG_FTM2_HSDPA_HS_CHANNEL_RECFG_IND = 66,
 };
 
-// In every block aReceived has a flag per record id (counted from the first id of its kind): 1 after a record
-// of that id arrived since the last clear. The other fields hold the values of the latest such record;
-// clearing does not change them unless stated otherwise. Everything is initially 0.
-
+/// What a GSM test has reported. In every block of this kind aReceived has a flag per record id (counted from
+/// the first id of its kind): 1 after a record of that id arrived since the last clear. The other fields hold
+/// the values of the latest such record; clearing does not change them unless stated otherwise. Everything is
+/// initially 0.
 struct GSM_BER_State {
     unsigned char aReceived[8];
     unsigned char iSchFound; // 1: the broadcast channel was found
@@ -69,6 +70,7 @@ struct GSM_BER_State {
 };
 static_assert(sizeof(GSM_BER_State) == 34);
 
+/// What an EGPRS test has reported (see GSM_BER_State).
 struct EGPRS_BER_State {
     unsigned char aReceived[3];
     unsigned char iUnused;
@@ -78,6 +80,7 @@ struct EGPRS_BER_State {
 };
 static_assert(sizeof(EGPRS_BER_State) == 7);
 
+/// What a WCDMA test has reported (see GSM_BER_State).
 struct WCDMA_BER_State {
     unsigned char aReceived[8];
     unsigned char iAcquireStatus; // 1: the pilot was acquired
@@ -92,6 +95,7 @@ struct WCDMA_BER_State {
 };
 static_assert(sizeof(WCDMA_BER_State) == 36);
 
+/// What an HSDPA test has reported (see GSM_BER_State). Each status is that of the latest confirmation.
 struct HSDPA_BER_State {
     unsigned char aReceived[3];
     unsigned char iStartStatus;

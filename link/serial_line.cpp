@@ -39,7 +39,7 @@ SerialLine::~SerialLine() {
 void SerialLine::Start(const LineOwner& owner) {
     m_owner.emplace(owner);
     m_pLink = std::make_unique<CQLibCommManager>(m_dispatcher, owner.log);
-    m_dispatcher.AddListener(&owner.listener, nullptr);
+    m_dispatcher.AddConnectionListener(&owner.listener);
 }
 
 void SerialLine::Stop() {
@@ -89,6 +89,9 @@ void SerialLine::LogWritten(DWORD iTimeOut_ms, DWORD iTaken_ms) {
 
 bool SerialLine::WriteAndWait(const LineRequest& request, const unsigned char* piFirstByte,
                               QueueItem& reply) {
+    Turn turn;
+    if (request.iReadDelay_ms == 0)
+        BeginReading(turn);
     m_owner->responses.Clear();
     DWORD iTaken_ms = 0;
     if (!WriteFrame(request.bytes, request.iTimeOut_ms, false, iTaken_ms)) {
@@ -98,7 +101,7 @@ bool SerialLine::WriteAndWait(const LineRequest& request, const unsigned char* p
     LogWritten(request.iTimeOut_ms, iTaken_ms);
     const DWORD iStart_ms = TickCount_ms();
     std::this_thread::sleep_for(Milliseconds(request.iReadDelay_ms));
-    if (!WaitForReply(request.iTimeOut_ms, piFirstByte, reply)) {
+    if (!WaitForReply(request.iTimeOut_ms, piFirstByte, turn, reply)) {
         Log().LogMessage(LOG_ERR, "Error. Read failed.");
         return false;
     }
@@ -106,16 +109,42 @@ bool SerialLine::WriteAndWait(const LineRequest& request, const unsigned char* p
     return true;
 }
 
-bool SerialLine::WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByte, QueueItem& reply) {
+bool SerialLine::MayRead() {
+    return m_pLink->IsPortOpen() && m_dispatcher.IsDirect();
+}
+
+void SerialLine::BeginReading(Turn& turn) {
+    if (!MayRead())
+        return;
+    turn.emplace(m_pLink->Reader());
+    // What arrived before the request is no response to it, so it must be in the queue before that is
+    // cleared.
+    m_pLink->ReadFor(0);
+}
+
+bool SerialLine::ReadReply(DWORD iLimit_ms, QueueItem& reply, bool& bDevicePresent) {
+    if (m_owner->responses.Pop(&reply))
+        return true;
+    bDevicePresent = m_pLink->ReadFor(iLimit_ms);
+    return m_owner->responses.Pop(&reply);
+}
+
+bool SerialLine::WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByte, Turn& turn,
+                              QueueItem& reply) {
     const auto deadline = Clock::now() + Milliseconds(iTimeOut_ms);
+    bool bDevicePresent = true;
     do {
         const auto left = std::chrono::ceil<Milliseconds>(deadline - Clock::now()).count();
-        if (!m_owner->responses.WaitPop(&reply, static_cast<DWORD>(std::max<decltype(left)>(left, 1))))
+        const auto iLimit_ms = static_cast<DWORD>(std::max<decltype(left)>(left, 1));
+        if (!MayRead())
+            turn.reset();
+        if (!(turn ? ReadReply(iLimit_ms, reply, bDevicePresent)
+                   : m_owner->responses.WaitPop(&reply, iLimit_ms)))
             continue;
         if (piFirstByte == nullptr || (reply.length > 0 && reply.data[0] == *piFirstByte))
             return true;
         Log().LogHex(LOG_IO, reply.data, reply.length, "REC \t");
-    } while (Clock::now() < deadline);
+    } while (bDevicePresent && Clock::now() < deadline);
     return false;
 }
 

@@ -11,6 +11,10 @@
 
 /// SerialLine sends frames through a COM port and matches responses to requests by their first byte. It owns
 /// the port, the receive thread and the delivery thread. Stop joins both threads.
+///
+/// A caller that waits for its response reads the port itself when nobody but the connection receives
+/// packets, and no read delay is wanted. The response then reaches it without waking another thread, and it
+/// stops waiting when the device is gone.
 class SerialLine : public Transport, private SerialControls {
 public:
     explicit SerialLine(int iComPort) : m_iComPort(iComPort) {}
@@ -44,8 +48,12 @@ private:
     bool WriteFrame(std::span<const unsigned char> packet, DWORD iTimeOut_ms, bool bForceStartFlag,
                     DWORD& iTaken_ms);
     void LogWritten(DWORD iTimeOut_ms, DWORD iTaken_ms);
+    using Turn = std::optional<CallersTurn>; // empty: the receive thread reads the port
     bool WriteAndWait(const LineRequest& request, const unsigned char* piFirstByte, QueueItem& reply);
-    bool WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByte, QueueItem& reply);
+    bool WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByte, Turn& turn, QueueItem& reply);
+    bool MayRead();
+    void BeginReading(Turn& turn);
+    bool ReadReply(DWORD iLimit_ms, QueueItem& reply, bool& bDevicePresent);
 
     const int m_iComPort;
     std::optional<LineOwner> m_owner; // set by Start

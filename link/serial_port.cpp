@@ -284,6 +284,6 @@ int CSerialPort::MapPlatformError(int iPlatformError) {
     }
 }
 
-void CSerialPort::WaitForInput(DWORD iLimit_ms) {
-    WaitForSerialInput(m_hPort, iLimit_ms);
+bool CSerialPort::WaitForInput(DWORD iLimit_ms) {
+    return WaitForSerialInput(m_hPort, iLimit_ms);
 }

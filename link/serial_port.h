@@ -62,8 +62,9 @@ public:
     /// MapPlatformError converts a system error number to a library code and stores the number.
     int MapPlatformError(int iPlatformError);
 
-    /// WaitForInput returns when bytes may be available, when the port is closed, or after iLimit_ms.
-    void WaitForInput(DWORD iLimit_ms);
+    /// WaitForInput returns when bytes may be available, when the port is closed, or after iLimit_ms. False
+    /// when the device is gone, where the system reports that.
+    bool WaitForInput(DWORD iLimit_ms);
     /// The library code of the last open or baud-rate change.
     int ErrorCode() const { return m_iErrorCode; }
     /// OpenError says why the last Open failed; None when it did not.

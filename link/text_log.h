@@ -49,12 +49,15 @@ public:
     bool Start(const char* sFileName, unsigned int iLogFlags);
     /// Stop closes the file and forgets its name; the callback still receives messages.
     void Stop();
+    /// SetFlags replaces the mask.
     void SetFlags(unsigned int iLogFlags) { m_iLogFlags = iLogFlags; }
+    /// SetCallBack replaces the receiver of messages (null: none).
     void SetCallBack(void* pUserData, TextLogCallBack pfnCallBack);
 
     /// FormatHexBytes writes each byte as two upper-case hex digits and a blank, zero-terminated, into a
     /// buffer of at least kHexTextSize characters. Bytes after the 3967th are ignored.
     static void FormatHexBytes(char* sOut, const unsigned char* pData, int iLength);
+    /// The size of FormatHexBytes's buffer.
     static constexpr size_t kHexTextSize = 12200;
 
 private:

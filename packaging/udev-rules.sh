@@ -1,10 +1,10 @@
 #!/bin/sh
-# udev-rules.sh: prints the udev rules for the accepted handsets.
+# udev-rules.sh: prints the udev rules for the accepted phones.
 set -eu
 cat <<'TEXT'
-# The ports of handsets that quillet accepts: usable for whoever is logged in, and not for ModemManager, which
-# would talk to them first. The number of this file has to stay below 73, where access is given. The diagnostic port
-# starts the user's quillet-mount.service, if there is one.
+# The ports of phones that quillet accepts: access for the logged-in user, but not for ModemManager, which would
+# probe them first. The number of this file must be below 73, where access is granted. The diagnostic port starts
+# the user's quillet-mount.service, if there is one.
 ACTION=="remove", GOTO="quillet_end"
 TEXT
 "$(dirname "$0")/accepted-ids.sh" | while IFS=: read -r vendor product; do

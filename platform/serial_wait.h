@@ -6,5 +6,6 @@
 /// WaitForSerialInput returns when the port may have bytes to read, when it is closed, or after iLimit_ms.
 /// Linux reports the arrival of bytes at once; on Windows, which does not, the function returns after one
 /// millisecond. It also waits for a port whose device is gone or which is not open, so that callers do not
-/// spin. `hPort` is a handle from CreateFileA.
-void WaitForSerialInput(void* hPort, DWORD iLimit_ms);
+/// spin. Returns false when the device is gone, which only Linux reports; nothing will arrive any more.
+/// `hPort` is a handle from CreateFileA.
+bool WaitForSerialInput(void* hPort, DWORD iLimit_ms);

@@ -22,7 +22,7 @@ bool OnSoftwareDownload(void*) {
 
 void OnAsyncMessage(unsigned short, unsigned char*, void*) {}
 
-// A context for the phone that is attached, or null. Its port may have failed to open.
+/// Returns a context for the attached phone, or null. Its port may have failed to open.
 void* ConnectToPhone(Operation& operation) {
     QLIB_SetQpstMode(0);
     const PhoneSearch search = SearchPhone();
@@ -54,7 +54,7 @@ void Reopen(Operation& operation) {
     StopIdleTimer(operation);
 }
 
-// True when the connection is open and the phone answers.
+/// Returns true when the connection is open and the phone answers.
 bool OpenOrCheck(Operation& operation) {
     bool& bAnswered = operation.State().bPhoneAnswered;
     bAnswered = operation.Context() && QLIB_IsPhoneConnected(operation.Context());
@@ -81,7 +81,7 @@ void EnsureConnected(Operation& operation) {
     } else {
         operation.Log(MSGTYPE_DETAILS, "NOT CONNECTED");
     }
-    operation.TellHost();
+    operation.FlushLog();
 }
 
 void Disconnect(Operation& operation) {
@@ -93,8 +93,8 @@ void Disconnect(Operation& operation) {
 
 void RestartIdleTimer(Operation& operation) {
     StopIdleTimer(operation);
-    // Looking up a context registers the library's clean-up at exit. It has to stand before the tick's, which
-    // comes with the first tick: what is registered last runs first, and no tick may meet the clean-up.
+    // Looking up a context registers the library's clean-up at exit. The first tick registers its own later,
+    // which therefore runs first: no tick may run during the library's clean-up.
     QLIB_IsPhoneConnected(nullptr);
     operation.State().IdleTimerId = StartIdleTick(kIdlePeriod_ms, IdleTimerProc);
     operation.State().IdleTicks = kIdleTicks;

@@ -17,7 +17,7 @@ constexpr std::string_view kProperties = "properties";
 constexpr std::string_view kQuote = "quote ";
 constexpr std::chrono::milliseconds kBannerTime(2000);
 
-// Hosts whose root is "\" ask for the plug-in's own properties so; with "/" the phone's root is meant.
+/// Hosts whose root is "\" request the plug-in's own properties with it; "/" means the phone's root.
 bool IsPluginItself(std::string_view sName) {
     return sName.size() == 1 && sName != "/";
 }
@@ -39,7 +39,7 @@ int Open(Operation& operation, const char* sPhonePath, char* sHostName) {
 }
 
 int ShowProperties(Operation& operation, HWND hMainWindow, const char* sPhonePath) {
-    operation.TellUser(hMainWindow, "Properties", PropertiesText(operation, sPhonePath));
+    operation.ShowMessage(hMainWindow, "Properties", PropertiesText(operation, sPhonePath));
     return FS_EXEC_OK;
 }
 

@@ -1,4 +1,4 @@
-// What the host does to files and folders on the phone without copying them.
+// Operations on files and folders of the phone, except copies.
 #include "plugin/connection.h"
 #include "plugin/entry_points.h"
 #include "plugin/operation.h"
@@ -9,7 +9,8 @@
 
 namespace {
 
-// Connects and calls `act` with the phone path of sHostPath; its result, or 0 when there is no connection.
+/// Connects and calls `act` with the phone path of sHostPath. Returns its result, or 0 when there is no
+/// connection.
 template <class Act>
 BOOL ActOnPath(const char* sWhat, char* sHostPath, Act act) {
     char sPhonePath[kMaxPathSize];
@@ -24,17 +25,17 @@ BOOL ActOnPath(const char* sWhat, char* sHostPath, Act act) {
     });
 }
 
-// True when the phone answered; a refusal is told to the host, but does not show in the result.
+/// Returns true when the phone answered. A refusal is logged to the host, but does not show in the result.
 bool Remove(Operation& operation, bool (*pfnRequest)(void*, const char*), const char* sPhonePath) {
     const bool bAnswered = pfnRequest(operation.Context(), sPhonePath);
     if (!bAnswered || IsRefused(operation))
-        operation.Complain(FailureReason(operation));
+        operation.LogFailure(FailureReason(operation));
     return bAnswered;
 }
 
 bool IsFolderOnPhone(Operation& operation, const char* sPhonePath) {
     PhoneStatus status;
-    return status.Ask(operation, sPhonePath) && status.IsFolder();
+    return status.Query(operation, sPhonePath) && status.IsFolder();
 }
 
 bool MakeFolder(Operation& operation, const char* sPhonePath) {
@@ -43,7 +44,7 @@ bool MakeFolder(Operation& operation, const char* sPhonePath) {
     const OperationFailure failure = LastFailure(operation);
     if (kExistingFolderCountsAsMade && IsFolderOnPhone(operation, sPhonePath))
         return true;
-    // Hosts that want to hear of an existing folder expect it: they make the folders of every tree that they
+    // Other hosts expect existing folders and need no log line: they make the folders of every tree that they
     // copy.
     const bool bExpected = !kExistingFolderCountsAsMade && failure.iErrorNo == EFS2_ERROR_EXISTS;
     return bExpected ? false : operation.Fail(false, FailureReason(operation, failure));
@@ -59,7 +60,7 @@ int Rename(Operation& operation, const char* sOldPath, const char* sNewPath) {
     return FS_FILE_OK;
 }
 
-// What the phone has no operation for.
+/// Fails a call for which the phone has no operation.
 BOOL Decline(char* sHostPath) {
     if (kEntryPointsChangePaths && IsUsableHostPath(sHostPath))
         ToPhonePath(sHostPath);

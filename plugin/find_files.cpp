@@ -22,12 +22,12 @@ namespace {
 constexpr uintptr_t kNoListing = UINTPTR_MAX;
 constexpr char kList[] = "list";
 
-// To the host a listing handle is a pointer-sized number that it never looks behind.
+/// Listing handles are opaque to the host.
 HANDLE AsHandle(uintptr_t iHandle) {
     return reinterpret_cast<HANDLE>(iHandle); // NOLINT(performance-no-int-to-ptr)
 }
 
-// 100 ns units since 1601.
+/// Converts to units of 100 ns since 1601.
 FILETIME FileTimeOf(DWORD iDate) {
     constexpr uint64_t k1970 = 116444736000000000;
     constexpr uint64_t kUnitsPerSecond = 10000000;
@@ -43,8 +43,8 @@ void FillFindData(WIN32_FIND_DATAA& findData, const ListingEntry& entry) {
     entry.Name.copy(findData.cFileName, sizeof findData.cFileName - 1);
 }
 
-// The phone keeps its non-volatile items in this folder, so it shows as empty: hosts delete what they list.
-// They list it with and without a separator at the end.
+/// The phone keeps its non-volatile items in this folder. Hosts delete what they list, so it is shown as
+/// empty. They list it with and without a separator at the end.
 bool IsHidden(std::string_view sPhonePath) {
     return sPhonePath == "nvm" || sPhonePath == "nvm/";
 }
@@ -56,7 +56,7 @@ Outcome List(Operation& operation, const char* sPhonePath, Listing& listing) {
     EnsureConnected(operation);
     if (!operation.Context() || !QLIB_IsPhoneConnected(operation.Context()))
         return operation.Fail(Outcome::NotConnected,
-                              FailureReason(operation, {OperationFailure::Kind::NoAnswer}));
+                              FailureReason(operation, {OperationFailure::Kind::NoResponse}));
     if (!IsHidden(sPhonePath))
         listing = FolderReader(operation).Read(sPhonePath);
     return listing.empty() ? Outcome::Empty : Outcome::Listed;

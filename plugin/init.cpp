@@ -1,4 +1,4 @@
-// Start, end, and the brackets around the host's operations.
+// Start and end of the plug-in, and of each operation of the host.
 #include <algorithm>
 #include <chrono>
 #include <cstring>
@@ -29,7 +29,7 @@ int HOST_CALL FsInit(int iPluginNumber, tProgressProc pfnProgress, tLogProc pfnL
         state.RequestProc = pfnRequest;
         splash.emplace();
         operation.Log(MSGTYPE_CONNECT, "CONNECT");
-        operation.TellHost();
+        operation.FlushLog();
         QLIB_SetQpstMode(0);
         EnsureConnected(operation);
         return 0;

@@ -11,7 +11,7 @@ constexpr size_t kTargetSize = 512;
 
 bool IsReadableFolder(Operation& operation, const std::string& sPhonePath) {
     PhoneStatus status;
-    return status.Ask(operation, sPhonePath.c_str()) && status.Exists() && status.IsReadableFolder();
+    return status.Query(operation, sPhonePath.c_str()) && status.Exists() && status.IsReadableFolder();
 }
 
 } // namespace

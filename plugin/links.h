@@ -1,16 +1,16 @@
-// Where links on the phone lead.
+// The targets of links on the phone.
 #pragma once
 
 #include <string>
 
 class Operation;
 
-/// LinkTarget returns what a link holds, as the phone keeps it; empty for what is no link, and when the phone
+/// Returns the target of a link as the phone stores it. Empty when the path is not a link and when the phone
 /// does not answer.
 std::string LinkTarget(Operation& operation, const char* sPhonePath);
 
-/// LinkedFolder returns the folder that a link leads to, as a path from the phone's root with '/' in front;
-/// empty when it is no link, or leads to something else. A target from the root is returned as the phone
-/// keeps it. One that does not begin with '/' counts from the link's own folder or, when no folder is there,
-/// from the root; where neither proves right, the link's own path stands for the folder.
+/// Returns the folder that a link leads to, as a path from the phone's root with a leading '/'. Empty when
+/// the path is not a link or leads to something else. An absolute target is returned as the phone stores it.
+/// A relative one is tried from the link's own folder, then from the root; if no folder is found there, the
+/// link's own path is returned.
 std::string LinkedFolder(Operation& operation, const char* sPhonePath);

@@ -15,10 +15,11 @@ Listing FolderReader::Read(const char* sPhonePath) {
     m_operation.State().pFolderReader = this;
     const bool bListed = QLIB_EfsDirectory(m_operation.Context(), sPhonePath);
     m_operation.State().pFolderReader = nullptr;
-    if (m_bSpoilt)
+    if (m_bIncomplete)
         m_listing.clear();
-    if (!bListed || m_bSpoilt)
-        m_operation.Complain(m_bSpoilt ? "no memory left on this computer" : FailureReason(m_operation));
+    if (!bListed || m_bIncomplete)
+        m_operation.LogFailure(m_bIncomplete ? "no memory left on this computer"
+                                             : FailureReason(m_operation));
     return std::move(m_listing);
 }
 
@@ -38,7 +39,7 @@ unsigned char OnDirEntry(char* const sPath, unsigned char isFile, unsigned short
         pReader->Add({std::string(sName, std::min(std::strlen(sName), kMaxEntryName)), isFile, iBufOption,
                       iClean, iMask, iDate, iFileSize});
     } catch (const std::exception&) {
-        pReader->Spoil();
+        pReader->MarkIncomplete();
     }
     return 1;
 }

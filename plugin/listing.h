@@ -1,4 +1,4 @@
-// Listed folders: collecting their entries, and walking them for the host.
+// Listings of folders: collecting their entries, and returning them to the host one by one.
 #pragma once
 
 #include <cstddef>
@@ -11,9 +11,9 @@
 
 #include "platform/types.h"
 
-/// One entry of a listed folder, as the phone's enumeration delivers it.
+/// One entry of a listed folder, as the phone's enumeration reports it.
 struct ListingEntry {
-    std::string Name;         // its own name, at most kMaxEntryName characters
+    std::string Name;         // without its path, at most kMaxEntryName characters
     unsigned char isFile = 0; // 1 file, 0 folder, 2 link
     unsigned char BufOption = 0;
     unsigned char Clean = 0;
@@ -28,49 +28,50 @@ using Listing = std::vector<ListingEntry>;
 
 class Operation;
 
-/// FolderReader lists one phone folder. It lives within one operation, on its thread.
+/// FolderReader lists one phone folder. It is used within one operation, on its thread.
 class FolderReader {
 public:
     explicit FolderReader(Operation& operation) : m_operation(operation) {}
     FolderReader(const FolderReader&) = delete;
     FolderReader& operator=(const FolderReader&) = delete;
 
-    /// Read lists a folder over the open connection; empty, and a complaint, when it cannot be listed.
+    /// Lists a folder over the open connection. Returns an empty listing and logs a failure when the folder
+    /// cannot be listed.
     Listing Read(const char* sPhonePath);
 
-    /// Add appends an entry to the listing that Read is making.
+    /// Appends an entry to the listing that Read is making.
     void Add(ListingEntry entry);
-    /// Spoil makes Read return an empty listing: an entry was lost, and a part of a folder would pass for the
-    /// whole of it.
-    void Spoil() { m_bSpoilt = true; }
+    /// Records that an entry was lost. Read then returns an empty listing, because an incomplete one would
+    /// look complete.
+    void MarkIncomplete() { m_bIncomplete = true; }
 
 private:
     Operation& m_operation;
     Listing m_listing;
-    bool m_bSpoilt = false;
+    bool m_bIncomplete = false;
 };
 
-/// OnDirEntry is the library's directory callback: it hands the entry to the FolderReader that reads. Always
-/// 1.
+/// OnDirEntry is the library's directory callback: it passes the entry to the active FolderReader. Always
+/// returns 1.
 unsigned char OnDirEntry(char* const sPath, unsigned char isFile, unsigned short iMask,
                          unsigned char iBufOption, unsigned char iClean, DWORD iDate, DWORD iFileSize,
                          void* pUserData);
 
-/// Listings keeps what the host is walking: several listings at a time, because a tree scan keeps the
-/// parent's open while it lists the children. A handle that is not known (any more) walks the listing made
-/// last, which is kept after its end. Of listings that were never closed the oldest go when there are more
-/// than kMaxOpen. Any thread may call; it never waits for the connection.
+/// Listings keeps the listings that the host has open. There may be several, because a tree scan keeps a
+/// parent's listing open while it lists the children. An unknown handle, or one that is no longer known,
+/// continues the newest listing, which is kept after it is closed. When more than kMaxOpen were never closed,
+/// the oldest are dropped. Any thread may call; no call waits for the connection.
 class Listings {
 public:
     using Handle = uintptr_t; // never 0, never all ones
     static constexpr size_t kMaxOpen = 256;
 
-    /// Forgets the last listing: a new one is about to be made.
+    /// Forgets the newest listing, because another one is about to be made.
     void Begin();
-    /// Add keeps a listing, which is now the last one, and returns its handle. It must not be empty; its
-    /// first entry is the current one.
+    /// Stores a listing, which is now the newest, and returns its handle. It must not be empty; its first
+    /// entry is the current one.
     Handle Add(Listing listing);
-    /// Next steps to a listing's next entry and copies it. False behind the last, for good.
+    /// Advances a listing to its next entry and copies the entry. Returns false after the last one.
     bool Next(Handle handle, ListingEntry& entry);
     void Close(Handle handle);
 
@@ -81,7 +82,7 @@ private:
     };
 
     std::mutex m_lock;
-    std::map<Handle, std::shared_ptr<Walk>> m_open; // handles count up, so the oldest stands first
+    std::map<Handle, std::shared_ptr<Walk>> m_open; // handles count up, so the oldest comes first
     std::shared_ptr<Walk> m_pLast = std::make_shared<Walk>();
     Handle m_iLastHandle = 0;
 };

@@ -9,7 +9,7 @@
 
 namespace {
 
-// The host's callbacks as they are now: what is called once others may change the front's state.
+/// A copy of the host's callbacks, for calls during which others may change the front's state.
 class Host {
 public:
     explicit Host(const FrontState& state)
@@ -38,7 +38,7 @@ private:
     tRequestProc m_pfnRequest;
 };
 
-// While it lives, the owner's operation is suspended.
+/// Suspends the owner's operation while it exists.
 class Suspension {
 public:
     explicit Suspension(Ownership& turn) : m_turn(turn) { m_turn.Suspend(); }
@@ -50,7 +50,7 @@ private:
     Ownership& m_turn;
 };
 
-// A phone path from the root, fit for one line.
+/// Returns a phone path with a leading '/' and without control characters, for a log line.
 std::string Shown(std::string sPhonePath) {
     if (!sPhonePath.starts_with('/'))
         sPhonePath.insert(0, "/");
@@ -94,12 +94,12 @@ void Operation::Describe(const char* sWhat, const std::string& sOldPath, const s
     Describe(sWhat, Shown(sOldPath) + " to " + Shown(sNewPath));
 }
 
-void Operation::Complain(const std::string& sReason) {
-    if (!std::exchange(m_bComplained, true))
+void Operation::LogFailure(const std::string& sReason) {
+    if (!std::exchange(m_bFailureLogged, true))
         Log(MSGTYPE_IMPORTANTERROR, m_sTask + ": " + sReason);
 }
 
-void Operation::TellHost() {
+void Operation::FlushLog() {
     std::vector<Line> lines = std::exchange(m_lines, {});
     if (lines.empty())
         return;
@@ -115,7 +115,7 @@ bool Operation::ReportProgress(int iPercent) {
     return host.Progress(iPercent);
 }
 
-void Operation::TellUser(HWND hOwner, const std::string& sTitle, const std::string& sText) {
+void Operation::ShowMessage(HWND hOwner, const std::string& sTitle, const std::string& sText) {
     const Host host(m_front.state);
     const Suspension suspension(m_front.turn);
     host.Message(hOwner, sTitle, sText);

@@ -1,4 +1,4 @@
-// One call of the host (or one idle tick) on the connection, and the front's ways to call the host back.
+// One call of the host, or one idle tick, that uses the connection; callbacks to the host.
 #pragma once
 
 #include <exception>
@@ -9,12 +9,12 @@
 #include "platform/host_interface.h"
 #include "plugin/front.h"
 
-/// Operation is the time during which an entry point owns the connection and the front's state. Every entry
-/// point that touches either makes one first, mostly through UsePhone; nothing interrupts it but the host's
-/// callbacks, which it alone calls.
+/// Operation owns the connection and the front's state while it exists. Every entry point that uses either
+/// makes one first, usually through UsePhone. It is interrupted only by the host's callbacks, which it calls
+/// itself.
 ///
-/// An operation collects its log lines. The host gets them when the front's state is whole: with TellHost,
-/// or, those that are left, after the operation has ended.
+/// An operation collects its log lines. The host receives them when the front's state is consistent: at
+/// FlushLog, or after the operation has ended.
 class Operation {
 public:
     enum class Kind {
@@ -28,47 +28,47 @@ public:
 
     /// The front's state, while the operation owns it.
     FrontState& State() { return m_front.state; }
-    /// The phone's library context; null: not connected.
+    /// The library's context for the phone; null: not connected.
     void* Context() const { return m_front.state.ContextHandle; }
 
-    /// False when a tick found the connection in use: then it must leave everything alone.
+    /// False when a tick found the connection in use. It must then change nothing.
     bool Owns() const { return m_bOwns; }
 
-    /// MayChangeConnection tells whether the connection may be closed or opened: not while another operation
-    /// is suspended in a host callback, since that one goes on with the connection that it knows.
+    /// True when the connection may be closed or opened. False while another operation is suspended in a
+    /// callback of the host, because it will continue to use its connection.
     bool MayChangeConnection() const;
 
-    /// Log adds a line of the given host message type.
+    /// Adds a log line with a message type of the host.
     void Log(int iMessageType, std::string sText) { m_lines.push_back({iMessageType, std::move(sText)}); }
 
-    /// Describe says what the operation is about, for the line of its failure: what is done ("delete") to
-    /// which phone path.
+    /// Describes the operation for the log line of its failure: what is done ("delete"), and to which phone
+    /// path.
     void Describe(const char* sWhat) { m_sTask = sWhat; }
     void Describe(const char* sWhat, const std::string& sPhonePath);
-    /// The same for an operation that has a second path: "/OLD to /NEW".
+    /// The same for an operation with two paths: "/OLD to /NEW".
     void Describe(const char* sWhat, const std::string& sOldPath, const std::string& sNewPath);
 
-    /// Complain adds the line that says why the host's call failed, or what the phone refused. A call has
-    /// one: later complaints are dropped.
-    void Complain(const std::string& sReason);
+    /// Adds the log line that says why the call failed or what the phone refused. Only the first failure of a
+    /// call is logged.
+    void LogFailure(const std::string& sReason);
 
-    /// Fail complains and returns the result.
+    /// Logs a failure and returns the result.
     template <class Result>
     Result Fail(Result result, const std::string& sReason) {
-        Complain(sReason);
+        LogFailure(sReason);
         return result;
     }
 
-    /// TellHost hands the collected lines to the host, others having their turns meanwhile.
-    void TellHost();
+    /// Sends the collected log lines to the host. Other operations may run meanwhile.
+    void FlushLog();
 
-    /// ReportProgress tells the host how far the transfer is, others having their turns meanwhile. True when
-    /// the user asks to abort.
+    /// Reports the progress of the transfer to the host. Other operations may run meanwhile. Returns true
+    /// when the user wants to abort.
     bool ReportProgress(int iPercent);
 
-    /// TellUser shows the user a text with a title and returns when it was dismissed, others having their
-    /// turns meanwhile. hOwner: the host's window, or null.
-    void TellUser(HWND hOwner, const std::string& sTitle, const std::string& sText);
+    /// Shows a message and returns when the user has closed it. Other operations may run meanwhile. hOwner:
+    /// the host's window, or null.
+    void ShowMessage(HWND hOwner, const std::string& sTitle, const std::string& sText);
 
 private:
     struct Line {
@@ -81,11 +81,11 @@ private:
     const bool m_bOwns;
     std::vector<Line> m_lines;
     std::string m_sTask; // "delete: /a"
-    bool m_bComplained = false;
+    bool m_bFailureLogged = false;
 };
 
-/// UsePhone runs `work` as one operation, handing it over. Returns its result, or `onFailure` when memory
-/// ran out.
+/// Runs `work` as one operation, which is its argument. Returns its result, or `onFailure` when memory runs
+/// out.
 template <class Result, class Work>
 Result UsePhone(Result onFailure, Work work) {
     try {
@@ -96,7 +96,7 @@ Result UsePhone(Result onFailure, Work work) {
     }
 }
 
-/// RefusePath fails a call whose paths cannot be used.
+/// Fails a call whose path is invalid.
 template <class Result>
 Result RefusePath(const char* sWhat, Result result) {
     return UsePhone(result, [&](Operation& operation) {

@@ -1,4 +1,4 @@
-// Whose turn it is to use the connection.
+// The order in which operations use the connection.
 #pragma once
 
 #include <condition_variable>
@@ -7,32 +7,32 @@
 
 /// Ownership lets one operation at a time use the connection and the front's state, in the order of arrival.
 ///
-/// An owner that calls the host suspends its operation meanwhile. The host may pause in there for as long as
-/// it likes, and may call the plug-in again, on the same thread or (its main thread, while a worker copies)
-/// on another: those operations get their turns and may use the connection, but the suspended one goes on
-/// with it afterwards, so that they must not close or replace it. A lock that stays held over the callback
-/// would block such calls for ever.
+/// An owner suspends its operation while it calls the host. The host may stay in its callback for as long as
+/// it likes, and may call the plug-in again, on the same thread or on another one (from its main thread,
+/// while a worker copies). Those operations get their turns and may use the connection. They must not close
+/// or replace it, because the suspended operation will continue with it. A lock that is held during the
+/// callback would block such calls forever.
 ///
-/// Any thread may call. Take and Resume wait; they wake in the order in which they came, so that a transfer
-/// that asks for its next turn after every block does not starve a listing that waits.
+/// Any thread may call. Take and Resume wait in the order of their calls, so a transfer that takes a new turn
+/// after every block does not starve a waiting listing.
 class Ownership {
 public:
     Ownership() = default;
     Ownership(const Ownership&) = delete;
     Ownership& operator=(const Ownership&) = delete;
 
-    /// Take waits for the turn of a new operation.
+    /// Waits for the turn of a new operation.
     void Take();
-    /// TryTake takes the turn when nobody owns, waits or is suspended; it never waits for a turn.
+    /// Takes the turn when no operation owns it, waits for it or is suspended. Never waits for a turn.
     bool TryTake();
-    /// GiveBack ends the owner's operation.
+    /// Ends the owner's operation.
     void GiveBack();
 
-    /// Suspend lets the others in until Resume, which waits for the owner's next turn.
+    /// Suspend lets other operations run until Resume, which waits for a new turn.
     void Suspend();
     void Resume();
 
-    /// True when an operation other than the owner's is suspended. Only the owner may ask.
+    /// True when an operation other than the owner's is suspended. Only the owner may call it.
     bool IsAnySuspended();
 
 private:
@@ -40,7 +40,7 @@ private:
 
     std::mutex m_lock;
     std::condition_variable m_turnChanged;
-    uint64_t m_iNextTicket = 0; // the ticket of whoever comes next
+    uint64_t m_iNextTicket = 0; // the next operation's ticket
     uint64_t m_iTurn = 0;       // the owner's ticket; m_iNextTicket when there is no owner
     unsigned m_iSuspended = 0;
 };

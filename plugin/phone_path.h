@@ -1,42 +1,41 @@
-// From the host's form of a path to the phone's, and back.
+// Conversion of paths between the host's form and the phone's.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-/// A host path with its zero is at most this long.
+/// The longest host path, including its zero.
 constexpr size_t kMaxPathSize = 1024;
 
-/// IsUsableHostPath: not null, and no longer than kMaxPathSize. Everything below but CopyHostPath and
-/// TakeHostPath wants such a path.
+/// Returns true for a path that is not null and not longer than kMaxPathSize. All functions below except
+/// CopyHostPath and TakeHostPath require such a path.
 bool IsUsableHostPath(const char* sPath);
 
-/// CopyHostPath gives in sPhonePath (kMaxPathSize bytes) the phone path that the library takes: a copy, then
-/// ToPhonePath and StripLeadingSeparators. False, with nothing written, when the host path is not usable.
+/// Writes the phone path of a host path to sPhonePath (kMaxPathSize bytes), by ToPhonePath and
+/// StripLeadingSeparators. Returns false and writes nothing when the host path is not usable.
 bool CopyHostPath(const char* sHostPath, char* sPhonePath);
 
-/// TakeHostPath does the same and writes the phone path over the host's text, too, where the host lets it.
+/// Does the same, and also overwrites the host's text with the phone path where hosts allow it.
 bool TakeHostPath(char* sHostPath, char* sPhonePath);
 
-/// ToPhonePath makes every backslash a slash and every run of slashes one. A path of at least 3 characters
-/// whose second or third one is ':' is a drive path and stays as it is.
+/// Replaces every backslash by a slash, and every run of slashes by one. A path of at least 3 characters
+/// whose second or third is ':' is a drive path and is not changed.
 void ToPhonePath(char* sPath);
 
-/// StripLeadingSeparators removes all slashes and backslashes from the begin: the root becomes the empty
-/// text.
+/// Removes all leading slashes and backslashes. The root becomes the empty text.
 void StripLeadingSeparators(char* sPath);
 
-/// ToHostPath makes every slash the given separator of the host.
+/// Replaces every slash by the host's separator.
 void ToHostPath(char* sPath, char cSeparator);
 
-/// SeparatorOf returns the separator that a host path is written with: its first one, or the host's usual one
-/// when it has none. A path that is written back to the host uses the separator that came in.
+/// Returns the first separator of a host path, or the host's usual one when it has none. Paths that are
+/// written back to the host use it.
 char SeparatorOf(const char* sHostPath);
 
-/// FromRoot returns a path from the phone's root, with '/' in front, without empty, "." and ".." parts: hosts
-/// show the path that they are given.
+/// Returns a path from the phone's root: with a leading '/', without empty, "." and ".." components. Hosts
+/// show the result as it is.
 std::string FromRoot(std::string_view sPath);
 
-/// EntryName returns what follows a path's last '/', all of it when there is none; it points into sPath.
+/// Returns a pointer into sPath, to the text after its last '/', or to all of it when there is none.
 const char* EntryName(const char* sPath);

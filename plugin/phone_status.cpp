@@ -11,7 +11,7 @@ constexpr DWORD kFolderKind = 0x4000;
 
 } // namespace
 
-bool PhoneStatus::Ask(Operation& operation, const char* sPhonePath) {
+bool PhoneStatus::Query(Operation& operation, const char* sPhonePath) {
     *this = {};
     return QLIB_EFS2_DIAG_STAT(operation.Context(), sPhonePath, &iErrorNo, &iMode, &iSize, &iLinkCount,
                                &iAccessTime, &iModifyTime, &iCreateTime);
@@ -23,7 +23,7 @@ bool PhoneStatus::IsFolder() const {
 
 int CheckTargetIsFree(Operation& operation, const char* sPhonePath, const TargetCodes& codes) {
     PhoneStatus status;
-    if (!status.Ask(operation, sPhonePath) || (!status.Exists() && !status.IsMissing()))
+    if (!status.Query(operation, sPhonePath) || (!status.Exists() && !status.IsMissing()))
         return operation.Fail(codes.iUnknown, FailureReason(operation));
     return status.Exists() ? codes.iExists : FS_FILE_OK;
 }

@@ -1,4 +1,4 @@
-// What the phone says about one of its paths.
+// The status of a path on the phone.
 #pragma once
 
 #include "efs2/failure_text.h"
@@ -6,9 +6,9 @@
 
 class Operation;
 
-/// PhoneStatus is the phone's answer to a status query, links followed.
+/// PhoneStatus is the phone's response to a status query. Links are followed.
 struct PhoneStatus {
-    DWORD iErrorNo = 0; // 0: there is such an entry
+    DWORD iErrorNo = 0; // 0: the path exists
     DWORD iMode = 0;
     DWORD iSize = 0; // bytes
     DWORD iLinkCount = 0;
@@ -16,17 +16,17 @@ struct PhoneStatus {
     DWORD iModifyTime = 0;
     DWORD iCreateTime = 0;
 
-    /// Ask queries a phone path over the operation's connection. False, with nothing to be concluded, when
-    /// the phone did not answer or there is no connection.
-    bool Ask(Operation& operation, const char* sPhonePath);
+    /// Queries a phone path over the operation's connection. Returns false when the phone did not answer or
+    /// there is no connection; the fields then mean nothing.
+    bool Query(Operation& operation, const char* sPhonePath);
 
-    /// Nothing is there for sure only when the phone says so in these words: every other refusal leaves it
-    /// open.
+    /// True when the phone reported that nothing is at the path. After any other refusal something may be
+    /// there.
     bool IsMissing() const { return iErrorNo == EFS2_ERROR_NOT_THERE; }
     bool Exists() const { return iErrorNo == 0; }
     bool IsFolder() const;
 
-    /// By its mode it is a folder, or a file, that its owner may read. For some modes both are true.
+    /// True when the mode is that of a folder, or of a file, that its owner may read. Some modes are both.
     bool IsReadableFolder() const { return (iMode & kReadableFolder) == kReadableFolder; }
     bool IsReadableFile() const { return (iMode & kReadableFile) == kReadableFile; }
 
@@ -35,12 +35,12 @@ private:
     static constexpr DWORD kReadableFile = 0x8100;
 };
 
-/// The host's codes for a target that is not known to be free.
+/// The host's codes for a target that may exist.
 struct TargetCodes {
-    int iUnknown; // the phone did not say
+    int iUnknown; // the phone did not report whether it exists
     int iExists;
 };
 
-/// CheckTargetIsFree returns FS_FILE_OK when the phone says that nothing is at the path, otherwise one of the
-/// codes. The host is told why the phone did not say.
+/// Returns FS_FILE_OK when the phone reports that nothing is at the path, else one of `codes`. Logs the
+/// reason for iUnknown to the host.
 int CheckTargetIsFree(Operation& operation, const char* sPhonePath, const TargetCodes& codes);

@@ -15,7 +15,7 @@ struct UsbId {
     bool operator==(const UsbId&) const = default;
 };
 
-// The accepted handsets.
+/// The accepted phones.
 constexpr UsbId KnownDevices[] = {
     {0x05C6, 0x3197},
     {0x05C6, 0x9002},
@@ -33,7 +33,7 @@ struct UsbInterface {
 
 constexpr size_t kDiagnosticInterface = 1;
 
-// The number of a port named "COMn", at most UINT32_MAX; nothing for other names.
+/// Returns the number of a port named "COMn", at most UINT32_MAX; nothing for other names.
 std::optional<uint32_t> ParsePortName(std::string_view sName) {
     constexpr std::string_view kPrefix = "COM";
     if (sName.size() <= kPrefix.size() || !sName.starts_with(kPrefix))
@@ -76,8 +76,9 @@ bool FindPhones(std::vector<PhonePortRecord>& phones) {
     return true;
 }
 
-// The diagnostic port of a handset that has one, where none fits into a byte; 0 when none has.
-uint32_t FindUnfitPort() {
+/// Returns a diagnostic port that does not fit into a byte, 0 when there is none. Call it when no phone has
+/// one that fits.
+uint32_t FindPortAbove255() {
     try {
         std::vector<PhonePortRecord> phones;
         FindPhones(phones);
@@ -136,10 +137,10 @@ PhoneSearch SearchPhone() {
     unsigned char aPorts[kMaxPhones * kPhoneInterfaces] = {};
     PhoneSearch search;
     int iBytes = sizeof aPorts;
-    FindPhonePorts(aPorts, &search.iHandsets, &iBytes);
-    for (int i = 0; i < search.iHandsets && search.iPort == 0; ++i)
+    FindPhonePorts(aPorts, &search.iPhones, &iBytes);
+    for (int i = 0; i < search.iPhones && search.iPort == 0; ++i)
         search.iPort = aPorts[static_cast<size_t>(i) * kPhoneInterfaces + kDiagnosticInterface];
-    if (search.iHandsets > 0 && search.iPort == 0)
-        search.iUnfitPort = FindUnfitPort();
+    if (search.iPhones > 0 && search.iPort == 0)
+        search.iPortAbove255 = FindPortAbove255();
     return search;
 }

@@ -27,8 +27,8 @@ struct SpaceStatus {
     DWORD iFiles = 0;
     DWORD iMaxFiles = 0;
 
-    // Asks about the root's file system, whose error number stays unjudged.
-    bool Ask(Operation& operation) {
+    // Queries the root's file system. Its error number is ignored.
+    bool Query(Operation& operation) {
         return QLIB_EFS2_DIAG_STATFS(operation.Context(), "", &iErrorNo, &iFileSystemId, &iFileSystemType,
                                      &iBlockSize, &iTotalBlocks, &iAvailBlocks, &iFreeBlocks, &iMaxFileSize,
                                      &iFiles, &iMaxFiles);
@@ -44,7 +44,7 @@ std::string TypeText(const PhoneStatus& status) {
     return sText;
 }
 
-// "Thu Jan 01 00:00:00 1970" and a line feed.
+/// Returns "Thu Jan 01 00:00:00 1970" and a line feed.
 std::string TimeText(DWORD iTime) {
     static constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
     static constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
@@ -77,7 +77,7 @@ std::string FormatThousands(DWORD iValue) {
 std::string PropertiesText(Operation& operation, const char* sPhonePath) {
     PhoneStatus status;
     SpaceStatus space;
-    if (!status.Ask(operation, sPhonePath) || !status.Exists() || !space.Ask(operation))
+    if (!status.Query(operation, sPhonePath) || !status.Exists() || !space.Query(operation))
         return operation.Fail(std::string("Uknown properties"), FailureReason(operation));
     const std::string sTarget = LinkTarget(operation, sPhonePath);
     std::string sLink;

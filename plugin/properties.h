@@ -1,4 +1,4 @@
-// What the properties of a phone entry say.
+// The properties of an entry on the phone, as text.
 #pragma once
 
 #include <string>
@@ -7,10 +7,10 @@
 
 class Operation;
 
-/// PropertiesText asks the phone about an entry and writes down its answer, at most 1023 bytes; "Uknown
-/// properties", and a complaint, when the phone does not know it or does not answer. The space is that of the
+/// Queries an entry and returns its properties as a text of at most 1023 bytes. When the phone does not know
+/// the entry or does not answer, returns "Uknown properties" and logs a failure. The space is that of the
 /// phone's root file system.
 std::string PropertiesText(Operation& operation, const char* sPhonePath);
 
-/// FormatThousands writes a number with a space before each group of three digits: 1234567 is "1 234 567".
+/// Returns a number with a space before each group of three digits: 1234567 is "1 234 567".
 std::string FormatThousands(DWORD iValue);

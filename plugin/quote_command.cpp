@@ -13,7 +13,7 @@
 
 namespace {
 
-// What an argument, and a path made of one, may hold with its zero.
+/// The size of an argument, and of a path made from one, including its zero.
 constexpr size_t kArgumentSize = 512;
 constexpr char kTooLong[] = "the path is too long";
 constexpr char kWhiteSpace[] = " \t\n\v\f\r";
@@ -23,7 +23,7 @@ void Trim(std::string& sText) {
     sText.erase(sText.find_last_not_of(kWhiteSpace) + 1);
 }
 
-// Takes one argument, and leaves in sText what stands from its end on.
+/// Removes one argument from the beginning of sText and returns it.
 std::string TakeArgument(std::string& sText) {
     Trim(sText);
     size_t iStop;
@@ -43,7 +43,7 @@ std::string TakeArgument(std::string& sText) {
     return sArgument;
 }
 
-// Of two quotes side by side the second one stays.
+/// Removes double quotes, except the second of two adjacent ones.
 void RemoveQuotes(std::string& sText) {
     for (size_t i = 0; i < sText.size(); ++i)
         if (sText[i] == '"')
@@ -54,7 +54,7 @@ bool Fits(const std::string& sText) {
     return sText.size() < kArgumentSize;
 }
 
-// True when the phone finds a file system at the path.
+/// Returns true when the phone reports a file system for the path.
 bool IsOnPhone(Operation& operation, const std::string& sPath) {
     DWORD iErrorNo = 0;
     DWORD iUnused[9] = {};
@@ -72,7 +72,7 @@ int ChangeFolder(Operation& operation, char* sDirectory, char cSeparator, std::s
     if (!Fits(sPath))
         return operation.Fail(FS_EXEC_ERROR, kTooLong);
     PhoneStatus status;
-    if (!IsOnPhone(operation, sPath) || !status.Ask(operation, sPath.c_str()) || !status.Exists())
+    if (!IsOnPhone(operation, sPath) || !status.Query(operation, sPath.c_str()) || !status.Exists())
         return operation.Fail(FS_EXEC_ERROR, FailureReason(operation));
     if (!status.IsFolder())
         return operation.Fail(FS_EXEC_ERROR, "it is not a folder");

@@ -9,19 +9,19 @@ namespace {
 
 using Kind = OperationFailure::Kind;
 
-// What came of a look for handsets whose port was opened, or not, with eError.
+/// Describes the result of a search for phones, whose port was opened, or not, with eError.
 std::string SearchReason(const PhoneSearch& search, PortError eError) {
-    if (search.iHandsets == 0)
+    if (search.iPhones == 0)
         return "none is attached";
     std::string sReason;
     if (search.iPort != 0)
         sReason = PortErrorText(eError, "port COM" + std::to_string(search.iPort));
-    else if (search.iUnfitPort != 0)
-        sReason = "diagnostic port COM" + std::to_string(search.iUnfitPort) + " is above COM255";
+    else if (search.iPortAbove255 != 0)
+        sReason = "diagnostic port COM" + std::to_string(search.iPortAbove255) + " is above COM255";
     else
         sReason = "attached, but without a usable diagnostic port";
-    if (search.iHandsets > 1)
-        sReason += "; " + std::to_string(search.iHandsets) + " handsets are attached";
+    if (search.iPhones > 1)
+        sReason += "; " + std::to_string(search.iPhones) + " handsets are attached";
     return sReason;
 }
 
@@ -29,7 +29,7 @@ std::string SearchReason(const PhoneSearch& search, PortError eError) {
 
 std::string NoHandsetReason(Operation& operation) {
     const auto& search = operation.State().search;
-    // A port for which there is not even a context was not tried.
+    // Without a context, the port was not tried.
     const PortError eError = operation.Context() ? QLIB_GetPortError(operation.Context()) : PortError::Other;
     return "no handset (" + (search ? SearchReason(*search, eError) : "not connected") + ")";
 }
@@ -37,7 +37,7 @@ std::string NoHandsetReason(Operation& operation) {
 std::string FailureReason(Operation& operation, const OperationFailure& failure) {
     const bool bHasAnswered =
         operation.State().bPhoneAnswered && QLIB_GetPortError(operation.Context()) == PortError::None;
-    if (!operation.Context() || (failure.eKind == Kind::NoAnswer && !bHasAnswered))
+    if (!operation.Context() || (failure.eKind == Kind::NoResponse && !bHasAnswered))
         return NoHandsetReason(operation);
     return EFS2_FailureText(failure);
 }

@@ -1,4 +1,4 @@
-// Why the phone did not do what was asked, in words for the host's log.
+// The reasons of failures, in words for the host's log.
 #pragma once
 
 #include <string>
@@ -7,18 +7,18 @@
 
 class Operation;
 
-/// NoHandsetReason says what stands between the plug-in and a handset that answers, such as "no handset (port
-/// COM3 is held by another program)", by what the last attempt to connect found.
+/// Returns the reason why no phone answers, from the last attempt to connect, such as "no handset (port COM3
+/// is held by another program)".
 std::string NoHandsetReason(Operation& operation);
 
-/// FailureReason says why a request failed or was refused; without one, why the operation's last file-system
-/// request did. A handset that has not answered since the connection was opened is no handset.
+/// Returns why a request failed or was refused; without `failure`, why the last file-system request of the
+/// operation did. If the phone has not answered since the connection was opened, returns NoHandsetReason.
 std::string FailureReason(Operation& operation, const OperationFailure& failure);
 std::string FailureReason(Operation& operation);
 
-/// LastFailure returns what failed in the operation's last file-system request; kind None without a
+/// Returns the failure of the operation's last file-system request. Its kind is None when there is no
 /// connection.
 OperationFailure LastFailure(Operation& operation);
 
-/// IsRefused tells whether the phone refused the operation's last file-system request.
+/// Returns true when the phone refused the operation's last file-system request.
 bool IsRefused(Operation& operation);

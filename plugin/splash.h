@@ -1,14 +1,14 @@
-// The banner that greets the user.
+// The banner at the start.
 #pragma once
 
 #include <chrono>
 
 #include "platform/splash_window.h"
 
-/// Splash is the banner, shown while it lives. Its thread alone uses it, and need not own the connection.
+/// Splash shows the banner while it exists. It is used by one thread, which need not own the connection.
 class Splash {
 public:
-    /// Hold lets the calling thread sleep, so that the user sees the banner; where none shows, it does not.
+    /// Lets the calling thread sleep so that the user sees the banner. Returns at once when none is shown.
     void Hold(std::chrono::milliseconds time) const;
 
 private:

@@ -19,7 +19,7 @@ constexpr int kReplacingFlags = FS_COPYFLAGS_OVERWRITE | FS_COPYFLAGS_RESUME;
 constexpr char kUpload[] = "copy to the phone";
 constexpr char kBusy[] = "another copy is running";
 
-// Deletes what was moved to the PC, when all of it is there.
+/// Deletes the phone's file after a move to the PC, if all of it arrived.
 int RemoveSource(Operation& operation, const Transfer& transfer, const PhoneStatus& status,
                  const char* sPhonePath) {
     if (!status.Exists() || transfer.BytesDone() != status.iSize)
@@ -28,14 +28,14 @@ int RemoveSource(Operation& operation, const Transfer& transfer, const PhoneStat
             std::to_string(transfer.BytesDone()) + " bytes arrived, but the phone announced " +
                 (status.Exists() ? std::to_string(status.iSize) : "no size") + "; the phone's file stays");
     if (!QLIB_EFS2_DIAG_UNLINK(operation.Context(), sPhonePath) || IsRefused(operation))
-        operation.Complain("copied, but not deleted on the phone: " + FailureReason(operation));
+        operation.LogFailure("copied, but not deleted on the phone: " + FailureReason(operation));
     return FS_FILE_OK;
 }
 
 int Download(Operation& operation, Transfer& transfer, const char* sPhonePath, const char* sLocalName,
              bool bMove) {
     PhoneStatus status;
-    if (!operation.Context() || !status.Ask(operation, sPhonePath))
+    if (!operation.Context() || !status.Query(operation, sPhonePath))
         return operation.Fail(FS_FILE_WRITEERROR, FailureReason(operation));
     if (!transfer.Begin(status.iSize))
         return FS_FILE_USERABORT;
@@ -58,7 +58,7 @@ int Upload(Operation& operation, Transfer& transfer, const char* sLocalName, con
         return operation.Fail(FS_FILE_WRITEERROR, NoHandsetReason(operation));
     const bool bWritten = QLIB_EfsWrite(operation.Context(), sLocalName, sPhonePath);
     if (!bWritten && !transfer.WasAborted())
-        operation.Complain(FailureReason(operation));
+        operation.LogFailure(FailureReason(operation));
     if (!bWritten && QLIB_EfsWriteOpenedTarget(operation.Context()))
         QLIB_EFS2_DIAG_UNLINK(operation.Context(), sPhonePath);
     if (transfer.WasAborted())

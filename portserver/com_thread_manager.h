@@ -39,6 +39,7 @@ public:
         using std::runtime_error::runtime_error;
     };
 
+    /// How long the end waits for a stuck worker.
     static constexpr DWORD kEndLimit_ms = 2000;
 
     /// The time of the latest sign of life of the running call. Called on the caller's thread.

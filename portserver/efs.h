@@ -29,7 +29,9 @@ public:
     /// EfsRead copies a file of the phone to a local one, EfsWrite the other way; the source comes first.
     bool EfsRead(const char* sEFS_File, const char* sLocalFile);
     bool EfsWrite(const char* sLocalFile, const char* sEFS_File);
+    /// EfsDelete removes a file.
     bool EfsDelete(const char* sFilePath);
+    /// EfsMkDir makes a folder, EfsRmDir removes an empty one.
     bool EfsMkDir(const char* sFolderPath);
     bool EfsRmDir(const char* sFolderPath);
     /// EfsRmTree removes a folder and its contents.
@@ -40,7 +42,7 @@ public:
     bool DownloadPRL(const char* sLocalFile);
     bool UploadPRL(const char* sLocalFile);
 
-    /// Not supported: always false.
+    /// EfsSetPermissions, EfsBackupDir, EfsRestoreDir, EfsVerify are not supported: always false.
     bool EfsSetPermissions(const char* sFilePath, unsigned short iMask);
     bool EfsBackupDir(const char* sFolderPath, const char* sLocalFolder);
     bool EfsRestoreDir(const char* sLocalFolder, const char* sFolderPath);

@@ -10,6 +10,7 @@
 /// FunctionDispatcher is one call and the name of its operation ("EFS::EfsMkDir"), for the error text.
 class QUILLET_API FunctionDispatcher {
 public:
+    /// Names the operation.
     explicit FunctionDispatcher(std::string sOperation) : m_sOperation(std::move(sOperation)) {}
     virtual ~FunctionDispatcher();
 
@@ -43,9 +44,10 @@ private:
 template <class Client>
 class QUILLET_API FunctionDispatcherHelper : public FunctionDispatcher {
 public:
-    using Function = void (Client::*)();
-    using FunctionWithArgument = void (Client::*)(void*);
+    using Function = void (Client::*)();                  // a call without an argument
+    using FunctionWithArgument = void (Client::*)(void*); // a call with one
 
+    /// Copies the client.
     FunctionDispatcherHelper(std::string sOperation, const Client& client, Function pFunction);
     FunctionDispatcherHelper(std::string sOperation, const Client& client, FunctionWithArgument pFunction);
 

@@ -72,6 +72,7 @@ enum class ServerTask {
 class QUILLET_API PacketEvents {
 public:
     virtual ~PacketEvents();
+    /// packetReceived receives one packet, which is valid during the call.
     virtual void packetReceived(std::span<unsigned char> packet) = 0;
 };
 
@@ -79,8 +80,11 @@ public:
 class QUILLET_API TaskEvents {
 public:
     virtual ~TaskEvents();
+    /// entryListed: one entry of a listing.
     virtual void entryListed(const EfsDirItem& item) = 0;
+    /// progressed: how far the task is, in the server's own units.
     virtual void progressed(DWORD iDone, DWORD iInAll) = 0;
+    /// finished: the task has ended.
     virtual void finished(bool bSucceeded) = 0;
 };
 
@@ -97,15 +101,20 @@ public:
     virtual bool attach(const std::string& sClientName, const std::shared_ptr<PacketEvents>& pEvents) = 0;
     /// selectPort selects the port ("COM5") for later calls; an empty name: no particular port.
     virtual bool selectPort(const std::string& sPortName, DWORD iTimeOut_ms) = 0;
+    /// portNames returns the names of the server's ports ("COM5"), phones its phones.
     virtual std::vector<std::string> portNames() = 0;
     virtual std::vector<PhoneEntry> phones() = 0;
 
     /// sendSync exchanges one packet without framing and FCS; false when no response arrived in time.
     virtual bool sendSync(std::span<const unsigned char> request, DWORD iTimeOut_ms,
                           std::vector<unsigned char>& response) = 0;
+    /// readNv reads an NV item; writeNv writes one.
     virtual bool readNv(unsigned short iItem, std::vector<unsigned char>& data) = 0;
     virtual bool writeNv(unsigned short iItem, std::span<const unsigned char> data) = 0;
+    /// control carries out an operation on the phone. iValue receives the value that GetDiagVerno and
+    /// GetPhoneMode read.
     virtual bool control(PhoneControl eControl, const std::string& sText, DWORD& iValue) = 0;
+    /// reset restarts the phone and waits until it responds again.
     virtual ResetOutcome reset(DWORD iTimeOut_ms) = 0;
 
     /// begin starts a task with the arguments of the client's operation, in their order. A client starts the
@@ -124,6 +133,7 @@ using PortServerFactory = std::function<std::shared_ptr<PortServer>()>;
 template <class Passage>
 class ServerRelay : public PortServer {
 public:
+    /// pFault receives the outcome of each call.
     ServerRelay(std::shared_ptr<PortServer> pServer, std::shared_ptr<ServerFault> pFault)
         : m_pServer(std::move(pServer)), m_pFault(std::move(pFault)) {}
 
@@ -175,6 +185,7 @@ private:
 
 /// The program's side: calls throw nothing and store in `fault` what they would have thrown.
 struct FaultCatcher {
+    /// Pass makes the call.
     template <class Call>
     static auto Pass(ServerFault& fault, Call call) noexcept {
         decltype(call()) result{};
@@ -189,6 +200,7 @@ struct CaughtServer {
     std::shared_ptr<PortServer> pServer;
     std::shared_ptr<ServerFault> pFault;
 };
+/// Makes such a view.
 using CaughtServerFactory = std::function<CaughtServer()>;
 
 /// AttachCaughtServer is the library's part of AttachPortServer.

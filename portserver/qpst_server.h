@@ -54,7 +54,8 @@ public:
         return bDone;
     }
 
-    /// Phone control: false when the phone refuses.
+    /// offline, lock, unlock, sendSpc, sendTmob control the phone: false when it refuses. The texts are the
+    /// service programming code and what the server passes on.
     QUILLET_API_INLINE bool offline() { return Control("offline", PhoneControl::Offline); }
     QUILLET_API_INLINE bool lock() { return Control("lock", PhoneControl::Lock); }
     QUILLET_API_INLINE bool unlock() { return Control("unlock", PhoneControl::Unlock); }
@@ -76,7 +77,7 @@ public:
     /// iTimeOut_ms.
     QUILLET_API_INLINE void reset(DWORD iTimeOut_ms) { TryReset(iTimeOut_ms).Raise(); }
 
-    /// Return the names of the server's ports ("COM5"), and its phones.
+    /// getPortList returns the names of the server's ports ("COM5"), getPhoneList its phones.
     QUILLET_API_INLINE std::vector<std::string> getPortList() {
         std::vector<std::string> names;
         TryGetPortList(names).Raise();

@@ -34,7 +34,9 @@ public:
     /// std::runtime_error with the same text.
     void Raise() const;
 
+    /// True when there is an error.
     explicit operator bool() const { return m_eKind != Kind::None; }
+    /// The text of the error.
     const std::string& Text() const { return m_sText; }
 
 private:

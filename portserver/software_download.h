@@ -42,6 +42,7 @@ public:
     /// ConfigureCallBacks registers the progress callback (null: none), called on the thread of the
     /// operation. It receives pUserData, or the context handle when that is null.
     void ConfigureCallBacks(SoftwareDownloadCallBack pfnProgress, void* pUserData);
+    /// addListener adds an observer, which must live until removeListener.
     void addListener(SoftwareDownloadListener* pListener);
     void removeListener(SoftwareDownloadListener* pListener);
     /// SetLogManager sets the text log of operations and errors; null: none. The log must live until it is
@@ -51,6 +52,8 @@ public:
     /// getPhoneMode stores the mode of the phone, as the server numbers it.
     bool getPhoneMode(DWORD& iMode);
 
+    /// uploadHexFile, uploadBHexFile, UploadBootLoaderBeforeImageHexFile, uploadBootfile, uploadCEFS_File,
+    /// uploadCEFS_File2, uploadMultiImage load an image (or several, in a folder) of that format.
     bool uploadHexFile(const char* sFile);
     bool uploadBHexFile(const char* sFile);
     bool UploadBootLoaderBeforeImageHexFile(const char* sBootLoaderFile, const char* sImageFile);

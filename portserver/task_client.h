@@ -26,7 +26,6 @@ class TaskRun;
 /// previous one within it. A server that has not begun the task gets kGrace_ms more. A silent task is
 /// aborted, and its operation fails. If the task turns out to have ended meanwhile, it is not aborted, and
 /// its own result counts.
-/// and when it succeeded, so did the operation.
 class QUILLET_API TaskClient : public ServerClient {
 public:
     /// GetErrorInfo returns the reason of the last operation's failure; empty after success.

@@ -42,6 +42,7 @@ QUILLET_C_API void QLIB_ConfigureCallBacks(void* hContext, EfsDirectoryCallBack 
 QUILLET_C_API void QLIB_ConfigureEfsCallbacks(void* hContext, EfsTransferCallBack pfnTransfer,
                                               EfsDirectoryCallBack pfnDirectory);
 
+/// QLIB_DIAG_GET_FILE_ATTRIBUTES is FileAttributes::DIAG_GET_FILE_ATTRIBUTES.
 QUILLET_C_API bool QLIB_DIAG_GET_FILE_ATTRIBUTES(void* hContext, const char* sPath, DWORD* piFirst,
                                                  DWORD* piSecond, DWORD* piThird);
 
@@ -62,6 +63,7 @@ QUILLET_C_API bool QLIB_EfsWriteOpenedTarget(void* hContext);
 /// QLIB_EfsLastFailure is Efs2Metadata::EFS2_LastFailure.
 QUILLET_C_API bool QLIB_EfsLastFailure(void* hContext, OperationFailure* pFailure);
 
+/// QLIB_EFS2_DIAG_UNLINK, QLIB_EFS2_DIAG_MKDIR, QLIB_EFS2_DIAG_RMDIR are the operations of Efs2Metadata.
 QUILLET_C_API bool QLIB_EFS2_DIAG_UNLINK(void* hContext, const char* sFilePath);
 QUILLET_C_API bool QLIB_EFS2_DIAG_MKDIR(void* hContext, const char* sDir);
 QUILLET_C_API bool QLIB_EFS2_DIAG_RMDIR(void* hContext, const char* sFolderPath);
@@ -73,19 +75,23 @@ QUILLET_C_API bool QLIB_EFS2_DIAG_READ_LINK(void* hContext, const char* sFilePat
 QUILLET_C_API bool QLIB_EFS2_DIAG_CREATE_LINK(void* hContext, const char* sFilePath,
                                               const char* sPointedFilePath);
 
+/// QLIB_EFS2_DIAG_RENAME is Efs2Metadata::EFS2_DIAG_RENAME.
 QUILLET_C_API bool QLIB_EFS2_DIAG_RENAME(void* hContext, const char* sOldFilePath, const char* sNewFilePath,
                                          DWORD* piErrorNo);
 
+/// QLIB_EFS2_DIAG_STAT is Efs2Metadata::EFS2_DIAG_STAT.
 QUILLET_C_API bool QLIB_EFS2_DIAG_STAT(void* hContext, const char* sFilePath, DWORD* piErrorNo, DWORD* piMode,
                                        DWORD* piSize, DWORD* piNlink, DWORD* piAtime, DWORD* piMtime,
                                        DWORD* piCtime);
 
+/// QLIB_EFS2_DIAG_STATFS is Efs2Metadata::EFS2_DIAG_STATFS.
 QUILLET_C_API bool QLIB_EFS2_DIAG_STATFS(void* hContext, const char* sFilePath, DWORD* piErrorNo,
                                          DWORD* piFS_ID, DWORD* piFS_Type, DWORD* piBlockSize,
                                          DWORD* piTotalBlocks, DWORD* piAvailBlocks, DWORD* piFreeBlocks,
                                          DWORD* piMaxFileSize, DWORD* piNfiles, DWORD* piMaxNfiles);
 
-// Files and directories as open objects (Efs2OpenFiles, Efs2OpenDirectories).
+/// QLIB_EFS2_DIAG_... are the operations of Efs2OpenFiles and Efs2OpenDirectories: files and directories as
+/// open objects.
 QUILLET_C_API bool QLIB_EFS2_DIAG_OPEN(void* hContext, const char* sFilePath, DWORD iFlags, DWORD iMode,
                                        LONG* piDescriptor, DWORD* piErrorNo);
 QUILLET_C_API bool QLIB_EFS2_DIAG_READ(void* hContext, LONG iDescriptor, DWORD iOffset, unsigned char* pData,
@@ -100,7 +106,7 @@ QUILLET_C_API bool QLIB_EFS2_DIAG_READDIR(void* hContext, DWORD iDirectory, DWOR
                                           Efs2DirEntry* pEntry, DWORD* piErrorNo);
 QUILLET_C_API bool QLIB_EFS2_DIAG_CLOSEDIR(void* hContext, DWORD iDirectory, DWORD* piErrorNo);
 
-// Names made and removed, with the phone's verdict (Efs2Names).
+/// QLIB_EFS2_DIAG_... are the operations of Efs2Names: names made and removed, with the phone's verdict.
 QUILLET_C_API bool QLIB_EFS2_DIAG_MAKE_DIRECTORY(void* hContext, const char* sFolderPath, DWORD iMode,
                                                  DWORD* piErrorNo);
 QUILLET_C_API bool QLIB_EFS2_DIAG_REMOVE_DIRECTORY(void* hContext, const char* sFolderPath, DWORD* piErrorNo);

@@ -83,11 +83,13 @@ public:
 
     // --- Port server --------------------------------------------------------------------------------
 
-    /// SetIsUsingQpst selects port server (true) or serial port for objects made from now on.
+    /// SetIsUsingQpst selects port server (true) or serial port for objects made from now on,
+    /// GetIsUsingQpst returns the selection.
     static void SetIsUsingQpst(bool bIsUsingQpst) { m_bIsUsingQpst = bIsUsingQpst; }
     static bool GetIsUsingQpst() { return m_bIsUsingQpst; }
-    /// The port-server objects of a context, which keeps their ownership. The first call makes one and
-    /// connects it to the context's port. Null in direct mode and on failure; the next call tries again.
+    /// GetQpstServer, GetEFS, GetSoftwareDownload return the port-server objects of a context, which keeps
+    /// their ownership. The first call makes one and connects it to the context's port. Null in direct mode
+    /// and on failure; the next call tries again.
     static QpstServer* GetQpstServer(void* hContext);
     static EFS* GetEFS(void* hContext);
     static SoftwareDownload* GetSoftwareDownload(void* hContext);

@@ -50,6 +50,12 @@ for folder in platform $product handset tools/common tools/wfxhost tools/qdiag \
     done
 done
 
+for file in examples/*.cpp; do
+    if found=$(grep -nE '^ *# *include *("|<[^>]*[./])' "$file" | grep -v '<quillet\.h>'); then
+        breach "$file includes more than quillet.h and the standard library: $found"
+    fi
+done
+
 for folder in $product; do
     for file in $(sources_of "$folder"); do
         if found=$(grep -nE '^ *# *(if|ifdef|ifndef|elif)\b' "$file"); then
@@ -79,7 +85,7 @@ done
 if command -v clang-format >/dev/null 2>&1; then
     # shellcheck disable=SC2046
     clang-format --dry-run -Werror quillet.h \
-        $(for folder in platform $product handset tools tests bench fuzz; do sources_of "$folder"; done) ||
+        $(for folder in platform $product handset tools tests bench fuzz examples; do sources_of "$folder"; done) ||
         breach "not formatted according to .clang-format"
 fi
 

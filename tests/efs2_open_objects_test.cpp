@@ -69,7 +69,7 @@ TEST_F(Efs2OpenObjectsTest, NamesOnTheWire) {
     EXPECT_EQ(m_diag.EFS2_LastFailure().iErrorNo, 22u);
     for (const Call& call : {MakeDir, RemoveDir, RemoveFile, MakeLink})
         EXPECT_EQ(Answered(call, Hex("4B 13 08 00 00 00")), "false f0"); // ends within the error number
-    EXPECT_EQ(m_diag.EFS2_LastFailure().eKind, OperationFailure::Kind::UnusableAnswer);
+    EXPECT_EQ(m_diag.EFS2_LastFailure().eKind, OperationFailure::Kind::UnusableResponse);
 }
 
 TEST_F(Efs2OpenObjectsTest, FilesAndDirectoriesOnTheWire) {
@@ -133,7 +133,7 @@ TEST_F(Efs2OpenObjectsTest, RefusalsAndUnusableAnswers) {
         EXPECT_EQ(Answered(call, answer), sOutcome) << handset::ToHex(answer).substr(0, 80);
         EXPECT_EQ(m_phone.Requests().size(), iRequests) << handset::ToHex(answer).substr(0, 80);
         const auto eKind = m_diag.EFS2_LastFailure().eKind;
-        EXPECT_EQ(eKind == OperationFailure::Kind::UnusableAnswer, sOutcome.starts_with("false"));
+        EXPECT_EQ(eKind == OperationFailure::Kind::UnusableResponse, sOutcome.starts_with("false"));
     }
 }
 

@@ -1,4 +1,4 @@
-// Opening, checking and closing the one connection, and what the host's log says about it.
+// Opening, checking and closing the connection, and the lines about it in the host's log.
 #include "host_fixture.h"
 
 namespace {
@@ -40,7 +40,7 @@ TEST_F(FrontConnection, ClosesAfterThirtyIdleTicks) {
     EXPECT_EQ(m_host.TakeLog(), kOpened);
     StopIdleTick(front.IdleTimerId);
     Tick(29);
-    NamesIn("/"); // activity begins the countdown anew
+    NamesIn("/"); // activity restarts the countdown
     Tick(29);
     EXPECT_EQ(m_host.TakeLog(), Lines{});
 }
@@ -51,7 +51,7 @@ TEST_F(FrontConnection, StaysOpenDuringAnOperation) {
     FsStatusInfo(nullptr, FS_STATUS_START, 0);
     EXPECT_EQ(front.IdleTimerId, 0u);
     for (int i = 0; i < 40; ++i)
-        IdleTimerProc(iOldTick); // one that was on its way when it was stopped
+        IdleTimerProc(iOldTick); // a tick that was due when it was stopped
     EXPECT_EQ(m_host.TakeLog(), Lines{});
     FsStatusInfo(nullptr, FS_STATUS_END, 0);
     EXPECT_NE(front.IdleTimerId, 0u);
@@ -126,7 +126,7 @@ TEST_F(FrontConnection, LostPhoneIsNotReopenedUnderATransfer) {
     EXPECT_EQ(m_host.TakeLog(), (Lines{"3 CONNECTED on port COM1", "3 DISCONNECTED"}));
 }
 
-// The host pauses in a callback of its worker while its main thread, ticks and a second worker go on.
+// The host's worker pauses in a callback while its main thread, ticks and a second worker continue.
 TEST_F(FrontConnection, ManyThreads) {
     m_phone.AddFile("a.bin", Pattern(100000));
     Connect();
@@ -144,7 +144,7 @@ TEST_F(FrontConnection, ManyThreads) {
     EXPECT_EQ(local.Read("a.bin"), Pattern(100000));
 }
 
-// The host may ask for properties or list before FsInit; there is nobody to report to.
+// The host may ask for properties or list before FsInit; nothing is reported then.
 TEST(FrontBeforeInit, EveryEntryPointSurvives) {
     PluggedPhone phone;
     phone.AddFile("a.bin", Pattern(2000));

@@ -1,4 +1,4 @@
-// Execute verbs: links that are followed, properties, typed commands; what reaches the phone and the host.
+// Execute verbs: following links, properties, typed commands; what reaches the phone and the host.
 #include <gmock/gmock.h>
 
 #include "host_fixture.h"
@@ -34,7 +34,7 @@ private:
         EXPECT_EQ(iType, RT_MsgOK);
         EXPECT_STREQ(sTitle, "Properties");
         s_pTest->m_sText = sText;
-        Tick(40); // go on while a message is open, like the host's other calls
+        Tick(40); // ticks continue while a message is open, like other calls of the host
         EXPECT_EQ(FsDisconnect(nullptr), 0);
         return -1;
     }
@@ -66,7 +66,7 @@ TEST_F(FrontExecute, OpenFollowsLinksToFolders) {
         EXPECT_EQ(Execute(sPlain, "open").first, FS_EXEC_YOURSELF) << sPlain;
 }
 
-// Phones that keep targets from the root without the leading '/'; and one whose answers prove nothing.
+// A phone that stores absolute targets without the leading '/', and one whose response proves nothing.
 TEST_F(FrontExecute, OpenFindsTargetsWithoutLeadingSlash) {
     m_phone.AddFolder("brew/mod");
     m_phone.AddLink("dir/l", "/brew/mod");
@@ -103,7 +103,7 @@ TEST_F(FrontExecute, PropertiesText) {
 
 TEST_F(FrontExecute, PropertiesThatCannotBeRead) {
     m_phone.AddFile("f", {1});
-    EXPECT_EQ(Properties("\\"), "(nothing shown)"); // the banner, and the phone is not asked
+    EXPECT_EQ(Properties("\\"), "(nothing shown)"); // shows the banner and sends no request
     EXPECT_EQ(m_phone.CountOf(kStat), 0);
     EXPECT_EQ(Properties("/missing"), kUnknown);
     m_phone.Misbehave(Action::ProtocolError, kStatFs, 1, 0x13);

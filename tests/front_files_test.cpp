@@ -1,4 +1,4 @@
-// Copying, deleting, making and renaming: results for the host, and what is left on both sides.
+// Copying, deleting, making and renaming: results for the host, and what remains on both sides.
 #include <functional>
 
 #include "host_fixture.h"
@@ -73,7 +73,8 @@ TEST_F(FrontFiles, UploadFlags) {
     // A path that the host's buffers hold but a request does not: nothing is opened.
     m_phone.phone.ClearRequests();
     EXPECT_EQ(Put(sLocal, "/" + std::string(600, 'b'), FS_COPYFLAGS_OVERWRITE), FS_FILE_WRITEERROR);
-    EXPECT_EQ(Put(sLocal, "/" + std::string(600, 'b')), FS_FILE_NOTFOUND); // no "not there" either
+    EXPECT_EQ(Put(sLocal, "/" + std::string(600, 'b')),
+              FS_FILE_NOTFOUND); // the phone did not report "not there"
     EXPECT_EQ(m_phone.CountOf(kOpenFile), 0);
 }
 
@@ -86,7 +87,8 @@ TEST_F(FrontFiles, AbortedTransfers) {
         EXPECT_TRUE(m_phone.Exists("f")) << iPercent;
     }
     m_host.onProgress = nullptr;
-    EXPECT_EQ(Get("/f", m_local.Path("f"), FS_COPYFLAGS_MOVE), FS_FILE_OK); // an abort is forgotten
+    EXPECT_EQ(Get("/f", m_local.Path("f"), FS_COPYFLAGS_MOVE),
+              FS_FILE_OK); // the abort does not affect the next copy
     AbortAt(50);
     EXPECT_EQ(Put(m_local.Path("f"), "/f"), FS_FILE_USERABORT);
     EXPECT_FALSE(m_phone.Exists("f"));
@@ -125,7 +127,7 @@ TEST_F(FrontFiles, Renaming) {
     m_phone.AddFile("a", {1});
     m_phone.AddFile("b", {2});
     const std::tuple<const char*, const char*, BOOL, BOOL, int> cases[] = {
-        {"/a", "/b", 0x286E8700, 1, FS_FILE_NOTSUPPORTED}, // hosts fill one byte
+        {"/a", "/b", 0x286E8700, 1, FS_FILE_NOTSUPPORTED}, // hosts set one byte
         {"/a", "/b", 1, 0x286E8700, FS_FILE_EXISTS},       {"/missing", "\\c", 1, 0, FS_FILE_WRITEERROR},
         {"\\a", "\\b", 0x286E8701, 1, FS_FILE_OK},         {"/b", "/c", 1, 0, FS_FILE_OK},
     };
@@ -145,11 +147,11 @@ TEST_F(FrontFiles, FoldersAndDeletion) {
     check(FsMkDir, "/new", kExistingFolderCountsAsMade, true);
     check(FsMkDir, "/d/f", 0, true);
     check(FsRemoveDir, "/new", 1, false);
-    check(FsRemoveDir, "/d", 1, true); // a refusal does not show
+    check(FsRemoveDir, "/d", 1, true); // the result does not show a refusal
     check(FsDeleteFile, "/d/f", 1, false);
 }
 
-// Unusable paths reach no phone. The host passes texts that it goes on using, its "/" among them.
+// Unusable paths are not sent to the phone. The host continues to use the texts that it passes, such as "/".
 TEST_F(FrontFiles, UnusablePathsAndNoPhone) {
     std::string sLocal = m_local.Write("f", {1}), sNew = m_local.Path("new"), sOther = "/other";
     WIN32_FIND_DATAA data;

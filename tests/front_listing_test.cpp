@@ -1,4 +1,4 @@
-// Listing folders: what the host sees of the phone's entries, and what the phone is asked.
+// Listing folders: what the host sees of the phone's entries, and what is requested from the phone.
 #include <cerrno>
 #include <cstring>
 
@@ -32,7 +32,7 @@ TEST_F(FrontListing, RecordsOfEntries) {
             fs.SetTimes(sName, {1, 2, iDate});
         });
         WIN32_FIND_DATAA data;
-        std::memset(&data, 0xEE, sizeof data); // no field keeps what was there
+        std::memset(&data, 0xEE, sizeof data); // every field must be overwritten
         const HANDLE hListing = FindFirst("/", data);
         EXPECT_EQ(data.cFileName, sName);
         EXPECT_EQ(data.nFileSizeLow, 300u);
@@ -48,7 +48,7 @@ TEST_F(FrontListing, RecordsOfEntries) {
     EXPECT_EQ(List("/").at(1).iAttributes, 0u);
 }
 
-TEST_F(FrontListing, PathsThatThePhoneIsAsked) {
+TEST_F(FrontListing, PathsInRequests) {
     Connect();
     const std::pair<std::string, std::string> paths[] = {
         {"", "/"},
@@ -82,14 +82,14 @@ TEST_F(FrontListing, EmptyAndNotConnectedDiffer) {
     EXPECT_NE(errno, ENODATA);
 }
 
-TEST_F(FrontListing, NestedListingsWalkOn) {
+TEST_F(FrontListing, NestedListingsContinue) {
     AddFiles("outer", 3);
     AddFiles("inner", 3);
     WIN32_FIND_DATAA data;
     const HANDLE hOuter = FindFirst("/outer", data);
     ASSERT_EQ(FsFindNext(hOuter, &data), 1);
     EXPECT_EQ(NamesIn("/inner"), (Lines{"f0", "f1", "f2"}));
-    // The connection may go meanwhile: a listing is whole in memory.
+    // The connection may close meanwhile: a listing is completely in memory.
     FsDisconnect(nullptr);
     ASSERT_EQ(FsFindNext(hOuter, &data), 1);
     EXPECT_STREQ(data.cFileName, "f2");
@@ -107,7 +107,7 @@ TEST_F(FrontListing, ListingsThatAreNeverClosedAreBounded) {
     EXPECT_EQ(FsFindNext(handles[1], &data), 1);
     EXPECT_EQ(FsFindNext(handles[1], &data), 0);
     EXPECT_EQ(FsFindNext(handles[256], &data), 1);
-    // The first one was dropped, so its handle now walks the last listing, which is at its end.
+    // The first one was dropped, so its handle now continues the last listing, which is at its end.
     EXPECT_EQ(FsFindNext(handles[0], &data), 0);
 }
 

@@ -1,4 +1,4 @@
-// Why an operation failed: the one line that the host's log gets, for each operation and cause.
+// The line in the host's log that says why an operation failed, for each operation and cause.
 #include <fcntl.h>
 #include <sys/file.h>
 
@@ -17,8 +17,8 @@ protected:
         Connect();
     }
 
-    /// The complaints of what was called since the last call, without their type, joined.
-    std::string Complaints() {
+    /// Returns the failure lines of the host's log since the last call, without their type.
+    std::string Failures() {
         std::string sLines;
         for (const std::string& sLine : m_host.TakeLog())
             if (sLine.starts_with("6 "))
@@ -33,10 +33,11 @@ protected:
     LocalFolder m_local;
 };
 
-TEST_F(FrontReasons, WhatThePhoneRefuses) {
+TEST_F(FrontReasons, Refusals) {
     const std::string sRename = "4B 13 0E 00", sRemoveFolder = "4B 13 0A 00", sMakeFolder = "4B 13 09 00";
     const int iOver = FS_COPYFLAGS_OVERWRITE;
-    // The request that is refused and the phone's error number, the call, its result, and its line's begin.
+    // The request that is refused and the phone's error number, the call, its result, and the beginning of
+    // its line.
     const std::tuple<std::string, uint32_t, std::function<int()>, int, std::string> rows[] = {
         {kOpenFolder, 13, [] { return static_cast<int>(List("/d").size()); }, 0, "list: /d"},
         {kReadFolder, 20, [] { return static_cast<int>(List("/d/").size()); }, 0, "list: /d/"},
@@ -70,12 +71,12 @@ TEST_F(FrontReasons, WhatThePhoneRefuses) {
         m_phone.AddFile("d/f", Pattern(5000));
         m_phone.Misbehave(Action::Refuse, sRequest, -1, iErrorNo);
         EXPECT_EQ(call(), iResult) << sBegin;
-        EXPECT_EQ(Complaints(), sBegin + ": the phone refused it: " + words.at(iErrorNo) + "\n");
+        EXPECT_EQ(Failures(), sBegin + ": the phone refused it: " + words.at(iErrorNo) + "\n");
         m_phone.phone.Behave();
     }
 }
 
-TEST_F(FrontReasons, WhatFailsWithoutARefusal) {
+TEST_F(FrontReasons, FailuresWithoutARefusal) {
     const int iOver = FS_COPYFLAGS_OVERWRITE;
     const std::string sLong(300, 'x');
     char sVerb[] = "open";
@@ -114,11 +115,11 @@ TEST_F(FrontReasons, WhatFailsWithoutARefusal) {
     };
     for (const auto& [call, sLine] : rows) {
         call();
-        EXPECT_EQ(Complaints(), sLine + "\n");
+        EXPECT_EQ(Failures(), sLine + "\n");
     }
 }
 
-TEST_F(FrontReasons, QuestionsAndAbortsSayNothing) {
+TEST_F(FrontReasons, ExistingTargetsAndAbortsAreNotFailures) {
     EXPECT_EQ(Get("/d/f", m_local.Path("f")), FS_FILE_EXISTSRESUMEALLOWED);
     EXPECT_EQ(PutFile(0), FS_FILE_EXISTSRESUMEALLOWED);
     EXPECT_EQ(Move("/d/f", "/d", 1, 0), FS_FILE_EXISTS);
@@ -132,30 +133,31 @@ TEST_F(FrontReasons, QuestionsAndAbortsSayNothing) {
 
 TEST_F(FrontReasons, MovesThatKeepThePhonesFile) {
     const int iMove = FS_COPYFLAGS_OVERWRITE | FS_COPYFLAGS_MOVE;
-    for (const auto& [answer, sAnnounced] : {std::pair(Packet(kStat, {0, 0x81A4, 5001, 1, 0, 0, 0}), "5001"),
-                                             {Packet(kStat, {13, 0, 5000, 0, 0, 0, 0}), "no size"}}) {
-        m_phone.Answer(kStat, answer);
+    for (const auto& [response, sAnnounced] :
+         {std::pair(Packet(kStat, {0, 0x81A4, 5001, 1, 0, 0, 0}), "5001"),
+          {Packet(kStat, {13, 0, 5000, 0, 0, 0, 0}), "no size"}}) {
+        m_phone.Answer(kStat, response);
         EXPECT_EQ(GetFile(iMove), FS_FILE_READERROR);
-        EXPECT_EQ(Complaints(), std::string("move from the phone: /d/f: 5000 bytes arrived, but the phone "
-                                            "announced ") +
-                                    sAnnounced + "; the phone's file stays\n");
+        EXPECT_EQ(Failures(), std::string("move from the phone: /d/f: 5000 bytes arrived, but the phone "
+                                          "announced ") +
+                                  sAnnounced + "; the phone's file stays\n");
         EXPECT_EQ(m_local.Read("g"), Pattern(5000));
     }
     EXPECT_EQ(m_phone.CountOf(kUnlink), 0);
     m_phone.Answer(kStat, Packet(kStat, {0, 0x81A4, 5000, 1, 0, 0, 0}));
     m_phone.Misbehave(Action::Refuse, kUnlink, 1, 30);
     EXPECT_EQ(GetFile(iMove), FS_FILE_OK);
-    EXPECT_EQ(Complaints(),
+    EXPECT_EQ(Failures(),
               "move from the phone: /d/f: copied, but not deleted on the phone: the phone refused it: "
               "read-only (30)\n");
 }
 
-// What Double Commander does when its user deletes the folder that shows as empty.
+// The calls of Double Commander when its user deletes the folder that is shown as empty.
 TEST_F(FrontReasons, TheSettingsFolderIsNotEmptied) {
     m_phone.AddFile("nvm/num/1", {1});
     EXPECT_EQ(NamesIn("/nvm/"), Lines{});
     EXPECT_EQ(Act(FsRemoveDir, "/nvm"), 1);
-    EXPECT_EQ(Complaints(), "remove folder: /nvm: the phone refused it: folder not empty (39)\n");
+    EXPECT_EQ(Failures(), "remove folder: /nvm: the phone refused it: folder not empty (39)\n");
     EXPECT_EQ(NamesIn("/nvm/num"), Lines{"1"});
 }
 
@@ -166,7 +168,7 @@ protected:
     void Plug(handset::Handset& phone, const std::string& sBusName, const Interfaces& interfaces) {
         m_phone.root.Plug(phone, {0x05C6, 0x3197, sBusName}, interfaces);
     }
-    /// Lists the root, in vain, and compares the reason.
+    /// Lists the root, which fails, and compares the reason.
     void ExpectReason(const std::string& sReason) {
         m_host.TakeLog();
         EXPECT_EQ(NamesIn("/"), Lines{});
@@ -201,7 +203,7 @@ TEST_F(FrontNoHandset, ReasonsOfOneHandset) {
     ExpectReason("the handset on port COM3 does not answer");
 }
 
-TEST_F(FrontNoHandset, HandsetsWithoutAPortArePassedOver) {
+TEST_F(FrontNoHandset, HandsetsWithoutAPortAreSkipped) {
     handset::Handset other;
     Plug(other, "1-1", {{"ttyACM0", 0}});
     Plug(m_phone.phone, "1-2", {{"ttyUSB7", 1}});

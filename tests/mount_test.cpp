@@ -1,5 +1,5 @@
-// The mounted folder's operations on the phone, below libfuse: requests on the wire, errno values, what is
-// kept for how long, and what an unplugged or idle handset does to open files.
+// The mounted folder's operations on the phone, below libfuse: requests on the wire, errno values, caching,
+// and open files when the handset is unplugged or idle.
 #include <future>
 
 #include "mount/link_targets.h"
@@ -20,7 +20,7 @@ protected:
         m_phone.AddLink("dir/link", "file");
     }
 
-    /// The errno value that a piece of work fails with; 0: it does not.
+    /// Returns the errno value with which `work` fails, 0 when it succeeds.
     template <class Work>
     int ErrnoOf(Work work) {
         try {
@@ -56,7 +56,7 @@ protected:
         });
     }
     Phone Parts() { return {m_session, m_folder, *m_thread}; }
-    /// Works that were posted are done.
+    /// Waits until all posted works are done.
     void Settle() {
         m_thread->Run([] { return true; }, [] { return false; });
     }
@@ -85,7 +85,7 @@ TEST_F(MountTest, OneBlockIsReadWithFourRequests) {
     EXPECT_EQ(m_phone.OpenCount(), 0u);
 }
 
-TEST_F(MountTest, AListingAnswersForAMoment) {
+TEST_F(MountTest, ListingsAreCachedForAMoment) {
     ListWork work(Parts(), "/dir");
     Finish(work);
     ASSERT_EQ(work.Result()->entries.size(), 2u);
@@ -94,7 +94,7 @@ TEST_F(MountTest, AListingAnswersForAMoment) {
     EXPECT_TRUE(m_folder.Look("/dir/link").IsLink());
     EXPECT_EQ(ErrnoOf([&] { m_folder.Look("/dir/none"); }), ENOENT);
     EXPECT_TRUE(m_phone.Requests().empty());
-    m_folder.MakeFolder("/dir/none", 0700); // it speaks no longer of what changes
+    m_folder.MakeFolder("/dir/none", 0700); // the listing does not count for changed names
     EXPECT_TRUE(m_folder.Look("/dir/none").IsFolder());
     EXPECT_EQ(m_folder.Look("/dir/file").size, 1536u);
     EXPECT_EQ(m_phone.CountOf(kReadLink), 1);
@@ -102,7 +102,7 @@ TEST_F(MountTest, AListingAnswersForAMoment) {
     EXPECT_EQ(ErrnoOf([&] { m_folder.Look("/dir/file"); }), ENOENT);
 }
 
-TEST_F(MountTest, EntriesThatThePhoneContradictsItselfAbout) {
+TEST_F(MountTest, ContradictoryEntries) {
     const auto entry = [](const std::string& sName, uint32_t iType, uint32_t iMode) {
         return Packet(kReadFolder, {5, 1, 0, iType, iMode, 7, 1, 2, 3}, sName + std::string(1, '\0'));
     };
@@ -122,7 +122,7 @@ TEST_F(MountTest, EntriesThatThePhoneContradictsItselfAbout) {
     EXPECT_EQ(sAll, "file+ odd- two- slash+ ");
 }
 
-TEST_F(MountTest, ContentIsKeptWhileVersionsAreTheSame) {
+TEST_F(MountTest, ContentIsCachedWhileTheVersionIsTheSame) {
     const auto open = [&] { m_folder.Files().Release(*Open("/dir/file", kRead)); };
     open();
     EXPECT_FALSE(m_isUnchanged);
@@ -130,7 +130,7 @@ TEST_F(MountTest, ContentIsKeptWhileVersionsAreTheSame) {
     EXPECT_TRUE(m_isUnchanged);
     EXPECT_EQ(WriteErrno(Open("/dir/file", kReadWrite), 0, {'x'}), 0);
     open();
-    EXPECT_FALSE(m_isUnchanged); // though size and second may be what they were
+    EXPECT_FALSE(m_isUnchanged); // although size and time may be the same
 
     AttributeCache cache;
     const Attributes versions[] = {{0644, 7, 1, 1, 2, 3},
@@ -140,7 +140,7 @@ TEST_F(MountTest, ContentIsKeptWhileVersionsAreTheSame) {
                                    {0600, 8, 1, 1, 3, 4}};
     for (Attributes version : versions) {
         EXPECT_FALSE(cache.OpenedVersion("/f", version));
-        version.accessed = 99; // reading changes nothing
+        version.accessed = 99; // reading does not change the version
         EXPECT_TRUE(cache.OpenedVersion("/f", version));
     }
 }
@@ -162,7 +162,7 @@ TEST_F(MountTest, RefusalsBecomeErrnoValues) {
     EXPECT_EQ(WriteErrno(Open("/dir/file", kReadWrite), 0xFFFFFFFF, {'x'}), EFBIG);
 }
 
-TEST_F(MountTest, LinksLeadToTheSameBelowTheMountPoint) {
+TEST_F(MountTest, LinksLeadIntoTheMountPoint) {
     const std::tuple<const char*, const char*, const char*> shown[] = {
         {"/l", "a/b", "a/b"}, {"/l", "/a", "a"}, {"/d/e/l", "/a/b", "../../a/b"}, {"/l", "/", "."}};
     for (const auto& [sLink, sTarget, sShown] : shown)
@@ -174,9 +174,9 @@ TEST_F(MountTest, LinksLeadToTheSameBelowTheMountPoint) {
     EXPECT_EQ(m_folder.LinkTarget("/dir/link"), "file");
 }
 
-// --- What was acknowledged ------------------------------------------------------------------------------
+// --- Acknowledged writes --------------------------------------------------------------------------------
 
-TEST_F(MountTest, WhatIsNotOnThePhoneIsNotReportedAsWritten) {
+TEST_F(MountTest, LostWritesAreReported) {
     const OpenFilePtr file = Open("/dir/file", kReadWrite);
     m_phone.phone.WithFiles([](handset::FileSystem& files) { files.SetFreeBlocks(2); });
     WriteWork work(Parts(), file, 0, Pattern(4096));
@@ -188,12 +188,12 @@ TEST_F(MountTest, WhatIsNotOnThePhoneIsNotReportedAsWritten) {
     EXPECT_EQ(ErrnoOf([&] { m_folder.Files().Settle(*file); }), EIO);
 }
 
-TEST_F(MountTest, OtherLengths) {
+TEST_F(MountTest, Resizing) {
     for (const size_t iLength : {1536u, 3000u, 700u, 0u, 1u}) {
         const OpenFilePtr other = Open("/dir/file", kReadWrite);
         EXPECT_EQ(ResizeErrno("/dir/file", iLength), 0) << iLength;
         EXPECT_EQ(m_phone.Content("dir/file").size(), iLength);
-        EXPECT_EQ(WriteErrno(other, 0, {'x'}), 0); // an open file follows
+        EXPECT_EQ(WriteErrno(other, 0, {'x'}), 0); // an open file follows the change
         EXPECT_EQ(m_phone.Content("dir/file")[0], 'x');
         Settle();
         m_folder.Files().Release(*other);
@@ -202,7 +202,7 @@ TEST_F(MountTest, OtherLengths) {
     EXPECT_EQ(m_phone.OpenCount(), 0u);
 }
 
-TEST_F(MountTest, ALengthThatCannotBeHadLeavesTheFileAlone) {
+TEST_F(MountTest, FailedResizingLeavesTheFileUnchanged) {
     for (const std::string& sRequest : {kWrite, kCloseFile, std::string("4B 13 0E 00")}) {
         m_phone.Misbehave(Action::Refuse, sRequest, 5, 28);
         EXPECT_EQ(ResizeErrno("/dir/file", 700), ENOSPC) << sRequest;
@@ -224,16 +224,81 @@ TEST_F(MountTest, UnpluggedAndBack) {
     EXPECT_EQ(ErrnoOf([&] { ReadAll(file, 100); }), EIO);
     m_phone.phone.Replug();
     EXPECT_TRUE(m_folder.Look("/dir").IsFolder());
-    EXPECT_EQ(ErrnoOf([&] { ReadAll(file, 100); }), EIO); // its descriptor may be somebody else's now
+    EXPECT_EQ(ErrnoOf([&] { ReadAll(file, 100); }), EIO); // its descriptor may belong to another file now
     EXPECT_EQ(ErrnoOf([&] { m_folder.Files().Settle(*file); }), EIO);
     EXPECT_EQ(ReadAll(Open("/dir/file", kRead), 1)[0], 'x');
-    // Away and back between two requests: the first that may be asked twice meets the handset again.
+    // Unplugged and back between two requests: the first one that may be repeated finds the handset again.
     m_phone.phone.Unplug();
     m_phone.phone.Replug();
     EXPECT_TRUE(m_folder.GetSpace().totalBlocks > 0);
 }
 
-TEST_F(MountTest, ThePortIsGivenBackAndFilesAreOpenedAgain) {
+TEST_F(MountTest, UnpluggedAtEveryRequestOfEveryOperation) {
+    const Bytes kByte = {'x'};
+    OpenFilePtr file;
+    bool isWhole = false;
+    const std::pair<const char*, std::function<void()>> operations[] = {
+        {"attributes",
+         [&] {
+             m_folder.Changed("/dir/file"); // forgets what is known
+             m_folder.Look("/dir/file");
+         }},
+        {"link", [&] { m_folder.LinkTarget("/dir/link"); }},
+        {"space", [&] { m_folder.GetSpace(); }},
+        {"open", [&] { Open("/dir/file", kRead); }},
+        {"read", [&] { ReadAll(file, 1536); }},
+        {"list",
+         [&] {
+             ListWork work(Parts(), "/dir");
+             Finish(work);
+         }},
+        {"touch", [&] { m_folder.Touch("/dir/file"); }},
+        {"write",
+         [&] {
+             WriteWork work(Parts(), file, 0, kByte);
+             Finish(work);
+         }},
+        {"close",
+         [&] {
+             WriteWork work(Parts(), file, 0, kByte);
+             Finish(work);
+             m_folder.Files().Settle(*file);
+         }},
+        {"shorten",
+         [&] {
+             ResizeWork work(Parts(), "/dir/file", 1000);
+             Finish(work);
+         }},
+        {"mode", [&] { m_folder.ChangeMode("/dir/file", 0600); }},
+        {"rename", [&] { m_folder.Rename("/dir/file", "/dir/other", true); }},
+        {"remove", [&] { m_folder.RemoveFile("/dir/other"); }},
+        {"make a folder", [&] { m_folder.MakeFolder("/dir/folder", 0777); }},
+        {"remove a folder", [&] { m_folder.RemoveFolder("/dir/folder"); }},
+        {"make a link", [&] { m_folder.MakeLink("/dir/new", "file"); }},
+        {"create", [&] { m_folder.Create("/dir/created", kReadWrite | 0x40, 0644); }},
+    };
+    for (const auto& [sWhat, operation] : operations) {
+        int iUnplugged = 0;
+        for (isWhole = false; !isWhole; ++iUnplugged) {
+            EXPECT_EQ(ErrnoOf([&] { m_folder.Look("/dir"); }), 0) << sWhat << ", after " << iUnplugged;
+            if (m_phone.Exists("dir/file")) {
+                EXPECT_EQ(ErrnoOf([&] { file = Open("/dir/file", kReadWrite); }), 0) << sWhat << iUnplugged;
+            }
+            m_folder.Idle(); // so that nothing is known
+            m_phone.Misbehave(Action::Unplug, "", 1, 0, iUnplugged);
+            const int iErrno = ErrnoOf(operation);
+            Settle();
+            isWhole = !m_phone.phone.TtyPath().empty();
+            EXPECT_EQ(iErrno, isWhole ? 0 : EIO) << sWhat << ", request " << iUnplugged;
+            m_phone.phone.Behave();
+            if (!isWhole)
+                m_phone.phone.Replug();
+        }
+        EXPECT_GT(iUnplugged, 1) << sWhat;
+    }
+}
+
+TEST_F(MountTest, IdlePortIsClosedAndFilesAreReopened) {
     const OpenFilePtr file = Open("/dir/file", kReadWrite);
     EXPECT_EQ(WriteErrno(file, 0, {'x'}), 0);
     m_folder.Idle();
@@ -289,19 +354,19 @@ protected:
     MountProgramTest() : ProgramTest(QUILLET_MOUNT) {}
 };
 
-TEST_F(MountProgramTest, WhatKeepsAHandsetFromBeingMounted) {
+TEST_F(MountProgramTest, ReasonsNotToMount) {
     PluggedPhone phone;
     m_local.Write("file", {});
     std::filesystem::create_directory(m_local.Path("empty"));
     Expect({
         {"--help", 0, "usage: quillet-mount"},
         {"--version", 0, "quillet-mount "},
-        {"", 2, "which folder?"},
+        {"", 2, "no folder; see quillet-mount --help"},
         {"--loud empty", 2, "--loud"},
         {"-o loud empty", 2, "loud"},
         {"--port 1x empty", 2, "--port"},
         {".", 1, "is not empty"},
-        {"file", 1, "is no folder"},
+        {"file", 1, "is not a folder"},
         {"missing", 1, "No such file"},
         {"empty file", 2, "see quillet-mount --help"},
         {"--port 9 empty", 3, "no handset (port COM9 is gone)"},

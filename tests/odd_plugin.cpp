@@ -1,5 +1,5 @@
 // A plug-in of the host's interface that is not quillet: its folders never end or have impossible names, and
-// it fails as the environment says. ODD_RESULT is the result of copies, ODD_LINE a reason that it logs then.
+// it fails as the environment says: ODD_RESULT is the result of copies, ODD_LINE the reason that it logs.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>

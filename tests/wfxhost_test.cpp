@@ -13,7 +13,7 @@ protected:
     PluggedPhone m_phone;
 };
 
-TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
+TEST_F(WfxhostTest, ExitStatusOfWrongUsageAndFailures) {
     m_settings = "QUILLET_DEVICE_ROOT=/nonexistent";
     Expect({
         {"--help", 0, "Usage: wfxhost [OPTIONS]"},
@@ -29,7 +29,7 @@ TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
         {"--plugin", 2, "--plugin needs a value (FILE)"},
         {"--json=yes ls", 2, "--json takes no value"},
         {"ls -1x", 2, "unknown option \"-1x\""},
-        {"find -size 5x", 2, "\"5x\" is no number"},
+        {"find -size 5x", 2, "\"5x\" is not a number"},
         {"find --type x", 2, "-type: f means files"},
         {"put -", 2, "standard input has no name"},
         {"--plugin /dev/null ls", 1, "cannot load the plug-in /dev/null"},
@@ -40,7 +40,7 @@ TEST_F(WfxhostTest, WrongUsageAndMissingThingsHaveTheirOwnStatus) {
     });
 }
 
-TEST_F(WfxhostPhoneTest, ASilentHandsetIsNoHandset) {
+TEST_F(WfxhostPhoneTest, SilentHandsetCountsAsNone) {
     m_phone.Misbehave(Action::Ignore, "", -1);
     Expect({{"mkdir a", 3, "CONNECTED on port COM1"}});
 }
@@ -81,7 +81,7 @@ TEST_F(WfxhostPhoneTest, FindsAndCounts) {
         {"find dir/sub -name '*[!tk]'", "/dir/sub\n/dir/sub/deep\n"},
         {"find 'd*/s?[b]' -size +1 -type f -name '*b*'", "/dir/sub/deep/b.txt\n"},
         {"find dir -size 1k -type f -name '*.?X*'", "/dir/a[1].TXT\n"},
-        {"find -name 'a[1].TXT'", ""}, // a set, not that very name
+        {"find -name 'a[1].TXT'", ""}, // a set, not the exact name
         {"find -name 'a[1'", ""},
         {"ls -1 'dir/a[1].TXT'", "a[1].TXT\n"},
         {"du -s dir", "3129\t/dir\n"},
@@ -137,9 +137,9 @@ TEST_F(WfxhostPhoneTest, ChangesFoldersAndNames) {
         {"rm a.txt", 1, "no file or folder \"/a.txt\""},
         {"rm b.txt", 0, ""},
         {"rmdir /", 1, "root folder"},
-        {"rm 'kept\\file'", 1, "a name with a backslash cannot be told to a plug-in"},
+        {"rm 'kept\\file'", 1, "a name with a backslash cannot be passed to a plug-in"},
     });
-    EXPECT_TRUE(m_phone.Exists("kept/file")); // which some other name must not lead to
+    EXPECT_TRUE(m_phone.Exists("kept/file")); // the other name must not lead to it
     EXPECT_FALSE(m_phone.Exists("new"));
     EXPECT_FALSE(m_phone.Exists("b.txt"));
 }
@@ -160,11 +160,11 @@ TEST_F(WfxhostPhoneTest, RefusalsOfThePhoneAreFailures) {
     EXPECT_EQ(m_local.Read("old.bin"), Pattern(5));
 }
 
-TEST_F(WfxhostPhoneTest, AListingThatBreaksOffProvesNothing) {
+TEST_F(WfxhostPhoneTest, InterruptedListingProvesNothing) {
     m_phone.AddFile("dir/kept.txt", Pattern(10));
     m_phone.AddFile("kept.txt", Pattern(10));
     m_phone.Misbehave(Action::Refuse, "4B130800", -1, 13);
-    m_phone.Misbehave(Action::Unplug, "4B130B00", 1, 0, 2); // the folder is looked through before and after
+    m_phone.Misbehave(Action::Unplug, "4B130B00", 1, 0, 2); // the folder is listed before and after
     Expect({{"rm kept.txt", 1, "is not known"}});
     m_phone.phone.Behave();
     m_phone.phone.Replug();
@@ -177,7 +177,7 @@ TEST_F(WfxhostPhoneTest, AListingThatBreaksOffProvesNothing) {
     EXPECT_TRUE(m_phone.Exists("dir/kept.txt"));
 }
 
-TEST_F(WfxhostPhoneTest, OutputThatCannotBeWrittenIsNoSuccess) {
+TEST_F(WfxhostPhoneTest, UnwritableOutputFails) {
     m_phone.AddFile("kept.txt", Pattern(10));
     m_phone.AddFile("large.bin", Pattern(300000));
     m_settings = "TMPDIR='" + m_local.Path() + "'";
@@ -232,7 +232,7 @@ TEST_F(WfxhostPhoneTest, StandardInputAndOutputAreFiles) {
     EXPECT_EQ(CountIn(m_local.Path().c_str()), 2U);
 }
 
-TEST_F(WfxhostPhoneTest, AHandsetThatVanishesDuringACopyFailsIt) {
+TEST_F(WfxhostPhoneTest, LostHandsetFailsACopy) {
     m_phone.AddFile("photo.bin", Pattern(100000));
     m_phone.Misbehave(Action::Unplug, "4B130400", 1, 0, 10);
     m_local.Write("photo.bin", {1});
@@ -241,7 +241,7 @@ TEST_F(WfxhostPhoneTest, AHandsetThatVanishesDuringACopyFailsIt) {
     EXPECT_EQ(CountIn(m_local.Path().c_str()), 1U);
 }
 
-TEST_F(WfxhostPhoneTest, InterruptStopsACopyInOrder) {
+TEST_F(WfxhostPhoneTest, InterruptStopsACopyCleanly) {
     m_phone.AddFile("dir/photo.bin", Pattern(100000));
     m_local.Write("mine.bin", Pattern(100000));
     m_phone.phone.SetLatency(std::chrono::milliseconds(20));
@@ -254,7 +254,7 @@ TEST_F(WfxhostPhoneTest, InterruptStopsACopyInOrder) {
         {"put -r . dir/new", "stopped, interrupted; 1 of 1 file not copied"},
     };
     for (const auto& row : kRows) {
-        // The first progress line tells that the copy runs.
+        // The first progress line shows that the copy is running.
         const ProgramOutcome outcome =
             Shell("cd '" + m_local.Path() + "' && mkfifo ../$$.lines && { " + m_program + " " + row.command +
                   " > ../$$.lines & } && { read -r line; kill -INT $!; cat > /dev/null; } < ../$$.lines;"
@@ -272,7 +272,7 @@ TEST_F(WfxhostPhoneTest, DemonstrationOnlyReadsFromAnAttachedHandset) {
     m_phone.AddFile("dir/photo.bin", Pattern(120000));
     Expect({{"", 0, "Nothing was written to the handset"}});
     EXPECT_GT(m_phone.CountOf(kRead), 0);
-    // Opening for writing, writing, making and removing whatever it is.
+    // Requests that open files for writing, write, make or remove anything.
     for (const char* sRequest : {"4B130500", "4B130600", "4B130800", "4B130900", "4B130A00", "4B130E00"})
         EXPECT_EQ(m_phone.CountOf(sRequest), 0) << sRequest;
     for (const Bytes& request : m_phone.phone.Requests())
@@ -316,7 +316,7 @@ protected:
     WfxhostOddPluginTest() : ProgramTest(QUILLET_WFXHOST " --plugin " QUILLET_ODD_PLUGIN) {}
 };
 
-TEST_F(WfxhostOddPluginTest, FailuresSayThePluginsReasonOrWhatItsResultMeans) {
+TEST_F(WfxhostOddPluginTest, FailuresShowThePluginsReasonOrExplainItsResult) {
     m_local.Write("mine", {1});
     const struct {
         const char* settings;
@@ -325,7 +325,7 @@ TEST_F(WfxhostOddPluginTest, FailuresSayThePluginsReasonOrWhatItsResultMeans) {
     } kRows[] = {
         {"ODD_RESULT=2", "get file", "wfxhost: the phone has no file \"/file\"\n"},
         {"ODD_RESULT=3", "get file", "wfxhost: \"/file\": it could not be read\n"},
-        {"ODD_RESULT=4", "get file", "wfxhost: the phone did not hand out the whole file \"/file\"\n"},
+        {"ODD_RESULT=4", "get file", "wfxhost: the phone did not send the whole file \"/file\"\n"},
         {"ODD_RESULT=6", "cat file", "wfxhost: \"/file\": this plug-in cannot copy that file\n"},
         {"ODD_RESULT=99", "put mine", "wfxhost: \"/mine\": the plug-in gave no reason\n"},
         {"ODD_LINE='get: /file: full\x1B (28)'", "get file", "wfxhost: get: /file: full\\x1B (28)\n"},
@@ -344,14 +344,14 @@ TEST_F(WfxhostOddPluginTest, FailuresSayThePluginsReasonOrWhatItsResultMeans) {
     }
 }
 
-TEST_F(WfxhostOddPluginTest, FoldersWithoutEndAndNamesThatAreNoneAreLeftOut) {
+TEST_F(WfxhostOddPluginTest, EndlessFoldersAndInvalidNamesAreSkipped) {
     Expect({
         {"find endless -maxdepth 1", 0, "/endless\n/endless/endless\n"},
         {"du", 1, "its folders are nested too deep"},
         {"rm -r endless", 1, "its folders are nested too deep; nothing was deleted"},
-        {"find impossible", 1, "\"../endless\" is no name"},
-        {"rm -r impossible", 1, "is no name; nothing was deleted"},
-        {"rm -r 'impossible/*'", 1, "nothing fits it as a pattern"},
+        {"find impossible", 1, "\"../endless\" is not a valid name"},
+        {"rm -r impossible", 1, "is not a valid name; nothing was deleted"},
+        {"rm -r 'impossible/*'", 1, "nothing matches it as a pattern"},
     });
 }
 

@@ -1,4 +1,4 @@
-// The command-line host's copies of whole folders, and its listing for programs.
+// Copies of whole folders by the command-line host, and its listings for programs.
 #include "program_fixture.h"
 
 namespace {
@@ -15,7 +15,7 @@ protected:
         m_phone.AddFolder("tree/empty");
         m_phone.AddLink("tree/loop.lnk", "/tree");
     }
-    /// Refuses requests for good.
+    /// Refuses all requests with that prefix.
     void Refuse(const Bytes& prefix) {
         m_phone.phone.Misbehave({.action = Action::Refuse, .prefix = prefix, .times = -1, .value = 13});
     }
@@ -23,14 +23,14 @@ protected:
     PluggedPhone m_phone;
 };
 
-TEST_F(WfxhostTreeTest, ATreeComesBackAsItWas) {
+TEST_F(WfxhostTreeTest, TreeRoundTrip) {
     MakeTree();
     Expect({
         {"get -r tree", 0, "\"/tree/loop.lnk\" is a link to a folder and is not followed"},
         {"get -r /tree/ other", 0, "4 files, 4 folders, 6543 bytes in "},
         {"put -r tree copied", 0, "4 files, 4 folders, 6543 bytes in "},
         {"put -r other/. copied", 0, "4 files, 4 folders, 6543 bytes in "},
-        {"get -r copied .", 0, "\"/copied/empty\" is empty, or the phone did not let it be read"},
+        {"get -r copied .", 0, "\"/copied/empty\" is empty, or the phone refused to list it"},
         {"get -r copied", 1, "exists already; --force replaces it"},
         {"--force get -r copied", 0, "8 files, 8 folders, 13086 bytes in "},
         {"put -r tree /", 1, "4 of 4 files not copied"},
@@ -62,14 +62,14 @@ TEST_F(WfxhostTreeTest, SeveralSourcesAndPatterns) {
     m_local.Write(".hidden.bin", Pattern(12));
     Expect({
         {"get 'tree/*.bin' 'tree/sub/g*' .", 0, "2 files, 0 folders, 6536 bytes in "},
-        {"get 'tree/[x]'", 0, "3 bytes in "}, // that very name
+        {"get 'tree/[x]'", 0, "3 bytes in "}, // the exact name
         {"get 'tree/?.bin' none other/a.bin . -f", 1, "the phone has no file \"/none\""},
         {"get tree/a.bin other/a.bin . -f", 1, "\"/other/a.bin\": another source has the same name here"},
         {"get tree/a.bin other/a.bin none", 1, "there is no folder \"none\"; several sources need one"},
-        {"get 'tree/*.none'", 1, "no file \"/tree/*.none\", and nothing fits it as a pattern"},
+        {"get 'tree/*.none'", 1, "no file \"/tree/*.none\", and nothing matches it as a pattern"},
         {"get 'tree/*' -qr .", 1, "exists already"},
         {"put '*.bin' /other -f", 0, "2 files, 0 folders, 5011 bytes in "},
-        {"put '*.none' other", 1, "nothing fits it as a pattern"},
+        {"put '*.none' other", 1, "nothing matches it as a pattern"},
         {"put b.bin none.bin other", 1, "there is no file \"none.bin\""},
         {"put b.bin a.bin none", 1, "the phone has no folder \"/none\"; several sources need one"},
         {"mv 'other/*.bin' tree/sub", 0, ""},
@@ -126,7 +126,7 @@ TEST_F(WfxhostTreeTest, RemovesTreesAndNothingElse) {
         {"rm tree", 1, "is a folder; rmdir removes empty folders, rm -r"},
         {"rm -r /", 1, "root folder"},
         {"rm -rn tree", 0, "would delete \"/tree/sub/deep/none\"\n"},
-        {"rm 'no*'", 1, "no file or folder \"/no*\", and nothing fits it"},
+        {"rm 'no*'", 1, "no file or folder \"/no*\", and nothing matches it"},
         {"rm -f none 'no*'", 0, ""},
         {"rm -r tree/sub tree tree/a.bin none", 1,
          "not deleted: the phone has no file or folder \"/none\"\n"},
@@ -211,17 +211,17 @@ printf '%s|' "${COMPREPLY[@]}"
             << row.words;
 }
 
-TEST_F(WfxhostTreeTest, WhatFailsIsToldAndTheRestIsCopied) {
+TEST_F(WfxhostTreeTest, FailuresAreReportedAndTheRestIsCopied) {
     MakeTree();
     m_phone.AddFile("tree/sub/back\\slash", {1});
     Refuse(Packet("4B130200", {0, 0444}, "tree/a.bin"));
     const ProgramOutcome get = Run("get -r tree");
     EXPECT_EQ(get.status, 1);
-    EXPECT_THAT(
-        get.output,
-        testing::AllOf(testing::HasSubstr("/tree/a.bin"),
-                       testing::HasSubstr("backslash cannot be told to a plug-in: \"/tree/sub/back\\slash\""),
-                       testing::HasSubstr("2 of 6 files not copied")));
+    EXPECT_THAT(get.output,
+                testing::AllOf(
+                    testing::HasSubstr("/tree/a.bin"),
+                    testing::HasSubstr("backslash cannot be passed to a plug-in: \"/tree/sub/back\\slash\""),
+                    testing::HasSubstr("2 of 6 files not copied")));
     EXPECT_FALSE(m_local.Has("tree/a.bin"));
     EXPECT_EQ(m_local.Read("tree/sub/\xFF\xFE"), Pattern(7));
 
@@ -234,16 +234,16 @@ TEST_F(WfxhostTreeTest, WhatFailsIsToldAndTheRestIsCopied) {
     EXPECT_EQ(put.status, 1);
     for (const char* line :
          {"up\" is a link to a folder and is not followed", "pipe\": is neither file nor folder",
-          "b\": is neither file nor folder", "no name with a backslash", "6 of 7 files not copied",
-          "/tree2/tree/sub", "/tree2/tree/empty", ", with all that it holds"})
+          "b\": is neither file nor folder", "b\": a name with a backslash cannot be passed",
+          "6 of 7 files not copied", "/tree2/tree/sub", "/tree2/tree/empty", ", and everything in it"})
         EXPECT_THAT(put.output, testing::HasSubstr(line));
     EXPECT_TRUE(m_phone.Exists("tree2/tree/z.txt"));
 }
 
-TEST_F(WfxhostTreeTest, ATreeWithoutAHandsetStops) {
+TEST_F(WfxhostTreeTest, LostHandsetStopsATree) {
     MakeTree();
     m_phone.Misbehave(Action::Unplug, "4B130400", 1, 0, 2);
-    Expect({{"get -r tree", 1, "stopped, as others would fail as well; "}});
+    Expect({{"get -r tree", 1, "stopped, as the other files would fail as well; "}});
     EXPECT_FALSE(m_local.Has("tree/sub/\xFF\xFE"));
 }
 
@@ -284,7 +284,7 @@ print(*names(json.loads(sys.stdin.buffer.read().decode("utf-8"))), sep="\n")
                                                            : handset::ToHex(Bytes(kOdd.begin(), kOdd.end()))))
             << arguments;
     std::string expected;
-    for (const int i : {0, 4, 2, 1, 3}) { // in the order of their bytes, "folder" behind the first
+    for (const int i : {0, 4, 2, 1, 3}) { // in the order of their bytes, "folder" after the first
         expected += i == 4 ? "" : handset::ToHex(Bytes(kNames[i].begin(), kNames[i].end())) + " file\n";
         expected += i == 0 ? "66 6F 6C 64 65 72 folder\n7A file\n" : "";
     }

@@ -128,13 +128,15 @@ BOOL WriteFile(HANDLE hPort, const void* pData, DWORD iCount, DWORD* pWritten, v
     });
 }
 
-void WaitForSerialInput(void* hPort, DWORD iLimit_ms) {
+bool WaitForSerialInput(void* hPort, DWORD iLimit_ms) {
     const int iWait_ms = static_cast<int>(std::min<DWORD>(iLimit_ms, kLongestWait_ms));
     const std::shared_ptr<SerialDevice> pDevice = FindSerialDevice(hPort);
     if (pDevice == nullptr) {
         std::this_thread::sleep_for(milliseconds(std::min(iWait_ms, kNotOpenWait_ms)));
-        return;
+        return true;
     }
-    if (pDevice->WaitFor(POLLIN, iWait_ms) == SerialDevice::Wake::HungUp)
-        pDevice->WaitFor(0, std::min(iWait_ms, kGoneWait_ms));
+    if (pDevice->WaitFor(POLLIN, iWait_ms) != SerialDevice::Wake::HungUp)
+        return true;
+    pDevice->WaitFor(0, std::min(iWait_ms, kGoneWait_ms));
+    return false;
 }

@@ -3,7 +3,8 @@
 
 #include "system/serial.h"
 
-void WaitForSerialInput(void*, DWORD iLimit_ms) {
+bool WaitForSerialInput(void*, DWORD iLimit_ms) {
     if (iLimit_ms > 0)
         Sleep(1);
+    return true;
 }

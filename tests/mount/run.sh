@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# run.sh: builds and mounts a simulated handset, and lets programs that others wrote and that check themselves work
-# in it: on a handset that behaves, where all of them must succeed, and on one that drops, delays and refuses now and
-# then, where each must succeed with the right content or report an error.
+# run.sh: builds and mounts a simulated handset, and runs programs written by others, which check themselves, in the
+# mounted folder. On a handset that behaves, all must succeed. On one that sometimes drops, delays and refuses, each must
+# succeed with the right content or report an error.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 root=$PWD
@@ -30,7 +30,7 @@ end() {
 trap end EXIT
 trap 'exit 1' INT TERM
 
-# ask COMMAND...: a command for the handset; prints its answer.
+# ask COMMAND...: sends a command to the handset and prints its output.
 ask() {
     echo "$*" >&"${PHONE[1]}"
     local line
@@ -44,7 +44,7 @@ ask() {
     return 1
 }
 
-# only PATTERN COMMAND...: the command succeeds, or all that it complains about matches the pattern.
+# only PATTERN COMMAND...: the command must succeed, or print only errors that match the pattern.
 only() {
     local pattern=$1 complaints=$work/complaints
     shift
@@ -53,7 +53,7 @@ only() {
     ! grep -vE "$pattern" "$complaints"
 }
 
-# --- The programs. Each takes a folder of its own and fails where the program does. ---
+# --- The programs. Each works in a folder of its own and fails when the program fails. ---
 
 use_fio() {
     fio --name=random --directory="$1" --rw=randrw --bs=4k --size=192k --numjobs=3 --verify=crc32c \
@@ -63,7 +63,7 @@ check_fio() {
     [ "$(cat "$1"/random.* | wc -c)" -eq $((3 * 192 * 1024)) ]
 }
 
-# The phone sets no times: programs that ask for them say so, and must say nothing else.
+# The phone cannot set times: programs that set them report it, and must report nothing else.
 use_rsync() {
     only 'failed to set times|some files/attrs were not transferred' rsync -a --checksum "$work/tree/" "$1/" &&
         rsync -a --checksum "$1/" "$work/rsync-back/"
@@ -146,7 +146,7 @@ make_tree() {
     ln -s nowhere "$work/tree/sub/dangling"
 }
 
-# misbehave: something goes wrong about every 150 requests for a while.
+# misbehave: for a while, something fails about every 150 requests.
 misbehave() {
     local i
     for i in 0 1; do
@@ -165,7 +165,7 @@ run() {
     mkdir "$folder"
     [ "$1" = good ] || misbehave
     if ! "use_$2" "$folder" >"$log" 2>&1 </dev/null; then
-        outcome="reported an error" # with its exit status at the least
+        outcome="reported an error" # at least with its exit status
     fi
     ask behave
     if [ "$outcome" = succeeded ] && ! "check_$2" "$folder" >>"$log" 2>&1; then
@@ -192,7 +192,7 @@ for kind in good bad; do
 done
 df -h "$mnt" | grep -q '^COM1 ' && findmnt -n -o FSTYPE "$mnt" | grep -qx fuse.quillet || fail "df or findmnt"
 
-# What is on the phone, seen from the phone: no file of the editors was left behind or is cut.
+# The phone's files, as the handset sees them: no temporary file of the editors remains, and no file is truncated.
 ask export good-editors/sed "$work/on-phone"
 sed 's/line/LINE/' "$work/tree/text" | cmp - "$work/on-phone" || fail "the phone holds something else"
 fusermount3 -u "$mnt"

@@ -41,15 +41,15 @@ const Option* Lettered(const Options& options, char letter) {
     return found == options.end() ? nullptr : *found;
 }
 
-/// One word of options, taken apart.
+/// A word of the command line that holds options, parsed.
 struct OptionWord {
-    Options options;                  // empty: not understood
-    std::optional<std::string> value; // of the last one, where the word has it
+    Options options;                  // empty: one of them is unknown
+    std::optional<std::string> value; // of the last option, if it is in the same word
 
     bool NeedsNext() const { return !options.empty() && options.back()->value && !value; }
 };
 
-OptionWord TakeApart(const std::string& word, const Options& known) {
+OptionWord ParseOptions(const std::string& word, const Options& known) {
     OptionWord result;
     const size_t equals = word.find('=');
     const std::string name = WithoutDashes(word.substr(0, equals));
@@ -72,7 +72,7 @@ OptionWord TakeApart(const std::string& word, const Options& known) {
     return result;
 }
 
-/// What the words ask a program for. Throws Failure (wrong usage).
+/// Parses the words of a command line and runs the command. Throws Failure (wrong usage).
 class CommandLine {
 public:
     CommandLine(const Program& program, std::vector<std::string> words)
@@ -83,7 +83,7 @@ public:
         TakeWords();
         if (PrintedDocument())
             return;
-        RequireSense();
+        RequireValidUsage();
         SetQuiet(m_job.Has("--quiet"));
         if (m_command)
             m_command->run(m_job);
@@ -114,7 +114,8 @@ private:
         return here;
     }
 
-    /// The words that are no options, as far as that can be said before the command is known.
+    /// Returns the indices of the words that are neither options nor their values. The command is not known
+    /// yet, so the options of all commands are recognized.
     std::vector<size_t> PlainWords() const {
         const Options all = OptionsOfAll();
         std::vector<size_t> plain;
@@ -124,7 +125,7 @@ private:
                 plain.push_back(i);
             else if (m_words[i] == "--")
                 hasOptions = false;
-            else if (TakeApart(m_words[i], all).NeedsNext())
+            else if (ParseOptions(m_words[i], all).NeedsNext())
                 ++i;
         }
         return plain;
@@ -135,8 +136,8 @@ private:
                (" " + std::string(command.aliases) + " ").find(" " + name + " ") != std::string::npos;
     }
 
-    /// Finds the command by the first words that are no options, and takes those words away. "help" in front
-    /// of it asks for its help.
+    /// Finds the command in the first words that are not options, and removes those words. "help" before it
+    /// is read as --help.
     void FindCommand() {
         std::vector<size_t> plain = PlainWords();
         if (!plain.empty() && m_words[plain[0]] == "help" && !m_program.commands.empty()) {
@@ -173,12 +174,13 @@ private:
         }
     }
 
-    /// Takes a word of options. `i` is its place, moved to the option's value where that is the next word.
+    /// Parses the options in the word at index `i`. Advances `i` if the next word is the value of the last
+    /// one.
     void TakeOptions(size_t& i, const Options& here) {
         const std::string& word = m_words[i];
-        OptionWord taken = TakeApart(word, here);
+        OptionWord taken = ParseOptions(word, here);
         if (taken.options.empty() && m_problem.empty())
-            m_problem = TakeApart(word, OptionsOfAll()).options.empty() || !m_command
+            m_problem = ParseOptions(word, OptionsOfAll()).options.empty() || !m_command
                             ? "unknown option " + Quoted(word)
                             : std::string(m_command->name) + " has no option " + word;
         if (taken.options.empty())
@@ -195,7 +197,7 @@ private:
         m_job.options[last.name] = taken.value.value_or("");
     }
 
-    /// Prints what is asked for instead of a command's work, if anything.
+    /// Prints the help, version, manual page or completion script if one was requested. Returns false if not.
     bool PrintedDocument() const {
         std::string text;
         if (m_job.Has("--help"))
@@ -210,7 +212,7 @@ private:
         return !text.empty();
     }
 
-    void RequireSense() const {
+    void RequireValidUsage() const {
         if (!m_problem.empty())
             Misused(m_problem);
         if (!m_unknown.empty())
@@ -229,8 +231,8 @@ private:
     const Program& m_program;
     std::vector<std::string> m_words;
     const Command* m_command = nullptr;
-    std::string m_unknown; // what should have been a command
-    std::string m_problem; // with an option, the first one
+    std::string m_unknown; // a word in place of a command
+    std::string m_problem; // the first error in an option
     Job m_job;
 };
 

@@ -1,12 +1,12 @@
-// A program's command line and its exit status.
+// A program's command line and exit status.
 #pragma once
 
 #include "common/program.h"
 
 namespace tools {
 
-/// RunProgram does what the command line asks for and prints the reason of a failure. Returns the exit
-/// status. A pipe that nobody reads any more makes writing to it fail, and does not end the program.
+/// Runs the command that the command line names and prints the reason if it fails. Returns the exit status.
+/// Writing to a pipe that nobody reads fails instead of ending the program.
 int RunProgram(const Program& program, int count, char** words);
 
 } // namespace tools

@@ -1,4 +1,4 @@
-// The completion for bash. The script needs nothing but bash and timeout(1).
+// Generates the completion script for bash. The script needs only bash and timeout(1).
 #include <algorithm>
 #include <cctype>
 
@@ -7,7 +7,7 @@
 namespace tools {
 namespace {
 
-/// The letter by which the script calls a kind of word.
+/// Returns the letter for a kind of word in the script.
 char LetterOf(Word word) {
     return word == Word::LocalPath ? 'l' : word == Word::PhonePath ? 'p' : '-';
 }
@@ -26,7 +26,7 @@ std::string Names(const std::vector<Option>& options) {
     return names;
 }
 
-/// One line of the script's table of options with values: the names, and what the value is.
+/// Returns the script's cases for options with values: their names, and the kind of the value.
 std::string ValueCases(const std::vector<Option>& options) {
     std::string text;
     for (const Option& option : options) {
@@ -56,7 +56,7 @@ std::string CommandCases(const Program& program) {
     return text;
 }
 
-/// The first words of the commands, each once, and the second words for each first one.
+/// Returns the first words of the commands, each once.
 std::string FirstWords(const Program& program) {
     std::string words = " ";
     for (const Command& command : program.commands) {
@@ -68,6 +68,7 @@ std::string FirstWords(const Program& program) {
     return words;
 }
 
+/// Returns the script's cases for commands of two words: the second words after each first one.
 std::string SecondWordCases(const Program& program) {
     std::string text;
     std::string done = " ";
@@ -87,7 +88,7 @@ std::string SecondWordCases(const Program& program) {
 }
 
 constexpr const char* kPhonePaths = R"(
-# Paths on the phone. A handset that takes longer than 200 ms is not waited for.
+# Completes paths on the phone, unless listing the folder takes longer than 200 ms.
 @F@_phone_paths() {
     local cur=$1 folder= name
     cur=${cur#[\"\']}
@@ -106,7 +107,7 @@ constexpr const char* kScript = R"(
 @F@() {
     local cur=${COMP_WORDS[COMP_CWORD]} program=${COMP_WORDS[0]} word command= words= options= kinds=-
     local values= kind= passed= place=0 i passedOn=()
-    # The command, and which of its arguments is being typed.
+    # Find the command, and the position of the argument that is being typed.
     for ((i = 1; i < COMP_CWORD; ++i)); do
         word=${COMP_WORDS[i]} values= kind= passed=
         case $word in
@@ -166,7 +167,7 @@ std::vector<Option> OptionsWithValues(const Program& program) {
 std::string BashCompletion(const Program& program) {
     std::string function = "_" + std::string(program.name);
     std::ranges::replace(function, '-', '_');
-    std::string text = "# Completion for bash; " + std::string(program.name) + " --completion prints it.\n";
+    std::string text = "# Completion for bash, printed by " + std::string(program.name) + " --completion.\n";
     if (*program.lister)
         text += kPhonePaths;
     text += kScript;

@@ -1,4 +1,4 @@
-// The texts that are made from a program's table.
+// Texts generated from a program's table of commands.
 #pragma once
 
 #include <string>
@@ -7,29 +7,30 @@
 
 namespace tools {
 
-/// ProgramHelp returns the help text of the whole program, CommandHelp that of one command.
+/// Returns the help text of the whole program.
 std::string ProgramHelp(const Program& program);
+/// Returns the help text of one command.
 std::string CommandHelp(const Program& program, const Command& command);
 
-/// UsageOf returns "NAME COMMAND ARGUMENTS".
+/// Returns "NAME COMMAND ARGUMENTS".
 std::string UsageOf(const Program& program, const Command& command);
 
-/// VersionLine returns "NAME VERSION" and a line feed.
+/// Returns "NAME VERSION" and a line feed.
 std::string VersionLine(const Program& program);
-/// Version returns the version of all programs: the one number of the build.
+/// Returns the version, which is the same for all programs.
 const char* Version();
 
-/// FullName returns a command with its arguments, or an option with its short forms and its value.
+/// Returns a command with its arguments, or an option with its short forms and its value.
 std::string FullName(const Command& command);
 std::string FullName(const Option& option);
 
-/// ExitStatusText returns what the exit statuses of the program mean, as one paragraph.
+/// Returns a paragraph that explains the exit statuses of the program.
 std::string ExitStatusText(const Program& program);
 
-/// ManualPage returns the program's page of section 1 for man(1).
+/// Returns the program's manual page (section 1) in the macro language of man(7).
 std::string ManualPage(const Program& program);
 
-/// BashCompletion returns a script that defines the program's completion when bash reads it.
+/// Returns a script that defines the program's completion when bash sources it.
 std::string BashCompletion(const Program& program);
 
 } // namespace tools

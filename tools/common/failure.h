@@ -1,4 +1,4 @@
-// How a command ends.
+// Failures and exit statuses of commands.
 #pragma once
 
 #include <stdexcept>
@@ -14,8 +14,8 @@ enum class Status {
     NoHandset = 3, // no handset answered when the command began; nothing was done
 };
 
-/// A failure that ends the command, with its reason in words for the user. Never thrown inside a callback of
-/// the library or of a plug-in.
+/// A failure that ends the command, with its reason in words for the user. It is never thrown within a
+/// callback of the library or of a plug-in.
 class Failure : public std::runtime_error {
 public:
     explicit Failure(const std::string& reason, Status status = Status::Failed)
@@ -26,13 +26,13 @@ private:
     Status m_status;
 };
 
-/// The reason of a failure to write to standard output.
+/// The reason when standard output cannot be written.
 constexpr const char* kOutputFailure = "the output could not be written";
 
-/// AfterTheBeginning does work that may come after something was done on the phone: a handset that does not
-/// answer there is a failure like any other, and its exit status is Failed.
+/// Runs `work` and rethrows its Failure with the exit status Failed. For steps that may follow a change on
+/// the phone: NoHandset would mean that nothing was done.
 template <class Work>
-auto AfterTheBeginning(Work work) {
+auto WithoutNoHandsetStatus(Work work) {
     try {
         return work();
     } catch (const Failure& failure) {

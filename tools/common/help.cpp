@@ -58,8 +58,8 @@ std::string ProgramHelp(const Program& program) {
     if (!program.commands.empty())
         text += "\nOptions of every command:\n";
     text += OptionLines(program.options, 2) + OptionLines(StandardOptions(), 2);
-    return text + Aligned("--", "what follows are arguments, even with a dash in front", 2) + "\n" +
-           Wrapped(program.remarks) + "\n" + Wrapped(ExitStatusText(program));
+    return text + Aligned("--", "everything after this is an argument, even if it begins with a dash", 2) +
+           "\n" + Wrapped(program.remarks) + "\n" + Wrapped(ExitStatusText(program));
 }
 
 std::string CommandHelp(const Program& program, const Command& command) {

@@ -13,7 +13,7 @@ static_assert(std::atomic<bool>::is_always_lock_free);
 extern "C" void OnInterrupt(int) {
     if (g_isInterrupted.exchange(true))
         std::_Exit(1);
-    std::signal(SIGINT, OnInterrupt); // some systems take the handler away when it is called
+    std::signal(SIGINT, OnInterrupt); // some systems remove the handler when they call it
 }
 
 } // namespace

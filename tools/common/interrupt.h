@@ -1,10 +1,10 @@
-// Ctrl-C while something runs that can be stopped in an orderly way.
+// Ctrl-C in commands that stop cleanly.
 #pragma once
 
 namespace tools {
 
-/// While an InterruptGuard lives, the first Ctrl-C is only remembered; a second one ends the program at once.
-/// Guards may be nested.
+/// While an InterruptGuard exists, the first Ctrl-C is only recorded, and a second one ends the program at
+/// once. Guards may be nested.
 class InterruptGuard {
 public:
     InterruptGuard();
@@ -16,7 +16,7 @@ private:
     void (*m_previous)(int);
 };
 
-/// Interrupted says whether Ctrl-C was pressed under an InterruptGuard.
+/// Returns true when Ctrl-C was pressed while an InterruptGuard existed.
 bool Interrupted();
 
 } // namespace tools

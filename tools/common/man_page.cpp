@@ -1,4 +1,4 @@
-// The manual page, in the language of man(7).
+// Generates the manual page in the macro language of man(7).
 #include <algorithm>
 #include <cctype>
 
@@ -8,7 +8,7 @@
 namespace tools {
 namespace {
 
-/// A text as it is to be printed: nothing in it is taken for a request or an escape.
+/// Escapes a text so that nothing in it is read as a request or an escape sequence.
 std::string Plain(const std::string& text) {
     std::string result = text.starts_with('.') || text.starts_with('\'') ? "\\&" : "";
     for (const char c : text) {
@@ -22,10 +22,10 @@ std::string Plain(const std::string& text) {
     return result;
 }
 
-/// Paragraphs, as Wrapped takes them.
+/// Formats paragraphs in the form that Wrapped reads.
 std::string Paragraphs(const std::string& text) {
     std::string page;
-    bool isKept = false; // inside lines that are kept as they are
+    bool isKept = false; // within lines that are not filled
     for (const std::string& line : Lines(text)) {
         const bool keeps = line.starts_with(' ');
         if (keeps != isKept)

@@ -12,8 +12,8 @@ std::string_view CharacterAt(std::string_view text, size_t i) {
     return text.substr(i, std::max<size_t>(CharacterLength(text, i), 1));
 }
 
-/// The length of the set "[...]" at the beginning of `pattern`; 0 when it has no end. A ']' right after the
-/// beginning is a member.
+/// Returns the length of the set "[...]" at the beginning of `pattern`, 0 if it is not closed. A ']' that
+/// comes first is a member of the set.
 size_t SetLength(std::string_view pattern) {
     const size_t first = pattern.size() > 1 && (pattern[1] == '!' || pattern[1] == '^') ? 2 : 1;
     const size_t end = pattern.find(']', first + 1);
@@ -38,9 +38,9 @@ bool IsInSet(std::string_view set, std::string_view character) {
     return isNegated;
 }
 
-/// How much of the pattern the character fits that stands at its beginning; 0: it does not fit. The pattern
-/// is not empty and does not begin with '*'.
-size_t Fits(std::string_view pattern, std::string_view character) {
+/// Returns the length of the first element of `pattern` if it matches `character`, else 0. The pattern is not
+/// empty and does not begin with '*'.
+size_t MatchLength(std::string_view pattern, std::string_view character) {
     if (pattern[0] == '?')
         return 1;
     if (const size_t length = pattern[0] == '[' ? SetLength(pattern) : 0)
@@ -51,7 +51,7 @@ size_t Fits(std::string_view pattern, std::string_view character) {
 bool MatchesExactly(std::string_view pattern, std::string_view name) {
     size_t p = 0;
     size_t n = 0;
-    // Where to go on when the latest '*' has to take one character more.
+    // Where to continue when the last '*' must match one more character.
     size_t retryPattern = std::string_view::npos;
     size_t retryName = 0;
     while (n < name.size()) {
@@ -61,7 +61,7 @@ bool MatchesExactly(std::string_view pattern, std::string_view name) {
             continue;
         }
         const std::string_view character = CharacterAt(name, n);
-        if (const size_t length = p < pattern.size() ? Fits(pattern.substr(p), character) : 0) {
+        if (const size_t length = p < pattern.size() ? MatchLength(pattern.substr(p), character) : 0) {
             p += length;
             n += character.size();
             continue;

@@ -1,17 +1,17 @@
-// Patterns for names, as shells have them.
+// Shell patterns for names.
 #pragma once
 
 #include <string_view>
 
 namespace tools {
 
-/// IsPattern says whether a text has a character that means something in a pattern: '*', '?' or '['.
+/// Returns true when a text contains a special character of patterns: '*', '?' or '['.
 bool IsPattern(std::string_view text);
 
-/// Matches says whether a whole name fits a pattern: '*' is any text, '?' any one character, "[a-z]" one of
-/// those, "[!a-z]" one that is none of those. A '[' without its ']' means itself. Names need not be UTF-8:
-/// a byte that belongs to no character counts as one. A dot at the beginning is no special case. With
-/// `ignoreCase`, the letters A to Z equal a to z.
+/// Returns true when a pattern matches a whole name. '*' matches any text, '?' any character, "[a-z]" a
+/// character of the set, "[!a-z]" a character that is not in it. A '[' without a ']' matches itself. Names
+/// need not be UTF-8: a byte that is not part of a character counts as one. A leading dot is not special.
+/// With `ignoreCase`, the letters A to Z match a to z.
 bool Matches(std::string_view pattern, std::string_view name, bool ignoreCase = false);
 
 } // namespace tools

@@ -37,7 +37,7 @@ unsigned long ParseNumber(const std::string& text, unsigned long limit, const st
     unsigned long number = 0;
     const auto [stop, error] = std::from_chars(begin, end, number, isHex ? 16 : 10);
     if (error != std::errc() || stop != end || number > limit)
-        throw Failure(what + ": " + Quoted(text) + " is no number from 0 to " + std::to_string(limit),
+        throw Failure(what + ": " + Quoted(text) + " is not a number from 0 to " + std::to_string(limit),
                       Status::Usage);
     return number;
 }
@@ -47,7 +47,7 @@ const std::vector<Option>& StandardOptions() {
         {"--help", "h", nullptr, "print the help; with a command, the help for that command"},
         {"--version", "V", nullptr, "print the version"},
         {"--man", "", nullptr, "print the manual page, for man -l -"},
-        {"--completion", "", nullptr, "print the completion for bash, to be read with source"},
+        {"--completion", "", nullptr, "print the completion script for bash, to be read with source"},
     };
     return options;
 }

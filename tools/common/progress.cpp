@@ -49,7 +49,7 @@ std::string Progress::TimeLeft(int percent) const {
 
 void Progress::Draw(int percent, std::string figures) {
     m_widest = std::max(m_widest, figures.size());
-    figures.resize(m_widest, ' '); // or the bar would change its length
+    figures.resize(m_widest, ' '); // so that the bar keeps its length
     // The last column stays free: some terminals begin a new line when it is written.
     const int room = m_width - 1;
     const int bar = std::clamp(room - static_cast<int>(figures.size()) - 3, 0, 40);

@@ -1,4 +1,4 @@
-// The progress of something on standard output: a bar on a terminal, plain lines elsewhere.
+// Progress on standard output: a bar on a terminal, plain lines elsewhere.
 #pragma once
 
 #include <chrono>
@@ -7,32 +7,30 @@
 
 namespace tools {
 
-/// SizeText returns a number of bytes in a suitable unit: "812 B", "307.2 kB", "1.4 MB" (1 kB = 1000 B).
+/// Returns a number of bytes in a suitable unit: "812 B", "307.2 kB", "1.4 MB" (1 kB = 1000 B).
 std::string SizeText(double bytes);
 
-/// Progress counts the time from its construction, and ends the bar's line at its destruction at the latest.
-/// It prints nothing while IsQuiet().
+/// Progress measures the time since its construction. Its destructor ends the line of the bar. It prints
+/// nothing while IsQuiet().
 class Progress {
 public:
-    /// `what` is printed before the figures; it may be empty.
-    /// `isShown`: false prints nothing.
+    /// `what` is printed before the figures and may be empty. If `isShown` is false, nothing is printed.
     explicit Progress(std::string what = "", bool isShown = true);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// Report shows the percentage, `amount` and the time that is left. Where there is no bar it prints at
-    /// most one line per 10 %. `percent` is limited to 0 to 100.
+    /// Shows a percentage, `amount` and the remaining time. Without a bar, prints at most one line per 10 %.
+    /// `percent` is clamped to 0 to 100.
     void Report(int percent, const std::string& amount);
-    /// ReportSteps shows that `done` of `total` steps are done.
+    /// Shows that `done` of `total` steps are done.
     void ReportSteps(size_t done, size_t total);
-    /// ReportBytes shows that a percentage of `total` bytes (0: not known) is copied, and how fast, after
-    /// `lead`.
+    /// Shows `lead`, how much of `total` bytes (0: unknown) is copied, and how fast.
     void ReportBytes(int percent, uint64_t total, const std::string& lead = "");
 
-    /// EndLine ends the bar's line, so that something else can be printed. The next report begins another.
+    /// Ends the line of the bar so that something else can be printed. The next report begins a new one.
     void EndLine();
-    /// Seconds since the beginning, never 0.
+    /// Returns the seconds since the construction, never 0.
     double Seconds() const;
 
 private:

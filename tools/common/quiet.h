@@ -1,9 +1,9 @@
-// Whether a program is to say nothing but its results and failures (--quiet).
+// Whether the program prints only results and failures (--quiet).
 #pragma once
 
 namespace tools {
 
-/// SetQuiet is called once, before the command begins.
+/// Called once, before the command runs.
 void SetQuiet(bool isQuiet);
 bool IsQuiet();
 

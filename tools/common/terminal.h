@@ -7,18 +7,18 @@
 
 namespace tools {
 
-/// CommandLineWords returns the words of the command line after the program's name, in UTF-8 where the system
-/// knows the encoding. `count` and `words` are those of main. Throws when they cannot be read.
+/// Returns the words of the command line after the program's name, in UTF-8 where the system knows the
+/// encoding. `count` and `words` are those of main. Throws when the words cannot be read.
 std::vector<std::string> CommandLineWords(int count, char** words);
 
-/// ShowUtf8 makes the terminal show the program's output as UTF-8 until the program ends.
+/// Makes the terminal show the program's output as UTF-8 until the program ends.
 void ShowUtf8();
 
-/// TerminalWidth returns the columns of the terminal on standard output; 0 when that is not a terminal.
+/// Returns the columns of the terminal on standard output, 0 when it is not a terminal.
 int TerminalWidth();
 
-/// LetWritesFail makes writing to a pipe that nobody reads, or beyond the size that files may have, an error,
-/// which otherwise ends the program on some systems.
+/// Makes writing fail to a pipe that nobody reads, and beyond the largest size of a file. On some systems it
+/// would end the program.
 void LetWritesFail();
 
 } // namespace tools

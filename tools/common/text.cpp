@@ -52,7 +52,7 @@ size_t CharacterLength(std::string_view text, size_t i) {
     if (first < 0x80)
         return 1;
     const size_t length = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
-    // The second byte rules out longer forms than needed, and numbers that are no characters.
+    // The second byte excludes overlong forms and numbers that are not characters.
     const unsigned second = ByteAt(text, i + 1);
     const unsigned least = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
     const unsigned most = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
@@ -107,7 +107,7 @@ namespace {
 
 constexpr size_t kWidth = 79;
 
-/// Breaks one paragraph into lines that, after `indent` blanks, fit a terminal.
+/// Breaks a paragraph into lines that fit a terminal after `indent` blanks.
 std::vector<std::string> Broken(std::string_view text, size_t indent) {
     std::vector<std::string> lines(1);
     for (size_t begin = 0; begin < text.size();) {

@@ -31,20 +31,20 @@ const AttributeCache::Folder* AttributeCache::FreshFolder(const std::string& fol
                                                                                          : nullptr;
 }
 
-AttributeCache::Answer AttributeCache::Known(const std::string& path, Attributes& attributes) const {
+AttributeCache::Knowledge AttributeCache::Find(const std::string& path, Attributes& attributes) const {
     const auto single = m_singles.find(path);
     if (single != m_singles.end() && Clock::now() <= single->second.validUntil) {
         attributes = single->second.attributes;
-        return Answer::Here;
+        return Knowledge::Exists;
     }
     const Folder* const folder = path == "/" ? nullptr : FreshFolder(FolderOf(path));
     if (!folder || folder->changed.contains(NameOf(path)))
-        return Answer::Unknown;
+        return Knowledge::Unknown;
     const Entry* const entry = folder->listing->Find(NameOf(path));
     if (!entry)
-        return Answer::Missing;
+        return Knowledge::Missing;
     attributes = entry->attributes;
-    return entry->isSound ? Answer::Here : Answer::Unknown;
+    return entry->isSound ? Knowledge::Exists : Knowledge::Unknown;
 }
 
 std::shared_ptr<const Listing> AttributeCache::KnownListing(const std::string& folder) const {

@@ -1,4 +1,4 @@
-// What the phone said a moment ago.
+// What the phone reported a moment ago.
 #pragma once
 
 #include <map>
@@ -11,31 +11,34 @@
 
 namespace tools::mount {
 
-/// AttributeCache keeps listings and attributes for a moment, and for longer whether an entry was a link and
-/// which version of a file was last opened. Whoever changes an entry must Forget it. One thread.
+/// AttributeCache keeps listings and attributes for a moment. For longer it keeps whether an entry was a
+/// link, and which version of a file was last opened. Code that changes an entry must call Forget. One
+/// thread.
 class AttributeCache {
 public:
-    /// Remember keeps what the phone said about one entry.
+    /// Stores the attributes of one entry.
     void Remember(const std::string& path, const Attributes& attributes);
-    /// Remember keeps a listing; its validUntil says how long.
+    /// Stores a listing until its validUntil.
     void Remember(const std::string& folder, std::shared_ptr<const Listing> listing);
 
-    /// What Known tells of a path.
-    enum class Answer { Unknown, Missing, Here };
-    /// Known looks a path up in what is still good.
-    Answer Known(const std::string& path, Attributes& attributes) const;
-    /// The listing of a folder, if it is still good and nothing in the folder has changed since.
+    /// What Find knows about a path.
+    enum class Knowledge { Unknown, Missing, Exists };
+    /// Searches what is still valid for a path. `attributes` is written for Exists only.
+    Knowledge Find(const std::string& path, Attributes& attributes) const;
+    /// Returns the listing of a folder if it is still valid and nothing in the folder has changed since, else
+    /// null.
     std::shared_ptr<const Listing> KnownListing(const std::string& folder) const;
-    /// What was last known of a path, however long ago.
+    /// Returns the last known attributes of a path, however old.
     std::optional<Attributes> LastKnown(const std::string& path) const;
 
-    /// OpenedVersion notes the version of a file that is being opened; true when it is the one of the last
-    /// time, so that what was read then is still the content.
+    /// Records the version of a file that is being opened. Returns true when it is the same as the last time,
+    /// so that what was read then is still the content.
     bool OpenedVersion(const std::string& path, const Attributes& attributes);
 
-    /// Forget drops what is known of a path and of all below it; its folder's listing no longer speaks of it.
+    /// Drops everything about a path and all paths below it. The listing of its folder no longer counts for
+    /// it.
     void Forget(const std::string& path);
-    /// ForgetAttributes drops the attributes of the entry alone.
+    /// Drops only the attributes of the entry.
     void ForgetAttributes(const std::string& path);
     /// Drops all listings.
     void DropListings() { m_folders.clear(); }
@@ -49,7 +52,7 @@ private:
     };
     struct Folder {
         std::shared_ptr<const Listing> listing;
-        std::set<std::string> changed; // names of which the listing no longer speaks
+        std::set<std::string> changed; // names for which the listing no longer counts
     };
 
     const Folder* FreshFolder(const std::string& folder) const;

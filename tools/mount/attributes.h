@@ -1,4 +1,4 @@
-// What is known of the phone's entries.
+// Entries of the phone and their attributes.
 #pragma once
 
 #include <sys/stat.h>
@@ -12,9 +12,9 @@ namespace tools::mount {
 
 using Clock = std::chrono::steady_clock;
 
-/// Attributes of an entry; of a link its own. Times in seconds, as the phone counts them.
+/// The attributes of an entry; of a link, its own. Times are in seconds, as the phone counts them.
 struct Attributes {
-    uint32_t mode = 0; // with the kind
+    uint32_t mode = 0; // including the kind
     uint32_t size = 0;
     uint32_t links = 1;
     uint32_t accessed = 0;
@@ -23,7 +23,7 @@ struct Attributes {
 
     bool IsLink() const { return S_ISLNK(mode); }
     bool IsFolder() const { return S_ISDIR(mode); }
-    /// True when content and identity are taken to be the same.
+    /// True when content and identity are assumed to be the same.
     bool IsSameVersion(const Attributes& other) const {
         return mode == other.mode && size == other.size && modified == other.modified &&
                changed == other.changed;
@@ -33,24 +33,25 @@ struct Attributes {
 struct Entry {
     std::string name;
     Attributes attributes;
-    bool isSound = false; // false: the phone contradicts itself about it, so only the name is good
+    bool isSound = false; // false: the phone contradicts itself; only the name can be used
 };
 
-/// A folder as it was read.
+/// The content of a folder.
 struct Listing {
     std::vector<Entry> entries; // in the phone's order
     std::vector<uint32_t> byName;
     Clock::time_point validUntil;
 
-    /// Sort makes Find work.
+    /// Must be called before Find.
     void Sort();
     const Entry* Find(const std::string& name) const;
 };
 
-/// The folder of a path ("/" for what lies in the root), and the name in it.
+/// Returns the folder of a path ("/" for entries of the root).
 std::string FolderOf(const std::string& path);
+/// Returns the last component of a path.
 std::string NameOf(const std::string& path);
-/// True for the path itself and all below it.
+/// Returns true for the folder itself and all paths below it.
 bool IsWithin(const std::string& path, const std::string& folder);
 
 } // namespace tools::mount

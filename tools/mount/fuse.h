@@ -1,4 +1,4 @@
-// libfuse 3, the one library that this program needs beside our own.
+// libfuse 3, the only library that this program needs besides our own.
 #pragma once
 
 #define FUSE_USE_VERSION 312

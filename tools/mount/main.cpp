@@ -16,7 +16,7 @@
 namespace tools::mount {
 namespace {
 
-// As many calls may wait for a silent handset without keeping others from being heard, or killed.
+// So many calls can wait for a silent phone before others are blocked.
 constexpr unsigned kMostThreads = 64;
 constexpr unsigned long kMostPort = 255;
 constexpr unsigned long kMostIdle_s = 86400;
@@ -27,16 +27,16 @@ constexpr const char* kHelp =
     "Shows the files of the attached handset in FOLDER, an empty folder, until\n"
     "\"fusermount3 -u FOLDER\".\n"
     "\n"
-    "  --port N        the handset on port COM N (default: the first port on which one answers)\n"
-    "  -f              stays in the foreground; Ctrl-C unmounts\n"
-    "  -d              the same, and prints what is asked of the folder\n"
-    "  -o ro           nothing can be changed\n"
-    "  -o allow_other  other users may enter, as the permission bits say\n"
-    "  -o uid=N,gid=N  whose the files are (default: yours)\n"
-    "  -o umask=OCTAL  permission bits that are off; the others are on, whatever the handset says\n"
-    "  -o idle=SECONDS how long the port is kept after the last use (default 30)\n"
-    "  --help          prints this\n"
-    "  --version       prints the version\n"
+    "  --port N        use the phone on port COM N (default: the first port on which one answers)\n"
+    "  -f              stay in the foreground; Ctrl-C unmounts\n"
+    "  -d              the same, and print the operations on the folder\n"
+    "  -o ro           mount read-only\n"
+    "  -o allow_other  give other users access, as the permission bits say\n"
+    "  -o uid=N,gid=N  the owner and group of all files (default: yours)\n"
+    "  -o umask=OCTAL  the permission bits to clear; all others are set, whatever the phone reports\n"
+    "  -o idle=SECONDS how long the port stays open after the last use (default 30)\n"
+    "  --help          print this help\n"
+    "  --version       print the version\n"
     "\n"
     "Exit status: 0 mounted (in the foreground: unmounted), 1 it cannot be mounted, 2 wrong usage, 3 no\n"
     "handset answers.\n";
@@ -47,7 +47,7 @@ struct Options {
     char* folder = nullptr;
 };
 
-/// The folder is not left to libfuse, which takes one that is not there for wrong usage.
+/// Takes the folder from the command line. libfuse would treat a missing one as wrong usage.
 int TakeFolder(void* options, const char* word, int key, fuse_args*) {
     constexpr int kKeep = 1;
     if (key != FUSE_OPT_KEY_NONOPT)
@@ -81,7 +81,7 @@ struct Arguments {
     ~Arguments() { fuse_opt_free_args(&args); }
 };
 
-/// The loop of several threads, until the folder is unmounted or a signal says so.
+/// Serves requests on several threads until the folder is unmounted or a signal ends the program.
 int Loop(fuse* object) {
     fuse_loop_config* const settings = fuse_loop_cfg_create();
     fuse_loop_cfg_set_max_threads(settings, kMostThreads);
@@ -90,7 +90,7 @@ int Loop(fuse* object) {
     return result;
 }
 
-/// Finds the handset, so that nothing is mounted that nobody answers for; the port is free again afterwards.
+/// Checks that a phone answers, so that nothing is mounted without one. Closes the port again.
 unsigned short FindHandset(unsigned short wanted) {
     PhoneSession session(wanted);
     session.RequireHandset();
@@ -99,7 +99,7 @@ unsigned short FindHandset(unsigned short wanted) {
 
 using Fuse = std::unique_ptr<fuse, FuseClosing>;
 
-/// MakeFuse throws Failure (wrong usage) when libfuse does not know an option; it has said which.
+/// Throws Failure (wrong usage) when libfuse does not know an option; libfuse has then printed which.
 Fuse MakeFuse(const Arguments& arguments, const std::string& names, Mount& mount) {
     Arguments all{FUSE_ARGS_INIT(0, nullptr)};
     for (int i = 0; i < arguments.args.argc; ++i)
@@ -115,7 +115,7 @@ void Serve(Mount& mount, const Arguments& arguments, const fuse_cmdline_opts& co
     const std::string names = "-osubtype=quillet,default_permissions,fsname=COM" + std::to_string(mount.port);
     const Fuse object = MakeFuse(arguments, names, mount);
     if (fuse_mount(object.get(), mount.mountPoint.c_str()) != 0)
-        throw Failure("the system does not mount it there");
+        throw Failure("the system refuses to mount it there");
     const bool isStarted = fuse_daemonize(command.foreground) == 0 &&
                            fuse_set_signal_handlers(fuse_get_session(object.get())) == 0;
     const int result = isStarted ? Loop(object.get()) : -1;
@@ -123,7 +123,7 @@ void Serve(Mount& mount, const Arguments& arguments, const fuse_cmdline_opts& co
     mount.End();
     fuse_unmount(object.get());
     if (result < 0)
-        throw Failure("the mounted folder broke down");
+        throw Failure("serving the mounted folder failed");
 }
 
 void Run(int count, char** words) {
@@ -140,13 +140,13 @@ void Run(int count, char** words) {
         return;
     }
     if (!folder)
-        throw Failure("which folder? See quillet-mount --help", Status::Usage);
+        throw Failure("no folder; see quillet-mount --help", Status::Usage);
     const auto wanted = port ? static_cast<unsigned short>(ParseNumber(port.get(), kMostPort, "--port"))
                              : QLib_ResourceManager::kAnyPort;
     const unsigned long idle_s = idle ? ParseNumber(idle.get(), kMostIdle_s, "idle") : 30;
 
     Mount mount{};
-    MakeFuse(arguments, "-odefault_permissions", mount); // what the command line has wrong is said first
+    MakeFuse(arguments, "-odefault_permissions", mount); // reports errors in the command line first
     mount.mountPoint = RequireMountPoint(folder.get());
     mount.wantedPort = wanted;
     mount.port = FindHandset(wanted);

@@ -17,8 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A name in the kernel, which goes with the process whatever ends it. Ports of another device root are other
-/// ports.
+/// Returns an abstract socket address for a port. The kernel frees it when the process ends, whatever ends
+/// it. Ports of another device root are other ports.
 sockaddr_un PlaceOf(unsigned short port, socklen_t& length) {
     const char* const root = std::getenv("QUILLET_DEVICE_ROOT");
     const std::string name = "quillet-mount COM" + std::to_string(port) + " " +
@@ -35,14 +35,13 @@ sockaddr_un PlaceOf(unsigned short port, socklen_t& length) {
 std::string RequireMountPoint(const std::string& folder) {
     std::error_code error;
     if (!fs::is_directory(folder, error))
-        throw Failure(Quoted(folder) + " is no folder" + (error ? ": " + error.message() : ""));
+        throw Failure(Quoted(folder) + " is not a folder" + (error ? ": " + error.message() : ""));
     const bool isEmpty = fs::is_empty(folder, error);
     if (error)
         throw Failure(Quoted(folder) + ": " + error.message());
     if (!isEmpty)
         throw Failure(Quoted(folder) +
-                      " is not empty; what is in it could not be reached while the handset "
-                      "is mounted there");
+                      " is not empty; its content would be hidden while the handset is mounted there");
     return fs::canonical(folder).string();
 }
 
@@ -54,7 +53,7 @@ MountedOnce::MountedOnce(unsigned short port) : m_socket(socket(AF_UNIX, SOCK_ST
     const bool isTaken = errno == EADDRINUSE;
     close(m_socket);
     if (isTaken)
-        throw Failure("the handset on COM" + std::to_string(port) + " is mounted already");
+        throw Failure("the handset on COM" + std::to_string(port) + " is already mounted");
     m_socket = -1;
 }
 

@@ -1,17 +1,17 @@
-// The folder that is mounted on, and the handset that is mounted once.
+// Checks before mounting: the folder, and that the phone is not mounted yet.
 #pragma once
 
 #include <string>
 
 namespace tools::mount {
 
-/// RequireMountPoint gives the absolute path of an empty folder. Throws Failure for anything else.
+/// Returns the absolute path of an empty folder. Throws Failure for anything else.
 std::string RequireMountPoint(const std::string& folder);
 
-/// MountedOnce holds a handset's place: while it lives, no other process gets one for the same port.
+/// MountedOnce reserves a phone: while it exists, no other process can make one for the same port.
 class MountedOnce {
 public:
-    /// Throws Failure when the handset is mounted already.
+    /// Throws Failure when the phone is already mounted.
     explicit MountedOnce(unsigned short port);
     ~MountedOnce();
     MountedOnce(const MountedOnce&) = delete;

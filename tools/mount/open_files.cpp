@@ -16,7 +16,7 @@ constexpr uint64_t kLargestFile = std::numeric_limits<DWORD>::max();
 Attributes Stat(PhoneSession& session, const std::string& path) {
     Attributes found;
     session.Query([&](Diag_FTM& phone, DWORD& error) {
-        // Preset, because an answer that lacks a value changes none, and that is no success.
+        // Preset, because a response without values changes none, which is not a success.
         error = EIO;
         DWORD mode = 0, size = 0, links = 0, accessed = 0, modified = 0, changed = 0;
         const bool isAnswered =
@@ -83,7 +83,7 @@ size_t OpenFiles::Write(OpenFile& file, uint64_t offset, std::span<const unsigne
         return phone.EFS2_DIAG_WRITE(file.descriptor, static_cast<DWORD>(offset), data.data(),
                                      static_cast<DWORD>(wanted), written, error);
     });
-    file.toldSize = std::max(file.toldSize, offset + written);
+    file.reportedSize = std::max(file.reportedSize, offset + written);
     return written;
 }
 
@@ -107,7 +107,7 @@ void OpenFiles::Quietly(void (OpenFiles::*work)(OpenFile&), OpenFile& file) {
     try {
         (this->*work)(file);
     } catch (const PosixError&) {
-        // Nobody is left to be told; a later use of the file fails by itself.
+        // No caller waits for the failure; a later use of the file fails anyway.
     }
 }
 
@@ -132,10 +132,10 @@ bool OpenFiles::IsOpen(const std::string& path) const {
     return std::ranges::any_of(m_files, [&](const OpenFilePtr& file) { return file->path == path; });
 }
 
-void OpenFiles::Told(const std::string& path, uint64_t size) {
+void OpenFiles::SizeReported(const std::string& path, uint64_t size) {
     for (const OpenFilePtr& file : m_files)
         if (file->path == path)
-            file->toldSize = size;
+            file->reportedSize = size;
 }
 
 void OpenFiles::Park() {
@@ -147,7 +147,7 @@ void OpenFiles::Park() {
             CloseOnPhone(*file);
             file->parked = Stat(m_session, file->path);
         } catch (const PosixError&) {
-            // What was written may be lost: its next use says so, and so does its close.
+            // Written data may be lost: the next use of the file fails, and so does its close.
             file->epoch = m_session.Epoch() - 1;
             file->isWritten = true;
         }

@@ -1,4 +1,4 @@
-// The files that programs hold open.
+// The files that programs have open.
 #pragma once
 
 #include <cstdint>
@@ -12,36 +12,36 @@
 
 namespace tools::mount {
 
-/// One open file of a program. On the phone it may be open or, for the time being, not.
+/// One open file of a program. It may be closed on the phone for the time being.
 struct OpenFile {
     std::string path;
     DWORD access = 0;     // 0 read, 1 write, 2 both
     LONG descriptor = -1; // on the phone; -1: closed there, and opened again at the next use
     unsigned epoch = 0;   // of the session in which it was opened
     bool isWritten = false;
-    uint64_t toldSize = 0;            // the size that the system was last told
-    std::optional<Attributes> parked; // what the file was when the port was given back
+    uint64_t reportedSize = 0;        // the size last reported to the system
+    std::optional<Attributes> parked; // the attributes of the file when the port was closed
 };
 using OpenFilePtr = std::shared_ptr<OpenFile>;
 
-/// OpenFiles carries out what is done with open files, and knows all of them. All operations throw
-/// PosixError. A file that was open when the handset was lost fails with EIO for good. One thread.
+/// OpenFiles performs all operations on open files. They throw PosixError. A file that was open when the
+/// phone was lost fails with EIO from then on. One thread.
 class OpenFiles {
 public:
     explicit OpenFiles(PhoneSession& session) : m_session(session) {}
 
-    /// Opens a file; the flags and the permission bits are those of the phone.
+    /// Opens a file with the phone's flags and permission bits.
     OpenFilePtr Open(const std::string& path, DWORD flags, DWORD permissions);
-    /// Reads up to a block; fewer bytes than asked for, none included, at the file's end.
+    /// Reads up to one block. Returns fewer bytes than requested, or none, at the end of the file.
     size_t Read(OpenFile& file, uint64_t offset, std::span<unsigned char> area);
-    /// Writes the first bytes of `data`, at least one, and gives their number.
+    /// Writes the first bytes of `data`, at least one, and returns their number.
     size_t Write(OpenFile& file, uint64_t offset, std::span<const unsigned char> data);
-    /// Settle closes a file on the phone that was written: the phone says only then whether all is well.
+    /// Closes a written file on the phone, because only closing shows whether everything was written.
     void Settle(OpenFile& file);
-    /// Release ends the use of a file.
+    /// Ends the use of a file.
     void Release(OpenFile& file);
 
-    /// With releases a file behind `work`, however that ends.
+    /// Runs `work` and then releases the file, also after an exception.
     template <class Work>
     void With(const OpenFilePtr& file, Work work) {
         try {
@@ -53,15 +53,15 @@ public:
         Release(*file);
     }
 
-    /// Detach closes all open files of a path on the phone, because another file takes its place.
+    /// Closes all open files of a path on the phone, because another file will take the path.
     void Detach(const std::string& path);
-    /// Open files follow a renaming, of themselves or of a folder above them.
+    /// Adapts the paths of open files to a renamed file or folder.
     void Renamed(const std::string& from, const std::string& to);
-    /// True when a program has the file open. It is no link, then.
+    /// True when a program has the file open. The path is then not a link.
     bool IsOpen(const std::string& path) const;
-    /// The system has been told this size of a path.
-    void Told(const std::string& path, uint64_t size);
-    /// Park closes all files on the phone and remembers what they were: the port is given back.
+    /// Records the size of a path that was reported to the system.
+    void SizeReported(const std::string& path, uint64_t size);
+    /// Closes all files on the phone before the port is closed, and records their attributes.
     void Park();
     /// Closes all files on the phone.
     void CloseAll();
@@ -76,7 +76,7 @@ private:
     std::vector<OpenFilePtr> m_files;
 };
 
-/// Stat asks the phone about what a path leads to, links followed.
+/// Queries the attributes of a path on the phone. Links are followed.
 Attributes Stat(PhoneSession& session, const std::string& path);
 
 } // namespace tools::mount

@@ -14,7 +14,7 @@
 namespace tools::mount {
 namespace {
 
-constexpr unsigned kBlock = 512; // that st_blocks counts in
+constexpr unsigned kBlock = 512; // the unit of st_blocks
 constexpr double kMoment_s = 1;
 
 Mount& Mounted() {
@@ -25,7 +25,7 @@ Phone PhoneOf(Mount& mount) {
     return {*mount.session, *mount.folder, *mount.thread};
 }
 
-/// Turns what `work` throws into the result that libfuse wants.
+/// Converts exceptions of `work` to the results of libfuse.
 template <class Work>
 int Guarded(Work work) noexcept {
     try {
@@ -41,15 +41,15 @@ bool IsInterrupted() {
     return fuse_interrupted() != 0;
 }
 
-/// Does a work of several steps on the phone's thread; it outlives a caller that gives up.
+/// Runs a work of several steps on the phone's thread. The work outlives a caller that gives up.
 template <class Work>
 void Finish(const std::shared_ptr<Work>& work) {
     Mounted().thread->Run([work] { return work->Step(); }, IsInterrupted);
 }
 
-/// Does something short on the phone's thread and gives its result. It must own what it uses.
+/// Runs a short piece of work on the phone's thread and returns its result. It must own all that it uses.
 template <class Work>
-auto Ask(Work work) {
+auto OnPhone(Work work) {
     using Result = std::invoke_result_t<Work, PhoneFolder&>;
     PhoneFolder& folder = *Mounted().folder;
     if constexpr (std::is_void_v<Result>) {
@@ -91,7 +91,7 @@ struct stat StatOf(const Attributes& attributes) {
 
 int GetAttributes(const char* path, struct stat* status, fuse_file_info*) {
     return Guarded([=] {
-        *status = StatOf(Ask([p = std::string(path)](PhoneFolder& folder) { return folder.Look(p); }));
+        *status = StatOf(OnPhone([p = std::string(path)](PhoneFolder& folder) { return folder.Look(p); }));
         return 0;
     });
 }
@@ -99,7 +99,7 @@ int GetAttributes(const char* path, struct stat* status, fuse_file_info*) {
 int ReadLink(const char* path, char* target, size_t size) {
     return Guarded([=] {
         const std::string found =
-            Ask([p = std::string(path)](PhoneFolder& folder) { return folder.LinkTarget(p); });
+            OnPhone([p = std::string(path)](PhoneFolder& folder) { return folder.LinkTarget(p); });
         const size_t length = std::min(found.size(), size - 1);
         std::memcpy(target, found.data(), length);
         target[length] = 0;
@@ -109,28 +109,29 @@ int ReadLink(const char* path, char* target, size_t size) {
 
 int MakeFolder(const char* path, mode_t mode) {
     return Guarded([=] {
-        Ask([p = std::string(path), mode](PhoneFolder& folder) { folder.MakeFolder(p, mode & 07777); });
+        OnPhone([p = std::string(path), mode](PhoneFolder& folder) { folder.MakeFolder(p, mode & 07777); });
         return 0;
     });
 }
 
 int RemoveFolder(const char* path) {
     return Guarded([=] {
-        Ask([p = std::string(path)](PhoneFolder& folder) { folder.RemoveFolder(p); });
+        OnPhone([p = std::string(path)](PhoneFolder& folder) { folder.RemoveFolder(p); });
         return 0;
     });
 }
 
 int RemoveFile(const char* path) {
     return Guarded([=] {
-        Ask([p = std::string(path)](PhoneFolder& folder) { folder.RemoveFile(p); });
+        OnPhone([p = std::string(path)](PhoneFolder& folder) { folder.RemoveFile(p); });
         return 0;
     });
 }
 
 int MakeLink(const char* target, const char* path) {
     return Guarded([=] {
-        Ask([t = std::string(target), p = std::string(path)](PhoneFolder& folder) { folder.MakeLink(p, t); });
+        OnPhone(
+            [t = std::string(target), p = std::string(path)](PhoneFolder& folder) { folder.MakeLink(p, t); });
         return 0;
     });
 }
@@ -139,7 +140,7 @@ int Rename(const char* from, const char* to, unsigned flags) {
     if ((flags & ~RENAME_NOREPLACE) != 0)
         return -EINVAL;
     return Guarded([=] {
-        Ask([f = std::string(from), t = std::string(to), flags](PhoneFolder& folder) {
+        OnPhone([f = std::string(from), t = std::string(to), flags](PhoneFolder& folder) {
             folder.Rename(f, t, (flags & RENAME_NOREPLACE) == 0);
         });
         return 0;
@@ -148,12 +149,12 @@ int Rename(const char* from, const char* to, unsigned flags) {
 
 int ChangeMode(const char* path, mode_t mode, fuse_file_info*) {
     return Guarded([=] {
-        Ask([p = std::string(path), mode](PhoneFolder& folder) { folder.ChangeMode(p, mode & 07777); });
+        OnPhone([p = std::string(path), mode](PhoneFolder& folder) { folder.ChangeMode(p, mode & 07777); });
         return 0;
     });
 }
 
-/// The phone knows no owners: all is whose the mount says.
+/// The phone has no owners: all entries have the owner of the mount.
 int ChangeOwner(const char*, uid_t owner, gid_t group, fuse_file_info*) {
     const Mount& mount = Mounted();
     const bool isSame = (owner == static_cast<uid_t>(-1) || owner == mount.owner) &&
@@ -170,14 +171,16 @@ bool IsNow(const timespec& wanted) {
     return wanted.tv_nsec == UTIME_NOW;
 }
 
-/// The phone sets times itself: only those can be had that an entry has already, and the present one.
+/// The phone sets times itself, so only the present time and the times that an entry already has are
+/// possible.
 int ChangeTimes(const char* path, const timespec times[2], fuse_file_info*) {
     return Guarded([=] {
         if (IsNow(times[1]) && (IsNow(times[0]) || times[0].tv_nsec == UTIME_OMIT)) {
-            Ask([p = std::string(path)](PhoneFolder& folder) { folder.Touch(p); });
+            OnPhone([p = std::string(path)](PhoneFolder& folder) { folder.Touch(p); });
             return 0;
         }
-        const Attributes now = Ask([p = std::string(path)](PhoneFolder& folder) { return folder.Look(p); });
+        const Attributes now =
+            OnPhone([p = std::string(path)](PhoneFolder& folder) { return folder.Look(p); });
         return IsTime(times[0], now.accessed) && IsTime(times[1], now.modified) ? 0 : -EPERM;
     });
 }
@@ -188,7 +191,7 @@ int HardLink(const char*, const char*) {
 
 int GetSpace(const char*, struct statvfs* status) {
     return Guarded([=] {
-        const Space space = Ask([](PhoneFolder& folder) { return folder.GetSpace(); });
+        const Space space = OnPhone([](PhoneFolder& folder) { return folder.GetSpace(); });
         *status = {};
         status->f_bsize = status->f_frsize = space.blockSize;
         status->f_blocks = space.totalBlocks;
@@ -203,7 +206,7 @@ int GetSpace(const char*, struct statvfs* status) {
 
 // --- Files ---------------------------------------------------------------------------------------------
 
-/// The phone's flags have the values that the system's have, of those that it knows.
+/// The phone's flags have the same values as the system's.
 DWORD PhoneFlags(int flags) {
     return static_cast<DWORD>(flags & (O_ACCMODE | O_CREAT | O_EXCL | O_TRUNC));
 }
@@ -218,8 +221,8 @@ struct Opened {
     bool isUnchanged = false;
 };
 
-/// Opens a file for a program. Should the program give up meanwhile, nobody will release the file, so that
-/// is done here.
+/// Opens a file for a program. If the program gives up meanwhile, nobody will release the file, so it is
+/// released here.
 template <class Opening>
 int OpenWith(fuse_file_info* info, Opening opening) {
     return Guarded([&] {
@@ -262,12 +265,12 @@ int Create(const char* path, mode_t mode, fuse_file_info* info) {
                     });
 }
 
-/// Devices and the like are not for a phone.
+/// The phone has no devices and the like.
 int MakeNode(const char* path, mode_t mode, dev_t) {
     if (!S_ISREG(mode))
         return -EPERM;
     return Guarded([=] {
-        Ask([p = std::string(path), mode](PhoneFolder& folder) {
+        OnPhone([p = std::string(path), mode](PhoneFolder& folder) {
             const OpenFilePtr file = folder.Create(p, O_WRONLY | O_CREAT | O_EXCL, mode & 07777);
             folder.Files().Release(*file);
         });
@@ -304,7 +307,7 @@ int Resize(const char* path, off_t length, fuse_file_info*) {
 
 int Settle(const char*, fuse_file_info* info) {
     return Guarded([=] {
-        Ask([file = FileOf(info)](PhoneFolder& folder) { folder.Files().Settle(*file); });
+        OnPhone([file = FileOf(info)](PhoneFolder& folder) { folder.Files().Settle(*file); });
         return 0;
     });
 }
@@ -345,7 +348,7 @@ int ReadDirectory(const char* path, void* buffer, fuse_fill_dir_t fill, off_t of
         }
         const auto& entries = folder.listing->entries;
         const bool isFresh = Clock::now() <= folder.listing->validUntil;
-        // Offsets: 1 and 2 are behind "." and "..", then one for each entry.
+        // Offsets: 1 and 2 are after "." and "..", then there is one after each entry.
         for (auto i = static_cast<size_t>(offset); i < entries.size() + 2; ++i) {
             const auto next = static_cast<off_t>(i + 1);
             if (i < 2) {
@@ -369,7 +372,7 @@ int ReleaseDirectory(const char*, fuse_file_info* info) {
     return 0;
 }
 
-/// Names are on the phone when the operation that changed them has returned.
+/// Nothing to do: an operation that changes a name returns after the phone has done so.
 int SyncDirectory(const char*, int, fuse_file_info*) {
     return 0;
 }

@@ -11,23 +11,23 @@
 
 namespace tools::mount {
 
-/// What is mounted. It is the private data of the fuse object.
+/// The state of the mount, and the private data of the fuse object.
 struct Mount {
-    unsigned short wantedPort; // kAnyPort: whichever
+    unsigned short wantedPort; // kAnyPort: any
     unsigned short port;       // on which a handset answered
     std::string mountPoint;
     std::chrono::milliseconds idle;
 
-    // Made when the folder is mounted, after the program has gone to the background: threads do not survive
-    // that.
+    // Made when the folder is mounted, after the program has gone to the background, because threads would
+    // not survive that.
     std::unique_ptr<PhoneSession> session;
     std::unique_ptr<PhoneFolder> folder;
     std::unique_ptr<PhoneThread> thread;
-    // Whose all entries are, as the system is told.
+    // The owner and group of all entries, as reported to the system.
     uid_t owner = 0;
     gid_t group = 0;
 
-    /// Closes what programs left open on the phone, and gives the port back.
+    /// Closes all files that are open on the phone, and the port.
     void End();
 };
 

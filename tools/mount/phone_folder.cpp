@@ -24,26 +24,26 @@ void PhoneFolder::CheckEpoch() {
     m_epoch = m_session.Epoch();
 }
 
-// --- Asking --------------------------------------------------------------------------------------------
+// --- Queries -------------------------------------------------------------------------------------------
 
 Attributes PhoneFolder::Look(const std::string& path) {
     RequireUsablePath(path);
     CheckEpoch();
     Attributes attributes;
-    const AttributeCache::Answer known = m_cache.Known(path, attributes);
-    if (known == AttributeCache::Answer::Missing)
+    const AttributeCache::Knowledge known = m_cache.Find(path, attributes);
+    if (known == AttributeCache::Knowledge::Missing)
         throw PosixError{ENOENT};
-    if (known == AttributeCache::Answer::Unknown) {
-        attributes = Ask(path);
+    if (known == AttributeCache::Knowledge::Unknown) {
+        attributes = QueryAttributes(path);
         m_cache.Remember(path, attributes);
     }
-    m_files.Told(path, attributes.size);
+    m_files.SizeReported(path, attributes.size);
     return attributes;
 }
 
-/// The phone follows links when it is asked for attributes, so it is asked first whether the path is one;
-/// not again for what was no link before and has not changed.
-Attributes PhoneFolder::Ask(const std::string& path) {
+/// Queries the attributes of a path. The phone follows links when it is asked for attributes, so it is first
+/// asked whether the path is a link, unless the path was not a link before and has not changed.
+Attributes PhoneFolder::QueryAttributes(const std::string& path) {
     const std::optional<Attributes> before = m_cache.LastKnown(path);
     if (path == "/" || m_files.IsOpen(path))
         return Stat(m_session, path);
@@ -71,7 +71,7 @@ std::string PhoneFolder::LinkTarget(const std::string& path) {
         return phone.EFS2_DIAG_LINK_TARGET(path.c_str(), target, error);
     });
     if (std::strlen(target) == sizeof target - 1)
-        throw PosixError{ENAMETOOLONG}; // cut, perhaps
+        throw PosixError{ENAMETOOLONG}; // it may be truncated
     return ShownTarget(path, target);
 }
 
@@ -99,33 +99,33 @@ void PhoneFolder::Listed(const std::string& folder, std::shared_ptr<const Listin
 // --- Changing names ------------------------------------------------------------------------------------
 
 template <class Call>
-void PhoneFolder::Order(const std::string& path, Call call) {
+void PhoneFolder::Change(const std::string& path, Call call) {
     RequireUsablePath(path);
     m_cache.Forget(path);
-    m_cache.ForgetAttributes(FolderOf(path)); // its time changes, and the number of its links
+    m_cache.ForgetAttributes(FolderOf(path)); // its time and its link count change
     m_session.Order(call);
 }
 
 void PhoneFolder::MakeFolder(const std::string& path, uint32_t permissions) {
-    Order(path, [&](Diag_FTM& phone, DWORD& error) {
+    Change(path, [&](Diag_FTM& phone, DWORD& error) {
         return phone.EFS2_DIAG_MAKE_DIRECTORY(path.c_str(), permissions, error);
     });
 }
 
 void PhoneFolder::RemoveFolder(const std::string& path) {
-    Order(path, [&](Diag_FTM& phone, DWORD& error) {
+    Change(path, [&](Diag_FTM& phone, DWORD& error) {
         return phone.EFS2_DIAG_REMOVE_DIRECTORY(path.c_str(), error);
     });
 }
 
 void PhoneFolder::RemoveFile(const std::string& path) {
-    Order(path,
-          [&](Diag_FTM& phone, DWORD& error) { return phone.EFS2_DIAG_REMOVE_FILE(path.c_str(), error); });
+    Change(path,
+           [&](Diag_FTM& phone, DWORD& error) { return phone.EFS2_DIAG_REMOVE_FILE(path.c_str(), error); });
 }
 
 void PhoneFolder::MakeLink(const std::string& path, const std::string& target) {
     const std::string stored = StoredTarget(target, m_mountPoint);
-    Order(path, [&](Diag_FTM& phone, DWORD& error) {
+    Change(path, [&](Diag_FTM& phone, DWORD& error) {
         return phone.EFS2_DIAG_MAKE_LINK(path.c_str(), stored.c_str(), error);
     });
 }
@@ -144,7 +144,7 @@ void PhoneFolder::Rename(const std::string& from, const std::string& to, bool ma
     }
     m_cache.Forget(to);
     m_cache.ForgetAttributes(FolderOf(to));
-    Order(from, [&](Diag_FTM& phone, DWORD& error) {
+    Change(from, [&](Diag_FTM& phone, DWORD& error) {
         return phone.EFS2_DIAG_RENAME(from.c_str(), to.c_str(), error = EIO);
     });
     m_files.Renamed(from, to);
@@ -166,10 +166,10 @@ OpenFilePtr PhoneFolder::Open(const std::string& path, DWORD flags, bool& isUnch
         throw PosixError{EISDIR};
     isUnchanged = m_cache.OpenedVersion(path, attributes);
     OpenFilePtr file = m_files.Open(path, flags, 0);
-    file->toldSize = attributes.size;
+    file->reportedSize = attributes.size;
     if (flags & kTruncate) {
         file->isWritten = true;
-        file->toldSize = 0;
+        file->reportedSize = 0;
         isUnchanged = false;
         Changed(path);
     }

@@ -1,4 +1,4 @@
-// The connection to the handset: taken when it is needed, given back when it is not.
+// The connection to the phone: opened when it is needed, closed when it is idle.
 #pragma once
 
 #include <cerrno>
@@ -15,33 +15,32 @@ namespace tools::mount {
 /// PhoneSession belongs to one thread at a time.
 class PhoneSession {
 public:
-    /// A session on a port, or on the first on which a handset answers (kAnyPort). Nothing is opened yet.
+    /// A session on a port, or on the first port on which a phone answers (kAnyPort). Opens nothing yet.
     explicit PhoneSession(unsigned short port) : PhoneSession(port, port) {}
-    /// A session on `port`; with `wanted` kAnyPort a handset is looked for on others once there is no such
-    /// port any more: one that is attached again may come back under another number.
+    /// A session on `port`. If `wanted` is kAnyPort and that port no longer exists, the phone is searched on
+    /// the others, because it may come back under another number.
     PhoneSession(unsigned short wanted, unsigned short port) : m_wantedPort(wanted), m_port(port) {}
 
-    /// RequireHandset takes the port and asks whether a handset answers. Throws Failure (no handset).
+    /// Opens the port and checks that a phone answers. Throws Failure (no handset).
     void RequireHandset();
-    /// The COM number; known after RequireHandset.
+    /// The COM number, valid after RequireHandset.
     unsigned short Port() const { return m_port; }
 
-    /// GiveBack closes the port. The next request takes it again.
+    /// Closes the port. The next request opens it again.
     void GiveBack() { m_context.reset(); }
 
-    /// Epoch counts how often the handset was lost. What the phone handed out before (descriptors) is not to
-    /// be used in a later epoch: after a restart it may have given the same numbers to others.
+    /// Counts how often the phone was lost. Descriptors of an earlier epoch must not be used, because the
+    /// phone may have reassigned them after a restart.
     unsigned Epoch() const { return m_epoch; }
 
-    /// Order makes one call, bool (Diag_FTM&, DWORD& error). Throws PosixError: the phone's error number; EIO
-    /// when it did not answer. A handset that turns out to be gone, or to have come back on a new line, ends
-    /// the epoch.
+    /// Makes one call, bool (Diag_FTM&, DWORD& error). Throws PosixError: the phone's error number, or EIO
+    /// when it did not answer. The epoch ends when the phone is gone or has come back on a new line.
     template <class Call>
     void Order(Call call) {
         Judge([&] { return Try(call); }, false);
     }
-    /// Query is Order for what may be asked twice and uses nothing that the phone handed out: on a line that
-    /// was dead it asks again when the handset is back.
+    /// Does the same for a call that may be repeated and uses no descriptor. If the line was dead, the call
+    /// is repeated when the phone is back.
     template <class Call>
     void Query(Call call) {
         Judge([&] { return Try(call); }, true);
@@ -73,10 +72,9 @@ private:
             throw PosixError{EIO};
     }
 
-    /// Connect makes sure that the port is open; after a loss, also that the handset answers. Throws
-    /// PosixError (EIO).
+    /// Ensures that the port is open and, after a loss, that the phone answers. Throws PosixError (EIO).
     void Connect();
-    /// Finds out why a call failed: returns when the handset answers. Throws PosixError (EIO).
+    /// Checks the phone after a failed call. Returns when it answers, otherwise throws PosixError (EIO).
     void LookForHandset();
     bool Open(unsigned short port);
 
@@ -85,7 +83,7 @@ private:
     unsigned m_epoch = 0;
     bool m_isLost = false;
     std::unique_ptr<void, Closing> m_context;
-    Diag_FTM* m_phone = nullptr; // the context's
+    Diag_FTM* m_phone = nullptr; // owned by the context
 };
 
 } // namespace tools::mount

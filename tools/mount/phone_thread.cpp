@@ -8,7 +8,7 @@
 namespace tools::mount {
 namespace {
 
-// Signals that a program only counts must not fail its calls: a phone that answers is done before that.
+// A signal that a program handles must not fail its calls. A phone that answers takes less time than this.
 constexpr auto kHealthy = std::chrono::seconds(1);
 constexpr auto kLookAgain = std::chrono::milliseconds(100);
 
@@ -91,7 +91,7 @@ void PhoneThread::DoStep(std::unique_lock<std::mutex>& lock) {
     }
     work->isDone = true;
     work->done.notify_one();
-    // What the work owned may post works of its own when it goes.
+    // Objects that the work owned may post works in their destructors.
     lock.unlock();
     work.reset();
     lock.lock();

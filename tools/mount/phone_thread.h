@@ -1,4 +1,4 @@
-// The one thread that talks to the phone, and the queue of those who want something from it.
+// The only thread that talks to the phone, and its queue of work.
 #pragma once
 
 #include <chrono>
@@ -11,27 +11,27 @@
 
 namespace tools::mount {
 
-/// One piece of work in steps: each call does one step, such as one block of a file; true: that was the last.
-/// It may throw PosixError, which ends the work.
+/// A piece of work in steps. Each call does one step, such as one block of a file, and returns true after the
+/// last one. It may throw PosixError, which ends the work.
 using Steps = std::function<bool()>;
 
-/// PhoneThread does the works of all callers on one thread, by turns: after each step of a work the next work
-/// in the queue gets its turn, so that a long copy does not hold up a listing. What the works use needs no
-/// lock. Run and Post may be called from any thread.
+/// PhoneThread runs the works of all callers on one thread. After each step of a work the next work in the
+/// queue has its turn, so a long copy does not delay a listing. The works need no locks. Run and Post may be
+/// called from any thread.
 class PhoneThread {
 public:
-    /// `onIdle` runs on the thread once nothing was asked for `idle`.
+    /// `onIdle` runs on the thread when there was no work for `idle`.
     PhoneThread(std::chrono::milliseconds idle, std::function<void()> onIdle);
-    /// Does what is in the queue, and ends the thread.
+    /// Runs the works in the queue and ends the thread.
     ~PhoneThread();
     PhoneThread(const PhoneThread&) = delete;
     PhoneThread& operator=(const PhoneThread&) = delete;
 
-    /// Run waits until `steps` is done, and throws what it threw. When that takes longer than a healthy phone
-    /// needs and `mayGiveUp` says so, it throws PosixError (EINTR) at once; the running step goes on, the
-    /// others are left out. So `steps` must own what it uses.
+    /// Waits until `steps` has ended, and throws what it threw. If that takes longer than a healthy phone
+    /// needs and `mayGiveUp` returns true, throws PosixError (EINTR) at once. The running step then
+    /// continues, and the remaining ones are skipped, so `steps` must own all that it uses.
     void Run(Steps steps, const std::function<bool()>& mayGiveUp);
-    /// Post leaves a work to the thread. What it throws is lost.
+    /// Adds a work without waiting for it. What it throws is lost.
     void Post(Steps steps);
 
 private:

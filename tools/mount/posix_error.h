@@ -1,17 +1,17 @@
-// How an operation of the mounted folder fails.
+// Failures of operations on the mounted folder.
 #pragma once
 
 #include "quillet.h"
 
 namespace tools::mount {
 
-/// Thrown by whatever cannot be done, with the errno value that the calling program gets.
+/// Thrown by operations that fail, with the errno value for the calling program.
 struct PosixError {
     int number;
 };
 
-/// HostErrno gives the errno value for an error number of the phone. Numbers that nobody knows are EIO, and
-/// so are those that would blame the program for what is the phone's own affair, such as a lost descriptor.
+/// Returns the errno value for an error number of the phone. Unknown numbers become EIO, and so do those that
+/// would blame the program for a problem of the phone's own, such as a lost descriptor.
 int HostErrno(DWORD phoneError);
 
 } // namespace tools::mount

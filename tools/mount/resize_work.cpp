@@ -32,7 +32,7 @@ bool ResizeWork::Step() {
     return true;
 }
 
-/// True when it is done with that.
+/// Returns true when the work is done.
 bool ResizeWork::Begin() {
     RequireUsablePath(m_path);
     const Attributes now = Stat(m_phone.session, m_path);
@@ -57,7 +57,8 @@ void ResizeWork::Empty() {
     files.With(file, [&] { files.Settle(*file); });
 }
 
-/// A byte at the new end: what lies between reads as zeros. Whether the phone sees it so, it is asked.
+/// Writes a byte at the new end; the bytes before it read as zeros. Then checks that the phone reports the
+/// new size.
 void ResizeWork::Extend() {
     OpenFiles& files = m_phone.folder.Files();
     const OpenFilePtr file = files.Open(m_path, kWriteOnly, 0);
@@ -86,7 +87,7 @@ void ResizeWork::CopyBlock() {
     const auto wanted = std::min<uint64_t>(block.size(), m_length - m_done);
     const size_t read = files.Read(*m_original, m_done, std::span(block).first(wanted));
     if (read == 0)
-        throw PosixError{EIO}; // it has become shorter meanwhile
+        throw PosixError{EIO}; // the file has become shorter meanwhile
     for (size_t done = 0; done < read;)
         done += files.Write(*m_copy, m_done + done, std::span(block).first(read).subspan(done));
     m_done += read;

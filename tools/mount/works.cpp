@@ -7,11 +7,13 @@
 namespace tools::mount {
 namespace {
 
-// A listing is good for a moment; a long one, which was old already when it ended, for as long as it took.
+// A listing is valid for a moment. A long one, whose first entries are old when it ends, is valid for as long
+// as it took.
 constexpr auto kShortestValidity = std::chrono::seconds(1);
 constexpr auto kLongestValidity = std::chrono::seconds(10);
 
-/// The mode of a listed entry: its kind and the phone's mode bits must not contradict each other.
+/// Takes the mode of a listed entry. Returns false when its kind and the phone's mode bits contradict each
+/// other.
 bool TakeMode(const Efs2DirEntry& listed, Attributes& attributes) {
     const mode_t kind = listed.iType == EFS2_ENTRY_FILE        ? S_IFREG
                         : listed.iType == EFS2_ENTRY_DIRECTORY ? S_IFDIR
@@ -22,7 +24,8 @@ bool TakeMode(const Efs2DirEntry& listed, Attributes& attributes) {
     return kind != 0 && (said == 0 || said == kind);
 }
 
-/// "." and "..", which the system makes itself, and names that no folder of this computer can hold.
+/// False for "." and "..", which the system adds itself, and for names that no folder of this computer can
+/// contain.
 bool IsShown(const Efs2DirEntry& listed, const std::string& name) {
     return !listed.bNameIsCut && name != "." && name != ".." && !name.empty() &&
            name.find('/') == std::string::npos;
@@ -39,8 +42,8 @@ bool ReadWork::Step() {
         return true;
     const size_t read = m_phone.folder.Files().Read(*m_file, m_offset + m_done, rest.first(wanted));
     m_done += read;
-    // The system asks for whole pages; where the file is known to end, no request has to find that out.
-    return read < wanted || m_done == m_data.size() || m_offset + m_done == m_file->toldSize;
+    // The system reads whole pages. If the end of the file is known, no request is needed to find it.
+    return read < wanted || m_done == m_data.size() || m_offset + m_done == m_file->reportedSize;
 }
 
 bool WriteWork::Step() {
@@ -52,7 +55,7 @@ bool WriteWork::Step() {
         m_phone.folder.Changed(m_file->path);
         if (m_done == 0)
             throw;
-        return true; // the next write meets the same reason
+        return true; // the next write fails for the same reason
     }
     if (m_done < m_data.size())
         return false;

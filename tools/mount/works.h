@@ -1,4 +1,4 @@
-// What takes more than one request: works for the phone's thread, one block or entry per step.
+// Work that takes several requests, for the phone's thread: one block or entry per step.
 #pragma once
 
 #include <memory>
@@ -10,7 +10,7 @@
 
 namespace tools::mount {
 
-/// Phone is what the works work on.
+/// The objects that the works use.
 struct Phone {
     PhoneSession& session;
     PhoneFolder& folder;
@@ -23,7 +23,7 @@ public:
     ReadWork(const Phone& phone, OpenFilePtr file, uint64_t offset, size_t size)
         : m_phone(phone), m_file(std::move(file)), m_offset(offset), m_data(size) {}
     bool Step();
-    /// What was read; less than was asked for where the file ends.
+    /// The data that was read; less than requested at the end of the file.
     std::span<const unsigned char> Data() const { return std::span(m_data).first(m_done); }
 
 private:
@@ -39,7 +39,7 @@ class WriteWork {
 public:
     WriteWork(const Phone& phone, OpenFilePtr file, uint64_t offset, std::span<const unsigned char> data)
         : m_phone(phone), m_file(std::move(file)), m_offset(offset), m_data(data.begin(), data.end()) {}
-    /// Throws when not even the first block was taken.
+    /// Throws when not even the first block was written.
     bool Step();
     /// How many bytes the phone acknowledged.
     size_t Done() const { return m_done; }
@@ -56,7 +56,7 @@ private:
 class ListWork {
 public:
     ListWork(const Phone& phone, std::string folder) : m_phone(phone), m_folder(std::move(folder)) {}
-    /// Closes the folder on the phone when the work was broken off.
+    /// Closes the folder on the phone when the work was interrupted.
     ~ListWork();
     ListWork(const ListWork&) = delete;
     ListWork& operator=(const ListWork&) = delete;
@@ -78,13 +78,13 @@ private:
     DWORD m_sequence = 0;
 };
 
-/// ResizeWork gives a file another length. The phone can only empty files, so what is to become shorter is
-/// copied, and the copy takes the file's place when it is whole.
+/// ResizeWork changes the length of a file. The phone can only empty files. To make one shorter, its
+/// beginning is copied, and the complete copy replaces the file.
 class ResizeWork {
 public:
     ResizeWork(const Phone& phone, std::string path, uint64_t length)
         : m_phone(phone), m_path(std::move(path)), m_length(length) {}
-    /// Removes the copy when the work was broken off.
+    /// Removes the copy when the work was interrupted.
     ~ResizeWork();
     ResizeWork(const ResizeWork&) = delete;
     ResizeWork& operator=(const ResizeWork&) = delete;

@@ -72,7 +72,7 @@ void AddVersion(const Phone& phone, Facts& facts) {
     if (!phone->DIAG_VERNO_F(&version))
         return facts.Missing({"compiled", "released", "version_directory", "station_class", "air_interface",
                               "model", "firmware_revision", "slot_cycle", "hardware_version"},
-                             phone.NoAnswer("the version").what());
+                             phone.NoResponse("the version").what());
     facts.Text("compiled", FieldText(version.sCompileDate) + " " + FieldText(version.sCompileTime));
     facts.Text("released", FieldText(version.sReleaseDate) + " " + FieldText(version.sReleaseTime));
     facts.Text("version_directory", FieldText(version.sVersionDirectory));
@@ -91,7 +91,7 @@ void AddBuild(const Phone& phone, Facts& facts) {
     char modelName[PhoneIdentity::kBuildTextSize] = "";
     if (!phone->DIAG_EXT_BUILD_ID_F(hardware, model, software, modelName))
         return facts.Missing({"software", "model_name", "modem_version", "mobile_model"},
-                             phone.NoAnswer("the build").what());
+                             phone.NoResponse("the build").what());
     facts.Text("software", software);
     facts.Text("model_name", modelName);
     facts.Text("modem_version", HexNumber(hardware));
@@ -108,7 +108,7 @@ void AddState(const Phone& phone, Facts& facts) {
     if (phone->DIAG_STATUS_F(status))
         facts.Number("status", status);
     else
-        facts.Missing({"status"}, phone.NoAnswer("the status").what());
+        facts.Missing({"status"}, phone.NoResponse("the status").what());
 }
 
 void AddFileSystem(const Phone& phone, Facts& facts) {
@@ -130,7 +130,7 @@ void AddFileSystem(const Phone& phone, Facts& facts) {
                              isAnswered
                                  ? "the phone refused to report its file-system figures (error number " +
                                        std::to_string(error) + ")"
-                                 : phone.NoAnswer("the file-system figures").what());
+                                 : phone.NoResponse("the file-system figures").what());
     facts.Number("block_size", blockSize);
     facts.Number("total_bytes", uint64_t{blockSize} * total);
     facts.Number("available_bytes", uint64_t{blockSize} * available);

@@ -17,7 +17,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// Feed passes unsolicited packets from the library's thread to the command's thread. When they arrive faster
-/// than they are taken, it keeps the newest ones.
+/// than they are processed, it drops the oldest ones.
 class Feed : public CQLibEvents_Listener {
 public:
     explicit Feed(const Phone& phone) : m_phone(phone) { m_phone->AddEventListener(this, nullptr); }
@@ -27,7 +27,7 @@ public:
 
     void messageReceived(LONG length, unsigned char* data, unsigned int, LONG, short, DWORD) override {
         const std::span<const unsigned char> packet(data, static_cast<size_t>(std::max<LONG>(length, 0)));
-        if (!IsUnasked(packet))
+        if (!IsUnsolicited(packet))
             return;
         ++m_received;
         m_queue.Push(packet);

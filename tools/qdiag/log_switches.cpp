@@ -35,14 +35,14 @@ void LogSwitches::KeepMask(unsigned char equipment, DWORD lastItem) {
     auto size = static_cast<unsigned short>(mask.size());
     if (!m_phone->ReadExtendedLogMask(LOG_MASK_GET, mask.data(), size) || mask[0] != equipment ||
         mask[1] != 0 || mask[2] != 0 || mask[3] != 0)
-        throw m_phone.NoAnswer("its log mask");
+        throw m_phone.NoResponse("its log mask");
     m_masks.push_back(std::move(mask));
 }
 
 void LogSwitches::AddCodes(unsigned char equipment, const std::vector<unsigned short>& codes) {
     DWORD lastItem = 0;
     if (!m_phone->DIAG_GetLogRanges(equipment, lastItem))
-        throw m_phone.NoAnswer("its log codes");
+        throw m_phone.NoResponse("its log codes");
     for (const unsigned short code : codes) {
         if (code % kMostItems > lastItem)
             throw Failure("the phone has no log code " + CodeName(code));
@@ -50,25 +50,25 @@ void LogSwitches::AddCodes(unsigned char equipment, const std::vector<unsigned s
     KeepMask(equipment, std::min(lastItem, kMostItems - 1));
     if (!m_phone->DIAG_AddExtendedLogCodes(equipment, codes.data(),
                                            static_cast<unsigned short>(codes.size())))
-        throw m_phone.NoAnswer("log code " + CodeName(codes.front()));
+        throw m_phone.NoResponse("log code " + CodeName(codes.front()));
 }
 
 void LogSwitches::AddMessages(unsigned short subsystem) {
     m_subsystems.push_back(subsystem);
     if (!m_phone->DIAG_SetMessageFilter(subsystem, kAllKinds))
-        throw m_phone.NoAnswer("the messages of subsystem " + std::to_string(subsystem));
+        throw m_phone.NoResponse("the messages of subsystem " + std::to_string(subsystem));
 }
 
 void LogSwitches::AddEvents() {
     m_hasEvents = true;
     if (!m_phone->DIAG_EventReportControl(true))
-        throw m_phone.NoAnswer("event reports");
+        throw m_phone.NoResponse("event reports");
 }
 
 void LogSwitches::Undo() {
     if (!SwitchBack())
         throw Failure(
-            "the phone's log settings could not be restored; it may go on sending what was enabled");
+            "the phone's log settings could not be restored; it may continue to send what was enabled");
 }
 
 bool LogSwitches::SwitchBack() {

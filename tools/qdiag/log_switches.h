@@ -8,7 +8,7 @@
 
 namespace tools::qdiag {
 
-/// LogSwitches restores the phone when it is destroyed. Log masks get their former contents. Messages and
+/// LogSwitches restores the phone when it is destroyed. Log masks get their former content. Messages and
 /// events are switched off, because phones do not report their former state. Each Add function throws Failure
 /// when the phone does not comply.
 class LogSwitches {

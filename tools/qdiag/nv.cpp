@@ -16,11 +16,11 @@ constexpr unsigned short kReadOnly = 7;
 
 } // namespace
 
-NvAnswer ReadNvItem(const Phone& phone, unsigned short item) {
-    NvAnswer answer;
-    answer.isAnswered = phone->DIAG_NV_READ_F(item, answer.value.data(),
-                                              static_cast<int>(answer.value.size()), answer.status);
-    return answer;
+NvResponse ReadNvItem(const Phone& phone, unsigned short item) {
+    NvResponse response;
+    response.isAnswered = phone->DIAG_NV_READ_F(item, response.value.data(),
+                                                static_cast<int>(response.value.size()), response.status);
+    return response;
 }
 
 std::string ItemName(unsigned short item) {
@@ -31,7 +31,7 @@ unsigned short ParseItem(const std::string& text) {
     return static_cast<unsigned short>(ParseNumber(text, 0xFFFF, "NV item"));
 }
 
-void RequireAnswers(const Phone& phone, const std::string& what) {
+void RequireAnsweringPhone(const Phone& phone, const std::string& what) {
     if (!phone.Answers())
         throw Failure("the handset stopped answering; " + what + " failed");
 }
@@ -42,13 +42,13 @@ void NvReadCommand(const Job& job) {
                               ? NvItems::kItemSize
                               : ParseNumber(job.arguments[1], NvItems::kItemSize, "length");
     const Phone phone(job);
-    const NvAnswer answer = ReadNvItem(phone, item);
-    if (!answer.isAnswered)
-        throw phone.NoAnswer(ItemName(item));
-    if (answer.status != 0)
+    const NvResponse response = ReadNvItem(phone, item);
+    if (!response.isAnswered)
+        throw phone.NoResponse(ItemName(item));
+    if (response.status != 0)
         throw Failure("the phone refuses to read " + ItemName(item) + " (status " +
-                      std::to_string(answer.status) + ")");
-    std::printf("%s\n", HexText(std::span(answer.value).first(length)).c_str());
+                      std::to_string(response.status) + ")");
+    std::printf("%s\n", HexText(std::span(response.value).first(length)).c_str());
 }
 
 void NvWriteCommand(const Job& job) {
@@ -59,7 +59,7 @@ void NvWriteCommand(const Job& job) {
     const Phone phone(job);
     unsigned short status = 0;
     if (!phone->DIAG_NV_WRITE_F(item, bytes->data(), static_cast<int>(bytes->size()), status))
-        throw phone.NoAnswer("writing " + ItemName(item));
+        throw phone.NoResponse("writing " + ItemName(item));
     if (status != 0)
         throw Failure("the phone refused to write " + ItemName(item) + " (status " + std::to_string(status) +
                       (status == kReadOnly ? ", read-only)" : ")"));

@@ -12,14 +12,14 @@ namespace tools::qdiag {
 using NvValue = std::array<unsigned char, NvItems::kItemSize>;
 
 /// The phone's response to the request for an item.
-struct NvAnswer {
+struct NvResponse {
     bool isAnswered = false;
     unsigned short status = 0; // 0: `value` is valid
     NvValue value{};
 };
 
 /// Requests an item from the phone.
-NvAnswer ReadNvItem(const Phone& phone, unsigned short item);
+NvResponse ReadNvItem(const Phone& phone, unsigned short item);
 
 /// Returns the name of an item in messages: "NV item 71".
 std::string ItemName(unsigned short item);
@@ -28,6 +28,6 @@ std::string ItemName(unsigned short item);
 unsigned short ParseItem(const std::string& text);
 
 /// Throws Failure when the phone no longer answers; its text says that `what` failed.
-void RequireAnswers(const Phone& phone, const std::string& what);
+void RequireAnsweringPhone(const Phone& phone, const std::string& what);
 
 } // namespace tools::qdiag

@@ -55,16 +55,16 @@ Counts CopyItems(const Phone& phone, const Range& range, NvFileWriter& file) {
         if (Interrupted())
             throw Failure("interrupted: no backup was written");
         const auto item = static_cast<unsigned short>(range.first + done);
-        const NvAnswer answer = ReadNvItem(phone, item);
-        if (!answer.isAnswered) {
-            RequireAnswers(phone, "the backup");
+        const NvResponse response = ReadNvItem(phone, item);
+        if (!response.isAnswered) {
+            RequireAnsweringPhone(phone, "the backup");
             file.AddComment("no response to the request for item " + std::to_string(item));
             if (counts.unanswered++ == 0)
                 counts.firstUnanswered = item;
-        } else if (answer.status != 0) {
+        } else if (response.status != 0) {
             ++counts.refused;
         } else {
-            file.Add(item, answer.value);
+            file.Add(item, response.value);
             ++counts.kept;
         }
         progress.ReportSteps(done + 1, total);

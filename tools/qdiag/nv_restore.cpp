@@ -18,7 +18,7 @@ namespace {
 struct Difference {
     unsigned short item;
     NvValue wanted;
-    NvAnswer onPhone;
+    NvResponse onPhone;
 };
 
 /// The result of the batch commands.
@@ -41,11 +41,11 @@ std::vector<Difference> Compare(const Phone& phone, const std::map<unsigned shor
     Progress progress("comparing");
     size_t done = 0;
     for (const auto& [item, wanted] : items) {
-        const NvAnswer answer = ReadNvItem(phone, item);
-        if (!answer.isAnswered)
-            throw Failure(std::string(phone.NoAnswer(ItemName(item)).what()) + "; nothing was written");
-        if (answer.status != 0 || answer.value != wanted)
-            differences.push_back({item, wanted, answer});
+        const NvResponse response = ReadNvItem(phone, item);
+        if (!response.isAnswered)
+            throw Failure(std::string(phone.NoResponse(ItemName(item)).what()) + "; nothing was written");
+        if (response.status != 0 || response.value != wanted)
+            differences.push_back({item, wanted, response});
         progress.ReportSteps(++done, items.size());
     }
     return differences;
@@ -53,10 +53,10 @@ std::vector<Difference> Compare(const Phone& phone, const std::map<unsigned shor
 
 void Show(const std::vector<Difference>& differences) {
     for (const Difference& difference : differences) {
-        const NvAnswer& answer = difference.onPhone;
-        const std::string held = answer.status == 0
-                                     ? ValueText(answer.value)
-                                     : "(refused, status " + std::to_string(answer.status) + ")";
+        const NvResponse& response = difference.onPhone;
+        const std::string held = response.status == 0
+                                     ? ValueText(response.value)
+                                     : "(refused, status " + std::to_string(response.status) + ")";
         std::printf("%s\n  handset  %s\n  file     %s\n", ItemName(difference.item).c_str(), held.c_str(),
                     ValueText(difference.wanted).c_str());
     }
@@ -65,9 +65,9 @@ void Show(const std::vector<Difference>& differences) {
 void RequireConsent() {
     std::printf("Write them to the phone? [y/N] ");
     std::fflush(stdout);
-    std::string answer;
-    std::getline(std::cin, answer);
-    if (answer != "y" && answer != "Y" && answer != "yes")
+    std::string reply;
+    std::getline(std::cin, reply);
+    if (reply != "y" && reply != "Y" && reply != "yes")
         throw Failure("not confirmed: nothing was written");
 }
 
@@ -100,13 +100,13 @@ size_t CountWrong(const Phone& phone, const std::vector<Difference>& differences
                   const std::vector<unsigned short>& mayStay) {
     size_t wrong = 0;
     for (const Difference& difference : differences) {
-        const NvAnswer answer = ReadNvItem(phone, difference.item);
-        if (!answer.isAnswered)
-            RequireAnswers(phone, "the values of the items are unknown; the restore");
-        if (answer.isAnswered && answer.status == 0 && answer.value == difference.wanted)
+        const NvResponse response = ReadNvItem(phone, difference.item);
+        if (!response.isAnswered)
+            RequireAnsweringPhone(phone, "the values of the items are unknown; the restore");
+        if (response.isAnswered && response.status == 0 && response.value == difference.wanted)
             continue;
         const bool isAllowed = std::ranges::find(mayStay, difference.item) != mayStay.end();
-        const char* state = answer.isAnswered ? "does NOT hold the file's value" : "cannot be read back";
+        const char* state = response.isAnswered ? "does NOT hold the file's value" : "cannot be read back";
         std::printf("%s %s\n", ItemName(difference.item).c_str(),
                     isAllowed ? "may be read-only and stays as it is" : state);
         wrong += isAllowed ? 0 : 1;

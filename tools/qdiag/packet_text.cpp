@@ -33,7 +33,7 @@ std::string DescribeResponse(std::span<const unsigned char> packet) {
 
 } // namespace
 
-bool IsUnasked(std::span<const unsigned char> packet) {
+bool IsUnsolicited(std::span<const unsigned char> packet) {
     if (packet.size() >= 3 && packet[0] == kEvents)
         return packet[1] != 0 || packet[2] != 0; // without events: the response to a request
     return !packet.empty() && (packet[0] == kLog || packet[0] == kOldMessage || packet[0] == kMessage);
@@ -65,7 +65,7 @@ std::string PacketText::DescribeMessage(std::span<const unsigned char> packet) {
 }
 
 std::string PacketText::Describe(std::span<const unsigned char> packet) {
-    if (!IsUnasked(packet))
+    if (!IsUnsolicited(packet))
         return DescribeResponse(packet);
     return packet[0] == kEvents ? DescribeEvents(packet) : DescribeMessage(packet);
 }

@@ -9,7 +9,7 @@
 namespace tools::qdiag {
 
 /// Returns true for a packet that the phone sends unsolicited: a log record, a message or an event report.
-bool IsUnasked(std::span<const unsigned char> packet);
+bool IsUnsolicited(std::span<const unsigned char> packet);
 
 /// PacketText describes packets. It uses a connection of its own, which is never opened, so that nothing is
 /// added to the text log of the connection to the phone. One thread.

@@ -56,7 +56,7 @@ Phone::Phone(const Job& job) {
         m_phone->ConfigureTimeOut(QMSL_TimeOut_SyncRequest, static_cast<DWORD>(timeout));
 }
 
-Failure Phone::NoAnswer(const std::string& what) const {
+Failure Phone::NoResponse(const std::string& what) const {
     const double seconds = m_phone->GetTimeOut(QMSL_TimeOut_SyncRequest) / 1000.0;
     char limit[32];
     std::snprintf(limit, sizeof limit, "%g s", seconds);

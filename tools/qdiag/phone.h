@@ -22,7 +22,7 @@ public:
     /// Returns true when the phone answers now.
     bool Answers() const { return m_phone->IsPhoneConnected(); }
     /// Returns the failure to throw when the request for `what` was not answered.
-    Failure NoAnswer(const std::string& what) const;
+    Failure NoResponse(const std::string& what) const;
 
 private:
     struct Closing {

@@ -13,7 +13,7 @@ void MakeFolder(Session& session, const PhonePath& path) {
         Fail(session, "making the folder", "the phone refused to make the folder " + Quoted(path.Text()));
 }
 
-/// Makes a folder and those above it, as far as they are missing.
+/// Makes a folder and the missing folders above it.
 void MakeFolders(Session& session, const PhonePath& path) {
     const std::optional<Entry> entry = session.Find(path);
     if (entry && !entry->isFolder && !session.IsFolder(path))
@@ -21,7 +21,7 @@ void MakeFolders(Session& session, const PhonePath& path) {
     if (entry)
         return;
     MakeFolders(session, path.Folder());
-    AfterTheBeginning([&] { MakeFolder(session, path); });
+    WithoutNoHandsetStatus([&] { MakeFolder(session, path); });
 }
 
 void Move(Session& session, const Found& source, const PhonePath& to, bool force) {
@@ -54,7 +54,7 @@ void MoveCommand(Session& session, const Job& job) {
     for (size_t i = 0; i + 1 < job.arguments.size(); ++i) {
         const std::vector<Found> found = lookup.Expand(job.arguments[i]);
         if (found.empty())
-            throw Failure(NothingFits(job.arguments[i], "file or folder"));
+            throw Failure(NoMatchReason(job.arguments[i], "file or folder"));
         sources.insert(sources.end(), found.begin(), found.end());
     }
     for (const Found& source : sources)
@@ -92,8 +92,8 @@ void LinkCommand(Session& session, const Job& job) {
     const int result = session.TypedCommand(
         "ln \"" + QuoteArgument(target.Text()) + "\" \"" + QuoteArgument(name) + "\"", unused);
     std::string reason = session.TakeReason();
-    // The phone's refusal does not show in the result; the listing shows whether the link is there.
-    if (result == FS_EXEC_OK && AfterTheBeginning([&] { return session.Find(link); }))
+    // The result does not show whether the phone refused; the listing shows whether the link exists.
+    if (result == FS_EXEC_OK && WithoutNoHandsetStatus([&] { return session.Find(link); }))
         return;
     if (!reason.empty())
         throw Failure(reason);

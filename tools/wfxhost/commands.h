@@ -8,7 +8,7 @@
 
 namespace tools::wfxhost {
 
-// The commands work on a plug-in that is started. They return after a success and throw Failure otherwise.
+// The plug-in must have been started. Each command returns when it succeeded and throws Failure otherwise.
 
 // list_commands.cpp
 void ListCommand(Session& session, const Job& job);
@@ -30,21 +30,21 @@ void LinkCommand(Session& session, const Job& job);
 void ChangeFolderCommand(Session& session, const Job& job);
 void PropertiesCommand(Session& session, const Job& job);
 
-/// Existing returns the entry at `path`; throws Failure when there is none.
+/// Returns the entry at `path`. Throws Failure when there is none.
 Entry Existing(Session& session, const PhonePath& path);
 
-/// RequireNotRoot throws Failure for the root folder, with which some things cannot be done.
+/// Throws Failure when `path` is the root folder, which cannot be removed or moved.
 void RequireNotRoot(const PhonePath& path);
 
-/// Fail throws the failure of the operation that was just tried: with the plug-in's reason if it sent one,
-/// else "WHAT failed: the handset stopped answering" when that is so, else `otherwise`.
+/// Throws the Failure of the operation that was just tried. The reason is the plug-in's if it sent one, else
+/// "WHAT failed: the handset stopped answering" if that is so, else `otherwise`.
 [[noreturn]] void Fail(Session& session, const std::string& what, const std::string& otherwise);
 
-/// IntoFolder returns the path that a move to `typed` really means: inside it, under `name`, when it is a
-/// folder (or was typed as one), else `typed` itself.
+/// Returns the path that a move to `typed` really leads to: `name` inside `typed` when that is a folder or
+/// was typed as one, else `typed` itself.
 PhonePath IntoFolder(Session& session, const PhonePath& typed, const std::string& name);
 
-/// RequireTargetFolder throws when the folder that is to hold `path` does not exist.
+/// Throws Failure when the folder that is to contain `path` does not exist.
 void RequireTargetFolder(Session& session, const PhonePath& path);
 
 } // namespace tools::wfxhost

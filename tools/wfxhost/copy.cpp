@@ -26,7 +26,7 @@ bool LocalExists(const fs::path& file) {
     return fs::exists(file, error);
 }
 
-/// Whether a local file can be written, tried without changing one that exists.
+/// Returns true when a local file can be written. An existing file is not changed.
 bool CanWrite(const fs::path& file) {
     const bool existed = LocalExists(file);
     const bool can = std::ofstream(file, std::ios::binary | std::ios::app).good();
@@ -66,7 +66,7 @@ CopyResult Done(uint64_t bytes) {
     return result;
 }
 
-/// What the interface's result codes mean, for plug-ins that send no reason.
+/// Explains a result code of the interface, for plug-ins that send no reason.
 const char* MeaningOf(int result) {
     switch (result) {
         case FS_FILE_NOTFOUND:
@@ -82,7 +82,7 @@ const char* MeaningOf(int result) {
     }
 }
 
-/// The failures that mean the same in both directions. `doubt` is the reason for others where the plug-in
+/// The failures that mean the same in both directions. `doubt` is the reason for the others if the plug-in
 /// sends none.
 CopyResult CopyFailure(Session& session, int result, const std::string& target, const std::string& doubt) {
     std::string reason = session.TakeReason();
@@ -95,10 +95,10 @@ CopyResult CopyFailure(Session& session, int result, const std::string& target, 
     return Failed(reason.empty() ? doubt : reason);
 }
 
-/// `arrival` is the file that was written to be `localFile`.
+/// `arrival` is the file that was written, under its temporary or final name.
 CopyResult GetFailure(Session& session, int result, const PhonePath& path, const fs::path& localFile,
                       const fs::path& arrival) {
-    std::string doubt = "the phone did not hand out the whole file " + Quoted(path.Text());
+    std::string doubt = "the phone did not send the whole file " + Quoted(path.Text());
     if (result == FS_FILE_NOTFOUND)
         doubt = "the phone has no file " + Quoted(path.Text());
     else if (result != FS_FILE_WRITEERROR)
@@ -113,8 +113,8 @@ CopyResult GetFailure(Session& session, int result, const PhonePath& path, const
 }
 
 CopyResult PutFailure(Session& session, int result, const fs::path& localFile, const PhonePath& path) {
-    std::string doubt = "the phone did not take the file as " + Quoted(path.Text()) +
-                        "; perhaps it has no room for it, or does not allow it there";
+    std::string doubt = "the phone did not accept the file as " + Quoted(path.Text()) +
+                        "; it may be full, or may not allow the file there";
     if (result == FS_FILE_READERROR || !std::ifstream(localFile, std::ios::binary))
         doubt = "cannot read " + Quoted(localFile.string());
     else if (result != FS_FILE_WRITEERROR)
@@ -134,7 +134,8 @@ ProgressFunction StoppedByInterrupt(const PercentFunction& report) {
     };
 }
 
-/// Where a file from the phone arrives: under a name of its own beside its target where that is possible.
+/// The local file that a copy from the phone writes: one with a temporary name in the folder of its target,
+/// if possible.
 class Arrival {
 public:
     explicit Arrival(const fs::path& target) : m_target(target) {
@@ -151,7 +152,7 @@ public:
 
     const fs::path& File() const { return m_file; }
 
-    /// Gives the complete file its final name. Returns the reason when that fails, and removes it.
+    /// Renames the complete file to its final name. When that fails, removes it and returns the reason.
     std::string Complete() const {
         if (!m_isBeside)
             return "";
@@ -166,7 +167,8 @@ public:
         return "cannot write " + Quoted(m_target.string()) + ": " + error.message();
     }
 
-    /// Removes what a failed copy left. Returns what is to be said about the file that was there before.
+    /// Removes what a failed copy left. Returns a remark for the user if the file that existed before has
+    /// changed.
     std::string CleanUp() const {
         std::error_code error;
         if (m_isBeside || !m_existed)
@@ -187,8 +189,8 @@ private:
 
 CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, const fs::path& localFile,
                   bool force, const PercentFunction& report) {
-    if (!path.IsTellable())
-        return Failed(UntellableReason(path));
+    if (!path.IsRepresentable())
+        return Failed(UnrepresentableReason(path));
     if (!force && LocalExists(localFile))
         return Failed(ExistsReason(localFile.string()));
     const Arrival arrival(localFile);
@@ -205,17 +207,17 @@ CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, c
     CopyResult result = Done(LocalSize(arrival.File()));
     if (const std::string reason = arrival.Complete(); !reason.empty())
         return Failed(reason);
-    // A link's own size may differ from that of the file it leads to, so this is no failure.
+    // Not a failure: the size of a link may differ from that of the file it leads to.
     if (result.bytes != entry.size)
         result.remark = "the phone lists " + Quoted(path.Text()) + " with " + std::to_string(entry.size) +
-                        " bytes, but handed out " + std::to_string(result.bytes);
+                        " bytes, but sent " + std::to_string(result.bytes);
     return result;
 }
 
 CopyResult TryPut(Session& session, const fs::path& localFile, const PhonePath& path, bool force,
                   const PercentFunction& report) {
-    if (!path.IsTellable())
-        return Failed(UntellableReason(path));
+    if (!path.IsRepresentable())
+        return Failed(UnrepresentableReason(path));
     const std::string name = LibraryName(localFile);
     if (name.empty())
         return Failed(NamelessReason(localFile));

@@ -20,7 +20,7 @@ struct TargetFile {
     int64_t time; // seconds since 1970
 };
 
-/// Carries a copy out; a direction says how.
+/// Copies a tree; derived classes implement the two directions.
 class CopyJob {
 public:
     CopyJob(Session& session, const Tree& tree, const CopyOptions& options)
@@ -46,14 +46,14 @@ public:
     }
 
 protected:
-    /// MakeFolder makes sure that the target has an item's folder. Returns the reason when that fails.
+    /// Makes the folder of an item at the target unless it exists. Returns the reason when that fails.
     virtual std::string MakeFolder(const TreeItem& item) = 0;
     virtual CopyResult Copy(const TreeItem& item, bool force, const PercentFunction& report) = 0;
-    /// IsFolderLink says whether a file that could not be copied is a link to a folder.
+    /// Returns true when a file that could not be copied is a link to a folder.
     virtual bool IsFolderLink(const TreeItem& item) = 0;
-    /// Target returns what is in the place where an item goes.
+    /// Returns the existing file or folder that an item would replace, if any.
     virtual std::optional<TargetFile> Target(const TreeItem& item) = 0;
-    /// Time returns when an item's source was written, in seconds since 1970.
+    /// Returns the modification time of an item's source, in seconds since 1970.
     virtual int64_t Time(const TreeItem& item) = 0;
     virtual std::string Source(const TreeItem& item) const = 0;
     virtual std::string Destination(const TreeItem& item) const = 0;
@@ -70,7 +70,7 @@ private:
             return m_report.FolderMade();
         if (!m_session.Answers())
             m_stop = "the handset no longer answers";
-        m_report.FolderFailed(reason + ", with all that it holds");
+        m_report.FolderFailed(reason + ", and everything in it");
         m_lostFolder = item.phone.Text() + "/";
     }
 
@@ -98,13 +98,13 @@ private:
             return m_report.LinkLeft(item);
         m_report.Failed(item, result.remark);
         if (result.isHopeless)
-            m_stop = Interrupted() ? "interrupted" : "as others would fail as well";
+            m_stop = Interrupted() ? "interrupted" : "as the other files would fail as well";
     }
 
     const Tree& m_tree;
     CopyReport m_report;
-    std::string m_lostFolder; // the last one that could not be made; with a '/' at its end
-    std::string m_stop;       // why it ends early
+    std::string m_lostFolder; // the last folder that could not be made, with a '/' at the end
+    std::string m_stop;       // why the copy ends early
 };
 
 class FromPhone : public CopyJob {
@@ -119,7 +119,7 @@ private:
         if (fs::is_directory(item.local, ignored))
             return "";
         return "cannot make the folder " + Quoted(item.local.string()) +
-               (error ? ": " + error.message() : ", where a file is");
+               (error ? ": " + error.message() : ": a file has that name");
     }
 
     CopyResult Copy(const TreeItem& item, bool force, const PercentFunction& report) override {
@@ -128,8 +128,9 @@ private:
 
     bool IsFolderLink(const TreeItem& item) override {
         Entry entry;
-        const bool hasEntries = item.phone.IsTellable() && Session::Walk(m_session, item.phone).Next(entry);
-        m_session.TakeReason(); // of the question; the copy's own reason is known
+        const bool hasEntries =
+            item.phone.IsRepresentable() && Session::Walk(m_session, item.phone).Next(entry);
+        m_session.TakeReason(); // discarded: the reason of the copy is known already
         return hasEntries;
     }
 
@@ -153,7 +154,7 @@ public:
 
 private:
     std::string MakeFolder(const TreeItem& item) override {
-        // Some systems' plug-ins refuse a folder that is there.
+        // On some systems plug-ins refuse to make a folder that exists.
         if (item.phone.IsRoot() || m_session.MakeFolder(item.phone))
             return "";
         const std::string reason = m_session.TakeReason();
@@ -186,12 +187,12 @@ private:
 
 void CopyFromPhone(Session& session, const Tree& tree, const CopyOptions& options) {
     const InterruptGuard guard;
-    AfterTheBeginning([&] { FromPhone(session, tree, options).Run(); });
+    WithoutNoHandsetStatus([&] { FromPhone(session, tree, options).Run(); });
 }
 
 void CopyToPhone(Session& session, const Tree& tree, const CopyOptions& options) {
     const InterruptGuard guard;
-    AfterTheBeginning([&] { ToPhone(session, tree, options).Run(); });
+    WithoutNoHandsetStatus([&] { ToPhone(session, tree, options).Run(); });
 }
 
 } // namespace tools::wfxhost

@@ -1,4 +1,4 @@
-// The copy of files and folders, with its progress, its failures and its result printed.
+// Copying files and folders, and printing the progress, the failures and the result.
 #pragma once
 
 #include "wfxhost/session.h"
@@ -7,17 +7,17 @@
 namespace tools::wfxhost {
 
 struct CopyOptions {
-    bool force = false;  // existing files are replaced
-    bool update = false; // existing files are replaced when they differ in size or the source is newer
-    bool dryRun = false; // nothing is copied; what would be is printed
-    bool json = false;   // the result is printed as a JSON object
+    bool force = false;  // replace existing files
+    bool update = false; // replace existing files whose size differs or whose source is newer
+    bool dryRun = false; // copy nothing; print what would be copied
+    bool json = false;   // print the result as a JSON object
 };
 
-/// CopyFromPhone and CopyToPhone copy what is in a tree. Folders that are there already are filled up.
+/// CopyFromPhone and CopyToPhone copy a tree. Existing folders are merged.
 ///
-/// What cannot be copied is named on standard error and left out, and the rest goes on; the copy stops at
-/// Ctrl-C, when the handset no longer answers, and when the disk is full. What arrived stays. They throw
-/// Failure unless everything was copied. Links to folders are named, not followed, and no failure.
+/// What cannot be copied is named on standard error and skipped. The copy stops early at Ctrl-C, when the
+/// handset no longer answers, and when the disk is full; complete files stay. Links to folders are named and
+/// not followed, which is not a failure. Throws Failure unless everything was copied.
 void CopyFromPhone(Session& session, const Tree& tree, const CopyOptions& options);
 void CopyToPhone(Session& session, const Tree& tree, const CopyOptions& options);
 

@@ -16,7 +16,7 @@ CopyPlan::CopyPlan(Session& session, const Job& job, const char* target)
     }
 }
 
-void CopyPlan::Miss(const std::string& reason) {
+void CopyPlan::RecordNoMatch(const std::string& reason) {
     if (m_sources.size() == 1)
         throw Failure(reason);
     m_tree.failures.push_back(reason);

@@ -1,4 +1,4 @@
-// What get and put have in common: sources, a target, and the tree to copy.
+// What get and put share: sources, a target, and the tree to copy.
 #pragma once
 
 #include <string>
@@ -10,21 +10,21 @@
 
 namespace tools::wfxhost {
 
-/// CopyOptionsOf returns the options of get and put.
+/// Returns the copy options of a get or put command.
 CopyOptions CopyOptionsOf(const Job& job);
 
-/// CopyPlan holds a copy while it is put together. Of several sources, one that cannot be copied becomes a
-/// failure in the tree, and the rest is copied; the failure of an only one is thrown.
+/// CopyPlan collects what a copy consists of. If there are several sources, one that cannot be copied becomes
+/// a failure in the tree, and the rest is copied. The failure of a single source is thrown.
 class CopyPlan {
 protected:
-    /// Splits the job's arguments: an only one is a source, else the last one is the target, which is
-    /// `target` otherwise.
+    /// Splits the job's arguments. A single one is the source, and `target` the target; of several, the last
+    /// one is the target.
     CopyPlan(Session& session, const Job& job, const char* target);
 
-    /// Miss notes that a typed source means nothing.
-    void Miss(const std::string& reason);
+    /// Records that a source as typed matches nothing.
+    void RecordNoMatch(const std::string& reason);
 
-    /// TryAdd runs `add`, which adds one source to the tree. `isOnly`: its failure is thrown.
+    /// Runs `add`, which adds one source to the tree. If `isOnly` is set, its failure is thrown.
     template <class Add>
     void TryAdd(bool isOnly, Add add) {
         try {

@@ -28,7 +28,7 @@ CopyReport::CopyReport(const Tree& tree, const CopyOptions& options)
 }
 
 void CopyReport::Running(const TreeItem& item, int percent) {
-    const auto part = static_cast<uint64_t>(std::clamp(percent, 0, 100)); // a plug-in may say anything
+    const auto part = static_cast<uint64_t>(std::clamp(percent, 0, 100)); // a plug-in may report any number
     if (m_isOneFile)
         return m_progress.ReportBytes(static_cast<int>(part), item.entry.size);
     const uint64_t done = m_listedBytes + item.entry.size * part / 100;
@@ -129,7 +129,7 @@ void CopyReport::PrintResult() const {
 }
 
 std::string CopyReport::Missing() const {
-    // What the scan had to leave out counts as one file each.
+    // Each entry that the scan skipped counts as one file.
     const size_t all = m_tree.files + m_tree.failures.size();
     return std::to_string(all - m_files - m_links - m_unchanged) + " of " + Count(all, "file") +
            " not copied";

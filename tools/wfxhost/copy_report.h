@@ -1,4 +1,4 @@
-// What a copy prints: progress, notes, failures, and at its end the result.
+// The output of a copy: progress, notes, failures, and finally the result.
 #pragma once
 
 #include <string>
@@ -8,32 +8,31 @@
 
 namespace tools::wfxhost {
 
-/// CopyReport counts what became of a tree's files and prints it. It is told about each file once.
+/// CopyReport counts and prints the results of a copy. Each file of the tree is reported once.
 class CopyReport {
 public:
-    /// Prints what the tree has to leave out. The tree must outlive the report.
+    /// Prints the notes and failures of the tree, which must outlive the report.
     CopyReport(const Tree& tree, const CopyOptions& options);
 
-    /// IsOneFile says whether there is only one file to copy. Its failure is thrown by Finish and not
-    /// printed.
+    /// Returns true when there is only one file to copy. Finish throws its failure instead of printing it.
     bool IsOneFile() const { return m_isOneFile; }
 
-    /// Running shows the percentage of the file that is being copied.
+    /// Shows the progress of the file that is being copied.
     void Running(const TreeItem& item, int percent);
 
     void FolderMade() { ++m_folders; }
     void FolderFailed(const std::string& reason) { Fail(reason); }
 
-    /// `remark`: what should be known about the copy; may be empty.
+    /// `remark` is a note about the copy; it may be empty.
     void Copied(const TreeItem& item, uint64_t bytes, const std::string& remark);
     void Unchanged(const TreeItem& item);
-    /// Planned is for a file that a dry run would copy.
+    /// Reports a file that a dry run would copy.
     void Planned(const TreeItem& item, const std::string& source, const std::string& destination);
     void LinkLeft(const TreeItem& item);
     void Failed(const TreeItem& item, const std::string& reason);
 
-    /// Finish prints the result. Throws Failure unless everything was copied. `stop` says why the copy ended
-    /// early; empty when it did not.
+    /// Prints the result. `stop` is the reason why the copy ended early, or empty. Throws Failure unless
+    /// everything was copied.
     void Finish(const std::string& stop);
 
 private:

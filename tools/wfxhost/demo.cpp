@@ -43,7 +43,7 @@ void CopyBack(Session& session, const Found& found, const fs::path& local) {
     CopyFromPhone(session, tree, {});
 }
 
-/// Deletes the demonstration's file on the phone when the demonstration ends before it did that itself.
+/// Deletes the demonstration's file on the phone if the demonstration ends before it did so itself.
 class PhoneFileGuard {
 public:
     PhoneFileGuard(Session& session, PhonePath path) : m_session(session), m_path(std::move(path)) {}
@@ -52,7 +52,7 @@ public:
             if (m_armed)
                 RemoveFile(m_session, m_path);
         } catch (const std::exception& failure) {
-            Say(std::string(failure.what()) + "; please look yourself");
+            Say(std::string(failure.what()) + "; please check the phone yourself");
         }
     }
     PhoneFileGuard(const PhoneFileGuard&) = delete;
@@ -73,7 +73,7 @@ void StopIfInterrupted() {
 std::vector<Entry> Show(Session& session, const PhonePath& folder) {
     StopIfInterrupted();
     std::vector<Entry> entries;
-    if (session.List(folder, entries) == Session::ListResult::NoAnswer)
+    if (session.List(folder, entries) == Session::ListResult::NoResponse)
         throw Failure("the handset stopped answering");
     Say("\nThe folder " + folder.Text() + " of the handset:");
     PrintEntries(entries, {});
@@ -82,8 +82,8 @@ std::vector<Entry> Show(Session& session, const PhonePath& folder) {
     return entries;
 }
 
-/// Looks through the first folders, those near the root before deeper ones, for a file that is large enough
-/// to show the progress; the largest acceptable one otherwise.
+/// Searches the folders nearest to the root for a file that is large enough to show the progress. If there is
+/// none, returns the largest acceptable one.
 std::optional<Found> FileToCopy(Session& session, PhonePath& folderToShow) {
     std::optional<Found> best;
     std::deque<PhonePath> folders = {PhonePath()};
@@ -109,7 +109,8 @@ std::optional<Found> FileToCopy(Session& session, PhonePath& folderToShow) {
     return best;
 }
 
-/// Content with every byte value at every alignment, so that a byte that some layer mistreats shows.
+/// Random content with every byte value at every alignment, so that a byte that some layer changes is
+/// noticed.
 std::string UploadContent() {
     std::string content(kUploadSize, '\0');
     uint32_t state = std::random_device()();
@@ -136,7 +137,7 @@ void CopyOneThere(Session& session, const TemporaryFolder& local) {
 
     Say("\nCopying a file of " + std::to_string(content.size()) + " bytes to the handset, as " + path.Text() +
         ":");
-    // Armed before the copy: what an interrupted one may leave behind is ours too, as the name is fresh.
+    // Armed before the copy: an interrupted copy may leave a file, which is ours because the name is new.
     PhoneFileGuard guard(session, path);
     Tree tree;
     Entry file;
@@ -145,7 +146,7 @@ void CopyOneThere(Session& session, const TemporaryFolder& local) {
     CopyToPhone(session, tree, {});
     Show(session, PhonePath());
     Say("\nReading it back:");
-    const std::optional<Entry> entry = AfterTheBeginning([&] { return session.Find(path); });
+    const std::optional<Entry> entry = WithoutNoHandsetStatus([&] { return session.Find(path); });
     if (!entry)
         throw Failure("the copied file is not in the listing");
     CopyBack(session, {path, *entry}, local.File("back"));
@@ -165,7 +166,7 @@ std::unique_ptr<SimulatedHandset> AttachSimulated(Session& session, const Tempor
     std::string reason;
     std::unique_ptr<SimulatedHandset> handset = StartSimulatedHandset(root, reason);
     if (!handset)
-        throw Failure(std::string(none.what()) + " (nor can a simulated one be started: " + reason + ")",
+        throw Failure(std::string(none.what()) + " (and no simulated one can be started: " + reason + ")",
                       Status::NoHandset);
     Say("Started a SIMULATED handset instead; everything below happens on it.");
     if (!session.Answers())

@@ -8,8 +8,8 @@
 namespace tools::wfxhost {
 namespace {
 
-/// The lines "NAME:<tabs>VALUE" of a properties text as members of a JSON object; a line without a name
-/// belongs to the value before it.
+/// Converts the lines "NAME:<tabs>VALUE" of a properties text to a JSON object. A line without a name belongs
+/// to the value before it.
 std::string PropertiesAsJson(const std::string& text) {
     std::string members;
     std::string name;
@@ -32,8 +32,7 @@ std::string PropertiesAsJson(const std::string& text) {
     return "{" + members + "}";
 }
 
-/// Prints a text whose own tabs and line feeds may reach the terminal; other control characters are those of
-/// names.
+/// Prints a text with its tabs and line feeds. Other control characters come from names and are escaped.
 void PrintText(const std::string& text) {
     std::string line;
     for (const char c : text + "\n") {
@@ -50,7 +49,7 @@ void PrintText(const std::string& text) {
 
 std::string QuoteArgument(const std::string& path) {
     if (path.find('"') != std::string::npos)
-        throw Failure("the plug-in's commands take no path with a double quote: " + Quoted(path));
+        throw Failure("the plug-in's commands accept no path with a double quote: " + Quoted(path));
     return path.substr(1);
 }
 

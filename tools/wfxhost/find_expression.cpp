@@ -39,8 +39,9 @@ void FindExpression::ReadSize(const std::string& text) {
     m_size = ParseNumber(number, 0xFFFFFFFF, "-size");
 }
 
-bool FindExpression::Fits(const std::string& name, const Entry& entry) const {
-    if ((m_name && !Matches(*m_name, name)) || (m_anyCaseName && !Matches(*m_anyCaseName, name, true)))
+bool FindExpression::Matches(const std::string& name, const Entry& entry) const {
+    if ((m_name && !tools::Matches(*m_name, name)) ||
+        (m_anyCaseName && !tools::Matches(*m_anyCaseName, name, true)))
         return false;
     if (m_isFolder && *m_isFolder != entry.isFolder)
         return false;

@@ -1,4 +1,4 @@
-// What find looks for.
+// The conditions of the find command.
 #pragma once
 
 #include <cstdint>
@@ -10,13 +10,13 @@
 
 namespace tools::wfxhost {
 
-/// FindExpression holds the conditions of a find command; an entry has to meet all.
+/// FindExpression holds the conditions of a find command, all of which an entry has to meet.
 class FindExpression {
 public:
-    /// Throws Failure (wrong usage) for a value that means nothing.
+    /// Throws Failure (wrong usage) for an invalid value.
     explicit FindExpression(const Job& job);
 
-    bool Fits(const std::string& name, const Entry& entry) const;
+    bool Matches(const std::string& name, const Entry& entry) const;
 
 private:
     enum class Compare { Equal, More, Less };

@@ -37,7 +37,7 @@ void RequireLocalFolder(const std::string& typed) {
 std::string NameKey(const PhonePath& path) {
     std::string key = LocalNameKey(path.Name());
     if (key.empty())
-        throw Failure(Quoted(path.Text()) + ": this system can hold no file of that name");
+        throw Failure(Quoted(path.Text()) + ": this system cannot store a file with that name");
     return key;
 }
 
@@ -55,7 +55,8 @@ fs::path LocalTarget(const std::string& typed, const PhonePath& path) {
     return file;
 }
 
-/// The folder that a tree of that name becomes; of the phone's root, which has no name, the typed one.
+/// Returns the local folder for the copy of a tree. The root of the phone has no name; its copy is the folder
+/// as typed.
 fs::path LocalTreeTarget(const std::string& typed, const PhonePath& path) {
     const fs::path target = LocalPath(typed);
     const bool isFolder = IsLocalFolder(target);
@@ -67,14 +68,14 @@ fs::path LocalTreeTarget(const std::string& typed, const PhonePath& path) {
     return folder;
 }
 
-/// What get is to copy, put together from its sources.
+/// GetPlan collects what get copies from its sources.
 class GetPlan : CopyPlan {
 public:
     GetPlan(Session& session, const Job& job) : CopyPlan(session, job, ".") {
         for (const std::string& typed : m_sources) {
             const std::vector<Found> found = m_lookup.Expand(typed);
             if (found.empty())
-                Miss(NothingFits(typed, "file"));
+                RecordNoMatch(NoMatchReason(typed, "file"));
             m_found.insert(m_found.end(), found.begin(), found.end());
         }
     }
@@ -117,7 +118,7 @@ private:
             if (!m_paths.insert(found.path.Text()).second)
                 return; // named twice
             if (!isOnly)
-                RequireNameForItself(found.path);
+                RequireUniqueName(found.path);
             if (isOnly ? IsTree(found) : m_job.Has("--recursive") && found.entry.isFolder)
                 AddTree(found);
             else if (found.entry.isFolder)
@@ -127,17 +128,17 @@ private:
         });
     }
 
-    void RequireNameForItself(const PhonePath& path) {
+    void RequireUniqueName(const PhonePath& path) {
         if (!m_keys.insert(NameKey(path)).second)
             throw Failure(Quoted(path.Text()) + ": another source has the same name here");
     }
 
     void AddTree(const Found& found) {
         if (found.path.IsRoot() && m_job.arguments.size() == 1)
-            throw Failure("the phone's root has no name; say where its copy is to be: get -r / LOCAL",
+            throw Failure("the phone's root has no name; name the folder for its copy: get -r / LOCAL",
                           Status::Usage);
         const fs::path local = LocalTreeTarget(m_target, found.path);
-        AfterTheBeginning([&] { AddFromPhone(m_tree, m_session, found.path, local); });
+        WithoutNoHandsetStatus([&] { AddFromPhone(m_tree, m_session, found.path, local); });
     }
 
     std::vector<Found> m_found;

@@ -1,4 +1,4 @@
-// The commands that only look: ls, find and du.
+// The commands that change nothing: ls, find and du.
 #include <cstdio>
 
 #include "common/interrupt.h"
@@ -22,13 +22,13 @@ void RequireOutput() {
         throw Failure(kOutputFailure);
 }
 
-/// The entries of `path`, which has no entries of its own: the file of that name, what it fits as a pattern,
-/// or nothing, for an empty folder.
+/// Returns what ls shows for `path` when its listing is empty: the file with that name, the entries that
+/// match it as a pattern, or nothing for an empty folder.
 std::vector<Entry> EntriesInstead(Session& session, const PhonePath& path, const std::string& refusal) {
     PhoneLookup lookup(session);
     const std::vector<Found> found = lookup.Expand(path.Text());
     if (found.empty())
-        throw Failure(NothingFits(path.Text(), "file or folder"));
+        throw Failure(NoMatchReason(path.Text(), "file or folder"));
     std::vector<Entry> entries;
     for (const Found& one : found) {
         entries.push_back(one.entry);
@@ -43,7 +43,7 @@ std::vector<Entry> EntriesInstead(Session& session, const PhonePath& path, const
     return entries;
 }
 
-/// Walks what the arguments mean, the root if there are none.
+/// Walks the arguments of a command, or the root if there are none.
 class LookingVisitor : public Visitor {
 public:
     LookingVisitor() : m_problems("not read", false) {}
@@ -57,9 +57,9 @@ public:
         for (const std::string& typed : arguments) {
             const std::vector<Found> found = lookup.Expand(typed);
             if (found.empty())
-                LeftOut(NothingFits(typed, "file or folder"));
+                LeftOut(NoMatchReason(typed, "file or folder"));
             for (const Found& one : found)
-                AfterTheBeginning([&] { WalkPhone(session, one.path, one.entry, *this, kUndone); });
+                WithoutNoHandsetStatus([&] { WalkPhone(session, one.path, one.entry, *this, kUndone); });
         }
         m_problems.Finish(std::string(kUndone) + ", see above");
     }
@@ -92,7 +92,7 @@ public:
     }
 
     void File(const PhonePath& path, const Entry& entry, int) override {
-        if (!m_expression.Fits(path.IsRoot() ? "/" : path.Name(), entry))
+        if (!m_expression.Matches(path.IsRoot() ? "/" : path.Name(), entry))
             return;
         if (m_isJson) {
             m_array.Add(EntryAsJson(entry, "path", path.Text()));
@@ -111,7 +111,7 @@ private:
     JsonArray m_array;
 };
 
-/// Adds sizes up, folder by folder.
+/// Adds up sizes, folder by folder.
 class Counter : public LookingVisitor {
 public:
     explicit Counter(const Job& job)
@@ -173,7 +173,7 @@ private:
     const bool m_hasUnits;
     const bool m_isJson;
     JsonArray m_array;
-    std::vector<Sum> m_sums; // of the folders entered and not left
+    std::vector<Sum> m_sums; // of the folders that were entered and not left
 };
 
 } // namespace
@@ -184,9 +184,9 @@ void ListCommand(Session& session, const Job& job) {
     Session::ListResult result = session.List(path, entries, path.NamesFolder());
     if (result == Session::ListResult::Empty && path.IsRoot()) {
         session.TakeReason();
-        result = session.List(path, entries); // an empty root, or a handset that went away meanwhile?
+        result = session.List(path, entries); // is the root empty, or has the handset gone?
     }
-    if (result == Session::ListResult::NoAnswer)
+    if (result == Session::ListResult::NoResponse)
         throw session.NoHandset();
     const std::string refusal = session.TakeReason();
     if (result == Session::ListResult::Empty)

@@ -39,8 +39,8 @@ std::optional<int64_t> UnixTime(const FILETIME& time) {
 
 namespace {
 
-/// A time (UTC) as "2011-05-04 13:37:00", with `separator` before the clock and `end` after it; nothing when
-/// there is none.
+/// Returns a time (UTC) as "2011-05-04 13:37:00" with `separator` before the clock time and `end` after it,
+/// or nothing if there is none.
 std::optional<std::string> DateText(const FILETIME& time, char separator, const char* end) {
     using namespace std::chrono;
     const std::optional<int64_t> unixTime = UnixTime(time);

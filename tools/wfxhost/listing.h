@@ -1,4 +1,4 @@
-// Folders of the phone as the plug-in lists them.
+// Listings of the phone's folders.
 #pragma once
 
 #include <cstdint>
@@ -18,11 +18,11 @@ struct Entry {
     FILETIME written{};   // UTC, in units of 100 ns since 1601
 };
 
-/// FindRecord is the record that a plug-in fills for one entry. Plug-ins that were built for hosts with a
-/// longer name field write past the published record, so there is room after it.
+/// FindRecord is the record that a plug-in fills for one entry. It has spare room after it, because plug-ins
+/// for hosts with a longer name field write past the published record.
 class FindRecord {
 public:
-    /// Empty returns the record, zeroed, for the plug-in to fill.
+    /// Returns the record, zeroed, for the plug-in to fill.
     WIN32_FIND_DATAA* Empty();
     Entry Take() const;
 
@@ -34,7 +34,7 @@ private:
     } m_record;
 };
 
-/// UnixTime returns a time as seconds since 1 January 1970, UTC; nothing when there is none.
+/// Returns a time as seconds since 1 January 1970 (UTC), or nothing if there is none.
 std::optional<int64_t> UnixTime(const FILETIME& time);
 
 /// How entries are printed.
@@ -42,27 +42,27 @@ struct ListingForm {
     bool isJson = false;
     bool hasSizeUnits = false; // "1.4 MB" instead of the bytes
     bool isNamesOnly = false;  // one name per line
-    bool isZeroed = false;     // names only, as they are, each with a zero byte after it
+    bool isZeroed = false;     // names only, unescaped, each followed by a zero byte
     bool marksFolders = false; // '/' after the names of folders; with names only
 };
 
-/// PrintEntries prints entries, sorted by name. A line has: type (d: folder, -: file), size, date, name. The
-/// JSON form is an array of EntryAsJson objects with the key "name".
+/// Prints entries, sorted by name. A line has the type (d: folder, -: file), size, date and name. The JSON
+/// form is an array of EntryAsJson objects with the key "name".
 void PrintEntries(std::vector<Entry> entries, const ListingForm& form);
 
-/// NameAsJson returns the two members by which the JSON forms write a name or path: `key`, and "utf8" (false:
-/// the text is not UTF-8, and each of its bytes became the character of the same number).
+/// Returns the two members that represent a name or path in JSON: `key`, and "utf8" (false: the text is not
+/// UTF-8, and each of its bytes became the character with the same number).
 std::string NameAsJson(const char* key, const std::string& text);
 
-/// EntryAsJson returns an object on one line: `key` ("name" or "path") with `name`, and "utf8"; "type"
-/// ("folder" or "file"); "size" in bytes (null for folders); "modified" (ISO 8601, UTC, or null);
-/// "attributes" (number).
+/// Returns an object on one line: `key` ("name" or "path") with `name`, and "utf8"; "type" ("folder" or
+/// "file"); "size" in bytes (null for folders); "modified" (ISO 8601, UTC, or null); "attributes" (number).
 std::string EntryAsJson(const Entry& entry, const char* key, const std::string& name);
 
-/// JsonArray prints an array, one element per line. It is complete after its end, whatever happens between.
+/// JsonArray prints an array with one element per line. Its destructor completes the array, also after an
+/// exception.
 class JsonArray {
 public:
-    /// `isWanted`: false makes an object that does nothing.
+    /// If `isWanted` is false, the object does nothing.
     explicit JsonArray(bool isWanted = true);
     ~JsonArray();
     JsonArray(const JsonArray&) = delete;

@@ -22,59 +22,58 @@ void ShowDemonstration(Session& session, const Job&) {
 
 constexpr Option kJson = {"--json", "", nullptr, "print the result as JSON"};
 constexpr Option kForce = {"--force", "f", nullptr, "replace existing files"};
-constexpr Option kUnits = {"--human-readable", "h", nullptr, "sizes with units"};
-constexpr Option kCopyTrees = {"--recursive", "rR", nullptr, "folders with all in them"};
+constexpr Option kUnits = {"--human-readable", "h", nullptr, "print sizes with units"};
+constexpr Option kCopyTrees = {"--recursive", "rR", nullptr, "copy folders and their contents"};
 constexpr Option kUpdate = {"--update", "u", nullptr,
-                            "only files that differ in size or are newer than the copy; these are replaced"};
+                            "copy only files that are new, newer than the copy, or of another size"};
 constexpr Option kDryRun = {"--dry-run", "n", nullptr, "print what would be done, and change nothing"};
 
 const char* const kCopyDetails =
-    "Folders that are there already are filled up. What cannot be copied is named with its reason and left "
-    "out, and "
-    "the rest goes on. Links to folders are named and not followed.";
+    "Existing folders are merged. What cannot be copied is named with the reason and skipped. Links to "
+    "folders are named and not followed.";
 
 const Command kCommands[] = {
     {.name = "ls",
      .arguments = "[PATH]",
-     .purpose = "list a folder (or a file) of the phone",
+     .purpose = "list a folder or file of the phone",
      .least = 0,
      .most = 1,
      .options = {kJson,
                  kUnits,
-                 {"--names", "1", nullptr, "only the names, one per line"},
-                 {"--mark-folders", "p", nullptr, "with only names: '/' after those of folders"},
-                 {"--zero", "", nullptr, "only the names, as they are, a zero byte after each"},
-                 {"--long", "l", nullptr, "type, size, date (UTC) and name; that is the default"},
-                 {"--all", "a", nullptr, "changes nothing: no name is hidden"}},
+                 {"--names", "1", nullptr, "print only the names, one per line"},
+                 {"--mark-folders", "p", nullptr, "with --names or --zero: print '/' after names of folders"},
+                 {"--zero", "", nullptr, "print only the names, unescaped, each followed by a zero byte"},
+                 {"--long", "l", nullptr, "print type, size, date (UTC) and name (the default)"},
+                 {"--all", "a", nullptr, "no effect: all names are always listed"}},
      .run = WithPlugin<ListCommand>,
-     .details = "Types are d for folders and - for files and links. The list is sorted by name.",
+     .details = "The type is d for folders and - for files and links. The list is sorted by name.",
      .aliases = "dir getfolderlisting",
      .words = {Word::PhonePath}},
     {.name = "find",
      .arguments = "[PATH...]",
-     .purpose = "print the paths of what is in folders and fits all conditions",
+     .purpose = "print the paths of entries in folders that meet all conditions",
      .least = 0,
      .most = kAnyNumber,
-     .options = {{"-name", "", "PATTERN", "names that fit"},
-                 {"-iname", "", "PATTERN", "the same; A to Z equal a to z"},
-                 {"-type", "", "f|d", "f: files, d: folders", Word::Any, "f d"},
+     .options = {{"-name", "", "PATTERN", "the name matches"},
+                 {"-iname", "", "PATTERN", "the same, but A to Z match a to z"},
+                 {"-type", "", "f|d", "only files (f) or folders (d)", Word::Any, "f d"},
                  {"-size", "", "[+-]N[ckMG]",
-                  "files of N units, rounded up; + more, - less. Units: c bytes (the default), k, M, G"},
-                 {"-maxdepth", "", "N", "at most N folders below the path"},
-                 {"-print0", "", nullptr, "paths as they are, a zero byte after each"},
+                  "files of N units, rounded up; +N: more, -N: less. Units: c (bytes, the default), k, M, G"},
+                 {"-maxdepth", "", "N", "descend at most N levels below the path"},
+                 {"-print0", "", nullptr, "print paths unescaped, each followed by a zero byte"},
                  kJson},
      .run = WithPlugin<FindCommand>,
      .details = "Links are not followed.",
      .words = {Word::PhonePath}},
     {.name = "du",
      .arguments = "[PATH...]",
-     .purpose = "print how many bytes the files in folders have",
+     .purpose = "print the total size of the files in folders",
      .least = 0,
      .most = kAnyNumber,
-     .options = {{"--summarize", "s", nullptr, "only one line for each path"},
-                 {"--all", "a", nullptr, "a line for each file too"},
+     .options = {{"--summarize", "s", nullptr, "print only one line for each path"},
+                 {"--all", "a", nullptr, "also print a line for each file"},
                  kUnits,
-                 {"--bytes", "b", nullptr, "sizes in bytes; that is the default"},
+                 {"--bytes", "b", nullptr, "print sizes in bytes (the default)"},
                  kJson},
      .run = WithPlugin<UsageCommand>,
      .details = "Links are not followed.",
@@ -113,7 +112,8 @@ const Command kCommands[] = {
      .purpose = "make a folder",
      .least = 1,
      .most = 1,
-     .options = {{"--parents", "p", nullptr, "the missing folders above too; an existing one is no failure"}},
+     .options = {{"--parents", "p", nullptr,
+                  "also make missing parent folders; an existing folder is not a failure"}},
      .run = WithPlugin<MakeFolderCommand>,
      .words = {Word::PhonePath}},
     {.name = "rmdir",
@@ -131,11 +131,11 @@ const Command kCommands[] = {
      .least = 1,
      .most = kAnyNumber,
      .options = {{"--recursive", "rR", nullptr,
-                  "folders with all in them; a link is deleted, not what it leads to"},
-                 {"--force", "f", nullptr, "a path that means nothing is no failure"},
+                  "delete folders and their contents; a link is deleted, not its target"},
+                 {"--force", "f", nullptr, "ignore paths that do not exist"},
                  kDryRun},
      .run = WithPlugin<RemoveCommand>,
-     .details = "Nothing is deleted from a folder before all that it holds is known.",
+     .details = "Nothing is deleted from a folder before all of its content is known.",
      .aliases = "del deletefiles",
      .words = {Word::PhonePath}},
     {.name = "mv",
@@ -149,10 +149,10 @@ const Command kCommands[] = {
      .words = {Word::PhonePath}},
     {.name = "ln",
      .arguments = "TARGET NAME",
-     .purpose = "make the link NAME.lnk that leads to TARGET",
+     .purpose = "make a link NAME.lnk to TARGET",
      .least = 2,
      .most = 2,
-     .options = {{"--symbolic", "s", nullptr, "changes nothing: there are no other links"}},
+     .options = {{"--symbolic", "s", nullptr, "no effect: all links are symbolic"}},
      .run = WithPlugin<LinkCommand>,
      .words = {Word::PhonePath}},
     {.name = "cd",
@@ -180,22 +180,21 @@ const Program kProgram = {
     .commands = {std::begin(kCommands), std::end(kCommands)},
     .options =
         {
-            {"--plugin", "", "FILE", "the plug-in to load (default: quillet.wfx, .wfx64 beside this program)",
-             Word::LocalPath, "", true},
+            {"--plugin", "", "FILE",
+             "the plug-in to load (default: quillet.wfx or quillet.wfx64 beside this program)",
+             Word::LocalPath},
             {"--verbose", "v", nullptr, "print the plug-in's log lines on standard error"},
             {"--quiet", "q", nullptr, "print only results and failures: no progress, no notes"},
         },
     .remarks =
-        "Without a command: a demonstration, on a simulated handset when none is attached.\n\n"
-        "Paths on the phone are written with '/'. In the paths that ls, find, du, cat, get, put, rm and mv "
-        "take, "
-        "names may be patterns: * is any text, ? one character, [a-z] one of those, [!a-z] none of those. "
-        "Quote "
-        "patterns for the phone, or the shell reads them. An entry with just the typed name is preferred.\n\n"
-        "A copy or move whose target is a folder goes into it under its own name. When something cannot be "
-        "done, "
-        "the rest is, and the exit status is 1. Ctrl-C stops a command in an orderly way, a second one at "
-        "once.\n",
+        "Without a command, a demonstration runs, on a simulated handset if no phone is attached.\n\n"
+        "Paths on the phone are written with '/'. In the paths of ls, find, du, cat, get, put, rm and mv, "
+        "names may be patterns: * matches any text, ? any character, [a-z] one of these characters, [!a-z] "
+        "any other. Quote patterns for the phone, or the shell expands them. An entry with exactly the typed "
+        "name is preferred.\n\n"
+        "If the target of a copy or move is a folder, the source is put into it under its own name. When "
+        "something fails, the rest is still done, and the exit status is 1. Ctrl-C stops a command cleanly, "
+        "a second one at once.\n",
     .withoutCommand = WithPlugin<ShowDemonstration>,
     .lister = "ls --zero -p --",
 };

@@ -16,7 +16,7 @@ void PluginFile::Need(Function*& function, const char* name, const std::string& 
     if (function)
         return;
     CloseLibrary(m_library);
-    throw Failure(path + " is no file-system plug-in: it has no function " + name);
+    throw Failure(path + " is not a file-system plug-in: it has no function " + name);
 }
 
 PluginFile::PluginFile(const std::string& path) {

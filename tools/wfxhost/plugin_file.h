@@ -1,4 +1,4 @@
-// A file-system plug-in loaded from its file: the functions it exports.
+// A file-system plug-in, loaded from its file, and its exported functions.
 #pragma once
 
 #include <string>
@@ -7,12 +7,12 @@
 
 namespace tools::wfxhost {
 
-/// PluginFile loads a plug-in and looks its functions up by their published names. The first four are
-/// always there; the others are null where the plug-in does not offer the operation. The plug-in is unloaded
-/// with the object.
+/// PluginFile loads a plug-in and looks up its functions by their published names. The first four are never
+/// null; each of the others is null if the plug-in does not offer the operation. The destructor unloads the
+/// plug-in.
 class PluginFile {
 public:
-    /// PluginFile loads the file. Throws Failure when it cannot be loaded or is no such plug-in.
+    /// Loads the file. Throws Failure when it cannot be loaded or is not such a plug-in.
     explicit PluginFile(const std::string& path);
     ~PluginFile();
     PluginFile(const PluginFile&) = delete;

@@ -1,4 +1,4 @@
-// Failures of a command that works on several things and goes on after one that fails.
+// The failures of a command that works on several entries and continues after one fails.
 #pragma once
 
 #include <cstddef>
@@ -6,16 +6,16 @@
 
 namespace tools::wfxhost {
 
-/// Problems prints the reason of each failure on standard error, and remembers that there was one.
+/// Problems prints the reason of each failure on standard error and counts the failures.
 class Problems {
 public:
-    /// `lead` comes before each reason: "not deleted". With `isOnlyOne` there is nothing to go on with, and
-    /// Add throws the reason as a Failure.
+    /// `lead` precedes each reason: "not deleted". If `isOnlyOne` is set, nothing can continue, and Add
+    /// throws the reason as a Failure.
     Problems(const char* lead, bool isOnlyOne) : m_lead(lead), m_isOnlyOne(isOnlyOne) {}
 
     void Add(const std::string& reason);
     size_t Count() const { return m_count; }
-    /// Finish throws `summary` as a Failure when there was a problem.
+    /// Throws `summary` as a Failure if there was a problem.
     void Finish(const std::string& summary) const;
 
 private:

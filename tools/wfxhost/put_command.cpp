@@ -19,14 +19,14 @@ bool IsLocalFolder(const fs::path& path) {
     return fs::is_directory(path, error);
 }
 
-/// What put is to copy, put together from its sources.
+/// PutPlan collects what put copies from its sources.
 class PutPlan : CopyPlan {
 public:
     PutPlan(Session& session, const Job& job) : CopyPlan(session, job, "/") {
         for (const std::string& typed : m_sources) {
             const std::vector<fs::path> found = ExpandLocal(typed);
             if (found.empty())
-                Miss("there is no file " + Quoted(typed) + ", and nothing fits it as a pattern");
+                RecordNoMatch("there is no file " + Quoted(typed) + ", and nothing matches it as a pattern");
             m_found.insert(m_found.end(), found.begin(), found.end());
         }
     }
@@ -51,7 +51,7 @@ public:
 private:
     bool IsTree(const fs::path& local) const { return m_job.Has("--recursive") && IsLocalFolder(local); }
 
-    /// Where a source goes on the phone. "." and "folder/" have the name of the folder that they are.
+    /// Returns the target path of a source. For "." and "folder/", the name is that of the folder.
     PhonePath Destination(const fs::path& local) const {
         fs::path whole = fs::absolute(local).lexically_normal();
         if (!whole.has_filename())
@@ -70,7 +70,7 @@ private:
             if (!m_paths.insert(path.Text()).second)
                 throw Failure(Quoted(local.string()) + ": another source has the same name");
             if (IsTree(local))
-                AddFromHere(m_tree, local, path);
+                AddFromComputer(m_tree, local, path);
             else
                 AddFile(local, path);
         });
@@ -83,7 +83,7 @@ private:
         if (IsTree(local))
             return;
         if (!fs::is_regular_file(local, error))
-            throw Failure(Quoted(local.string()) + " is no plain file; put -r copies folders");
+            throw Failure(Quoted(local.string()) + " is not a regular file; put -r copies folders");
         if (!std::ifstream(local, std::ios::binary))
             throw Failure("cannot read " + Quoted(local.string()));
     }
@@ -106,8 +106,7 @@ private:
 
 void PutInputCommand(Session& session, const Job& job) {
     if (job.arguments.size() != 2)
-        throw Failure("standard input has no name; say which file it is to become: put - PHONE",
-                      Status::Usage);
+        throw Failure("standard input has no name; name the file on the phone: put - PHONE", Status::Usage);
     const PhonePath path(job.arguments[1]);
     if (path.NamesFolder() || session.IsFolder(path))
         throw Failure(Quoted(path.Text()) + " is a folder; standard input needs the name of a file");

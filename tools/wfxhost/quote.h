@@ -1,12 +1,12 @@
-// Arguments of the commands that a user types in the host.
+// Quoting arguments of commands that users type in a host.
 #pragma once
 
 #include <string>
 
 namespace tools::wfxhost {
 
-/// QuoteArgument returns a path as such a command takes it between double quotes, seen from the root folder:
-/// without the leading '/'. Throws Failure for a path with a double quote, which no quoting can carry.
+/// Returns a path in the form in which such a command takes it between double quotes: relative to the root
+/// folder, without the leading '/'. Throws Failure for a path with a double quote, which cannot be quoted.
 std::string QuoteArgument(const std::string& path);
 
 } // namespace tools::wfxhost

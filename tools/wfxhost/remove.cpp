@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* kUndone = "nothing was deleted";
 
-/// Collects a folder with all that it holds.
+/// Collects a folder and its content.
 class Collector : public Visitor {
 public:
     bool Enter(const PhonePath& path, const Entry& entry, int) override {
@@ -22,7 +22,7 @@ public:
         return true;
     }
     void File(const PhonePath& path, const Entry& entry, int) override { found.push_back({path, entry}); }
-    void Empty(const PhonePath&, const std::string&) override {} // the removal fails if that is not true
+    void Empty(const PhonePath&, const std::string&) override {} // if it is not empty, its removal fails
     void LeftOut(const std::string& reason) override { throw Failure(reason + "; " + kUndone); }
 
     std::vector<Found> found;
@@ -35,7 +35,7 @@ void Removal::Add(const Found& found, bool withContent) {
         return;
     Collector collector;
     if (withContent)
-        AfterTheBeginning([&] { WalkPhone(m_session, found.path, found.entry, collector, kUndone); });
+        WithoutNoHandsetStatus([&] { WalkPhone(m_session, found.path, found.entry, collector, kUndone); });
     else
         collector.found.push_back(found);
     for (const Found& one : collector.found)
@@ -44,7 +44,7 @@ void Removal::Add(const Found& found, bool withContent) {
 }
 
 void Removal::Run(Problems& problems, const char* ifRefused) {
-    LookAround();
+    CheckFolders();
     RemoveAll();
     if (!m_stop.empty()) {
         for (const auto& [path, reason] : m_reasons)
@@ -55,8 +55,9 @@ void Removal::Run(Problems& problems, const char* ifRefused) {
         Verify(path, folder, problems, ifRefused);
 }
 
-/// Finds out whether the folders will be empty afterwards, because a listing that broke off looks empty, too.
-void Removal::LookAround() {
+/// Checks whether the folders will be empty after the removal, because an interrupted listing looks empty,
+/// too.
+void Removal::CheckFolders() {
     for (auto& known : m_folders) {
         Folder& folder = known.second;
         std::vector<Entry> entries;
@@ -104,19 +105,20 @@ void Removal::Verify(const std::string& path, const Folder& folder, Problems& pr
         names.insert(entry.name);
     for (const Found& found : folder.added)
         if (names.contains(found.path.Name()))
-            ReportLeft(found, problems, ifRefused);
+            ReportRemaining(found, problems, ifRefused);
     if (seen != Entries && (seen != Empty || folder.holdsOthers || !m_session.Answers()))
-        throw Failure("the handset stopped answering: whether " + Quoted(folder.added[0].path.Text()) +
-                      " was deleted is not known");
+        throw Failure("the handset stopped answering: it is not known whether " +
+                      Quoted(folder.added[0].path.Text()) + " was deleted");
 }
 
-/// Reports what is left of an added entry: of a folder that was not emptied, what it still holds.
-void Removal::ReportLeft(const Found& found, Problems& problems, const char* ifRefused) {
+/// Reports what is left of an added entry; for a folder, the entries that remain in it.
+void Removal::ReportRemaining(const Found& found, Problems& problems, const char* ifRefused) {
     Collector left;
     const auto content = m_planned.upper_bound(found.path.Text() + "/");
     const bool hadContent = content != m_planned.end() && content->first.starts_with(found.path.Text() + "/");
     if (hadContent)
-        AfterTheBeginning([&] { WalkPhone(m_session, found.path, found.entry, left, "see what is left"); });
+        WithoutNoHandsetStatus(
+            [&] { WalkPhone(m_session, found.path, found.entry, left, "check what is left"); });
     else
         left.found.push_back(found);
     std::set<std::string> paths;
@@ -125,8 +127,9 @@ void Removal::ReportLeft(const Found& found, Problems& problems, const char* ifR
     for (const Found& one : left.found) {
         const std::string path = one.path.Text();
         const auto next = std::next(paths.find(path + "/"));
-        if (next != paths.end() && next->starts_with(path + "/"))
-            continue; // it had to stay for what it holds
+        if ((next != paths.end() && next->starts_with(path + "/")) ||
+            (!m_stop.empty() && !m_reasons.contains(path)))
+            continue; // it could not go because of its content, or its removal was not tried
         const auto reason = m_reasons.find(path);
         if (reason != m_reasons.end())
             problems.Add(reason->second);

@@ -1,4 +1,4 @@
-// The removal of entries of the phone, with a look at what became of them.
+// Removing entries of the phone, and verifying that they are gone.
 #pragma once
 
 #include <map>
@@ -10,39 +10,40 @@
 
 namespace tools::wfxhost {
 
-/// Removal deletes entries. A plug-in's result only says that the phone answered, so what is gone is seen in
-/// the listings afterwards.
+/// Removal deletes entries. The result of a plug-in only shows that the phone answered, so listings are read
+/// afterwards to see what is gone.
 class Removal {
 public:
     explicit Removal(Session& session) : m_session(session) {}
 
-    /// Add plans the removal of one entry, `withContent` with all that it holds. An entry that is planned
-    /// already is left out. Throws Failure when what a folder holds cannot be found out.
+    /// Plans the removal of an entry, and of its content if `withContent` is set. An entry that is already
+    /// planned is ignored. Throws Failure when a folder cannot be listed.
     void Add(const Found& found, bool withContent);
 
-    /// All that is planned, by path: folders come before what they hold.
+    /// The planned entries by path: a folder precedes its content.
     const std::map<std::string, Found>& Planned() const { return m_planned; }
 
-    /// Run removes all that is planned. What is still there goes to `problems`, with `ifRefused` after the
-    /// reason where the plug-in sent none. Throws Failure when nothing shows what became of the entries.
+    /// Removes the planned entries. Each one that still exists is added to `problems`, with `ifRefused` after
+    /// the reason if the plug-in sent none. Throws Failure when it cannot be determined which entries are
+    /// gone.
     void Run(Problems& problems, const char* ifRefused);
 
 private:
     struct Folder {
-        bool holdsOthers = false; // besides what was added
+        bool holdsOthers = false; // besides the added entries
         std::vector<Found> added;
     };
 
-    void LookAround();
+    void CheckFolders();
     void RemoveAll();
     void Verify(const std::string& path, const Folder& folder, Problems& problems, const char* ifRefused);
-    void ReportLeft(const Found& found, Problems& problems, const char* ifRefused);
+    void ReportRemaining(const Found& found, Problems& problems, const char* ifRefused);
 
     Session& m_session;
     std::map<std::string, Found> m_planned;       // by path
-    std::map<std::string, Folder> m_folders;      // those in which the added entries are
+    std::map<std::string, Folder> m_folders;      // that contain the added entries
     std::map<std::string, std::string> m_reasons; // the plug-in's, by path
-    std::string m_stop;                           // why it ended early
+    std::string m_stop;                           // why the removal ended early
 };
 
 } // namespace tools::wfxhost

@@ -9,16 +9,16 @@
 namespace tools::wfxhost {
 namespace {
 
-/// Plans the removal of what one argument means. Throws Failure when it cannot be removed.
+/// Plans the removal of the entries that an argument names. Throws Failure when one cannot be removed.
 void Plan(Removal& removal, PhoneLookup& lookup, const std::string& typed, const Job& job) {
     const std::vector<Found> found = lookup.Expand(typed);
     if (found.empty() && !job.Has("--force"))
-        throw Failure(NothingFits(typed, "file or folder"));
+        throw Failure(NoMatchReason(typed, "file or folder"));
     for (const Found& one : found) {
         RequireNotRoot(one.path);
         if (one.entry.isFolder && !job.Has("--recursive"))
             throw Failure(Quoted(one.path.Text()) +
-                          " is a folder; rmdir removes empty folders, rm -r folders with all in them");
+                          " is a folder; rmdir removes empty folders, rm -r folders and their contents");
         removal.Add(one, one.entry.isFolder);
     }
 }
@@ -44,7 +44,7 @@ void RemoveCommand(Session& session, const Job& job) {
             std::printf("would delete %s\n", Quoted(path).c_str());
     } else if (!removal.Planned().empty()) {
         Problems left("not deleted", removal.Planned().size() == 1 && problems.Count() == 0);
-        AfterTheBeginning([&] { removal.Run(left, ""); });
+        WithoutNoHandsetStatus([&] { removal.Run(left, ""); });
         left.Finish("not everything was deleted, see above");
     }
     problems.Finish("not everything was deleted, see above");
@@ -55,11 +55,11 @@ void RemoveFolderCommand(Session& session, const Job& job) {
     RequireNotRoot(path);
     const Entry entry = Existing(session, path);
     if (!entry.isFolder)
-        throw Failure(Quoted(path.Text()) + " is no folder; rm deletes files");
+        throw Failure(Quoted(path.Text()) + " is not a folder; rm deletes files");
     std::vector<Entry> entries;
     if (session.List(path, entries) == Session::ListResult::Entries)
         throw Failure("the folder " + Quoted(path.Text()) + " is not empty");
-    session.TakeReason(); // the phone may refuse the listing and still remove the folder
+    session.TakeReason(); // the phone may refuse to list the folder and still remove it
     Removal removal(session);
     removal.Add({path, entry}, false);
     Problems problems("not deleted", true);

@@ -12,10 +12,10 @@ namespace tools::wfxhost {
 namespace {
 
 constexpr int kPluginNumber = 1;
-/// The room after a path that every host leaves for a plug-in that changes the path in place.
+/// The room after a path that every host leaves for plug-ins that change the path in place.
 constexpr size_t kPathRoom = 4096;
 
-/// A path as a host hands it over: with the host's separators, in memory that the plug-in may write to.
+/// A path as a host passes it: with the host's separators, in memory that the plug-in may change.
 class HostPath {
 public:
     explicit HostPath(const std::string& path, bool asFolder = false) : m_bytes(path.begin(), path.end()) {
@@ -25,8 +25,8 @@ public:
         m_bytes.resize(m_bytes.size() + kPathRoom);
     }
     explicit HostPath(const PhonePath& path, bool asFolder = false) : HostPath(path.Text(), asFolder) {
-        if (!path.IsTellable())
-            throw Failure(UntellableReason(path));
+        if (!path.IsRepresentable())
+            throw Failure(UnrepresentableReason(path));
     }
     char* Bytes() { return m_bytes.data(); }
 
@@ -52,32 +52,33 @@ RemoteInfoStruct RemoteInfo(const Entry& entry) {
 
 } // namespace
 
-std::string UntellableReason(const PhonePath& path) {
-    return "a name with a backslash cannot be told to a plug-in: " + Quoted(path.Text());
+std::string UnrepresentableReason(const PhonePath& path) {
+    return "a name with a backslash cannot be passed to a plug-in: " + Quoted(path.Text());
 }
 
 Session* Session::s_current = nullptr;
 
-/// Tells the plug-in that an operation begins, and at its end that it is over; in a batch as hosts do there.
-class Session::Announced {
+/// Announces the beginning of an operation to the plug-in, and its end when destroyed. Within a batch it
+/// announces what hosts announce there.
+class Session::Announcement {
 public:
-    Announced(Session& session, int operation, const PhonePath& folder, bool asFolder = true)
+    Announcement(Session& session, int operation, const PhonePath& folder, bool asFolder = true)
         : m_session(session),
           m_operation(operation),
           m_folder(session.m_batch ? "" : folder.Text()),
           m_asFolder(asFolder && !session.m_batch),
           m_isSilent(session.m_batch && operation != FS_STATUS_OP_MKDIR) {
         m_session.PrintReasons();
-        Tell(FS_STATUS_START);
+        Announce(FS_STATUS_START);
     }
-    ~Announced() { Tell(FS_STATUS_END); }
-    Announced(const Announced&) = delete;
-    Announced& operator=(const Announced&) = delete;
+    ~Announcement() { Announce(FS_STATUS_END); }
+    Announcement(const Announcement&) = delete;
+    Announcement& operator=(const Announcement&) = delete;
 
 private:
-    void Tell(int moment) {
+    void Announce(int moment) {
         if (!m_isSilent)
-            m_session.Tell(m_folder, m_asFolder, moment, m_operation);
+            m_session.Announce(m_folder, m_asFolder, moment, m_operation);
     }
 
     Session& m_session;
@@ -89,20 +90,20 @@ private:
 
 Session::Batch::Batch(Session& session, int operation, const PhonePath& folder)
     : m_session(session), m_operation(operation), m_folder(folder.Text()) {
-    m_session.Tell(m_folder, true, FS_STATUS_START, m_operation);
+    m_session.Announce(m_folder, true, FS_STATUS_START, m_operation);
     m_session.m_batch = this;
 }
 
 Session::Batch::~Batch() {
     m_session.m_batch = nullptr;
-    m_session.Tell(m_folder, true, FS_STATUS_END, m_operation);
+    m_session.Announce(m_folder, true, FS_STATUS_END, m_operation);
 }
 
 Session::Walk::Walk(Session& session, const PhonePath& folder, bool withSlash) : m_plugin(session.m_plugin) {
     HostPath path(folder, withSlash);
     ClearLastError();
     m_handle = m_plugin.FindFirst(path.Bytes(), m_record.Empty());
-    // -1 is what the interface's INVALID_HANDLE_VALUE stands for.
+    // -1 is the interface's INVALID_HANDLE_VALUE.
     m_hasEntry = reinterpret_cast<intptr_t>(m_handle) != -1;
     m_isAnswered = m_hasEntry || LastErrorSaysNoMoreFiles();
 }
@@ -137,7 +138,7 @@ Session::~Session() {
     PrintReasons();
 }
 
-void Session::Tell(const std::string& folder, bool asFolder, int moment, int operation) {
+void Session::Announce(const std::string& folder, bool asFolder, int moment, int operation) {
     HostPath path(folder, asFolder);
     if (m_plugin.StatusInfo)
         m_plugin.StatusInfo(path.Bytes(), moment, operation);
@@ -145,22 +146,22 @@ void Session::Tell(const std::string& folder, bool asFolder, int moment, int ope
 
 Session::ListResult Session::List(const PhonePath& folder, std::vector<Entry>& entries, bool withSlash) {
     entries.clear();
-    const Announced announced(*this, FS_STATUS_OP_LIST, folder, false);
+    const Announcement announcement(*this, FS_STATUS_OP_LIST, folder, false);
     Walk walk(*this, folder, withSlash);
     for (Entry entry; walk.Next(entry);)
         entries.push_back(entry);
     if (!walk.IsAnswered())
-        return ListResult::NoAnswer;
+        return ListResult::NoResponse;
     return entries.empty() ? ListResult::Empty : ListResult::Entries;
 }
 
 std::optional<Entry> Session::Find(const PhonePath& path) {
     std::vector<Entry> entries;
     const ListResult result = List(path.Folder(), entries);
-    if (result == ListResult::NoAnswer)
+    if (result == ListResult::NoResponse)
         throw NoHandset();
     if (const std::string refusal = TakeReason(); result == ListResult::Empty && !refusal.empty()) {
-        // A folder that is missing has no entries; one that is there and refuses to be read is a failure.
+        // A missing folder has no entries. An existing one that the phone refuses to read is a failure.
         const std::optional<Entry> folder = path.Folder().IsRoot() ? std::nullopt : Find(path.Folder());
         if (path.Folder().IsRoot() || (folder && folder->isFolder))
             throw Failure(refusal);
@@ -183,14 +184,14 @@ bool Session::IsFolder(const PhonePath& path) {
         return entry.has_value();
     std::vector<Entry> entries;
     const bool hasEntries = List(path, entries) == ListResult::Entries;
-    TakeReason(); // a file that is no folder is no failure
+    TakeReason(); // it is not a failure that a file is not a folder
     return hasEntries;
 }
 
 bool Session::Answers() {
     const std::string reason = TakeReason();
     std::vector<Entry> entries;
-    const bool answers = List(PhonePath(), entries) != ListResult::NoAnswer;
+    const bool answers = List(PhonePath(), entries) != ListResult::NoResponse;
     const std::lock_guard lock(m_logLock);
     m_reasons = reason;
     return answers;
@@ -202,7 +203,7 @@ Failure Session::NoHandset() {
     if (m_lastConnectionLine.starts_with("CONNECTED"))
         return Failure(
             "the handset does not answer (the plug-in: " + m_lastConnectionLine + ")" +
-                (reason.empty() ? "; perhaps another program holds its port, or you may not open it"
+                (reason.empty() ? "; another program may be using its port, or you may lack permission"
                                 : ": " + reason),
             Status::NoHandset);
     return Failure(
@@ -224,7 +225,7 @@ void Session::PrintReasons() {
 int Session::Get(const PhonePath& path, const Entry& entry, const std::string& localFile, int flags,
                  const ProgressFunction& progress) {
     auto* function = Offered(m_plugin.GetFile, "copy files from the phone");
-    const Announced announced(*this, FS_STATUS_OP_GET_SINGLE, path.Folder());
+    const Announcement announcement(*this, FS_STATUS_OP_GET_SINGLE, path.Folder());
     HostPath phone(path);
     std::string local = localFile;
     RemoteInfoStruct info = RemoteInfo(entry);
@@ -237,7 +238,7 @@ int Session::Get(const PhonePath& path, const Entry& entry, const std::string& l
 int Session::Put(const std::string& localFile, const PhonePath& path, int flags,
                  const ProgressFunction& progress) {
     auto* function = Offered(m_plugin.PutFile, "copy files to the phone");
-    const Announced announced(*this, FS_STATUS_OP_PUT_SINGLE, path.Folder());
+    const Announcement announcement(*this, FS_STATUS_OP_PUT_SINGLE, path.Folder());
     HostPath phone(path);
     std::string local = localFile;
     m_progress = &progress;
@@ -248,7 +249,7 @@ int Session::Put(const std::string& localFile, const PhonePath& path, int flags,
 
 int Session::Move(const PhonePath& from, const PhonePath& to, const Entry& entry, bool overwrite) {
     auto* function = Offered(m_plugin.RenMovFile, "rename");
-    const Announced announced(*this, FS_STATUS_OP_RENMOV_SINGLE, from.Folder());
+    const Announcement announcement(*this, FS_STATUS_OP_RENMOV_SINGLE, from.Folder());
     HostPath oldPath(from);
     HostPath newPath(to);
     RemoteInfoStruct info = RemoteInfo(entry);
@@ -257,25 +258,25 @@ int Session::Move(const PhonePath& from, const PhonePath& to, const Entry& entry
 
 bool Session::MakeFolder(const PhonePath& path) {
     auto* function = Offered(m_plugin.MkDir, "make folders");
-    const Announced announced(*this, FS_STATUS_OP_MKDIR, path.Folder());
+    const Announcement announcement(*this, FS_STATUS_OP_MKDIR, path.Folder());
     return function(HostPath(path).Bytes()) != 0;
 }
 
 bool Session::RemoveFolder(const PhonePath& path) {
     auto* function = Offered(m_plugin.RemoveDir, "remove folders");
-    const Announced announced(*this, FS_STATUS_OP_DELETE, path.Folder());
+    const Announcement announcement(*this, FS_STATUS_OP_DELETE, path.Folder());
     return function(HostPath(path).Bytes()) != 0;
 }
 
 bool Session::RemoveFile(const PhonePath& path) {
     auto* function = Offered(m_plugin.RemoveFile, "delete files");
-    const Announced announced(*this, FS_STATUS_OP_DELETE, path.Folder());
+    const Announcement announcement(*this, FS_STATUS_OP_DELETE, path.Folder());
     return function(HostPath(path).Bytes()) != 0;
 }
 
 int Session::TypedCommand(const std::string& command, std::string& newPath) {
     auto* function = Offered(m_plugin.ExecuteFile, "carry out commands");
-    const Announced announced(*this, FS_STATUS_OP_EXEC, PhonePath());
+    const Announcement announcement(*this, FS_STATUS_OP_EXEC, PhonePath());
     HostPath name("/");
     std::string verb = "quote " + command;
     const int result = function(nullptr, name.Bytes(), verb.data());
@@ -286,7 +287,7 @@ int Session::TypedCommand(const std::string& command, std::string& newPath) {
 
 std::string Session::ShowProperties(const PhonePath& path) {
     auto* function = Offered(m_plugin.ExecuteFile, "show properties");
-    const Announced announced(*this, FS_STATUS_OP_EXEC, path.Folder());
+    const Announcement announcement(*this, FS_STATUS_OP_EXEC, path.Folder());
     HostPath name(path);
     std::string verb = "properties";
     std::string text;
@@ -310,7 +311,7 @@ void HOST_CALL Session::OnLog(int, int type, char* text) {
         std::fprintf(stderr, "log: %s\n", Printable(line).c_str());
     if (type == MSGTYPE_IMPORTANTERROR)
         s_current->m_reasons += (s_current->m_reasons.empty() ? "" : "; ") + Printable(line);
-    // A reconnect reports the old connection's end after the new one's beginning.
+    // A reconnect reports the new connection before the end of the old one.
     if (line.starts_with("CONNECTED") || line.starts_with("NOT CONNECTED"))
         s_current->m_lastConnectionLine = line;
 }
@@ -322,7 +323,7 @@ BOOL HOST_CALL Session::OnRequest(int, int type, char* title, char* text, char*,
     }
     std::fprintf(stderr, "%s%s%s\n", title ? Printable(title).c_str() : "", title && *title ? ": " : "",
                  text ? Printable(text).c_str() : "");
-    // Nobody sits here to answer a question: only plain messages are acknowledged.
+    // Nobody can answer a question here, so only plain messages are acknowledged.
     return type == RT_MsgOK;
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The components of a path in its plain form.
+/// Returns the components of a path.
 std::vector<std::string> Components(const PhonePath& path) {
     std::vector<std::string> components;
     for (PhonePath rest = path; !rest.IsRoot(); rest = rest.Folder())
@@ -24,7 +24,7 @@ bool IsFolder(const fs::path& path) {
     return fs::is_directory(path, error);
 }
 
-/// The entries of a folder of this computer that fit a pattern, sorted.
+/// Returns the entries of a folder of this computer that match a pattern, sorted.
 std::vector<fs::path> LocalMatches(const fs::path& folder, const std::string& pattern) {
     std::vector<fs::path> matches;
     std::error_code error;
@@ -45,11 +45,11 @@ const std::map<std::string, Entry>& PhoneLookup::Entries(const PhonePath& folder
     if (known != m_folders.end())
         return known->second;
     std::vector<Entry> entries;
-    if (m_session.List(folder, entries) == Session::ListResult::NoAnswer) {
+    if (m_session.List(folder, entries) == Session::ListResult::NoResponse) {
         const Failure none = m_session.NoHandset();
         throw m_folders.empty() ? none : Failure(none.what());
     }
-    // A folder that is missing has no entries; one that is there and refuses to be read is a failure.
+    // A missing folder has no entries. An existing one that the phone refuses to read is a failure.
     const std::string refusal = m_session.TakeReason();
     if (entries.empty() && !refusal.empty()) {
         const Entry* entry = folder.IsRoot() ? nullptr : Find(folder);
@@ -58,7 +58,7 @@ const std::map<std::string, Entry>& PhoneLookup::Entries(const PhonePath& folder
     }
     std::map<std::string, Entry>& kept = m_folders[folder.Text()];
     for (Entry& entry : entries) {
-        // A name that is a path would lead to some other entry.
+        // A name that is a path would lead to another entry.
         if (!entry.name.empty() && entry.name.find('/') == std::string::npos)
             kept.try_emplace(entry.name, entry);
     }
@@ -128,10 +128,10 @@ std::vector<fs::path> ExpandLocal(const std::string& typed) {
     return found;
 }
 
-std::string NothingFits(const std::string& typed, const char* kind) {
+std::string NoMatchReason(const std::string& typed, const char* kind) {
     const std::string path = PhonePath(typed).Text();
     return std::string("the phone has no ") + kind + " " + Quoted(path) +
-           (IsPattern(path) ? ", and nothing fits it as a pattern" : "");
+           (IsPattern(path) ? ", and nothing matches it as a pattern" : "");
 }
 
 } // namespace tools::wfxhost

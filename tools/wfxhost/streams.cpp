@@ -55,7 +55,8 @@ void PrintFile(Session& session, const PhonePath& path, const Entry& entry) {
             throw Failure(result.remark);
     }
     std::ifstream stream(file, std::ios::binary);
-    // The file is removed before it is printed, where that is possible: Ctrl-C may end the program then.
+    // The file is removed before it is printed if the system allows it, because Ctrl-C may end the program
+    // then.
     std::error_code error;
     std::filesystem::remove(file, error);
     Print(stream);

@@ -1,4 +1,4 @@
-// Files of the phone from standard input and to standard output.
+// Copying standard input to the phone, and files of the phone to standard output.
 #pragma once
 
 #include "wfxhost/copy_job.h"
@@ -9,12 +9,12 @@ namespace tools::wfxhost {
 /// "-" on the command line.
 constexpr const char* kStream = "-";
 
-/// PrintFile copies a phone file to standard output, by way of a temporary file. Throws Failure when nothing
-/// or not everything was printed.
+/// Copies a phone file to standard output, through a temporary file. Throws Failure unless the whole file was
+/// printed.
 void PrintFile(Session& session, const PhonePath& path, const Entry& entry);
 
-/// PutInput copies standard input to a phone file, by way of a temporary file; nothing is asked of the phone
-/// before the input's end. Throws Failure when that fails.
+/// Copies standard input to a phone file, through a temporary file. Contacts the phone only after the end of
+/// the input. Throws Failure when the copy fails.
 void PutInput(Session& session, const PhonePath& path, const CopyOptions& options);
 
 } // namespace tools::wfxhost

@@ -24,7 +24,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kReadyLimit = std::chrono::seconds(15);
-/// The time that the simulated handset takes for an answer, about that of a real one.
+/// The response time of the simulated handset, about that of a real one.
 constexpr const char* kLatency_us = "5000";
 constexpr auto kEndLimit = std::chrono::seconds(5);
 
@@ -48,8 +48,8 @@ public:
         close(m_output);
     }
 
-    /// WaitUntilReady reads the child's output up to its line "ready ...". False when the child ends before
-    /// or takes too long.
+    /// Reads the output of the child up to its line "ready ...". False when the child ends first or takes too
+    /// long.
     bool WaitUntilReady() const {
         std::string text;
         const auto end = Clock::now() + kReadyLimit;
@@ -73,11 +73,11 @@ private:
     int m_output;
 };
 
-/// RunChild is what the forked child does: it has a session of its own, so that Ctrl-C at the terminal
-/// reaches only wfxhost, which then ends it in order; and it does not outlive wfxhost.
+/// Runs in the forked child. The child has a session of its own, so that Ctrl-C at the terminal reaches only
+/// wfxhost, which then ends it cleanly. It does not outlive wfxhost.
 [[noreturn]] void RunChild(char* const* arguments, pid_t parent, int output) {
     setsid();
-    std::signal(SIGPIPE, SIG_DFL); // which is not wfxhost's way with it
+    std::signal(SIGPIPE, SIG_DFL); // wfxhost ignores it
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     const int nothing = open("/dev/null", O_RDONLY);
     if (getppid() != parent || nothing < 0 || dup2(nothing, 0) < 0 || dup2(output, 1) < 0)
@@ -98,7 +98,7 @@ std::string DefaultPluginName() {
 }
 
 void* OpenLibrary(const std::string& path, std::string& reason) {
-    // A name without a slash would be looked for among the system's libraries.
+    // dlopen searches the system's library folders for a name without a slash.
     void* library = dlopen(std::filesystem::absolute(path).c_str(), RTLD_LAZY);
     if (!library) {
         const char* text = dlerror();
@@ -128,7 +128,7 @@ std::string LocalNameKey(const std::string& name) {
 }
 
 long ReadInput(char* bytes, size_t room) {
-    constexpr int kLookAgain_ms = 200; // for a Ctrl-C that came just before the wait
+    constexpr int kLookAgain_ms = 200; // a Ctrl-C just before poll() does not interrupt it
     while (!Interrupted()) {
         pollfd wanted = {STDIN_FILENO, POLLIN, 0};
         const int ready = poll(&wanted, 1, kLookAgain_ms);
@@ -140,7 +140,7 @@ long ReadInput(char* bytes, size_t room) {
     return -1;
 }
 
-void MakeOutputBinary() {} // it is
+void MakeOutputBinary() {} // it always is
 
 std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string& deviceRoot, std::string& reason) {
     const std::string program = ProgramFolder() + "/simulated-handset";
@@ -170,7 +170,7 @@ std::unique_ptr<SimulatedHandset> StartSimulatedHandset(const std::string& devic
     }
     auto child = std::make_unique<Child>(pid, ends[0]);
     if (!child->WaitUntilReady()) {
-        reason = program + " did not get ready";
+        reason = program + " did not become ready";
         return nullptr;
     }
     setenv("QUILLET_DEVICE_ROOT", deviceRoot.c_str(), 1);

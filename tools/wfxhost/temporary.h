@@ -1,4 +1,4 @@
-// Files and folders of this program that it removes again.
+// Temporary files and folders.
 #pragma once
 
 #include <filesystem>
@@ -6,11 +6,11 @@
 
 namespace tools::wfxhost {
 
-/// FreshName returns a name that no other file is likely to have: `lead`, eight random hex digits, `ending`.
+/// Returns a name that no other file is likely to have: `lead`, eight random hex digits, `ending`.
 std::string FreshName(const char* lead, const char* ending);
 
-/// TemporaryFolder is a folder among the system's temporary files. It is removed with its content at the end
-/// of the object. Throws Failure when it cannot be made.
+/// TemporaryFolder is a folder in the system's folder for temporary files. The destructor removes it with its
+/// content. The constructor throws Failure when it cannot be made.
 class TemporaryFolder {
 public:
     TemporaryFolder();

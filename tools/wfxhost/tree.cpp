@@ -52,7 +52,7 @@ public:
         if (!reason.empty())
             LeftOut(reason);
         else
-            m_tree.notes.push_back(Quoted(path.Text()) + " is empty, or the phone did not let it be read");
+            m_tree.notes.push_back(Quoted(path.Text()) + " is empty, or the phone refused to list it");
     }
 
     void LeftOut(const std::string& reason) override { m_tree.failures.push_back(reason); }
@@ -63,20 +63,20 @@ private:
         std::set<std::string> keys; // of the names in it
     };
 
-    /// Whether this system can hold an entry beside the others of its folder.
+    /// Returns true when this system can store an entry beside the others of its folder.
     bool IsPossible(const PhonePath& path) {
         const std::string key = LocalNameKey(path.Name());
         if (key.empty())
-            LeftOut(Quoted(path.Text()) + ": this system can hold no file of that name");
+            LeftOut(Quoted(path.Text()) + ": this system cannot store a file with that name");
         else if (!m_folders.back().keys.insert(key).second)
-            LeftOut(Quoted(path.Text()) + ": to this system its name is the same as another one's");
+            LeftOut(Quoted(path.Text()) + ": on this system its name equals that of another entry");
         else
             return true;
         return false;
     }
 
     Tree& m_tree;
-    std::vector<Folder> m_folders; // those entered and not left
+    std::vector<Folder> m_folders; // those that were entered and not left
 };
 
 /// Collects this computer's side of a tree.
@@ -108,7 +108,7 @@ private:
         const std::string name = found.path().filename().string();
         std::error_code error;
         if (name.find('\\') != std::string::npos)
-            Fail(found.path(), "the phone can hold no name with a backslash");
+            Fail(found.path(), "a name with a backslash cannot be passed to a plug-in");
         else if (found.is_directory(error) && found.is_symlink(error))
             m_tree.notes.push_back(Quoted(found.path().string()) +
                                    " is a link to a folder and is not followed");
@@ -149,7 +149,7 @@ void AddFromPhone(Tree& tree, Session& session, const PhonePath& phone, const fs
     WalkPhone(session, phone, FolderEntry(), scan, kUndone);
 }
 
-void AddFromHere(Tree& tree, const fs::path& local, const PhonePath& phone) {
+void AddFromComputer(Tree& tree, const fs::path& local, const PhonePath& phone) {
     LocalScan(tree).Folder(local, phone, 0);
 }
 

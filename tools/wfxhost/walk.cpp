@@ -18,8 +18,8 @@ public:
             m_visitor.File(path, entry, depth);
         else if (depth > kDeepest)
             m_visitor.LeftOut(Quoted(path.Text()) + ": its folders are nested too deep");
-        else if (!path.IsTellable())
-            m_visitor.LeftOut(UntellableReason(path));
+        else if (!path.IsRepresentable())
+            m_visitor.LeftOut(UnrepresentableReason(path));
         else if (m_visitor.Enter(path, entry, depth))
             Folder(path, depth);
     }
@@ -30,9 +30,9 @@ private:
             throw Failure(std::string("interrupted: ") + m_undone);
         const std::vector<Entry> entries = EntriesOf(path);
         for (const Entry& entry : entries) {
-            // A name that is a path, or nothing, would lead to some other entry.
+            // An empty name, or one that is a path, would lead to another entry.
             if (entry.name.empty() || entry.name.find('/') != std::string::npos)
-                m_visitor.LeftOut(Quoted(path.Text()) + ": " + Quoted(entry.name) + " is no name");
+                m_visitor.LeftOut(Quoted(path.Text()) + ": " + Quoted(entry.name) + " is not a valid name");
             else
                 Visit(path.Child(entry.name), entry, depth + 1);
         }
@@ -49,7 +49,7 @@ private:
         if (!entries.empty())
             return entries;
         const std::string reason = m_session.TakeReason();
-        if (!m_session.Answers()) // a listing that broke off looks empty, too
+        if (!m_session.Answers()) // an interrupted listing looks empty, too
             throw Failure(std::string("the handset stopped answering: ") + m_undone);
         m_visitor.Empty(path, reason);
         return entries;
