@@ -140,7 +140,7 @@ class Programs:
             (["put", f"{FOLDER}\\*ck*.txt", "odd"], 0, ""),
             (["ls", "-1", FOLDER], 0, NAME + "\n"),
             (["find", "-name", "grün*"], 0, f"/{FOLDER}/{NAME}\n"),
-            (["get", "odd/aux.txt"], 1, "this system can hold no file of that name"),
+            (["get", "odd/aux.txt"], 1, "this system cannot store a file with that name"),
             (["get", "odd/*", "."], 1, "4 of 6 files not copied"),
         ])
         self.expect_on_phone(f"/{FOLDER}/{NAME}", LARGE)

@@ -127,9 +127,8 @@ void Removal::ReportRemaining(const Found& found, Problems& problems, const char
     for (const Found& one : left.found) {
         const std::string path = one.path.Text();
         const auto next = std::next(paths.find(path + "/"));
-        if ((next != paths.end() && next->starts_with(path + "/")) ||
-            (!m_stop.empty() && !m_reasons.contains(path)))
-            continue; // it could not go because of its content, or its removal was not tried
+        if (next != paths.end() && next->starts_with(path + "/"))
+            continue; // it could not go because of its content
         const auto reason = m_reasons.find(path);
         if (reason != m_reasons.end())
             problems.Add(reason->second);
