@@ -6,9 +6,9 @@
 
 namespace tools {
 
-/// LocalPath returns the path that a text means: UTF-8 on Windows, where the paths' own conversion would take
-/// each byte for a character; the bytes as they are elsewhere. path::string() is the way back. Throws when
-/// Windows can have no such path.
+/// Returns the path for a text. On Windows the text is UTF-8; a path made from it directly would have one
+/// character for each byte. On other systems the path has the bytes of the text. path::string() converts
+/// back. Throws when Windows can have no such path.
 inline std::filesystem::path LocalPath(const std::string& text) {
     return std::u8string(text.begin(), text.end());
 }
