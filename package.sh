@@ -20,8 +20,9 @@ need_mount_library
 ./build.sh
 for preset in win32 win64; do
     cmake --preset $preset
-    cmake --build --preset $preset --target quillet quillet_library
 done
+cmake --build --preset win32 --target quillet quillet_library
+cmake --build --preset win64 --target quillet quillet_library wfxhost qdiag
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/CMakeCache.txt)
 ids=$(packaging/accepted-ids.sh | paste -sd ' ' -)
 [ -n "$version" ] && [ -n "$ids" ]
@@ -37,13 +38,13 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir -p dist "$work/windows" "$work/$linux"
 
-cp build/win32/quillet.wfx build/win64/quillet.wfx64 "$work/windows/"
+cp build/win32/quillet.wfx build/win64/quillet.wfx64 build/win64/wfxhost.exe build/win64/qdiag.exe "$work/windows/"
 for text in pluginst.inf readme.txt; do
     fill $text "$work/$text"
     sed 's/$/\r/' "$work/$text" > "$work/windows/$text"
 done
 zip=$PWD/dist/quillet-$version.zip
-(cd "$work/windows" && zip -q -X -9 "$zip" pluginst.inf readme.txt quillet.wfx quillet.wfx64)
+(cd "$work/windows" && zip -q -X -9 "$zip" pluginst.inf readme.txt quillet.wfx quillet.wfx64 wfxhost.exe qdiag.exe)
 
 for program in quillet.wfx libquillet.so.0 wfxhost qdiag simulated-handset quillet-mount; do
     strip --strip-unneeded -o "$work/$linux/$program" build/$program

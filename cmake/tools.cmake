@@ -1,7 +1,8 @@
 # Programs for people, and what they share.
 file(GLOB tools_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/common/*.cpp)
-list(FILTER tools_sources EXCLUDE REGEX "/terminal_[a-z]+\\.cpp$")
+list(FILTER tools_sources EXCLUDE REGEX "_(posix|windows)\\.cpp$")
 add_library(tools_common STATIC ${tools_sources}
+    ${PROJECT_SOURCE_DIR}/tools/common/library_name_${QUILLET_SYSTEM}.cpp
     ${PROJECT_SOURCE_DIR}/tools/common/terminal_${QUILLET_SYSTEM}.cpp)
 target_include_directories(tools_common PUBLIC ${PROJECT_SOURCE_DIR}/tools)
 target_link_libraries(tools_common PRIVATE quillet_options)
@@ -10,8 +11,8 @@ target_compile_definitions(tools_common PRIVATE QUILLET_VERSION="${PROJECT_VERSI
 # quillet_program_documents(NAME): the program's manual page and bash completion, which it prints itself, in
 # documents/ of the build folder.
 function(quillet_program_documents name)
-    if(QUILLET_SANITIZE)
-        return() # those programs need special settings to run
+    if(WIN32 OR QUILLET_SANITIZE)
+        return() # those programs need Windows or special settings to run
     endif()
     set(folder ${CMAKE_BINARY_DIR}/documents)
     add_custom_command(OUTPUT ${folder}/${name}.1 ${folder}/${name}.bash
@@ -36,33 +37,34 @@ set_source_files_properties(${PROJECT_SOURCE_DIR}/tools/wfxhost/main.cpp PROPERT
     COMPILE_DEFINITIONS QUILLET_PLUGIN_FOLDER="${QUILLET_FROM_PROGRAMS}/quillet")
 target_link_libraries(wfxhost PRIVATE tools_common quillet_options ${CMAKE_DL_LIBS})
 set_target_properties(wfxhost PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
-if(WIN32)
-    target_link_options(wfxhost PRIVATE -static -s)
+quillet_program_documents(wfxhost)
+
+# qdiag uses the library as any other program would: through quillet.h. On Windows that is the plug-in's file beside it.
+file(GLOB qdiag_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/*.cpp
+    ${PROJECT_SOURCE_DIR}/tools/qdiag/efs/*.cpp)
+add_executable(qdiag ${qdiag_sources})
+target_include_directories(qdiag PRIVATE ${PROJECT_SOURCE_DIR})
+target_link_libraries(qdiag PRIVATE tools_common ${QUILLET_LIBRARY} quillet_options)
+set_target_properties(qdiag PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
+    INSTALL_RPATH "${QUILLET_RPATH}" BUILD_WITH_INSTALL_RPATH ON)
+quillet_program_documents(qdiag)
+# The commands that read and write archives.
+if(NOT WIN32)
+    find_package(LibArchive)
+endif()
+if(LibArchive_FOUND)
+    file(GLOB archive_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/archive/*.cpp)
+    target_sources(qdiag PRIVATE ${archive_sources})
+    target_link_libraries(qdiag PRIVATE LibArchive::LibArchive)
 else()
-    quillet_program_documents(wfxhost)
+    target_sources(qdiag PRIVATE ${PROJECT_SOURCE_DIR}/tools/qdiag/without_archive/commands.cpp)
+    message(STATUS "qdiag is built without efs backup and efs restore: they need libarchive (libarchive-dev)")
 endif()
 
-# qdiag uses the library as any other program would: through quillet.h. It needs the system's terminals and is
-# made for Linux alone.
-if(NOT WIN32)
-    file(GLOB qdiag_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/*.cpp
-        ${PROJECT_SOURCE_DIR}/tools/qdiag/efs/*.cpp)
-    add_executable(qdiag ${qdiag_sources})
-    target_include_directories(qdiag PRIVATE ${PROJECT_SOURCE_DIR})
-    target_link_libraries(qdiag PRIVATE tools_common ${QUILLET_LIBRARY} quillet_options)
-    set_target_properties(qdiag PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
-        INSTALL_RPATH "${QUILLET_RPATH}" BUILD_WITH_INSTALL_RPATH ON)
-    quillet_program_documents(qdiag)
-    # The commands that read and write archives.
-    find_package(LibArchive)
-    if(LibArchive_FOUND)
-        file(GLOB archive_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/qdiag/archive/*.cpp)
-        target_sources(qdiag PRIVATE ${archive_sources})
-        target_link_libraries(qdiag PRIVATE LibArchive::LibArchive)
-    else()
-        target_sources(qdiag PRIVATE ${PROJECT_SOURCE_DIR}/tools/qdiag/without_archive/commands.cpp)
-        message(STATUS "qdiag is built without efs backup and efs restore: they need libarchive (libarchive-dev)")
-    endif()
+if(WIN32)
+    # A plain Windows has none of the compiler's libraries.
+    target_link_options(wfxhost PRIVATE -static -s)
+    target_link_options(qdiag PRIVATE -static -s)
 endif()
 
 # The simulated handset on a pseudo-terminal.

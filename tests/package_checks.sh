@@ -29,11 +29,13 @@ tar -C "$work" -xzf "dist/quillet-$version-linux-x86_64.tar.gz"
 windows=$work/windows
 linux=$work/quillet-$version-linux-x86_64
 
-expect_files "$windows" pluginst.inf quillet.wfx quillet.wfx64 readme.txt
+expect_files "$windows" pluginst.inf qdiag.exe quillet.wfx quillet.wfx64 readme.txt wfxhost.exe
 expect_text "$windows/pluginst.inf" '^\[plugininstall\].$'
 expect_text "$windows/pluginst.inf" '^type=wfx.$'
 expect_text "$windows/pluginst.inf" '^file=quillet\.wfx.$'
-tests/windows/product_checks.sh "$windows/quillet.wfx" "$windows/quillet.wfx64" "$version" || fail "Windows editions"
+expect_text "$windows/readme.txt" 'wfxhost\.exe .*qdiag\.exe'
+tests/windows/product_checks.sh "$windows/quillet.wfx" "$windows/quillet.wfx64" "$version" \
+    "$windows/wfxhost.exe" "$windows/qdiag.exe" || fail "Windows editions"
 
 expect_files "$linux" 70-quillet.rules INSTALL completions/qdiag completions/simulated-handset completions/wfxhost \
     libquillet.so.0 man/qdiag.1.gz man/quillet-mount.1.gz man/simulated-handset.1.gz man/wfxhost.1.gz qdiag quillet-mount \

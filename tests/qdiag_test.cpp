@@ -171,6 +171,13 @@ TEST_F(QdiagPhoneTest, BackupReportsMissingItems) {
     m_phone.Misbehave(Action::Unplug, "26", 1, 0, 20);
     Expect({{"nv backup more.txt --timeout 300", 1, "the handset stopped answering; the backup failed"}});
     EXPECT_FALSE(m_local.Has("more.txt"));
+    m_phone.phone.Behave();
+    m_phone.phone.Replug();
+    m_settings = "ulimit -f 8 &&";
+    for (uint16_t i = 100; i < 200; ++i)
+        SetItem(i, {1});
+    Expect({{"nv backup more.txt --items 0-300", 1, "could not be written"}});
+    EXPECT_EQ(CountIn(m_local.Path().c_str()), 2U);
 }
 
 TEST_F(QdiagPhoneTest, LogShowsEnabledPacketsAndRestoresTheMasks) {

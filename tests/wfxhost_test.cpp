@@ -189,6 +189,29 @@ TEST_F(WfxhostPhoneTest, UnwritableOutputFails) {
     EXPECT_TRUE(std::filesystem::is_empty(m_local.Path()));
 }
 
+TEST_F(WfxhostPhoneTest, AFullDiskLeavesNoPartOfAFile) {
+    m_phone.AddFile("dir/large.bin", Pattern(300000));
+    m_phone.AddFile("dir/small.bin", Pattern(300));
+    m_local.Write("old.bin", Pattern(5));
+    m_local.Write("large", Pattern(300000));
+    m_settings = "ulimit -f 8 && TMPDIR='" + m_local.Path() + "'";
+    Expect({
+        {"get dir/large.bin", 1, "/dir/large.bin: the local file cannot be written: File too large\n"},
+        {"get -f dir/large.bin old.bin", 1, "cannot be written: File too large\n"},
+        {"get -f dir/large.bin /dev/full", 1, "cannot be written: No space left on device"},
+        {"get -r dir", 1,
+         "not copied: copy from the phone: /dir/large.bin: the local file cannot be written"},
+        {"cat dir/large.bin", 1, "cannot be written: File too large\n"},
+        {"put - new.bin < large", 1, "cannot write a temporary file; perhaps the disk is full"},
+    });
+    EXPECT_EQ(m_local.Read("old.bin"), Pattern(5));
+    EXPECT_EQ(m_local.Read("dir/small.bin"), Pattern(300));
+    EXPECT_EQ(CountIn(m_local.Path("dir").c_str()), 1U);
+    EXPECT_EQ(CountIn(m_local.Path().c_str()), 3U);
+    EXPECT_FALSE(m_phone.Exists("new.bin"));
+    EXPECT_EQ(m_phone.OpenCount(), 0U);
+}
+
 TEST_F(WfxhostPhoneTest, StandardInputAndOutputAreFiles) {
     m_phone.AddFile("dir/photo.bin", Pattern(30000));
     m_phone.AddFile("empty", {});

@@ -138,6 +138,42 @@ TEST_F(WfxhostTreeTest, RemovesTreesAndNothingElse) {
     EXPECT_EQ(m_phone.OpenCount(), 0U);
 }
 
+TEST_F(WfxhostTreeTest, InterruptStopsSearchesAndRemovals) {
+    for (int i = 0; i < 9; ++i)
+        m_phone.AddFile("tree/" + std::to_string(i) + "/file", {1});
+    const struct {
+        const char* command;
+        std::string request; // Ctrl-C comes with the fourth one
+        const char* says;
+    } kRows[] = {
+        {"find", kOpenFolder, "interrupted: not everything was looked at"},
+        {"du", kOpenFolder, "interrupted: not everything was looked at"},
+        {"get -r tree", kOpenFolder, "interrupted: nothing was copied"},
+        {"rm -r tree", kOpenFolder, "interrupted: nothing was deleted"},
+        {"rm -r tree", kUnlink, "stopped, interrupted; not everything was deleted"},
+    };
+    for (const auto& row : kRows) {
+        m_phone.phone.ClearRequests();
+        int iLeft = 4;
+        m_phone.phone.OnRequest([&](const Bytes& request) {
+            pid_t pid = 0;
+            if (handset::BeginsWith(request, Hex(row.request)) && --iLeft == 0 &&
+                std::ifstream(m_local.Path("pid")) >> pid)
+                kill(pid, SIGINT);
+        });
+        const ProgramOutcome outcome = Shell("cd '" + m_local.Path() + "' && sh -c 'echo $$ > pid; exec " +
+                                             m_program + " " + row.command + "'");
+        m_phone.phone.OnRequest(nullptr);
+        EXPECT_EQ(outcome.status, 1) << row.command;
+        EXPECT_THAT(outcome.output, testing::HasSubstr(row.says)) << row.command;
+        EXPECT_EQ(m_phone.OpenCount(), 0U) << row.command;
+        EXPECT_EQ(m_phone.CountOf(kUnlink), row.request == kUnlink ? 4 : 0) << row.command;
+    }
+    EXPECT_FALSE(m_local.Has("tree"));
+    EXPECT_TRUE(m_phone.Exists("tree/0/file"));
+    EXPECT_FALSE(m_phone.Exists("tree/8/file"));
+}
+
 TEST_F(WfxhostTreeTest, CompletesCommandsOptionsAndPaths) {
     m_phone.AddFile("dir/my photo.bin", {});
     m_phone.AddFolder("dir/my folder");
@@ -165,6 +201,7 @@ printf '%s|' "${COMPREPLY[@]}"
         {"put x /d", "/dir/|"},
         {"rm a b 'dir/my\\ p'", "dir/my photo.bin|"},
         {"get dir/line", "|"},
+        {"--plugin /nonexistent ls dir/m", "|"}, // which the listing gets too
     };
     for (const auto& row : kRows)
         EXPECT_EQ(Shell("cd '" + m_local.Path() +
@@ -226,6 +263,26 @@ for e in entries:
     assert (e["type"], e["size"], e["attributes"]) in [("file", 3, 0), ("folder", None, 16)], e
     print(e["name"].encode("utf-8" if e["utf8"] else "latin-1").hex(" ").upper(), e["type"])
 )";
+    const std::string kOdd = "line\nfeed \"\xFF\x80";
+    m_phone.AddFile("odd/" + kOdd, {1});
+    std::ofstream(m_local.Path("names.py")) << R"(
+import json, sys
+def names(value):
+    if isinstance(value, dict) and "utf8" in value:
+        name = next(value[key] for key in ("name", "path", "phone") if key in value)
+        yield name.encode("utf-8" if value["utf8"] else "latin-1").split(b"/")[-1].hex(" ").upper()
+    for part in value.values() if isinstance(value, dict) else value if isinstance(value, list) else ():
+        yield from names(part)
+print(*names(json.loads(sys.stdin.buffer.read().decode("utf-8"))), sep="\n")
+)";
+    for (const std::string arguments :
+         {"ls --json odd", "find --json -type f odd", "du -a --json odd", "get -r --json odd copy",
+          "get -n --json 'odd/*'", "put -r --json copy odd", "cd --json odd",
+          "props --json \"odd/$(printf 'line\\nfeed \"\\377\\200')\""})
+        EXPECT_THAT(Run(arguments + " | python3 names.py").output,
+                    testing::HasSubstr(arguments[0] == 'c' ? "6F 64 64\n"
+                                                           : handset::ToHex(Bytes(kOdd.begin(), kOdd.end()))))
+            << arguments;
     std::string expected;
     for (const int i : {0, 4, 2, 1, 3}) { // in the order of their bytes, "folder" after the first
         expected += i == 4 ? "" : handset::ToHex(Bytes(kNames[i].begin(), kNames[i].end())) + " file\n";

@@ -13,6 +13,7 @@ TREE = {
 OLD = b"the old text\n"
 NEW = trees.pattern(3000, 3)
 LONG = trees.pattern(600000, 4)
+TOO_LARGE = bytes(4000000)  # more than the phone has room for (phone.py)
 
 
 def below(folder, entries):
@@ -35,6 +36,8 @@ ON_PHONE = {
     "slow up": None,
     "slow down/long.bin": LONG,
     "cable/here.txt": OLD,
+    "refused/kept.txt": OLD,
+    "full": None,
 }
 
 
@@ -48,6 +51,7 @@ ON_COMPUTER = {
     **below("out/existing/tree", TREE),
     **below("out/conflict", {"a.txt": NEW, "b.txt": NEW}),
     "out/slow/long.bin": LONG,
+    "out/large/too large.bin": TOO_LARGE,
     "in/tree": None,
     "in/conflict/a.txt": OLD,
     "in/slow": None,

@@ -10,6 +10,7 @@ from waiting import Failed, check
 # The names of file-system commands by the command number in the request's third and fourth bytes.
 COMMANDS = {2: "open", 3: "close", 4: "read", 5: "write", 6: "link", 7: "readlink", 8: "unlink", 9: "mkdir",
             10: "rmdir", 11: "opendir", 12: "readdir", 13: "closedir", 14: "rename", 15: "stat", 19: "statfs"}
+FREE_BLOCKS = 6000  # of 512 bytes
 
 
 class Phone:
@@ -20,7 +21,8 @@ class Phone:
         self.device_root = os.path.join(folder, "device-root")
         self.control = os.path.join(folder, "control")
         self.process = children.start([program, "--device-root", self.device_root, "--control", self.control,
-                                       "--fill", os.path.join(folder, "content")], stdout=subprocess.PIPE)
+                                       "--fill", os.path.join(folder, "content"), "--free", str(FREE_BLOCKS)],
+                                      stdout=subprocess.PIPE)
         check(self.process.stdout.readline().startswith(b"ready"), "the simulated handset did not start")
 
     def tell(self, command):

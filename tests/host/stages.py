@@ -182,6 +182,35 @@ def pull_the_phone_out_while_copying(stage):
     stage.commander.wait_for_names(*stage.phone.names_at_the_root())
 
 
+def wait_for_line(stage, line):
+    """Waits until the log, which the program also shows in its window, has the plug-in's line."""
+    until(lambda: f"the log has the line {line!r}:\n" + stage.commander.log_text(),
+          lambda: line in stage.commander.log_text())
+
+
+def delete_what_the_phone_keeps(stage):
+    stage.commander.open(PHONE + "/refused")
+    stage.commander.mark("kept.txt")
+    stage.phone.tell("misbehave refuse prefix=4B130800 value=13 times=-1")
+    stage.commander.command("Delete")
+    stage.answer(MESSAGE, "Return")
+    wait_for_line(stage, "delete: /refused/kept.txt: the phone refused it: permission denied (13)")
+    stage.phone.tell("behave")
+    stage.wait_for_phone("/refused", {"kept.txt": OLD})
+    stage.commander.command("Refresh")
+    stage.commander.wait_for_names("kept.txt")
+
+
+def copy_more_than_the_phone_has_room_for(stage):
+    stage.start_copying(stage.path("out/large"), PHONE + "/full", "too large.bin")
+    stage.commander.wait_for_window(MESSAGE)
+    wait_for_line(stage, "copy to the phone: /full/too large.bin: no space left on the phone")
+    stage.photograph("message")
+    stage.answer(MESSAGE, "Escape")
+    stage.wait_for_phone("/full", {})
+    stage.commander.wait_until_alone()
+
+
 def leave_the_program(stage):
     stage.commander.open(PHONE)
     status = stage.commander.leave()
@@ -193,4 +222,5 @@ STAGES = [open_the_phone, enter_folders, copy_a_tree_from_the_phone, copy_a_tree
           delete_files_and_a_tree, make_and_remove_a_folder, rename_a_file_and_a_folder,
           move_a_folder_inside_the_phone, enter_links_to_folders, type_commands, show_properties,
           abort_a_copy_to_the_phone, abort_a_copy_from_the_phone, pull_the_phone_out_and_plug_it_in,
-          pull_the_phone_out_while_copying, leave_the_program]
+          pull_the_phone_out_while_copying, delete_what_the_phone_keeps, copy_more_than_the_phone_has_room_for,
+          leave_the_program]

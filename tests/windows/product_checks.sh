@@ -1,6 +1,6 @@
 #!/bin/sh
-# product_checks.sh QUILLET_WFX QUILLET_WFX64 VERSION: checks the contents of the two Windows editions. Exit status 1
-# when something is missing.
+# product_checks.sh QUILLET_WFX QUILLET_WFX64 VERSION PROGRAM...: checks the contents of the two Windows editions and of
+# the 64-bit programs. Exit status 1 when something is missing.
 set -eu
 root=$(cd "$(dirname "$0")/../.." && pwd)
 failures=0
@@ -15,7 +15,14 @@ functions="FsInit FsGetDefRootName FsStatusInfo FsDisconnect FsFindFirst FsFindN
 classes=$(find "$root" -path "$root/build*" -prune -o -name '*.h' -print | xargs \
     sed -nE 's/^(class|struct) QUILLET_API ([A-Za-z0-9_]+).*/\2/p' | sort -u)
 # Libraries that every Windows installation has.
-system='advapi32|gdi32|kernel32|msvcrt|ole32|oleaut32|user32|version|winmm'
+system='advapi32|gdi32|kernel32|msvcrt|ole32|oleaut32|shell32|user32|version|winmm'
+
+# check_libraries FILE HEADERS OTHERS: the file needs nothing but the system's libraries and those that match OTHERS.
+check_libraries() {
+    if printf '%s\n' "$2" | sed -n 's/^\s*DLL Name: //p' | grep -viE "^(($system)\.dll|$3)\$"; then
+        fail "$1 needs libraries that not every Windows has"
+    fi
+}
 
 # check_edition FILE TOOLS FORMAT VERSION
 check_edition() {
@@ -32,9 +39,7 @@ check_edition() {
     if printf '%s\n' "$exports" | grep -E '@[0-9]+$'; then
         fail "$1 exports decorated names"
     fi
-    if printf '%s\n' "$headers" | sed -n 's/^\s*DLL Name: //p' | grep -viE "^($system)\.dll\$"; then
-        fail "$1 needs libraries that not every Windows has"
-    fi
+    check_libraries "$1" "$headers" ''
     # A bitmap (type 2) with the number 205, and a version (type 16).
     resources=$(printf '%s\n' "$headers" | sed -n '/^The .rsrc/,$p')
     printf '%s\n' "$resources" | grep -qi 'ID: 0x0*cd,' || fail "$1 has no bitmap 205"
@@ -52,4 +57,10 @@ PY
 
 check_edition "$1" i686-w64-mingw32 pei-i386 "$3"
 check_edition "$2" x86_64-w64-mingw32 pei-x86-64 "$3"
+shift 3
+for program in "$@"; do
+    headers=$(x86_64-w64-mingw32-objdump -p "$program")
+    printf '%s\n' "$headers" | grep -q 'file format pei-x86-64' || fail "$program is not pei-x86-64"
+    check_libraries "$program" "$headers" 'quillet\.wfx64'
+done
 [ "$failures" -eq 0 ]

@@ -9,6 +9,7 @@ need_windows_compilers
 need_wine
 wine=${XDG_CACHE_HOME:-$HOME/.cache}/quillet-wine
 begin=$(date +%s)
+export PYTHONDONTWRITEBYTECODE=1
 
 cmake --preset linux
 cmake --build --preset linux --target simulated-handset
@@ -18,7 +19,8 @@ for preset in win32 win64; do
 done
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/CMakeCache.txt)
 status=0
-tests/windows/product_checks.sh build/win32/quillet.wfx build/win64/quillet.wfx64 "$version" || status=1
+tests/windows/product_checks.sh build/win32/quillet.wfx build/win64/quillet.wfx64 "$version" \
+    build/win64/wfxhost.exe build/win64/qdiag.exe || status=1
 
 widths=64
 mkdir -p "$wine"

@@ -9,12 +9,14 @@ import fcntl
 import os
 import queue
 import shutil
-import socket
 import subprocess
 import sys
 import tempfile
 import threading
 import time
+
+import programs
+from handset import Handset
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 WIDTH, WINE, BUILD, LINUX_BUILD, *PROGRAM = sys.argv[1:]
@@ -32,35 +34,12 @@ def windows_path(path):
     return "Z:" + path.replace("/", "\\")
 
 
-class Handset:
-    """The simulated handset and its command line."""
-
-    def __init__(self, folder):
-        self.root = os.path.join(folder, "root")
-        self.control = os.path.join(folder, "control")
-        fill = os.path.join(folder, "fill")
-        os.makedirs(os.path.join(fill, "brew", "mod"))
-        with open(os.path.join(fill, "notes.txt"), "w") as file:
-            file.write("hello\n")
-        self.process = subprocess.Popen(
-            [os.path.join(LINUX_BUILD, "simulated-handset"), "--device-root", self.root,
-             "--control", self.control, "--fill", fill], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
-        if not self.process.stdout.readline().startswith(b"ready"):
-            sys.exit("the simulated handset did not start")
-
-    def tell(self, command):
-        with socket.socket(socket.AF_UNIX) as line:
-            line.connect(self.control)
-            line.sendall(command.encode() + b"\n")
-            answer = b""
-            while True:
-                lines = answer.split(b"\n")
-                if len(lines) > 1 and (lines[-2] == b"ok" or lines[-2].startswith(b"error:")):
-                    return " ".join(text.decode("latin-1") for text in lines[:-1])
-                piece = line.recv(65536)
-                if not piece:
-                    return "error: the handset is gone"
-                answer += piece
+def connect(handset):
+    """Makes a handset the one on COM6."""
+    port = os.path.join(PREFIX, "dosdevices", "com6")
+    if os.path.islink(port):
+        os.remove(port)
+    os.symlink(os.path.join(handset.root, "dev/ttyUSB0"), port)
 
 
 def lines_of(process):
@@ -119,8 +98,16 @@ def look_at_banner(left, top):
 class Session:
     def __init__(self, folder):
         self.folder = folder
-        self.handset = Handset(folder)
+        self.handsets = []
+        self.handset = self.attach("first", {"notes.txt": b"hello\n", "brew/mod": None})
         self.failures = 0
+
+    def attach(self, name, files):
+        """Starts a handset with these files and makes it the one on COM6."""
+        handset = Handset(LINUX_BUILD, os.path.join(self.folder, name), files)
+        self.handsets.append(handset)
+        connect(handset)
+        return handset
 
     def answer(self, request):
         word, _, rest = request.partition(" ")
@@ -157,12 +144,6 @@ class Session:
         if not good:
             self.fail(text)
 
-    def wfxhost(self, arguments, status=0, says=""):
-        program = os.path.join(BUILD, "wfxhost.exe")
-        output = self.run("wfxhost " + " ".join(arguments), [program, "--plugin", windows_path(PLUGIN), *arguments],
-                          status=status)
-        self.expect(says in output, f"wfxhost {arguments} does not say: {says}")
-
     def program(self, name):
         return os.path.join(BUILD, "checks", name)
 
@@ -175,7 +156,14 @@ class Session:
                  {"WINEDLLOVERRIDES": "mscoree,mshtml=;setupapi=n"})
         self.modules()
         self.run("file manager", [self.program("host-checks.exe"), windows_path(PLUGIN)])
-        self.command_line()
+        self.programs()
+
+    def programs(self):
+        """The command-line programs: wfxhost for both editions, and all that users of the 64-bit ones do."""
+        what = programs.Programs(self, wine, windows_path, BUILD, PLUGIN)
+        what.quick()
+        if WIDTH == "64":
+            what.thorough()
 
     def modules(self):
         """Hosts and the library as separate modules. WINEPATH names the folders of the compiler's libraries for the
@@ -189,30 +177,6 @@ class Session:
         where = {"WINEPATH": ";".join(windows_path(folder) for folder in folders)}
         for name in ("edge-checks-static", "edge-checks-shared", "bare-host"):
             self.run(name, [self.program(name + ".exe")], where)
-
-    def command_line(self):
-        content = bytes((i * 13 + i // 255) % 256 for i in range(70000))
-        local = os.path.join(self.folder, "local.bin")
-        back = os.path.join(self.folder, "back.bin")
-        with open(local, "wb") as file:
-            file.write(content)
-        self.wfxhost(["ls"], says="notes.txt")
-        self.wfxhost(["put", "local.bin", "brew"], says="70000 bytes in ")
-        self.wfxhost(["get", "brew/local.bin", "back.bin"], says="70000 bytes in ")
-        with open(back, "rb") as file:
-            self.expect(file.read() == content, "the file that came back differs")
-        exported = os.path.join(self.folder, "exported.bin")
-        self.handset.tell(f"export /brew/local.bin {exported}")
-        with open(exported, "rb") as file:
-            self.expect(file.read() == content, "the handset's file differs")
-        self.wfxhost(["ln", "brew/local.bin", "l"])
-        self.wfxhost(["cd", "brew"], says="/brew")
-        self.wfxhost(["mv", "brew/local.bin", "moved.bin"])
-        self.wfxhost(["rm", "moved.bin"])
-        self.wfxhost(["get", "moved.bin"], 1, "the phone has no file")
-        self.wfxhost(["dance"], 2, "unknown command")
-        self.handset.tell("unplug")
-        self.wfxhost(["ls"], 3, "handset")
 
 
 def prepare():
@@ -252,15 +216,14 @@ def main():
     with open(PREFIX + ".lock", "w") as lock, tempfile.TemporaryDirectory() as folder:
         fcntl.flock(lock, fcntl.LOCK_EX)  # one server per prefix
         begin = time.monotonic()
+        # Wine decodes names of files and arguments by the locale, and its server's first process decides for all.
+        os.environ["LC_ALL"] = "C.UTF-8"
         prepare()
         screen = start_screen(folder)
         session = None
         port = os.path.join(PREFIX, "dosdevices", "com6")
         try:
             session = Session(folder)
-            if os.path.islink(port):
-                os.remove(port)
-            os.symlink(os.path.join(session.handset.root, "dev/ttyUSB0"), port)
             # The server runs for the whole session, because it holds the registry keys of the ports.
             subprocess.run(wine("wineserver", "-p"), check=False, stdin=subprocess.DEVNULL,
                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -271,7 +234,8 @@ def main():
         finally:
             subprocess.run(wine("wineserver", "-k"), check=False)
             if session:
-                session.handset.process.terminate()
+                for handset in session.handsets:
+                    handset.process.terminate()
             screen.terminate()
             if os.path.islink(port):
                 os.remove(port)

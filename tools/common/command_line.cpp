@@ -239,11 +239,12 @@ private:
 } // namespace
 
 int RunProgram(const Program& program, int count, char** words) {
-    LetClosedPipesFail();
+    LetWritesFail();
+    ShowUtf8();
     Status status = Status::Success;
     std::string reason;
     try {
-        CommandLine(program, {words + 1, words + count}).Run();
+        CommandLine(program, CommandLineWords(count, words)).Run();
     } catch (const Failure& failure) {
         status = failure.ExitStatus();
         reason = failure.what();

@@ -35,8 +35,8 @@ std::string ValueCases(const std::vector<Option>& options) {
         std::string names = option.name;
         for (const char* letter = option.letters; *letter; ++letter)
             names += std::string("|-") + *letter;
-        text +=
-            "        " + names + ") values='" + option.choices + "' kind=" + LetterOf(option.word) + " ;;\n";
+        text += "        " + names + ") values='" + option.choices + "' kind=" + LetterOf(option.word) +
+                (option.isListers ? " passed=1 ;;\n" : " ;;\n");
     }
     return text;
 }
@@ -97,7 +97,7 @@ constexpr const char* kPhonePaths = R"(
     COMPREPLY=()
     while IFS= read -r -d '' name; do
         [[ $name != *[[:cntrl:]]* && $folder$name == "$cur"* ]] && COMPREPLY+=("$folder$name")
-    done < <(timeout 0.2 "$program" "${plugin[@]}" @LISTER@ "${folder:-/}" 2> /dev/null < /dev/null)
+    done < <(timeout 0.2 "$program" "${passedOn[@]}" @LISTER@ "${folder:-/}" 2> /dev/null < /dev/null)
     compopt -o filenames 2> /dev/null
     [[ ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} == */ ]] && compopt -o nospace 2> /dev/null
 }
@@ -106,14 +106,14 @@ constexpr const char* kPhonePaths = R"(
 constexpr const char* kScript = R"(
 @F@() {
     local cur=${COMP_WORDS[COMP_CWORD]} program=${COMP_WORDS[0]} word command= words= options= kinds=-
-    local values= kind= place=0 i plugin=()
+    local values= kind= passed= place=0 i passedOn=()
     # Find the command, and the position of the argument that is being typed.
     for ((i = 1; i < COMP_CWORD; ++i)); do
-        word=${COMP_WORDS[i]} values= kind=
+        word=${COMP_WORDS[i]} values= kind= passed=
         case $word in
 @VALUES@        esac
         if [[ $kind ]]; then
-            [[ $word == --plugin && i+1 -lt COMP_CWORD ]] && plugin=(--plugin "${COMP_WORDS[i + 1]}")
+            [[ $passed && i+1 -lt COMP_CWORD ]] && passedOn+=("$word" "${COMP_WORDS[i + 1]}")
             ((++i))
         elif [[ $word == -?* ]]; then
             :

@@ -39,6 +39,7 @@ struct Option {
     const char* purpose;      // what the option does; begins with a lower-case letter, no full stop
     Word word = Word::Any;    // the kind of its value
     const char* choices = ""; // all possible values, separated by blanks; empty: not a fixed set
+    bool isListers = false;   // Program::lister gets it, too: it selects the phone or how to reach it
 };
 
 /// One command.
@@ -66,8 +67,8 @@ struct Program {
     std::string remarks;                          // the end of the help text: paragraphs, see Wrapped
     void (*withoutCommand)(const Job&) = nullptr; // null: a command is required
     /// Command and options that print a folder of the phone for the completion, which appends the path. Each
-    /// name ends with a zero byte; a '/' follows the names of folders. Empty: paths on the phone are not
-    /// completed.
+    /// name ends with a zero byte; a '/' follows the names of folders. With it, every Word::PhonePath is
+    /// completed. Empty: none is.
     const char* lister = "";
     bool needsHandset = true; // exit status 3 can occur
 };

@@ -8,6 +8,12 @@
 
 namespace tools {
 
+std::vector<std::string> CommandLineWords(int count, char** words) {
+    return {words + (count > 0 ? 1 : 0), words + count};
+}
+
+void ShowUtf8() {} // that is the terminal's own setting
+
 int TerminalWidth() {
     if (!isatty(STDOUT_FILENO))
         return 0;
@@ -15,8 +21,9 @@ int TerminalWidth() {
     return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col ? size.ws_col : 80;
 }
 
-void LetClosedPipesFail() {
+void LetWritesFail() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 } // namespace tools

@@ -108,7 +108,8 @@ const Program kProgram = {
         },
     .options =
         {
-            {"--port", "", "N", "use the phone on port COM N (default: the first port on which one answers)"},
+            {"--port", "", "N", "use the phone on port COM N (default: the first port on which one answers)",
+             Word::Any, "", true},
             {"--timeout", "", "MS", "how long to wait for a response, in milliseconds (default 4000)"},
         },
     .remarks = "Numbers are decimal, or hex with 0x.\n",

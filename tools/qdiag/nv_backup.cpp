@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "common/interrupt.h"
+#include "common/local_path.h"
 #include "common/progress.h"
 #include "common/text.h"
 #include "qdiag/commands.h"
@@ -76,7 +77,7 @@ Counts CopyItems(const Phone& phone, const Range& range, NvFileWriter& file) {
 void NvBackupCommand(const Job& job) {
     const std::string& path = job.arguments[0];
     const Range range = ParseRange(job);
-    if (std::filesystem::exists(path) && !job.Has("--force"))
+    if (std::filesystem::exists(LocalPath(path)) && !job.Has("--force"))
         throw Failure(Quoted(path) + " already exists; --force replaces it");
     const Phone phone(job);
     const InterruptGuard guard;

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "common/local_path.h"
 #include "common/text.h"
 #include "qdiag/hex.h"
 
@@ -16,8 +17,8 @@ namespace fs = std::filesystem;
 
 std::string ReadWhole(const std::string& path) {
     std::error_code ignored;
-    std::ifstream file(path, std::ios::binary);
-    if (!file || fs::is_directory(path, ignored))
+    std::ifstream file(LocalPath(path), std::ios::binary);
+    if (!file || fs::is_directory(LocalPath(path), ignored))
         throw Failure("the file " + Quoted(path) + " cannot be read");
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
@@ -39,12 +40,12 @@ bool ParseLine(std::string_view line, unsigned short& item, NvValue& value) {
 } // namespace
 
 NvFileWriter::NvFileWriter(const std::string& path, const std::string& comment)
-    : m_path(path), m_partPath(path + ".part") {
+    : m_path(LocalPath(path)), m_partPath(LocalPath(path + ".part")) {
     if (fs::exists(m_partPath))
-        throw Failure(Quoted(m_partPath) + " already exists; the backup is written there first");
+        throw Failure(Quoted(m_partPath.string()) + " already exists; the backup is written there first");
     m_file.open(m_partPath, std::ios::binary | std::ios::trunc);
     if (!m_file)
-        throw Failure("the file " + Quoted(m_partPath) + " cannot be created");
+        throw Failure("the file " + Quoted(m_partPath.string()) + " cannot be created");
     AddComment(comment);
 }
 
@@ -73,7 +74,7 @@ void NvFileWriter::Finish() {
         return;
     std::error_code ignored;
     fs::remove(m_partPath, ignored);
-    throw Failure("the file " + Quoted(m_path) + " could not be written");
+    throw Failure("the file " + Quoted(m_path.string()) + " could not be written");
 }
 
 std::map<unsigned short, NvValue> ReadNvFile(const std::string& path) {

@@ -5,6 +5,7 @@
 // feed.
 #pragma once
 
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
@@ -30,8 +31,8 @@ public:
     void Finish();
 
 private:
-    const std::string m_path;
-    const std::string m_partPath;
+    const std::filesystem::path m_path;
+    const std::filesystem::path m_partPath;
     std::ofstream m_file;
 };
 

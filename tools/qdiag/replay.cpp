@@ -2,6 +2,8 @@
 #include <cstdio>
 
 #include "common/command_line.h"
+#include "common/library_name.h"
+#include "common/local_path.h"
 #include "common/text.h"
 #include "qdiag/commands.h"
 #include "qdiag/packet_text.h"
@@ -32,7 +34,7 @@ void ReplayCommand(const Job& job) {
     connection.ConfigureAsyncMessageCallBack(&replay, &OnPacket);
     LogPlayback playback(connection);
     constexpr unsigned char kKeepFcs = 1;
-    if (!playback.StartLogFilePlaybackMode(path.c_str(), kKeepFcs))
+    if (!playback.StartLogFilePlaybackMode(LibraryName(LocalPath(path)).c_str(), kKeepFcs))
         throw Failure("the file " + Quoted(path) + " cannot be read");
     playback.StopLogFilePlaybackMode();
     if (replay.count == 0)

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "common/interrupt.h"
+#include "common/library_name.h"
 #include "common/progress.h"
 #include "common/text.h"
 #include "wfxhost/temporary.h"
@@ -14,19 +15,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-uint64_t LocalSize(const std::string& file) {
+uint64_t LocalSize(const fs::path& file) {
     std::error_code error;
     const uint64_t size = fs::file_size(file, error);
     return error ? 0 : size;
 }
 
-bool LocalExists(const std::string& file) {
+bool LocalExists(const fs::path& file) {
     std::error_code error;
     return fs::exists(file, error);
 }
 
 /// Returns true when a local file can be written. An existing file is not changed.
-bool CanWrite(const std::string& file) {
+bool CanWrite(const fs::path& file) {
     const bool existed = LocalExists(file);
     const bool can = std::ofstream(file, std::ios::binary | std::ios::app).good();
     std::error_code error;
@@ -35,7 +36,7 @@ bool CanWrite(const std::string& file) {
     return can;
 }
 
-bool DiskIsFull(const std::string& file) {
+bool DiskIsFull(const fs::path& file) {
     constexpr uintmax_t kAsGoodAsNothing = 4096;
     std::error_code error;
     const fs::space_info space = fs::space(fs::absolute(file, error).parent_path(), error);
@@ -95,29 +96,35 @@ CopyResult CopyFailure(Session& session, int result, const std::string& target, 
 }
 
 /// `arrival` is the file that was written, under its temporary or final name.
-CopyResult GetFailure(Session& session, int result, const PhonePath& path, const std::string& localFile,
-                      const std::string& arrival) {
+CopyResult GetFailure(Session& session, int result, const PhonePath& path, const fs::path& localFile,
+                      const fs::path& arrival) {
     std::string doubt = "the phone did not send the whole file " + Quoted(path.Text());
     if (result == FS_FILE_NOTFOUND)
         doubt = "the phone has no file " + Quoted(path.Text());
     else if (result != FS_FILE_WRITEERROR)
         doubt = Quoted(path.Text()) + ": " + MeaningOf(result);
     else if (!CanWrite(arrival))
-        doubt = "cannot write " + Quoted(localFile);
+        doubt = "cannot write " + Quoted(localFile.string());
     const bool isFull = DiskIsFull(arrival);
-    CopyResult failure = CopyFailure(session, result, localFile, isFull ? "the disk is full" : doubt);
+    CopyResult failure =
+        CopyFailure(session, result, localFile.string(), isFull ? "the disk is full" : doubt);
     failure.isHopeless = failure.isHopeless || isFull;
     return failure;
 }
 
-CopyResult PutFailure(Session& session, int result, const std::string& localFile, const PhonePath& path) {
+CopyResult PutFailure(Session& session, int result, const fs::path& localFile, const PhonePath& path) {
     std::string doubt = "the phone did not accept the file as " + Quoted(path.Text()) +
                         "; it may be full, or may not allow the file there";
     if (result == FS_FILE_READERROR || !std::ifstream(localFile, std::ios::binary))
-        doubt = "cannot read " + Quoted(localFile);
+        doubt = "cannot read " + Quoted(localFile.string());
     else if (result != FS_FILE_WRITEERROR)
         doubt = Quoted(path.Text()) + ": " + MeaningOf(result);
     return CopyFailure(session, result, path.Text(), doubt);
+}
+
+/// The reason when LibraryName knows no name for a file.
+std::string NamelessReason(const fs::path& file) {
+    return Quoted(file.string()) + ": a plug-in cannot open a file of that name on this system";
 }
 
 ProgressFunction StoppedByInterrupt(const PercentFunction& report) {
@@ -133,17 +140,17 @@ class Arrival {
 public:
     explicit Arrival(const fs::path& target) : m_target(target) {
         std::error_code error;
-        if (fs::is_symlink(target, error) && LocalExists(target.string()))
+        if (fs::is_symlink(target, error) && LocalExists(target))
             m_target = fs::canonical(target, error);
-        m_existed = LocalExists(m_target.string());
+        m_existed = LocalExists(m_target);
         m_file = m_target.parent_path() / FreshName(".quillet-", ".part");
         const bool isPlain = !m_existed || fs::is_regular_file(m_target, error);
-        m_isBeside = isPlain && CanWrite(m_file.string()) && (!m_existed || CanWrite(m_target.string()));
+        m_isBeside = isPlain && CanWrite(m_file) && (!m_existed || CanWrite(m_target));
         if (!m_isBeside)
             m_file = m_target;
     }
 
-    std::string File() const { return m_file.string(); }
+    const fs::path& File() const { return m_file; }
 
     /// Renames the complete file to its final name. When that fails, removes it and returns the reason.
     std::string Complete() const {
@@ -168,7 +175,7 @@ public:
             fs::remove(m_file, error);
         if (m_isBeside || !m_existed)
             return "";
-        return "; " + Quoted(File()) + (LocalExists(File()) ? " may be incomplete now" : " is gone");
+        return "; " + Quoted(m_file.string()) + (LocalExists(m_file) ? " may be incomplete now" : " is gone");
     }
 
 private:
@@ -180,15 +187,18 @@ private:
 
 } // namespace
 
-CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, const std::string& localFile,
+CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, const fs::path& localFile,
                   bool force, const PercentFunction& report) {
     if (!path.IsRepresentable())
         return Failed(UnrepresentableReason(path));
     if (!force && LocalExists(localFile))
-        return Failed(ExistsReason(localFile));
+        return Failed(ExistsReason(localFile.string()));
     const Arrival arrival(localFile);
-    const int code = session.Get(path, entry, arrival.File(), force ? FS_COPYFLAGS_OVERWRITE : 0,
-                                 StoppedByInterrupt(report));
+    const std::string name = LibraryName(arrival.File());
+    if (name.empty())
+        return Failed(NamelessReason(arrival.File()));
+    const int code =
+        session.Get(path, entry, name, force ? FS_COPYFLAGS_OVERWRITE : 0, StoppedByInterrupt(report));
     if (code != FS_FILE_OK) {
         CopyResult failure = GetFailure(session, code, path, localFile, arrival.File());
         failure.remark += arrival.CleanUp();
@@ -204,13 +214,15 @@ CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, c
     return result;
 }
 
-CopyResult TryPut(Session& session, const std::string& localFile, const PhonePath& path, bool force,
+CopyResult TryPut(Session& session, const fs::path& localFile, const PhonePath& path, bool force,
                   const PercentFunction& report) {
     if (!path.IsRepresentable())
         return Failed(UnrepresentableReason(path));
+    const std::string name = LibraryName(localFile);
+    if (name.empty())
+        return Failed(NamelessReason(localFile));
     const uint64_t size = LocalSize(localFile);
-    const int code =
-        session.Put(localFile, path, force ? FS_COPYFLAGS_OVERWRITE : 0, StoppedByInterrupt(report));
+    const int code = session.Put(name, path, force ? FS_COPYFLAGS_OVERWRITE : 0, StoppedByInterrupt(report));
     return code == FS_FILE_OK ? Done(size) : PutFailure(session, code, localFile, path);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -26,9 +27,9 @@ using PercentFunction = std::function<void(int percent)>;
 /// A file from the phone is written to the folder of `localFile` under a temporary name and renamed when it
 /// is complete, so a failure leaves an existing file unchanged. That is impossible if the target is not a
 /// regular file or its folder accepts no new files; `remark` then says what happened to the target.
-CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry, const std::string& localFile,
-                  bool force, const PercentFunction& report);
-CopyResult TryPut(Session& session, const std::string& localFile, const PhonePath& path, bool force,
+CopyResult TryGet(Session& session, const PhonePath& path, const Entry& entry,
+                  const std::filesystem::path& localFile, bool force, const PercentFunction& report);
+CopyResult TryPut(Session& session, const std::filesystem::path& localFile, const PhonePath& path, bool force,
                   const PercentFunction& report);
 
 /// Returns the reason for not replacing an existing target.

@@ -123,7 +123,7 @@ private:
     }
 
     CopyResult Copy(const TreeItem& item, bool force, const PercentFunction& report) override {
-        return TryGet(m_session, item.phone, item.entry, item.local.string(), force, report);
+        return TryGet(m_session, item.phone, item.entry, item.local, force, report);
     }
 
     bool IsFolderLink(const TreeItem& item) override {
@@ -164,7 +164,7 @@ private:
     }
 
     CopyResult Copy(const TreeItem& item, bool force, const PercentFunction& report) override {
-        return TryPut(m_session, item.local.string(), item.phone, force, report);
+        return TryPut(m_session, item.local, item.phone, force, report);
     }
 
     bool IsFolderLink(const TreeItem&) override { return false; }

@@ -37,7 +37,7 @@ void RemoveFile(Session& session, const PhonePath& path) {
     removal.Run(problems, "; please delete it yourself");
 }
 
-void CopyBack(Session& session, const Found& found, const std::string& local) {
+void CopyBack(Session& session, const Found& found, const fs::path& local) {
     Tree tree;
     tree.Add({found.path, local, found.entry});
     CopyFromPhone(session, tree, {});
@@ -121,7 +121,7 @@ std::string UploadContent() {
     return content;
 }
 
-std::string Content(const std::string& file) {
+std::string Content(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }
@@ -161,8 +161,8 @@ void CopyOneThere(Session& session, const TemporaryFolder& local) {
 std::unique_ptr<SimulatedHandset> AttachSimulated(Session& session, const TemporaryFolder& local) {
     const Failure none = session.NoHandset();
     Say(std::string("No attached handset can be used: ") + none.what());
-    const std::string root = local.File("devices");
-    fs::create_directory(root);
+    const std::string root = local.File("devices").string();
+    fs::create_directory(local.File("devices"));
     std::string reason;
     std::unique_ptr<SimulatedHandset> handset = StartSimulatedHandset(root, reason);
     if (!handset)

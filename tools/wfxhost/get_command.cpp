@@ -3,6 +3,7 @@
 #include <set>
 
 #include "common/interrupt.h"
+#include "common/local_path.h"
 #include "common/text.h"
 #include "wfxhost/commands.h"
 #include "wfxhost/copy_plan.h"
@@ -27,27 +28,41 @@ void RequireParent(const fs::path& path) {
 }
 
 void RequireLocalFolder(const std::string& typed) {
-    if (!IsLocalFolder(typed))
+    if (!IsLocalFolder(LocalPath(typed)))
         throw Failure("there is no folder " + Quoted(typed) + "; several sources need one");
 }
 
-fs::path LocalTarget(const std::string& typed, const std::string& name) {
-    const fs::path target = typed;
+/// Returns a text that is the same for entries of one name on this system. Throws when it can hold none of
+/// that name.
+std::string NameKey(const PhonePath& path) {
+    std::string key = LocalNameKey(path.Name());
+    if (key.empty())
+        throw Failure(Quoted(path.Text()) + ": this system cannot store a file with that name");
+    return key;
+}
+
+fs::path LocalTarget(const std::string& typed, const PhonePath& path) {
+    const fs::path target = LocalPath(typed);
     const bool isFolder = IsLocalFolder(target);
+    if (isFolder)
+        NameKey(path);
     if (!isFolder && !target.has_filename())
         throw Failure("there is no folder " + Quoted(typed));
-    fs::path file = isFolder ? (target / name).lexically_normal() : target;
+    fs::path file = isFolder ? (target / LocalPath(path.Name())).lexically_normal() : target;
     if (IsLocalFolder(file))
         throw Failure(Quoted(file.string()) + " is a folder");
     RequireParent(file);
     return file;
 }
 
-/// Returns the local folder for the copy of a tree called `name`. The root of the phone has no name; its copy
-/// is the folder as typed.
-fs::path LocalTreeTarget(const std::string& typed, const std::string& name) {
-    const fs::path target = typed;
-    const fs::path whole = IsLocalFolder(target) ? target / name : target;
+/// Returns the local folder for the copy of a tree. The root of the phone has no name; its copy is the folder
+/// as typed.
+fs::path LocalTreeTarget(const std::string& typed, const PhonePath& path) {
+    const fs::path target = LocalPath(typed);
+    const bool isFolder = IsLocalFolder(target);
+    if (isFolder && !path.IsRoot())
+        NameKey(path);
+    const fs::path whole = isFolder ? target / LocalPath(path.Name()) : target;
     fs::path folder = (whole.has_filename() ? whole : whole.parent_path()).lexically_normal();
     RequireParent(folder);
     return folder;
@@ -109,15 +124,12 @@ private:
             else if (found.entry.isFolder)
                 throw Failure(Quoted(found.path.Text()) + " is a folder; get -r copies folders");
             else
-                m_tree.Add({found.path, LocalTarget(m_target, found.path.Name()), found.entry});
+                m_tree.Add({found.path, LocalTarget(m_target, found.path), found.entry});
         });
     }
 
     void RequireUniqueName(const PhonePath& path) {
-        const std::string key = LocalNameKey(path.Name());
-        if (key.empty())
-            throw Failure(Quoted(path.Text()) + ": this system cannot store a file with that name");
-        if (!m_keys.insert(key).second)
+        if (!m_keys.insert(NameKey(path)).second)
             throw Failure(Quoted(path.Text()) + ": another source has the same name here");
     }
 
@@ -125,7 +137,7 @@ private:
         if (found.path.IsRoot() && m_job.arguments.size() == 1)
             throw Failure("the phone's root has no name; name the folder for its copy: get -r / LOCAL",
                           Status::Usage);
-        const fs::path local = LocalTreeTarget(m_target, found.path.Name());
+        const fs::path local = LocalTreeTarget(m_target, found.path);
         WithoutNoHandsetStatus([&] { AddFromPhone(m_tree, m_session, found.path, local); });
     }
 

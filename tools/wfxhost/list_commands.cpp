@@ -9,6 +9,7 @@
 #include "wfxhost/find_expression.h"
 #include "wfxhost/problems.h"
 #include "wfxhost/sources.h"
+#include "wfxhost/system.h"
 #include "wfxhost/walk.h"
 
 namespace tools::wfxhost {
@@ -80,7 +81,10 @@ public:
           m_deepest(static_cast<int>(job.Number("-maxdepth", kDeepest, kDeepest))),
           m_isJson(job.Has("--json")),
           m_end(job.Has("-print0") ? '\0' : '\n'),
-          m_array(m_isJson) {}
+          m_array(m_isJson) {
+        if (m_end == '\0')
+            MakeOutputBinary();
+    }
 
     bool Enter(const PhonePath& path, const Entry& entry, int depth) override {
         File(path, entry, depth);

@@ -8,6 +8,7 @@
 
 #include "common/progress.h"
 #include "common/text.h"
+#include "wfxhost/system.h"
 
 namespace tools::wfxhost {
 
@@ -63,6 +64,8 @@ std::string SizeOf(const Entry& entry, const ListingForm& form) {
 }
 
 void PrintNames(const std::vector<Entry>& entries, const ListingForm& form) {
+    if (form.isZeroed)
+        MakeOutputBinary();
     for (const Entry& entry : entries) {
         std::string line = form.isZeroed ? entry.name : Printable(entry.name);
         line += form.marksFolders && entry.isFolder ? "/" : "";

@@ -194,7 +194,7 @@ const Program kProgram = {
             {"--plugin", "", "FILE",
              "the plug-in to load (default: quillet.wfx or quillet.wfx64 beside this program, or the "
              "installed one)",
-             Word::LocalPath},
+             Word::LocalPath, "", true},
             {"--verbose", "v", nullptr, "print the plug-in's log lines on standard error"},
             {"--quiet", "q", nullptr, "print only results and failures: no progress, no notes"},
         },

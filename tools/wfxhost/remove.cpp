@@ -46,10 +46,13 @@ void Removal::Add(const Found& found, bool withContent) {
 void Removal::Run(Problems& problems, const char* ifRefused) {
     CheckFolders();
     RemoveAll();
+    if (!m_stop.empty()) {
+        for (const auto& [path, reason] : m_reasons)
+            problems.Add(reason);
+        throw Failure("stopped, " + m_stop + "; not everything was deleted");
+    }
     for (const auto& [path, folder] : m_folders)
         Verify(path, folder, problems, ifRefused);
-    if (!m_stop.empty())
-        throw Failure("stopped, " + m_stop + "; not everything was deleted");
 }
 
 /// Checks whether the folders will be empty after the removal, because an interrupted listing looks empty,
@@ -124,9 +127,8 @@ void Removal::ReportRemaining(const Found& found, Problems& problems, const char
     for (const Found& one : left.found) {
         const std::string path = one.path.Text();
         const auto next = std::next(paths.find(path + "/"));
-        if ((next != paths.end() && next->starts_with(path + "/")) ||
-            (!m_stop.empty() && !m_reasons.contains(path)))
-            continue; // it could not go because of its content, or its removal was not tried
+        if (next != paths.end() && next->starts_with(path + "/"))
+            continue; // it could not go because of its content
         const auto reason = m_reasons.find(path);
         if (reason != m_reasons.end())
             problems.Add(reason->second);

@@ -97,7 +97,7 @@ public:
     /// if it sent none.
     std::string TakeReason();
 
-    /// Copy one file. The results are FS_FILE_... codes of the interface.
+    /// Copy one file. The results are FS_FILE_... codes of the interface. `localFile` is a LibraryName.
     int Get(const PhonePath& path, const Entry& entry, const std::string& localFile, int flags,
             const ProgressFunction& progress);
     int Put(const std::string& localFile, const PhonePath& path, int flags, const ProgressFunction& progress);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/local_path.h"
 #include "common/pattern.h"
 #include "common/text.h"
 
@@ -31,7 +32,7 @@ std::vector<fs::path> LocalMatches(const fs::path& folder, const std::string& pa
     for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
         const std::string name = entry->path().filename().string();
         if ((!name.starts_with('.') || pattern.starts_with('.')) && Matches(pattern, name))
-            matches.push_back(folder / name);
+            matches.push_back(folder / entry->path().filename());
     }
     std::ranges::sort(matches);
     return matches;
@@ -106,9 +107,9 @@ std::vector<Found> PhoneLookup::Expand(const std::string& typed) {
 
 std::vector<fs::path> ExpandLocal(const std::string& typed) {
     std::error_code error;
-    if (!IsPattern(typed) || fs::exists(fs::symlink_status(typed, error)))
-        return {typed};
-    const fs::path path = typed;
+    const fs::path path = LocalPath(typed);
+    if (!IsPattern(typed) || fs::exists(fs::symlink_status(path, error)))
+        return {path};
     std::vector<fs::path> found = {path.root_path()};
     for (const fs::path& component : path.relative_path()) {
         const std::string name = component.string();

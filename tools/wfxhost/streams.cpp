@@ -14,7 +14,7 @@ namespace {
 
 constexpr size_t kPiece = 65536;
 
-void SaveInput(const std::string& file) {
+void SaveInput(const std::filesystem::path& file) {
     std::ofstream stream(file, std::ios::binary);
     std::vector<char> piece(kPiece);
     long count = 0;
@@ -47,7 +47,7 @@ void Print(std::ifstream& stream) {
 
 void PrintFile(Session& session, const PhonePath& path, const Entry& entry) {
     const TemporaryFolder folder;
-    const std::string file = folder.File("file");
+    const std::filesystem::path file = folder.File("file");
     {
         const InterruptGuard guard;
         const CopyResult result = TryGet(session, path, entry, file, false, [](int) {});

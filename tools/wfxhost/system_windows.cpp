@@ -6,17 +6,21 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 #include "common/interrupt.h"
+#include "common/local_path.h"
+#include "common/text.h"
 #include "wfxhost/system.h"
 
 namespace tools::wfxhost {
 
+namespace fs = std::filesystem;
+
 std::string ProgramFolder() {
-    char path[4096] = {};
-    GetModuleFileNameA(nullptr, path, sizeof path - 1);
-    const std::string whole = path;
-    return whole.substr(0, whole.find_last_of('\\'));
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return fs::path(path).parent_path().string();
 }
 
 std::string DefaultPluginName() {
@@ -24,7 +28,8 @@ std::string DefaultPluginName() {
 }
 
 void* OpenLibrary(const std::string& path, std::string& reason) {
-    HMODULE library = LoadLibraryA(path.c_str());
+    // A name without a folder would be looked for among the system's libraries.
+    HMODULE library = LoadLibraryW(fs::absolute(LocalPath(path)).c_str());
     if (!library)
         reason = "Windows error " + std::to_string(GetLastError());
     return library;
@@ -50,10 +55,11 @@ std::string LocalNameKey(const std::string& name) {
     const auto isForbidden = [](char c) {
         return static_cast<unsigned char>(c) < 0x20 || std::strchr("<>:\"/\\|?*", c);
     };
-    if (std::ranges::any_of(name, isForbidden) || name.ends_with('.') || name.ends_with(' '))
+    if (!IsUtf8(name) || std::ranges::any_of(name, isForbidden) || name.ends_with('.') || name.ends_with(' '))
         return "";
-    std::string key = name;
-    CharUpperBuffA(key.data(), static_cast<DWORD>(key.size()));
+    std::wstring upper = LocalPath(name).wstring();
+    CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
+    std::string key = fs::path(upper).string();
     // Devices have these names, whatever the ending.
     const std::string stem = key.substr(0, key.find('.'));
     const bool isNumbered = stem.size() == 4 && stem[3] >= '0' && stem[3] <= '9';
@@ -64,9 +70,23 @@ std::string LocalNameKey(const std::string& name) {
 }
 
 long ReadInput(char* bytes, size_t room) {
-    _setmode(_fileno(stdin), _O_BINARY);
-    const size_t count = std::fread(bytes, 1, room, stdin);
-    return Interrupted() || std::ferror(stdin) ? -1 : static_cast<long>(count);
+    constexpr DWORD kLookAgain_ms = 50;
+    const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
+    const bool isPipe = GetFileType(input) == FILE_TYPE_PIPE;
+    DWORD count = 0;
+    // Ctrl-C ends the wait of a read from a console, but not from a pipe.
+    while (isPipe && !Interrupted() && PeekNamedPipe(input, nullptr, 0, nullptr, &count, nullptr) &&
+           count == 0)
+        Sleep(kLookAgain_ms);
+    if (Interrupted())
+        return -1;
+    SetLastError(0);
+    const bool isRead = ReadFile(input, bytes, static_cast<DWORD>(room), &count, nullptr) != 0;
+    const DWORD error = GetLastError();
+    const bool isEnd = !isRead && (error == ERROR_BROKEN_PIPE || error == ERROR_HANDLE_EOF);
+    // A read that Ctrl-C ended succeeds without bytes.
+    const bool isFailed = (!isRead && !isEnd) || (count == 0 && error == ERROR_OPERATION_ABORTED);
+    return Interrupted() || isFailed ? -1 : static_cast<long>(count);
 }
 
 void MakeOutputBinary() {

@@ -17,7 +17,7 @@ public:
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    std::string File(const char* name) const { return (m_path / name).string(); }
+    std::filesystem::path File(const char* name) const { return m_path / name; }
 
 private:
     std::filesystem::path m_path;

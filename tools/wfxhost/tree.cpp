@@ -5,6 +5,7 @@
 #include <set>
 
 #include "common/interrupt.h"
+#include "common/local_path.h"
 #include "common/text.h"
 #include "wfxhost/system.h"
 #include "wfxhost/walk.h"
@@ -31,7 +32,7 @@ public:
         if (depth > 0) {
             if (!IsPossible(path))
                 return false;
-            m_folders.push_back({m_folders.back().local / path.Name(), {}});
+            m_folders.push_back({m_folders.back().local / LocalPath(path.Name()), {}});
         }
         m_tree.Add({path, m_folders.back().local, FolderEntry()});
         return true;
@@ -44,7 +45,7 @@ public:
 
     void File(const PhonePath& path, const Entry& entry, int) override {
         if (IsPossible(path))
-            m_tree.Add({path, m_folders.back().local / path.Name(), entry});
+            m_tree.Add({path, m_folders.back().local / LocalPath(path.Name()), entry});
     }
 
     void Empty(const PhonePath& path, const std::string& reason) override {
