@@ -20,12 +20,12 @@ const char* KindText(Kind kind);
 struct PhoneEntry {
     std::string name; // set only by a listing
     Kind kind = Kind::File;
-    uint32_t mode = 0; // the lowest 12 bits: permissions
-    uint32_t size = 0;
-    uint32_t links = 0; // set only by a status
-    uint32_t accessed = 0;
-    uint32_t modified = 0;
-    uint32_t changed = 0;
+    DWORD mode = 0; // the lowest 12 bits: permissions
+    DWORD size = 0;
+    DWORD links = 0; // set only by a status
+    DWORD accessed = 0;
+    DWORD modified = 0;
+    DWORD changed = 0;
     std::string problem; // why a listed name cannot be used; empty when it can
 };
 

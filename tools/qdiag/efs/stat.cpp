@@ -29,7 +29,7 @@ void AddTime(Facts& facts, const char* key, uint32_t time) {
 
 Facts FactsOf(const std::string& path, const PhoneEntry& entry, const std::string& target) {
     char mode[8];
-    std::snprintf(mode, sizeof mode, "%04o", entry.mode);
+    std::snprintf(mode, sizeof mode, "%04o", static_cast<unsigned>(entry.mode));
     Facts facts;
     facts.Text("path", path);
     facts.Text("kind", KindText(entry.kind));
