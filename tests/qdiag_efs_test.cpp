@@ -342,6 +342,7 @@ TEST_F(QdiagArchiveTest, DamagedArchivesAreRefusedBeforeThePhoneIsAsked) {
     m_phone.phone.ClearRequests();
     for (const std::string sName : {"x.tar", "x.tgz", "x.tzst"}) {
         const Bytes whole = m_local.Read(sName);
+        ASSERT_FALSE(whole.empty());
         for (size_t iSize = 0; iSize < std::min<size_t>(whole.size(), 5000);
              iSize += iSize < 4096 ? 512 : 100) {
             m_local.Write(sName, Bytes(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(std::min(
