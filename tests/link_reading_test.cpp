@@ -16,6 +16,7 @@ namespace {
 
 const Bytes kPing = {0x4B, 0x13, 0x00, 0x00};
 const Bytes kRecord = {0x10, 0, 4, 0, 4, 0, 1, 0};
+const Bytes kSecondRecord = {0x10, 0, 4, 0, 4, 0, 2, 0};
 
 Bytes operator+(Bytes first, const Bytes& second) {
     first.insert(first.end(), second.begin(), second.end());
@@ -81,11 +82,12 @@ protected:
 };
 
 TEST_F(ReadingTest, RecordsAroundAResponseInOneReadKeepTheirOrder) {
-    const Bytes first = kRecord + Bytes{1}, second = kRecord + Bytes{2};
-    OnPing([&] { phone.SendWire(handset::Frame(first) + handset::Frame(kPing) + handset::Frame(second)); });
+    OnPing([&] {
+        phone.SendWire(handset::Frame(kRecord) + handset::Frame(kPing) + handset::Frame(kSecondRecord));
+    });
     EXPECT_EQ(Exchange(kPing), kPing);
-    EXPECT_EQ(Take(unsolicited), first);
-    EXPECT_EQ(Take(unsolicited), second);
+    EXPECT_EQ(Take(unsolicited), kRecord);
+    EXPECT_EQ(Take(unsolicited), kSecondRecord);
 }
 
 TEST_F(ReadingTest, FrameThatACallerLeavesIncompleteIsCompletedByTheReceiveThread) {
