@@ -122,7 +122,7 @@ protected:
     }
 };
 
-TEST_F(QdiagEfsTest, StatAndDfReportWhatThePhoneDoes) {
+TEST_F(QdiagEfsTest, LsStatAndDfReportWhatThePhoneDoes) {
     m_phone.AddFile("dir/file", Pattern(1536));
     m_phone.AddLink("dir/link", "file");
     m_phone.AddLink("dir/lost", "nowhere\n");
@@ -132,6 +132,9 @@ TEST_F(QdiagEfsTest, StatAndDfReportWhatThePhoneDoes) {
         files.SetFreeBlocks(100);
     });
     Expect({
+        {"ls -p", 0, "dir/\n"},
+        {"ls dir", 0, "file\nlink\nlost\n"},
+        {"ls dir/none", 1, "\"/dir/none\": the phone refused it: no such file or folder (2)"},
         {"stat dir/file/", 0,
          "kind                  file\nmode                  4640\nsize                  1536\n"},
         {"stat //dir/./file", 0,

@@ -5,6 +5,7 @@
 
 namespace tools::qdiag {
 
+void EfsLsCommand(const Job& job);      // efs/ls.cpp
 void EfsStatCommand(const Job& job);    // efs/stat.cpp
 void EfsDfCommand(const Job& job);      // efs/space.cpp
 void EfsBackupCommand(const Job& job);  // archive/backup.cpp

@@ -41,6 +41,17 @@ const Program kProgram = {
              "",
              "",
              {Word::LocalPath}},
+            {"efs ls",
+             "[FOLDER]",
+             "print the names in a folder of the phone",
+             0,
+             1,
+             {{"--mark-folders", "p", nullptr, "print '/' after names of folders"},
+              {"--zero", "", nullptr, "print the names unescaped, each followed by a zero byte"}},
+             EfsLsCommand,
+             "The list is sorted by name and has the folder that file managers do not show.",
+             "",
+             {Word::PhonePath}},
             {"efs stat",
              "PATH...",
              "print what the phone reports about files, folders and links",
@@ -113,6 +124,7 @@ const Program kProgram = {
             {"--timeout", "", "MS", "how long to wait for a response, in milliseconds (default 4000)"},
         },
     .remarks = "Numbers are decimal, or hex with 0x.\n",
+    .lister = "efs ls --zero -p --",
 };
 
 } // namespace
