@@ -18,7 +18,7 @@ protected:
 };
 
 TEST_F(FtmRfSequencesTest, CommandTypeIsTheFirstOneAnswered) {
-    m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 30);
+    m_diag.ConfigureTimeOut(QMSL_TimeOut_SyncRequest, 100);
     const Lines tries = {"4B 0B 00 00 00 00 01 00 00 00", "4B 0B 01 00 00 00 01 00 00 00",
                          "3B 77 00 06 00 00 00 01 00 00 00"};
     const struct {
