@@ -52,6 +52,7 @@ public:
     void FlushRxBuffer() { m_bFlushRequest = true; }
     /// Reader is the turn that ReadFor requires.
     ReaderTurn& Reader() { return m_framing.Reader(); }
+    /// IsPortOpen returns whether the port is open now; another thread may close it at any time.
     bool IsPortOpen() { return m_port.IsOpen() != 0; }
     /// ReadFor waits at most iLimit_ms for input (0: not at all), reads what has arrived and hands its
     /// packets to the dispatcher. It may return early. False when the device is gone, where the system

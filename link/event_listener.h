@@ -38,6 +38,7 @@ public:
     /// ReceiveDirectly is messageReceived on the thread that read the packet. False, without effect, when a
     /// callback is registered, because callbacks run on the delivery thread only.
     bool ReceiveDirectly(std::span<unsigned char> packet);
+    /// HasCallBack returns whether a callback is registered.
     bool HasCallBack();
 
     /// ConfigureAsyncMessageCallBack registers the callback (null: none). It is called with no lock held but

@@ -12,8 +12,9 @@ class DataLogFileHandler;
 /// CSerialPort opens one COM port with fixed line settings (no flow control, RTS high, DTR low) and transfers
 /// bytes. It knows nothing of packets.
 ///
-/// Threads: the receive thread calls Receive and WaitForInput, the caller's thread everything else. Close may
-/// be called during a call of the receive thread, which then returns without data.
+/// Threads: Receive, WaitForInput and InQueueCount belong to the thread whose turn it is to read
+/// (ReaderTurn), everything else to the caller's. Close may be called during a call of the reading thread,
+/// which then returns without data.
 ///
 /// Errors: library codes, 0 or negative: -191 line settings refused, -192 no interval time-outs, -193 buffer
 /// sizes refused, -194 cannot be opened, -195 out of memory, -197 access denied, -198 no such device, -200

@@ -57,7 +57,7 @@ files_of() {
     done
 }
 named_quillet() {
-    find / -xdev \( -path "$root" -o -path /proc -o -path /tmp -o -path /work -o -path /root -o -path /home \) -prune -o \
+    find / -xdev \( -path "$root" -o -path /proc -o -path /tmp -o -path /root -o -path /home \) -prune -o \
         -name '*quillet*' -print | sort
 }
 
