@@ -28,7 +28,7 @@ void MeasureUnder(Bench& bench, const Condition& condition, bool bListener) {
     std::vector<double> bare_us;
     std::vector<double> client_us;
     const auto best = bench.Compare(
-        condition, bench.bFull ? 5 : 2,
+        condition, bench.bFull ? 10 : 5,
         [&](BareLine& line) { Time(bare_us, iCount, [&] { BareStatus(line, sFile); }); },
         [&](Diag_FTM& diag) {
             Listener listener;

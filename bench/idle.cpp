@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr std::chrono::milliseconds kSettling(100); // the receive thread takes over from the caller
+
 struct IdleFigures {
     double fWakeUps; // per second
     double fCpu_us;  // per second
@@ -38,6 +40,7 @@ void MeasureIdle(Bench& bench) {
     }
     Client connection(bench, condition);
     ClientStatus(*connection, sFile);
+    std::this_thread::sleep_for(kSettling);
     const IdleFigures client = Sleep(time);
     bench.report.Add({"wake-ups per second", "", "", bare.fWakeUps, client.fWakeUps});
     bench.report.Add({"processor time per second", "", "us", bare.fCpu_us, client.fCpu_us});

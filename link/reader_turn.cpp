@@ -1,7 +1,6 @@
 #include "link/reader_turn.h"
 
 #include <algorithm>
-#include <thread>
 
 void ReaderTurn::Take() {
     ++m_iCallers;
@@ -14,18 +13,30 @@ void ReaderTurn::GiveBack() {
     m_reading.unlock();
 }
 
-bool ReaderTurn::AwaitPause() const {
+void ReaderTurn::Wake() {
+    const std::lock_guard lock(m_sleepLock);
+    m_wake.notify_one();
+}
+
+void ReaderTurn::SetStopped(bool bStopped) {
+    const std::lock_guard lock(m_sleepLock);
+    m_bStopped = bStopped;
+    m_wake.notify_one();
+}
+
+bool ReaderTurn::AwaitPause() {
     Clock::duration sleep = kPause;
+    std::unique_lock lock(m_sleepLock);
     while (!m_bStopped) {
         if (m_iCallers > 0) {
-            std::this_thread::sleep_for(sleep);
+            m_wake.wait_for(lock, sleep);
             sleep = std::min<Clock::duration>(2 * sleep, kLongestSleep);
             continue;
         }
         const Clock::duration rest = m_left.load() + kPause - Clock::now();
         if (rest <= Clock::duration::zero())
             return true;
-        std::this_thread::sleep_for(rest);
+        m_wake.wait_for(lock, rest);
     }
     return false;
 }

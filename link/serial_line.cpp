@@ -92,8 +92,10 @@ void SerialLine::LogWritten(DWORD iTimeOut_ms, DWORD iTaken_ms) {
 bool SerialLine::WriteAndWait(const LineRequest& request, const unsigned char* piFirstByte,
                               QueueItem& reply) {
     Turn turn;
-    if (request.iReadDelay_ms == 0)
+    if (request.iReadDelay_ms == 0 && MayRead())
         BeginReading(turn);
+    else
+        LeaveReading(turn);
     m_owner->responses.Clear();
     DWORD iTaken_ms = 0;
     if (!WriteFrame(request.bytes, request.iTimeOut_ms, false, iTaken_ms)) {
@@ -116,12 +118,15 @@ bool SerialLine::MayRead() {
 }
 
 void SerialLine::BeginReading(Turn& turn) {
-    if (!MayRead())
-        return;
     turn.emplace(m_pLink->Reader());
     // What arrived before the request is no response to it, so it must be in the queue before that is
     // cleared.
     m_pLink->ReadFor(0);
+}
+
+void SerialLine::LeaveReading(Turn& turn) {
+    turn.reset();
+    m_pLink->Reader().Wake();
 }
 
 bool SerialLine::ReadReply(DWORD iLimit_ms, QueueItem& reply, bool& bDevicePresent) {
@@ -138,8 +143,8 @@ bool SerialLine::WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByt
     do {
         const auto left = std::chrono::ceil<Milliseconds>(deadline - Clock::now()).count();
         const auto iLimit_ms = static_cast<DWORD>(std::max<decltype(left)>(left, 1));
-        if (!MayRead())
-            turn.reset();
+        if (turn && !MayRead())
+            LeaveReading(turn);
         if (!(turn ? ReadReply(iLimit_ms, reply, bDevicePresent)
                    : m_owner->responses.WaitPop(&reply, iLimit_ms)))
             continue;
@@ -167,6 +172,7 @@ bool SerialLine::Write(std::span<const unsigned char> packet, DWORD iTimeOut_ms,
     DWORD iTaken_ms = 0;
     const bool bSent = WriteFrame(packet, iTimeOut_ms, bForceStartFlag, iTaken_ms);
     LogWritten(iTimeOut_ms, iTaken_ms);
+    m_pLink->Reader().Wake();
     return bSent;
 }
 

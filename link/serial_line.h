@@ -53,6 +53,7 @@ private:
     bool WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByte, Turn& turn, QueueItem& reply);
     bool MayRead();
     void BeginReading(Turn& turn);
+    void LeaveReading(Turn& turn);
     bool ReadReply(DWORD iLimit_ms, QueueItem& reply, bool& bDevicePresent);
 
     const int m_iComPort;
