@@ -27,7 +27,7 @@ void MeasureUnder(Bench& bench, const Condition& condition, bool bListener) {
     const size_t iCount = condition.iLatency_us == 0 ? 4000 : 400;
     std::vector<double> bare_us;
     std::vector<double> client_us;
-    const auto best = bench.Compare(
+    const auto median = bench.Compare(
         condition, bench.bFull ? 10 : 5,
         [&](BareLine& line) { Time(bare_us, iCount, [&] { BareStatus(line, sFile); }); },
         [&](Diag_FTM& diag) {
@@ -38,8 +38,8 @@ void MeasureUnder(Bench& bench, const Condition& condition, bool bListener) {
             diag.RemoveEventListener(&listener);
         });
     const auto fCount = static_cast<double>(iCount);
-    const double fBareCpu_us = best.bare.fCpu_us / fCount;
-    const double fClientCpu_us = best.client.fCpu_us / fCount;
+    const double fBareCpu_us = median.bare.fCpu_us / fCount;
+    const double fClientCpu_us = median.client.fCpu_us / fCount;
     const auto add = [&](const char* sItem, double fPart, const Goal& goal) {
         const double fBare_us = Percentile(bare_us, fPart);
         const double fClient_us = Percentile(client_us, fPart);

@@ -4,11 +4,27 @@
 #include <chrono>
 #include <stdexcept>
 
+#include "bench/bare_files.h"
 #include "bench/process_figures.h"
+
+namespace {
+
+constexpr const char* kAnyFolder = "/";
+
+} // namespace
 
 void KeepFaster(Usage& best, const Usage& usage) {
     if (best.fWall_us == 0 || usage.fWall_us < best.fWall_us)
         best = usage;
+}
+
+void Rounds::Add(const Usage& usage) {
+    m_wall_us.push_back(usage.fWall_us);
+    m_cpu_us.push_back(usage.fCpu_us);
+}
+
+Usage Rounds::Median() {
+    return {Percentile(m_wall_us, 0.5), Percentile(m_cpu_us, 0.5)};
 }
 
 Usage Measure(const std::function<void()>& work) {
@@ -38,21 +54,24 @@ Bench::Pair Bench::Compare(const Condition& condition, size_t iRounds,
                            const std::function<void(BareLine&)>& bare,
                            const std::function<void(Diag_FTM&)>& client) {
     Set(condition);
-    Pair best;
+    Rounds bareRounds;
+    Rounds clientRounds;
     for (size_t i = 0; i < iRounds; ++i) {
         {
             BareLine line(phone.Tty());
-            KeepFaster(best.bare, Measure([&] { bare(line); }));
+            BareStatus(line, kAnyFolder);
+            bareRounds.Add(Measure([&] { bare(line); }));
         }
         Client connection(*this, condition);
-        KeepFaster(best.client, Measure([&] { client(*connection); }));
+        ClientStatus(*connection, kAnyFolder);
+        clientRounds.Add(Measure([&] { client(*connection); }));
     }
-    return best;
+    return {bareRounds.Median(), clientRounds.Median()};
 }
 
 size_t Bench::RoundsFor(const Condition& condition, size_t iExchanges) const {
     const size_t iWorth = (condition.iLatency_us == 0 ? 40000 : 1500) * (bFull ? 3u : 1u);
-    return std::clamp<size_t>(iWorth / iExchanges, 1, 25);
+    return std::clamp<size_t>(iWorth / iExchanges, condition.iLatency_us == 0 ? 3 : 1, 25);
 }
 
 Client::Client(const Bench& bench, const Condition& condition) {

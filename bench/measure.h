@@ -19,6 +19,18 @@ struct Usage {
 /// Replaces `best` by `usage` when that was faster, or the first.
 void KeepFaster(Usage& best, const Usage& usage);
 
+/// Rounds of the same work.
+class Rounds {
+public:
+    void Add(const Usage& usage);
+    /// The medians of both times.
+    Usage Median();
+
+private:
+    std::vector<double> m_wall_us;
+    std::vector<double> m_cpu_us;
+};
+
 Usage Measure(const std::function<void()>& work);
 
 /// Throws std::runtime_error(sWhat) unless bHolds.
@@ -53,6 +65,9 @@ constexpr Condition kConditions[] = {
     {"1 ms, flood", 1000, 20, false, kNoGoal},
 };
 
+/// Exchanges that each side makes before a round.
+constexpr size_t kNotMeasured = 1;
+
 /// Shared by the topics. Make the handset's process before anything else.
 struct Bench {
     HandsetProcess phone;
@@ -62,8 +77,8 @@ struct Bench {
     std::string Local(const char* sName) const { return phone.Folder() + "/" + sName; }
     void Set(const Condition& condition);
 
-    /// Runs both sides in turn, iRounds times each, and returns the fastest round of each side: the one that
-    /// other programs disturbed least. Does not measure opening the port.
+    /// Runs both sides in turn, iRounds times each, and returns the median round of each side. Does not
+    /// measure opening the port and a first exchange, during which the client's threads start.
     struct Pair {
         Usage bare;
         Usage client;

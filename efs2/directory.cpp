@@ -1,6 +1,7 @@
 #include "efs2/directory.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <cstring>
 #include <new>
 
 #include "diag/command.h"
@@ -22,11 +23,13 @@ DWORD KindOf(DWORD iType) {
 
 /// FillItem makes the record of an entry; false when its path does not fit.
 bool FillItem(const char* sPath, const Efs2DirEntry& entry, Efs2DirItem& item) {
-    const char* sSeparator = entry.sName[0] == '/' ? "" : "/";
-    const int iLength =
-        std::snprintf(item.sName, sizeof item.sName, "%s%s%s", sPath, sSeparator, entry.sName);
-    if (entry.bNameIsCut || iLength < 0 || static_cast<size_t>(iLength) >= sizeof item.sName)
+    const size_t iPath = std::strlen(sPath);
+    const size_t iName = std::strlen(entry.sName);
+    const size_t iSeparator = entry.sName[0] == '/' ? 0 : 1;
+    if (entry.bNameIsCut || iPath + iSeparator + iName >= sizeof item.sName)
         return false;
+    char* const sName = std::fill_n(std::copy_n(sPath, iPath, item.sName), iSeparator, '/');
+    *std::copy_n(entry.sName, iName, sName) = '\0';
     item.isFile = KindOf(entry.iType);
     item.Date = entry.iCtime;
     item.FileSize = entry.iSize;

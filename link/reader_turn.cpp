@@ -18,6 +18,15 @@ void ReaderTurn::Wake() {
     m_wake.notify_one();
 }
 
+void ReaderTurn::Start() {
+    m_left = Clock::now();
+    SetStopped(false);
+}
+
+void ReaderTurn::Stop() {
+    SetStopped(true);
+}
+
 void ReaderTurn::SetStopped(bool bStopped) {
     const std::lock_guard lock(m_sleepLock);
     m_bStopped = bStopped;

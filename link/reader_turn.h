@@ -33,9 +33,10 @@ public:
     bool BeginPass() { return m_iCallers == 0 && m_reading.try_lock(); }
     void EndPass() { m_reading.unlock(); }
 
-    /// Stop makes AwaitPause return false, until Start.
-    void Start() { SetStopped(false); }
-    void Stop() { SetStopped(true); }
+    /// Stop makes AwaitPause return false, until Start, which counts as a caller's leaving: whoever opens a
+    /// port usually sends a request at once.
+    void Start();
+    void Stop();
 
 private:
     void SetStopped(bool bStopped);

@@ -143,14 +143,14 @@ bool SerialLine::WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByt
     do {
         const auto left = std::chrono::ceil<Milliseconds>(deadline - Clock::now()).count();
         const auto iLimit_ms = static_cast<DWORD>(std::max<decltype(left)>(left, 1));
+        if (turn ? ReadReply(iLimit_ms, reply, bDevicePresent)
+                 : m_owner->responses.WaitPop(&reply, iLimit_ms)) {
+            if (piFirstByte == nullptr || (reply.length > 0 && reply.data[0] == *piFirstByte))
+                return true;
+            Log().LogHex(LOG_IO, reply.data, reply.length, "REC \t");
+        }
         if (turn && !MayRead())
             LeaveReading(turn);
-        if (!(turn ? ReadReply(iLimit_ms, reply, bDevicePresent)
-                   : m_owner->responses.WaitPop(&reply, iLimit_ms)))
-            continue;
-        if (piFirstByte == nullptr || (reply.length > 0 && reply.data[0] == *piFirstByte))
-            return true;
-        Log().LogHex(LOG_IO, reply.data, reply.length, "REC \t");
     } while (bDevicePresent && Clock::now() < deadline);
     return false;
 }

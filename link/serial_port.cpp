@@ -251,9 +251,7 @@ int CSerialPort::WriteSome(const unsigned char* pData, DWORD iCount) {
 }
 
 int CSerialPort::InQueueCount() {
-    COMSTAT stat{};
-    DWORD iErrors = 0;
-    return ClearCommError(m_hPort, &iErrors, &stat) ? static_cast<int>(stat.cbInQue) : 0;
+    return static_cast<int>(WaitingSerialInput(m_hPort));
 }
 
 int CSerialPort::OutQueueFree() {

@@ -1,4 +1,4 @@
-// Waiting for input from the serial port.
+// Input that waits in the serial port, and waiting for it.
 #pragma once
 
 #include "platform/types.h"
@@ -9,3 +9,6 @@
 /// spin. Returns false when the device is gone, which only Linux reports; nothing will arrive any more.
 /// `hPort` is a handle from CreateFileA.
 bool WaitForSerialInput(void* hPort, DWORD iLimit_ms);
+
+/// WaitingSerialInput returns the number of received bytes that the driver holds; 0 when unknown.
+DWORD WaitingSerialInput(void* hPort);

@@ -140,3 +140,12 @@ bool WaitForSerialInput(void* hPort, DWORD iLimit_ms) {
     pDevice->WaitFor(0, std::min(iWait_ms, kGoneWait_ms));
     return false;
 }
+
+// ClearCommError also asks for the pending output, which would be two more system calls in every exchange.
+DWORD WaitingSerialInput(void* hPort) {
+    int iWaiting = 0;
+    WithPort(hPort, [&](SerialDevice& device) -> DWORD {
+        return device.Operate([&](int fdTty) { return ioctl(fdTty, FIONREAD, &iWaiting); });
+    });
+    return static_cast<DWORD>(iWaiting);
+}
