@@ -8,8 +8,8 @@ usage: ./bench.sh [--quick | --full] [--only TOPIC] [--json FILE]
 Prints what the client adds to a bare request and answer, each figure beside its floor of the same run, and
 writes the same rows to build-bench/bench.json, or to FILE.
 
---quick: about two minutes on an idle machine (the default).
---full: about eleven; with files of 64 MiB, folders of 100 000 entries and more at 1 ms.
+--quick: about three minutes on an idle machine (the default).
+--full: about fifteen; with files of 64 MiB, folders of 100 000 entries and more at 1 ms.
 --only TOPIC: exchange, listing, transfer, framing, idle, memory, ports, programs or mount.
 TEXT
 }

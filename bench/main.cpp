@@ -34,7 +34,7 @@ struct Options {
 void PrintUsage(std::FILE* file) {
     std::fputs(
         "usage: quillet-bench [--quick | --full] [--json FILE] [--only TOPIC] [--profile BYTES [--log]]\n\n"
-        "--quick: about two minutes (the default); --full: about eleven, with large files and folders\n"
+        "--quick: about three minutes (the default); --full: about fifteen, with large files and folders\n"
         "--json FILE: write the rows to FILE\n"
         "--only TOPIC: exchange, listing, transfer, framing, idle, memory, ports, programs or mount\n"
         "--profile BYTES: only one download by the client, for a profiler; --log: with the text log\n",
