@@ -92,9 +92,9 @@ void SerialLine::LogWritten(DWORD iTimeOut_ms, DWORD iTaken_ms) {
 bool SerialLine::WriteAndWait(const LineRequest& request, const unsigned char* piFirstByte,
                               QueueItem& reply) {
     Turn turn;
-    if (request.iReadDelay_ms == 0 && MayRead())
+    if (MayRead())
         BeginReading(turn);
-    else
+    if (!turn || request.iReadDelay_ms != 0)
         LeaveReading(turn);
     m_owner->responses.Clear();
     DWORD iTaken_ms = 0;

@@ -53,7 +53,7 @@ private:
     bool WaitForReply(DWORD iTimeOut_ms, const unsigned char* piFirstByte, Turn& turn, QueueItem& reply);
     bool MayRead();
     void BeginReading(Turn& turn);
-    void LeaveReading(Turn& turn);
+    void LeaveReading(Turn& turn); // to the receive thread
     bool ReadReply(DWORD iLimit_ms, QueueItem& reply, bool& bDevicePresent);
 
     const int m_iComPort;

@@ -10,5 +10,6 @@
 /// `hPort` is a handle from CreateFileA.
 bool WaitForSerialInput(void* hPort, DWORD iLimit_ms);
 
-/// WaitingSerialInput returns the number of received bytes that the driver holds; 0 when unknown.
+/// WaitingSerialInput returns the number of received bytes that the driver holds, without waiting; 0 when it
+/// is unknown or the port is not open. `hPort` is a handle from CreateFileA.
 DWORD WaitingSerialInput(void* hPort);

@@ -65,9 +65,9 @@ protected:
     }
 
     /// Returns the response to a request without its FCS; empty when none came.
-    Bytes Exchange(const Bytes& request, DWORD iTimeOut_ms = 10000) {
+    Bytes Exchange(const Bytes& request, DWORD iTimeOut_ms = 10000, DWORD iReadDelay_ms = 0) {
         LineResponse response;
-        if (!line.Exchange({request, request[0], true, iTimeOut_ms, 0}, response))
+        if (!line.Exchange({request, request[0], true, iTimeOut_ms, iReadDelay_ms}, response))
             return {};
         return {response.item.data, response.item.data + response.iLength};
     }
@@ -128,6 +128,11 @@ TEST_F(ReadingTest, WhatArrivedJustBeforeARequestIsNoResponseToIt) {
         ASSERT_EQ(Exchange(next), next);
         phone.Send({0x4B, 2});
         while (!HasArrived()) // usually before the receive thread resumes
+            continue;
+        constexpr DWORD kReadDelay_ms = 1; // this caller does not read
+        ASSERT_EQ(Exchange(next, 10000, kReadDelay_ms), next);
+        phone.Send({0x4B, 2});
+        while (!HasArrived())
             continue;
     }
     close(fd);
