@@ -190,7 +190,7 @@ for kind in good bad; do
         run "$kind" "$program"
     done
 done
-df -h "$mnt" | grep -q '^COM1 ' && findmnt -n -o FSTYPE "$mnt" | grep -qx fuse.quillet || fail "df or findmnt"
+grep -q '^COM1 ' < <(df -h "$mnt") && grep -qx fuse.quillet < <(findmnt -n -o FSTYPE "$mnt") || fail "df or findmnt"
 
 # The phone's files, as the handset sees them: no temporary file of the editors remains, and no file is truncated.
 ask export good-editors/sed "$work/on-phone"

@@ -84,7 +84,7 @@ check_programs() {
         [ "$("$program" --version)" = "$program $version" ] || fail "the version of $program"
         man -w "$program" >/dev/null || fail "no manual page of $program"
     done
-    ldd /usr/bin/qdiag | grep -q "libquillet.so.0 => /.*lib/libquillet.so.0 " || fail "qdiag has another library"
+    grep -q "libquillet.so.0 => /.*lib/libquillet.so.0 " < <(ldd /usr/bin/qdiag) || fail "qdiag has another library"
     coproc PHONE { exec simulated-handset --device-root "$work/devices"; }
     read -r _ <&"${PHONE[0]}"
     QUILLET_DEVICE_ROOT=$work/devices wfxhost ls >"$work/listing" && [ -s "$work/listing" ] || fail "wfxhost ls"
@@ -169,7 +169,7 @@ check_prefix() {
     (cd "$work/staged" && find . -type f) | sed 's,^\./opt/phone,.,' | sort >"$work/staged-files"
     (cd "$prefix" && find . -type f) | sort | diff - "$work/staged-files" || fail "DESTDIR installs something else"
     grep -q '^prefix=/opt/phone$' "$work/staged/opt/phone/lib/pkgconfig/quillet.pc" || fail "DESTDIR is in quillet.pc"
-    "$prefix/bin/wfxhost" ls --help >/dev/null && ldd "$prefix/bin/qdiag" | grep -q "libquillet.so.0 => $prefix/" ||
+    "$prefix/bin/wfxhost" ls --help >/dev/null && grep -q "libquillet.so.0 => $prefix/" < <(ldd "$prefix/bin/qdiag") ||
         fail "qdiag under another prefix has another library"
     PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs quillet >"$work/output"
     # shellcheck disable=SC2046
